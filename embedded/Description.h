@@ -1,0 +1,169 @@
+#pragma once
+
+// What an embedded host is made of, as plain data: a snapshot file holds one of these, tests and programs
+// write them in code. Every list is kept in its order, which is the order in which the host walks and lists.
+//
+// Host's constructor checks the description; nothing here is checked while it is being written.
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace embedded {
+
+/// A member's name. Without a value it is a missing name, which only a broken class has.
+using MemberName = std::optional<std::string>;
+
+/// Who may use a member. Levels: 0 public, 1 protected, 2 private, 3 immutable, 4 listed (only `classes`),
+/// 5 constant (as set access). The classes may use the member whatever the level is.
+struct Access {
+  int level = 0;
+  std::vector<std::string> classes;
+};
+
+struct PropertyDescription {
+  MemberName name;
+  Access get;
+  Access set;
+  bool hidden = false;
+  bool dependent = false;
+  /// The data type's name; empty: the property has no data type.
+  std::string type;
+};
+
+/// A method. Several methods of one class may have the same name.
+struct MethodDescription {
+  MemberName name;
+  Access access;
+  bool isStatic = false;
+  bool hidden = false;
+  /// Whether the method is visible; by default, unless it is hidden.
+  std::optional<bool> visible;
+};
+
+struct EnumerationMemberDescription {
+  MemberName name;
+  bool hidden = false;
+};
+
+/// In which order a class's members are walked: its own first and then those of each superclass, or the other
+/// way round. Superclasses come in the order of their declaration, each with its own superclasses in its own
+/// order; a class that is reached along several ways is walked once, where it is met first.
+enum class WalkOrder { OwnFirst, InheritedFirst };
+
+struct ClassDescription {
+  /// The dotted name by which users know the class; its namespaces exist by being part of it.
+  std::string name;
+  /// The component that the class comes from; empty: none. The identity of the class is "component:name".
+  std::string component;
+  std::vector<std::string> aliases;
+  /// Names of classes as code without any import would write them, or identities.
+  std::vector<std::string> superclasses;
+  WalkOrder order = WalkOrder::OwnFirst;
+  bool hidden = false;
+  /// The class fails its check.
+  bool broken = false;
+  /// The yes/no answer of the class as a whole.
+  bool flag = false;
+  bool enumeration = false;
+  std::vector<PropertyDescription> properties;
+  std::vector<MethodDescription> methods;
+  std::vector<EnumerationMemberDescription> members;
+};
+
+/// A function, a method's file or a script: something with imports in whose scope names are resolved. A
+/// dotted name puts it into a namespace.
+struct FunctionDescription {
+  std::string name;
+  std::string component;
+  /// "lab.Pump" imports one name, "lab.*" every name of the namespace.
+  std::vector<std::string> imports;
+  bool hidden = false;
+  std::optional<bool> visible;
+};
+
+struct ValueDescription;
+
+struct DoubleArray {
+  /// Empty: a row of all elements.
+  std::vector<std::size_t> size;
+  std::vector<double> elements;
+};
+struct LogicalArray {
+  std::vector<std::size_t> size;
+  std::vector<bool> elements;
+};
+/// A row of characters.
+struct CharacterRow {
+  std::u16string text;
+};
+/// A string scalar; without a value it is the missing string.
+struct StringScalar {
+  std::optional<std::u16string> text;
+};
+struct CellArray {
+  std::vector<std::size_t> size;
+  /// An element without a value is absent.
+  std::vector<std::optional<ValueDescription>> elements;
+};
+struct StructureArray {
+  std::vector<std::size_t> size;
+  std::vector<std::string> fields;
+  /// Element by element, each with one value per field.
+  std::vector<ValueDescription> values;
+};
+/// A scalar object of a class of the class system, with the stored values of its properties.
+struct ObjectValue {
+  std::string className;
+  std::vector<std::pair<std::string, ValueDescription>> properties;
+};
+
+struct ValueDescription {
+  std::variant<DoubleArray, LogicalArray, CharacterRow, StringScalar, CellArray, StructureArray, ObjectValue>
+      content;
+};
+
+struct VariableDescription {
+  std::string name;
+  ValueDescription value;
+};
+
+/// One active scope: the name of a function, and whether names may be resolved in it.
+struct ActiveScopeDescription {
+  std::string function;
+  bool eligible = true;
+};
+
+/// Where the debugger is stopped. The name need not be that of a function.
+struct DebuggerDescription {
+  std::string focus;
+  int first = 0;
+  int second = 0;
+};
+
+struct ScopesDescription {
+  /// The stack of executing functions can be queried.
+  bool queryable = false;
+  /// The function that executes; empty: none.
+  std::string executing;
+  /// Innermost first.
+  std::vector<ActiveScopeDescription> active;
+  /// There is a bridge to the debugger.
+  bool bridge = true;
+  std::optional<DebuggerDescription> debugger;
+};
+
+struct Description {
+  /// Component-aware resolution is in force.
+  bool components = true;
+  /// Namespaces beside those that classes and functions bring along.
+  std::vector<std::string> namespaces;
+  std::vector<ClassDescription> classes;
+  std::vector<FunctionDescription> functions;
+  std::vector<VariableDescription> workspace;
+  ScopesDescription scopes;
+};
+
+}  // namespace embedded

@@ -1,0 +1,166 @@
+#pragma once
+
+// The embedded host: a small, real implementation of everything that the library asks of a host, for those
+// who have no other. It knows classes, namespaces, functions, scopes and values, from a snapshot file or from
+// a Description.
+//
+//   auto host = embedded::Host::load("lab.json");
+//   embedded::Activation active(*host);
+//   // from here on, on this thread, every query of the library is answered by this host
+//
+// One object per session; several can exist side by side, and activations nest. Only the thread that has
+// activated a host may ask it: without an active host on the calling thread, every operation throws a
+// foundation::core::except::Exception with the message identifier "KORVAL:host:NotActive", except that text
+// conversion and interning work, and that values can be released. Objects of the class system live as long as
+// their host, values as long as somebody holds a reference, interned names as long as the process.
+
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "embedded/Description.h"
+#include "host/Arrays.h"
+#include "host/Export.h"
+
+struct Kfh_KORVAL_fn;
+
+namespace embedded {
+
+struct Session;
+
+/// A description or a snapshot that is no host. `code` is stable and for programs ("snapshot.duplicate-key",
+/// "snapshot.unknown-class", ...; docs/snapshot.md lists them), `pointer` is the JSON pointer of the culprit
+/// in the snapshot (the same path leads to it in a Description), and the file is empty for a Description.
+class KORVAL_HOST_API SnapshotError : public std::runtime_error {
+ public:
+  SnapshotError(std::string code, std::string file, std::string pointer, std::string reason);
+  ~SnapshotError() override;
+
+  const std::string& code() const noexcept { return code_; }
+  const std::string& file() const noexcept { return file_; }
+  const std::string& pointer() const noexcept { return pointer_; }
+  const std::string& reason() const noexcept { return reason_; }
+
+ private:
+  std::string code_;
+  std::string file_;
+  std::string pointer_;
+  std::string reason_;
+};
+
+/// Told now and then how many bytes of a snapshot have been read, of how many.
+using LoadProgress = std::function<void(std::uintmax_t read, std::uintmax_t total)>;
+
+/// Reads a snapshot; throws SnapshotError.
+KORVAL_HOST_API Description readSnapshot(const std::filesystem::path& file,
+                                         const LoadProgress& progress = {});
+
+/// The same from text; `name` stands for the file in errors.
+KORVAL_HOST_API Description readSnapshotText(std::string_view text, const std::string& name);
+
+/// One call of a host operation: its qualified name, and its arguments as text.
+struct Call {
+  std::string operation;
+  std::string arguments;
+};
+
+/// A fault to happen at a call of a host operation. Only operations that may throw are counted.
+struct FaultPlan {
+  /// The operation's qualified name, as a log shows it; empty: any operation.
+  std::string operation;
+  /// At which call, counted from 1 and from the moment the plan is set.
+  std::uint64_t call = 1;
+  /// At every later call too.
+  bool andLater = false;
+  /// Throws.
+  std::function<void()> raise;
+};
+
+/// All values of the process: how many there are, and how many references were added and dropped so far (a
+/// new value counts as one added).
+struct ReferenceAudit {
+  std::int64_t values = 0;
+  std::uint64_t added = 0;
+  std::uint64_t dropped = 0;
+};
+
+class KORVAL_HOST_API Host {
+ public:
+  /// Throws SnapshotError for a description that names unknown classes or functions, repeats names, or has a
+  /// cycle of superclasses.
+  explicit Host(const Description& description);
+  ~Host();
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+
+  /// A host from a snapshot file; throws SnapshotError.
+  static std::unique_ptr<Host> load(const std::filesystem::path& file, const LoadProgress& progress = {});
+
+  // The user's interrupt. While it is requested, every operation that may throw and undoes nothing raises it,
+  // again and again: a handler that swallows it does not lose it. Whoever begins a request clears it before,
+  // looks at it afterwards, and reports "interrupted" when it is set, whatever the answer was.
+
+  /// From any thread, and from a signal handler.
+  void requestInterrupt() noexcept;
+  void clearInterrupt() noexcept;
+  bool interruptRequested() const noexcept;
+
+  // What a query asked of the host.
+
+  /// Calls of all operations so far.
+  std::uint64_t callCount() const noexcept;
+  /// Starts a new log of calls.
+  void startLog();
+  /// Ends the log and answers it; empty when none was started.
+  std::vector<Call> takeLog();
+  /// Of the calls of a log, did one run Korval code?
+  static bool ranKorvalCode(const std::vector<Call>& log);
+
+  /// Sets the one fault plan; an unknown operation is a std::invalid_argument. It is spent when its fault has
+  /// happened, unless it says otherwise.
+  void setFault(FaultPlan plan);
+  /// Drops the plan; answers whether its fault has happened.
+  bool clearFault();
+
+  /// The names of all operations that a plan may name.
+  static std::vector<std::string> faultyOperations();
+
+  static ReferenceAudit references() noexcept;
+
+  // The session's state, for whoever owns it. These ask for no activation.
+
+  /// The variable, or null.
+  boost::intrusive_ptr<kxArray_tag> variable(const std::string& name) const;
+  /// In the order of their making.
+  std::vector<std::string> variableNames() const;
+  void setComponents(bool on) noexcept;
+  /// The function of that name, or null.
+  const Kfh_KORVAL_fn* function(const std::string& name) const;
+
+ private:
+  friend class Activation;
+  std::unique_ptr<Session> session_;
+};
+
+/// Makes a host the calling thread's own for as long as it lives, and then gives the thread back what it had
+/// before.
+class KORVAL_HOST_API Activation {
+ public:
+  explicit Activation(Host& host) noexcept;
+  ~Activation();
+  Activation(const Activation&) = delete;
+  Activation& operator=(const Activation&) = delete;
+
+ private:
+  Session* before_;
+};
+
+}  // namespace embedded

@@ -1,0 +1,90 @@
+#pragma once
+
+// The way into the class system: from an identifier, a name or a value to the class, and yes/no questions
+// about it.
+//
+//   KCOSIntrospection::isKCOSClass(u"lab.Pump")                                  true
+//   KCOSIntrospection::isKCOSClassDerivedFrom(u"lab.Pump", u"lab.Device")        true
+//   bool isStatic = false;
+//   KCOSIntrospection::hasMethod(u"lab.Pump", "calibrate", isStatic)             true; isStatic says which kind
+//
+// Class names are taken as they stand; no scope plays a part (see ResolvedClassID for typed names). Names of
+// classes are converted with the general conversion, names of namespaces with the ASCII one. Method and
+// property names are narrow, as the class system has them; an empty one names nothing.
+//
+// A valid class is one that passes its check. Which questions demand validity differs, and which exceptions
+// pass differs; each operation says so. All run on the interpreter thread; none runs Korval code. Class
+// objects and interfaces are borrowed from the class system; nothing here is to be released.
+
+#include <contextdata/Export.h>
+#include <contextdata/KCOSContextData/ResolvedClassID.h>
+
+#include <string>
+
+#include "host/Classes.h"
+#include "host/Members.h"
+
+class kxArray_tag;
+
+namespace KCOSIntrospection {
+
+/// The class of an identifier, valid or not; null when there is none. The interrupt passes; any other
+/// exception of the look-up is answered with null.
+CONTEXTDATA_API kcos::COSClass* getCOSClass(const KCOSContextData::ResolvedClassID& id);
+
+/// The valid class of an object; null for a class that fails its check, for a value that is no class-system
+/// object, and for a null value. Exceptions of interning and looking up, the interrupt among them, are
+/// answered with null; those of asking the value for its class, and of the check, pass.
+CONTEXTDATA_API kcos::COSClass* getCOSClass(const kxArray_tag* object);
+
+/// The valid class of that name, or null. Exceptions of interning and looking up, the interrupt among them,
+/// are answered with null; those of converting the name, and of the check, pass.
+CONTEXTDATA_API kcos::COSClass* getCOSClass(const std::u16string& className);
+
+/// The value's class name as the array API reports it; may be empty. Every exception passes.
+CONTEXTDATA_API std::u16string getClassName(const kxArray_tag* value);
+
+/// What a constructor of that class is called: the part behind the last "." ("C" for "a.b.C", "" for "a.b.").
+/// Asks nothing of the host.
+CONTEXTDATA_API std::u16string getConstructorName(const std::u16string& className);
+
+/// The interface of a namespace, or null. Every exception passes.
+CONTEXTDATA_API kcos::COSInterface* getNamespaceInterface(const std::u16string& namespaceName);
+
+/// Does the object's class, if it is valid, have a method of that name? Exceptions pass as
+/// getCOSClass(object) says, and so do those of the look-up of the method.
+CONTEXTDATA_API bool hasMethod(const kxArray_tag* object, const std::string& methodName);
+
+/// Does the class, if it is valid, have a method of that name, and is the first one static? `isStatic` stays
+/// untouched when the answer is false. Exceptions pass as getCOSClass(id) says, and so do those of the check
+/// and of the look-up of the method.
+CONTEXTDATA_API bool hasMethod(const KCOSContextData::ResolvedClassID& id, const std::string& methodName,
+                               bool& isStatic);
+
+/// The same for the class of that name. The interrupt passes; any other exception is answered with false.
+CONTEXTDATA_API bool hasMethod(const std::u16string& className, const std::string& methodName,
+                               bool& isStatic);
+
+/// Does the object's class, if it is valid, have a property of that name? Exceptions pass as for
+/// hasMethod(object).
+CONTEXTDATA_API bool hasProperty(const kxArray_tag* object, const std::string& propertyName);
+
+/// Is there such a class? By identifier, whether it is valid or not; by name only when it is valid.
+/// Exceptions pass as getCOSClass() says.
+CONTEXTDATA_API bool isKCOSClass(const KCOSContextData::ResolvedClassID& id);
+CONTEXTDATA_API bool isKCOSClass(const std::u16string& className);
+
+/// Is the value an object of a valid class? Exceptions pass as getCOSClass(object) says.
+CONTEXTDATA_API bool isKCOSObject(const kxArray_tag* value);
+
+/// Is there such a namespace? Every exception passes.
+CONTEXTDATA_API bool isKCOSNamespace(const std::u16string& namespaceName);
+
+/// Does one class derive from another, as the class system sees it? The base need not exist. By identifier
+/// `derived` may be invalid, by name it must be valid. Exceptions pass as getCOSClass() says for `derived`,
+/// and so do all others.
+CONTEXTDATA_API bool isKCOSClassDerivedFrom(const KCOSContextData::ResolvedClassID& derived,
+                                            const KCOSContextData::ResolvedClassID& base);
+CONTEXTDATA_API bool isKCOSClassDerivedFrom(const std::u16string& derived, const std::u16string& base);
+
+}  // namespace KCOSIntrospection

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "host/Classes.h"
+#include "host/Enumeration.h"
+#include "host/Text.h"
+
+/// Lists the names of the public, visible methods that a walk meets, without constructors. The first method of a name
+/// decides for the name, whether it is listed or not.
+class KCOSMethodNameVisitor : public kcos::COSVisitor<kcos::COSInterface*> {
+ public:
+  /// Any other selection is taken for NonStatic.
+  enum Selection : std::uint32_t { Static = 0, NonStatic = 1, All = 2 };
+
+  KCOSMethodNameVisitor(std::vector<std::u16string>* names, std::uint32_t selection);
+
+  void visit(kcos::COSInterface* member) override;
+
+ private:
+  std::vector<std::u16string>* names_;
+  std::set<std::u16string> seen_;
+  std::uint32_t selection_;
+  fl::i18n::codecvt_ascii_to_ustring converter_;
+};
+
+/// Appends the names of a class's methods; nothing for null and for a class that fails its check. What the walk throws
+/// passes.
+void appendMethodNames(kcos::COSClass* cls, std::vector<std::u16string>& names, std::uint32_t selection);

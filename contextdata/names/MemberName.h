@@ -1,0 +1,18 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "host/Text.h"
+
+/// The text of a name that the class system hands out; a missing one is an error. Raised here, because what happens when
+/// a string is made from a null pointer is not to be left to whoever wrote the string.
+inline std::string memberName(const char* name) {
+  if (name == nullptr) throw std::logic_error("basic_string: construction from null is not valid");
+  return name;
+}
+
+/// The same in UTF-16, by the ASCII conversion.
+inline std::u16string asciiMemberName(const char* name, const fl::i18n::codecvt_ascii_to_ustring& converter) {
+  return fl::i18n::to_ustring(memberName(name), converter);
+}

@@ -9,6 +9,7 @@ endforeach()
 # What the include rules are checked on.
 set(everySource "")
 foreach(room IN ITEMS host embedded include contextdata frontend tools tests examples)
-  file(GLOB_RECURSE found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${room}/*.h ${PROJECT_SOURCE_DIR}/${room}/*.cpp)
+  file(GLOB_RECURSE found CONFIGURE_DEPENDS
+    ${PROJECT_SOURCE_DIR}/${room}/*.h ${PROJECT_SOURCE_DIR}/${room}/*.cpp ${PROJECT_SOURCE_DIR}/${room}/*.def)
   list(APPEND everySource ${found})
 endforeach()

@@ -141,7 +141,7 @@ def main():
     files = {}
     for room in REPOSITORY:
         for path in (root / room).rglob("*"):
-            if path.suffix in (".h", ".cpp"):
+            if path.suffix in (".h", ".cpp", ".def"):
                 files[str(path.relative_to(root))] = path.read_text(encoding="utf-8")
     if not files:
         sys.exit("check-includes: no file inspected")

@@ -15,7 +15,7 @@ NOT_A_NAME = {"alignas", "decltype", "noexcept", "explicit", "requires", "__attr
 @dataclass(frozen=True)
 class Declaration:
     name: str  # qualified; "X::operator conversion" for every conversion operator
-    kind: str  # "function", "class", "polymorphic class" or "variable"
+    kind: str  # "function", "class", "polymorphic class", "instantiation" of a class template, or "variable"
     needsSymbol: bool  # False for what is inline, pure, deleted or a template
 
 
@@ -153,6 +153,9 @@ class Reader:
         if inside_class and {"virtual", "override"} & set(head):
             self.scopes[-1].polymorphic = True
         if not self.is_marked(head) or {"friend", "using", "typedef", "static_assert"} & set(head):
+            return
+        if head[:3] == ["extern", "template", "class"]:
+            self.found.append(Declaration(self.qualified(head[head.index("<") - 1]), "instantiation", False))
             return
         parameters = parameters_at(head)
         if parameters is None:

@@ -39,7 +39,9 @@ def wrong_exports(library, declarations):
 
 def wrong_references(library, host_library, host_declarations):
     declared = {found.name for found in host_declarations}
-    host = {symbol.mangled for symbol in of_library(host_library) if symbol.defined and symbol.name in declared}
+    instantiated = {found.name for found in host_declarations if found.kind == "instantiation"}
+    host = {symbol.mangled for symbol in of_library(host_library)
+            if symbol.defined and (symbol.name in declared or symbol.name.rpartition("::")[0] in instantiated)}
     return [f"neither host nor runtime: {symbol.demangled}" for symbol in of_library(library)
             if not symbol.defined and symbol.mangled not in host | START_FILES
             and not symbol.version.startswith(RUNTIME_VERSIONS)]
@@ -91,18 +93,29 @@ class Plants(unittest.TestCase):
 
     HOST = """
     #define MARK __attribute__((visibility("default")))
-    namespace h { MARK void asked() {}  MARK void undeclared() {} }
+    namespace h {
+    template <class T> struct Walk { virtual ~Walk(); };
+    template <class T> Walk<T>::~Walk() {}
+    template class MARK Walk<int*>;
+    MARK void asked() {}
+    MARK void undeclared() {}
+    }
     """
     LIBRARY = """
     #include <string>
     #define MARK __attribute__((visibility("default")))
-    namespace h { void asked(); void undeclared(); }
+    namespace h {
+    template <class T> struct Walk { virtual ~Walk(); };
+    extern template class MARK Walk<int*>;
+    void asked();
+    void undeclared();
+    }
     namespace a {
     struct MARK Shape { virtual ~Shape(); virtual void draw(); operator const std::string&() const; };
     Shape::~Shape() {}
     void Shape::draw() {}
     Shape::operator const std::string&() const { static std::string text; return text; }
-    MARK std::string plain(int) { h::asked(); return {}; }
+    MARK std::string plain(int) { h::asked(); h::Walk<int*> walk; return {}; }
     MARK void unmarked() { h::undeclared(); }
     }
     """
@@ -158,7 +171,7 @@ class Plants(unittest.TestCase):
         self.assertTrue([line for line in wrong_exports(leak, []) if "std::" in line])
 
     def test_wrong_references_are_found(self):
-        declared = Reader("namespace h { API void asked(); }", "API").read()
+        declared = Reader("namespace h { API void asked(); extern template class API Walk<int*>; }", "API").read()
         self.assertEqual(["neither host nor runtime: h::undeclared()"],
                          wrong_references(self.library, self.host, declared))
 

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+/// UTF-16 as UTF-8 for messages and comparisons; what is not ASCII is shown by its code unit.
+inline std::string shown(const std::u16string& text) {
+  std::ostringstream out;
+  for (const char16_t unit : text) {
+    if (unit < 0x80)
+      out << static_cast<char>(unit);
+    else
+      out << "<" << std::hex << static_cast<unsigned>(unit) << std::dec << ">";
+  }
+  return out.str();
+}
+
+inline std::string shown(bool value) { return value ? "true" : "false"; }
+
+template <class Names>
+std::string shownList(const Names& names) {
+  std::string all;
+  for (const auto& name : names) all += (all.empty() ? "" : " ") + shown(name);
+  return all;
+}

@@ -1,0 +1,84 @@
+"""Runs the contextdata command the way its users do."""
+import json
+import os
+import shutil
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+COMMAND = os.environ["CONTEXTDATA_COMMAND"]
+SOURCE = Path(os.environ["CONTEXTDATA_SOURCE"])
+
+# A session with one of everything that the clients meet.
+SESSION = {
+    "format": 1,
+    "namespaces": ["idle.space"],
+    "classes": [
+        {"name": "lab.Device", "component": "core",
+         "properties": ["Serial", {"name": "Secret", "access": "private"}],
+         "methods": ["Device", "reset", {"name": "list", "static": True}]},
+        {"name": "lab.Pump", "component": "core", "aliases": ["lab.OldPump"], "superclasses": ["lab.Device"],
+         "flag": True,
+         "properties": ["Flow", {"name": "MaxFlow", "constant": True}, "Serial", {"name": "Inner", "hidden": True}],
+         "methods": ["Pump", "start", "stop", {"name": "create", "static": True}, "plus", "subsref"]},
+        {"name": "lab.Mode", "enumeration": True,
+         "members": ["Idle", "Running", {"name": "Debug", "hidden": True}, "Idle"]},
+        {"name": "lab.Broken", "broken": True, "properties": ["P"], "methods": ["m"]},
+        {"name": "lab.Nameless", "properties": ["First", {"name": None}, "Last"]},
+        {"name": "lab.Empty"},
+    ],
+    "functions": [{"name": "tune", "imports": ["lab.*"]}, {"name": "bare"}],
+    "workspace": [
+        {"name": "pump", "value": {"object": "lab.Pump"}},
+        {"name": "broken", "value": {"object": "lab.Broken"}},
+        {"name": "nameless", "value": {"object": "lab.Nameless"}},
+        {"name": "empty", "value": {"object": "lab.Empty"}},
+        {"name": "n", "value": 3},
+    ],
+    "scopes": {"debugger": {"focus": "lost", "first": 3, "second": 4}},
+}
+
+
+def environment():
+    return {**os.environ, "LC_ALL": "C"}
+
+
+def run(*arguments, stdin=b""):
+    """The finished process, its output as bytes. It never takes long."""
+    return subprocess.run([COMMAND, *arguments], input=stdin, capture_output=True, timeout=120, check=False,
+                          env=environment())
+
+
+class CommandTest(unittest.TestCase):
+    """A test with a folder for its files, among them a snapshot of SESSION."""
+    maxDiff = None
+
+    def setUp(self):
+        self.folder = Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.session = self.snapshot(SESSION)
+
+    def snapshot(self, session, name="session.json"):
+        """The path of a new file that holds the session, or text in its place."""
+        path = self.folder / name
+        path.write_text(session if isinstance(session, str) else json.dumps(session), encoding="utf-8")
+        return str(path)
+
+    def bad_snapshots(self):
+        """(file, code of the error): everything that is no snapshot."""
+        whole = json.dumps(SESSION)
+        unreadable = self.folder / "loop.json"
+        unreadable.symlink_to(unreadable)
+        cycle = {"format": 1, "classes": [{"name": "A", "superclasses": ["B"]}, {"name": "B", "superclasses": ["A"]}]}
+        return [
+            (str(self.folder / "missing.json"), "snapshot.missing-file"),
+            (str(self.folder), "snapshot.directory"),
+            (str(unreadable), "snapshot.unreadable"),
+            (self.snapshot("", "empty.json"), "snapshot.empty"),
+            (self.snapshot(whole[:len(whole) // 2], "half.json"), "snapshot.truncated"),
+            (self.snapshot("[]", "list.json"), "snapshot.wrong-type"),
+            (self.snapshot('{"format": 1, "format": 1}', "twice.json"), "snapshot.duplicate-key"),
+            (self.snapshot('{"format": 1, "klasses": []}', "unknown.json"), "snapshot.unknown-key"),
+            (self.snapshot(cycle, "cycle.json"), "snapshot.superclass-cycle"),
+        ]

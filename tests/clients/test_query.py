@@ -1,0 +1,392 @@
+"""The subcommand `query`: the protocol, each op in each form, errors, the trace, interrupts."""
+import json
+import os
+import signal
+import subprocess
+import time
+import unittest
+
+from Command import COMMAND, SOURCE, CommandTest, environment, run
+
+PUMP = "core:lab.Pump"
+SURROGATE = {"utf16": [0x61, 0xD800]}
+BYTES = {"bytes": [0x66, 0xFF]}
+BAD_NAME = "KCOSContextData::ResolvedClassID::BadClassNameException"
+
+# (op, arguments, what the answer holds besides the op)
+ANSWERS = [
+    ("ResolvedClassID", {"context": "tune", "className": "Pump"}, {"result": PUMP}),
+    ("ResolvedClassID", {"context": "bare", "className": "Pump"}, {"result": ""}),
+    ("ResolvedClassID", {"context": "", "className": "lab.Pump"}, {"result": PUMP}),
+    ("ResolvedClassID", {"context": "", "className": ""}, {"result": ""}),
+    ("ResolvedClassID", {"context": "", "className": ".Pump"}, {"result": ""}),
+    ("ResolvedClassID", {"scope": "tune", "className": "Pump"}, {"result": PUMP}),
+    ("ResolvedClassID", {"scope": "bare", "className": "Pump"}, {"result": ""}),
+    ("ResolvedClassID", {"scope": None, "className": "lab.Mode"}, {"result": "lab.Mode"}),
+    ("ResolvedClassID", {"object": {"variable": "pump"}}, {"result": PUMP}),
+    ("ResolvedClassID", {"object": {"variable": "n"}}, {"result": ""}),
+    ("ResolvedClassID", {"object": None}, {"result": ""}),
+    ("fromKnownResolvedClassID", {"name": "no.such"}, {"result": "no.such"}),
+    ("fromKnownResolvedClassID", {"name": ""}, {"result": ""}),
+    ("fromKnownResolvedClassID", {"name": "a\0b"}, {"result": "a\0b"}),
+    ("fromKnownResolvedClassID", {"name": "x" * 100000}, {"result": "x" * 100000}),
+    ("fromKnownResolvedClassID", {"name": "gr\u00fcn"}, {"result": "gr?n"}),
+    ("fromKnownResolvedClassID", {"name": SURROGATE}, {"result": "a?"}),
+    ("fromKnownResolvedClassID", {"name": "gr\u00fcn", "narrow": True}, {"result": "gr\u00fcn"}),
+    ("fromKnownResolvedClassID", {"name": BYTES, "narrow": True}, {"result": BYTES}),
+    ("fromLegacyString", {"name": "lab.OldPump"}, {"result": PUMP}),
+    ("fromLegacyString", {"name": "lab.OldPump", "narrow": True}, {"result": PUMP}),
+    ("fromLegacyString", {"name": "no.such"}, {"exception": {"type": BAD_NAME, "className": "no.such"}}),
+    ("fromLegacyString", {"name": ""}, {"exception": {"type": BAD_NAME, "className": ""}}),
+    ("fromLegacyString", {"name": "lab.Broken"}, {"exception": {"type": BAD_NAME, "className": "lab.Broken"}}),
+    ("fromLegacyString", {"name": "gr\u00fcn"}, {"exception": {"type": BAD_NAME, "className": "gr?n"}}),
+    ("fromLegacyString", {"name": BYTES, "narrow": True}, {"exception": {"type": BAD_NAME, "className": BYTES}}),
+    ("isAlreadyResolved", {"name": PUMP}, {"result": True}),
+    ("isAlreadyResolved", {"name": "lab.Pump"}, {"result": False}),
+    ("isAlreadyResolved", {"name": PUMP, "narrow": True}, {"result": True}),
+    ("isAlreadyResolved", {"name": "", "narrow": True}, {"result": False}),
+    ("getComponentQualifiedName", {"id": PUMP}, {"result": PUMP}),
+    ("getComponentQualifiedName", {"id": ""}, {"result": ""}),
+    ("getComponentQualifiedName", {"id": {"id": "gr\u00fcn"}}, {"result": "gr\u00fcn"}),
+    ("getComponentQualifiedName", {"id": {"object": {"variable": "pump"}}}, {"result": PUMP}),
+    ("getComponentQualifiedName", {"id": {"scope": "tune", "className": "Pump"}}, {"result": PUMP}),
+    ("getComponentQualifiedName", {"id": {"context": "tune", "className": "Pump"}}, {"result": PUMP}),
+    ("getNonComponentQualifiedName", {"id": PUMP}, {"result": "lab.Pump"}),
+    ("getNonComponentQualifiedName", {"id": ""}, {"result": ""}),
+    ("GetDebuggerFocus", {}, {"result": {"name": "lost", "first": 3, "second": 4}}),
+    ("getCOSClass", {"id": "lab.OldPump"}, {"result": PUMP}),
+    ("getCOSClass", {"id": "lab.Broken"}, {"result": "lab.Broken"}),
+    ("getCOSClass", {"id": ""}, {"result": None}),
+    ("getCOSClass", {"object": {"variable": "pump"}}, {"result": PUMP}),
+    ("getCOSClass", {"object": {"variable": "broken"}}, {"result": None}),
+    ("getCOSClass", {"object": None}, {"result": None}),
+    ("getCOSClass", {"className": "lab.Mode"}, {"result": "lab.Mode"}),
+    ("getCOSClass", {"className": "lab.Broken"}, {"result": None}),
+    ("getCOSClass", {"className": SURROGATE}, {"result": None}),
+    ("getClassName", {"value": {"variable": "pump"}}, {"result": "lab.Pump"}),
+    ("getClassName", {"value": {"variable": "n"}}, {"result": "double"}),
+    ("getConstructorName", {"className": "a.b.C"}, {"result": "C"}),
+    ("getConstructorName", {"className": "a.b."}, {"result": ""}),
+    ("getConstructorName", {"className": "a.\0"}, {"result": "\0"}),
+    ("getConstructorName", {"className": {"utf16": [0x2E, 0xD83D]}}, {"result": {"utf16": [0xD83D]}}),
+    ("getConstructorName", {"className": {"utf16": [0x2E, 0xD83D, 0xDE00]}}, {"result": "\U0001F600"}),
+    ("getNamespaceInterface", {"namespaceName": "idle.space"}, {"result": "idle.space"}),
+    ("getNamespaceInterface", {"namespaceName": "lab.Pump"}, {"result": None}),
+    ("getNamespaceInterface", {"namespaceName": ""}, {"result": None}),
+    ("hasMethod", {"object": {"variable": "pump"}, "methodName": "start"}, {"result": True}),
+    ("hasMethod", {"object": {"variable": "pump"}, "methodName": "Flow"}, {"result": False}),
+    ("hasMethod", {"object": None, "methodName": "start"}, {"result": False}),
+    ("hasMethod", {"id": PUMP, "methodName": "list"}, {"result": True, "isStatic": True}),
+    ("hasMethod", {"id": PUMP, "methodName": "start", "isStatic": True}, {"result": True, "isStatic": False}),
+    ("hasMethod", {"id": PUMP, "methodName": "Flow", "isStatic": True}, {"result": False, "isStatic": True}),
+    ("hasMethod", {"id": "lab.Broken", "methodName": "m"}, {"result": False, "isStatic": False}),
+    ("hasMethod", {"className": "lab.Pump", "methodName": "create"}, {"result": True, "isStatic": True}),
+    ("hasMethod", {"className": "no.such", "methodName": "create", "isStatic": True},
+     {"result": False, "isStatic": True}),
+    ("hasMethod", {"className": "lab.Pump", "methodName": BYTES}, {"result": False, "isStatic": False}),
+    ("hasProperty", {"object": {"variable": "pump"}, "propertyName": "Flow"}, {"result": True}),
+    ("hasProperty", {"object": {"variable": "pump"}, "propertyName": "start"}, {"result": False}),
+    ("hasProperty", {"object": None, "propertyName": "Flow"}, {"result": False}),
+    ("isKCOSClass", {"id": "lab.Broken"}, {"result": True}),
+    ("isKCOSClass", {"id": "no.such"}, {"result": False}),
+    ("isKCOSClass", {"className": "lab.Broken"}, {"result": False}),
+    ("isKCOSClass", {"className": "lab.OldPump"}, {"result": True}),
+    ("isKCOSObject", {"value": {"variable": "pump"}}, {"result": True}),
+    ("isKCOSObject", {"value": {"variable": "n"}}, {"result": False}),
+    ("isKCOSObject", {"value": None}, {"result": False}),
+    ("isKCOSNamespace", {"namespaceName": "lab"}, {"result": True}),
+    ("isKCOSNamespace", {"namespaceName": "lab.Pump"}, {"result": False}),
+    ("isKCOSClassDerivedFrom", {"derived": "lab.Pump", "base": "lab.Device"}, {"result": True}),
+    ("isKCOSClassDerivedFrom", {"derived": "lab.Device", "base": "lab.Pump"}, {"result": False}),
+    ("isKCOSClassDerivedFrom", {"derived": "no.such", "base": "lab.Pump"}, {"result": False}),
+    ("isKCOSClassDerivedFrom", {"derived": {"id": PUMP}, "base": {"id": "core:lab.Device"}}, {"result": True}),
+    ("isKCOSClassDerivedFrom", {"derived": {"object": {"variable": "pump"}}, "base": "no.such"}, {"result": False}),
+    ("getKCOSMethodsExcludeSet", {}, None),
+    ("getVX2KorvalNamespacesExcludeSet", {}, None),
+    ("getVX2NamespacesExcludeSet", {}, None),
+    ("getNoDotMethodClassesExcludeSet", {}, None),
+    ("getAttributesToTreatAsHavingCustomGetters", {}, None),
+    ("getClassConstantPropertyNames", {"id": PUMP},
+     {"result": True, "names": ["MaxFlow"], "classFlag": True}),
+    ("getClassConstantPropertyNames", {"className": "lab.Device", "names": ["kept"], "classFlag": True},
+     {"result": False, "names": ["kept"], "classFlag": False}),
+    ("getClassPropertyNames", {"id": PUMP},
+     {"result": True, "names": ["Flow", "MaxFlow", "Serial", "Serial"], "classFlag": True}),
+    ("getClassPropertyNames", {"className": "lab.Pump", "names": [SURROGATE, "Flow"]},
+     {"result": True, "names": [SURROGATE, "Flow", "Flow", "MaxFlow", "Serial", "Serial"], "classFlag": True}),
+    ("getClassPropertyNames", {"id": "lab.Broken", "classFlag": True},
+     {"result": True, "names": ["P"], "classFlag": False}),
+    ("getClassPropertyNames", {"className": "lab.Broken", "classFlag": True},
+     {"result": False, "names": [], "classFlag": True}),
+    ("getClassPropertyNames", {"id": "no.such", "names": ["kept"], "classFlag": True},
+     {"result": False, "names": ["kept"], "classFlag": True}),
+    ("getClassPropertyNames", {"className": "lab.Nameless"},
+     {"result": False, "names": ["First"], "classFlag": False}),
+    ("getClassStaticMethodNames", {"id": PUMP, "classFlag": True},
+     {"result": True, "names": ["create", "list"], "classFlag": True}),
+    ("getClassStaticMethodNames", {"className": "lab.Pump"},
+     {"result": True, "names": ["create", "list"], "classFlag": False}),
+    ("getClassMethodNames", {"id": "core:lab.Device", "names": ["kept"]},
+     {"result": True, "names": ["kept", "reset", "list"], "classFlag": False}),
+    ("getClassMethodNames", {"className": "lab.Device"},
+     {"result": True, "names": ["reset", "list"], "classFlag": False}),
+    ("getClassMethodNames", {"id": "lab.Broken"}, {"result": False, "names": [], "classFlag": False}),
+    ("getClassEnumerationNames", {"id": "lab.Mode", "classFlag": True},
+     {"result": True, "names": ["Idle", "Running", "Idle"], "classFlag": True}),
+    ("getClassEnumerationNames", {"className": "lab.Mode"},
+     {"result": True, "names": ["Idle", "Running", "Idle"], "classFlag": False}),
+]
+
+# Some texts of each table, and some that it must not have. What the tables hold exactly is not tested here.
+TABLES = {
+    "getKCOSMethodsExcludeSet": (["plus", "subsref", "subsindex"], ["start"]),
+    "getVX2KorvalNamespacesExcludeSet": (["ui"], ["korval.ui"]),
+    "getVX2NamespacesExcludeSet": (["korval.ui"], ["ui"]),
+    "getNoDotMethodClassesExcludeSet": (["table", "datetime"], ["lab.Pump"]),
+    "getAttributesToTreatAsHavingCustomGetters": (["QRDGetSet"], ["Flow"]),
+}
+
+# (line, code, the argument that is named)
+ERRORS = [
+    (b"", "query.not-json", None),
+    (b"{", "query.not-json", None),
+    (b"\xc3\xa9", "query.not-json", None),
+    (b'{"op": "GetDebuggerFocus"} {}', "query.not-json", None),
+    (b'{"op": "\\ud800"}', "query.not-json", None),
+    (b'{"op": "\xff"}', "query.not-utf8", None),
+    (b"[" * 100000, "query.not-json", None),
+    (b"[" * 100000 + b"]" * 100000, "query.not-object", None),
+    (b"3", "query.not-object", None),
+    (b'["GetDebuggerFocus"]', "query.not-object", None),
+    (b'{"op": "GetDebuggerFocus", "op": "GetDebuggerFocus"}', "query.repeated-key", "op"),
+    (b'{"op": "isKCOSClass", "id": {"id": "a", "id": "b"}}', "query.repeated-key", "id"),
+    (b'{"padding": "' + b"x" * (16 << 20) + b'"}', "query.line-too-long", None),
+    ({}, "query.missing-argument", "op"),
+    ({"op": 3}, "query.wrong-type", "op"),
+    ({"op": "getkcosclass"}, "query.unknown-op", "op"),
+    ({"op": ""}, "query.unknown-op", "op"),
+    ({"op": "GetDebuggerFocus", "tag": []}, "query.wrong-type", "tag"),
+    ({"op": "GetDebuggerFocus", "tag": 1.5}, "query.wrong-type", "tag"),
+    ({"op": "GetDebuggerFocus", "trace": 1}, "query.wrong-type", "trace"),
+    ({"op": "GetDebuggerFocus", "id": "a"}, "query.unknown-argument", "id"),
+    ({"op": "isKCOSClass"}, "query.missing-argument", "className"),
+    ({"op": "isKCOSClass", "id": "a", "className": "a"}, "query.unknown-argument", "className"),
+    ({"op": "isKCOSClass", "className": 3}, "query.wrong-type", "className"),
+    ({"op": "isKCOSClass", "className": None}, "query.wrong-type", "className"),
+    ({"op": "isKCOSClass", "className": {"utf16": [65536]}}, "query.wrong-type", "className"),
+    ({"op": "isKCOSClass", "className": {"utf16": [-1]}}, "query.wrong-type", "className"),
+    ({"op": "isKCOSClass", "className": {"utf16": [65.5]}}, "query.wrong-type", "className"),
+    ({"op": "isKCOSClass", "className": {"utf16": [], "more": 1}}, "query.wrong-type", "className"),
+    ({"op": "isKCOSClass", "className": {"bytes": [65]}}, "query.wrong-type", "className"),
+    ({"op": "isKCOSClass", "id": {"bytes": [256]}}, "query.missing-argument", "id.context"),
+    ({"op": "isKCOSClass", "id": 3}, "query.wrong-type", "id"),
+    ({"op": "isKCOSClass", "id": {"id": "a", "className": "b"}}, "query.unknown-argument", "id.className"),
+    ({"op": "isKCOSClass", "id": {"scope": "tune"}}, "query.missing-argument", "id.className"),
+    ({"op": "isKCOSClass", "id": {"object": {"variable": "gone"}}}, "query.unknown-variable", "id.object"),
+    ({"op": "isKCOSObject", "value": "pump"}, "query.wrong-type", "value"),
+    ({"op": "isKCOSObject", "value": {"variable": 3}}, "query.wrong-type", "value.variable"),
+    ({"op": "isKCOSObject", "value": {"variable": "pump", "index": 1}}, "query.unknown-argument", "value.index"),
+    ({"op": "isKCOSObject", "value": {"variable": "gone"}}, "query.unknown-variable", "value"),
+    ({"op": "getClassName", "value": None}, "query.wrong-type", "value"),
+    ({"op": "ResolvedClassID", "scope": "gone", "className": "a"}, "query.unknown-function", "scope"),
+    ({"op": "ResolvedClassID", "scope": 1, "className": "a"}, "query.wrong-type", "scope"),
+    ({"op": "ResolvedClassID", "object": None, "className": "a"}, "query.unknown-argument", "className"),
+    ({"op": "hasMethod", "object": None, "methodName": "a", "isStatic": True}, "query.unknown-argument", "isStatic"),
+    ({"op": "hasMethod", "id": "a", "methodName": {"utf16": [65]}}, "query.wrong-type", "methodName"),
+    ({"op": "isKCOSClassDerivedFrom", "derived": "a", "base": {"id": "b"}}, "query.wrong-type", "base"),
+    ({"op": "isAlreadyResolved", "name": "a", "narrow": "yes"}, "query.wrong-type", "narrow"),
+    ({"op": "isAlreadyResolved", "name": {"bytes": [65]}}, "query.wrong-type", "name"),
+    ({"op": "getClassMethodNames", "id": "a", "names": "kept"}, "query.wrong-type", "names"),
+    ({"op": "getClassMethodNames", "id": "a", "names": [1]}, "query.wrong-type", "names"),
+    ({"op": "getClassMethodNames", "id": "a", "classFlag": None}, "query.wrong-type", "classFlag"),
+    ({"protocol": 1}, "query.protocol", "protocol"),
+]
+
+
+def line_of(request):
+    return request if isinstance(request, bytes) else json.dumps(request).encode()
+
+
+class QueryTest(CommandTest):
+    def exchange(self, requests, *options, snapshot=None):
+        """The answers to the requests (objects, or bytes as they stand), one each."""
+        stdin = b"".join(line_of(request) + b"\n" for request in requests)
+        done = run("query", "--snapshot", snapshot or self.session, *options, stdin=stdin)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        opening, *answers = [json.loads(line) for line in done.stdout.decode().splitlines()]
+        self.assertEqual(opening.keys(), {"protocol", "version"})
+        self.assertEqual(opening["protocol"], 1)
+        self.assertEqual(len(answers), len(requests))
+        return answers
+
+    def test_every_op_in_every_form(self):
+        answers = self.exchange([{"op": op, **arguments} for op, arguments, _ in ANSWERS])
+        for (op, arguments, expected), answer in zip(ANSWERS, answers):
+            if expected is not None:
+                with self.subTest(op=op, arguments=arguments):
+                    self.assertEqual(answer, {"op": op, **expected})
+
+    def test_tables(self):
+        for answer, (op, (inside, outside)) in zip(self.exchange([{"op": op} for op in TABLES]), TABLES.items()):
+            with self.subTest(op=op):
+                self.assertEqual(answer.keys(), {"op", "result"})
+                self.assertEqual(len(set(answer["result"])), len(answer["result"]))
+                self.assertLessEqual(set(inside), set(answer["result"]))
+                self.assertFalse(set(outside) & set(answer["result"]))
+
+    def test_ops_are_the_exported_operations(self):
+        lines = (SOURCE / "packaging/operations.txt").read_text(encoding="utf-8").splitlines()
+        exported = [line.rpartition("::")[2] for line in lines if line and not line.startswith("#")]
+        done = run("query", "--ops")
+        self.assertEqual(done.returncode, 0)
+        self.assertEqual(sorted(done.stdout.decode().split()), sorted(exported))
+        self.assertEqual({op for op, _, _ in ANSWERS}, set(exported))
+
+    def test_errors_name_their_code_and_the_next_line_is_served(self):
+        good = {"op": "isKCOSClass", "id": PUMP}
+        requests = [good] + [request for line, _, _ in ERRORS for request in (line, good)]
+        answers = self.exchange(requests)
+        self.assertEqual(answers[::2], [{"op": "isKCOSClass", "result": True}] * (len(ERRORS) + 1))
+        for (line, code, argument), answer in zip(ERRORS, answers[1::2]):
+            with self.subTest(line=str(line)[:100]):
+                self.assertEqual(answer["error"]["code"], code)
+                self.assertEqual(answer["error"].get("argument"), argument)
+                self.assertNotEqual(answer["error"]["message"], "")
+                self.assertFalse({"result", "names", "exception"} & answer.keys())
+
+    def test_exceptions_of_a_walk_pass_with_their_fields(self):
+        requests = [{"op": "getClassPropertyNames", "id": "lab.Nameless", "classFlag": True}]
+        (answer,) = self.exchange(requests)
+        exception = answer.pop("exception")
+        self.assertEqual(answer, {"op": "getClassPropertyNames", "names": ["First"], "classFlag": False})
+        self.assertEqual((exception.keys(), exception["type"]), ({"type", "what"}, "std::logic_error"))
+        self.assertNotEqual(exception["what"], "")
+
+    def test_tags_come_back_also_with_errors(self):
+        tags = ["gr\u00fcn", "", 7, -1, 2**64 - 1]
+        answers = self.exchange([{"op": "GetDebuggerFocus", "tag": tag} for tag in tags]
+                                + [{"op": "no", "tag": tag} for tag in tags])
+        self.assertEqual([answer["tag"] for answer in answers], tags + tags)
+        self.assertNotIn("tag", self.exchange([{"op": "GetDebuggerFocus"}])[0])
+
+    def test_the_first_line_may_name_the_protocol(self):
+        good, focus = {"op": "isKCOSClass", "id": PUMP}, {"op": "isKCOSClass", "result": True}
+        self.assertEqual(self.exchange([{"protocol": 1, "tag": 1}, good]), [{"tag": 1, "protocol": 1}, focus])
+        for other in (2, 0, "1", None, 1.5):
+            answer, following = self.exchange([{"protocol": other}, good])
+            self.assertEqual((answer["error"]["code"], following), ("query.protocol", focus), other)
+        answer, _ = self.exchange([{"protocol": 1, **good}, good])
+        self.assertEqual(answer["error"]["code"], "query.unknown-argument")
+        for before in (b"", {"tag": []}):
+            answer = self.exchange([before, {"protocol": 1}])[1]
+            self.assertEqual(answer["error"]["code"], "query.protocol", before)
+
+    def test_the_trace_holds_what_the_library_asked_and_nothing_else(self):
+        def calls(operation, argument):
+            return {"calls": [{"operation": operation, "arguments": argument}], "ranKorvalCode": False}
+        cases = [
+            ({"op": "isAlreadyResolved", "name": "a", "narrow": True},
+             {"result": False, **calls("kcos::nameresolution::isPackageQualifiedName", '"a"')}),
+            ({"op": "getCOSClass", "id": {"scope": "tune", "className": "Pump"}},
+             {"result": PUMP, **calls("kcos::COSClass::getClass", f'"{PUMP}"')}),
+            ({"op": "getConstructorName", "className": "a.b"},
+             {"result": "b", "calls": [], "ranKorvalCode": False}),
+            ({"op": "fromLegacyString", "name": "", "narrow": True},
+             {"exception": {"type": BAD_NAME, "className": ""}, **calls("kcos::COSClass::getClass", "null")}),
+        ]
+        for request, expected in cases:
+            expected = {"op": request["op"], **expected}
+            with self.subTest(request=request):
+                self.assertEqual(self.exchange([request], "--trace"), [expected])
+                self.assertEqual(self.exchange([{**request, "trace": True}]), [expected])
+                self.assertFalse({"calls", "ranKorvalCode"} & self.exchange([request])[0].keys())
+        walked = self.exchange([{"op": "hasMethod", "id": PUMP, "methodName": "start"}], "--trace")[0]["calls"]
+        self.assertEqual([call["operation"] for call in walked].count("kcos::COSClass::findMethods"), 2)
+
+    def test_the_end_of_the_input(self):
+        for stdin, answers in ((b"", 0), (b'{"op": "GetDebuggerFocus"}', 1), (b"\r\n", 1), (b"{}\n{}", 2)):
+            done = run("query", "--snapshot", self.session, stdin=stdin)
+            self.assertEqual((done.returncode, done.stdout.count(b"\n")), (0, 1 + answers), stdin)
+        done = run("query", "--snapshot", self.session, stdin=b'{"op": "isKCOSClass", "id": "lab.Mode"}\r')
+        self.assertEqual(json.loads(done.stdout.splitlines()[1]), {"op": "isKCOSClass", "result": True})
+
+    def test_answers_come_line_by_line(self):
+        with self.start() as process:
+            for _ in range(3):
+                process.stdin.write(b'{"op": "isKCOSClass", "id": "lab.Mode"}\n')
+                process.stdin.flush()
+                self.assertEqual(json.loads(process.stdout.readline()), {"op": "isKCOSClass", "result": True})
+            process.stdin.close()
+            self.assertEqual(process.wait(60), 0)
+
+    def start(self, *options, snapshot=None):
+        """A running query that has opened its stream."""
+        process = subprocess.Popen([COMMAND, "query", "--snapshot", snapshot or self.session, *options],
+                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=environment())
+        self.addCleanup(process.kill)
+        self.assertEqual(json.loads(process.stdout.readline())["protocol"], 1)
+        return process
+
+    def test_an_interrupt_while_waiting_ends_the_command(self):
+        with self.start() as process:
+            process.send_signal(signal.SIGINT)
+            self.assertEqual((process.wait(60), process.stdout.read()), (130, b""))
+
+    def test_an_interrupt_during_a_request_is_answered_before_the_command_ends(self):
+        many = [f"method{number}" for number in range(50000)]
+        big = self.snapshot({"format": 1, "classes": [{"name": "Big", "methods": many}]}, "big.json")
+        interrupted = 0
+        for attempt in range(40):
+            with self.start("--trace", snapshot=big) as process:
+                request = {"op": "getClassMethodNames", "id": "Big", "tag": attempt}
+                process.stdin.write(line_of(request) + b"\n" + line_of({"op": "GetDebuggerFocus"}) + b"\n")
+                process.stdin.flush()
+                time.sleep(0.002 * attempt)
+                process.send_signal(signal.SIGINT)
+                answers = [json.loads(line) for line in process.stdout]
+                self.assertEqual(process.wait(60), 130)
+            self.assertLessEqual(len(answers), 2)
+            if answers and answers[0].get("status") == "interrupted":
+                self.assertEqual((len(answers), answers[0]["tag"]), (1, attempt))
+                interrupted += 1
+                if interrupted == 2:
+                    return
+        self.fail("no request was interrupted")
+
+    def test_bad_snapshots(self):
+        for file, code in self.bad_snapshots():
+            with self.subTest(code=code):
+                done = run("query", "--snapshot", file, stdin=b'{"op": "GetDebuggerFocus"}\n')
+                self.assertEqual((done.returncode, done.stdout), (1, b""))
+                message = done.stderr.decode()
+                self.assertTrue(message.startswith(f"contextdata: {file}: "), message)
+                self.assertTrue(message.endswith(f" [{code}]\n"), message)
+                self.assertEqual(message.count("\n"), 1)
+
+    def test_usage(self):
+        for arguments in ([], ["query"], ["query", "--snapshot"], ["query", "--snapshot", self.session, "more"],
+                          ["query", "--trace"], ["query", "--unknown"], ["unknown"]):
+            done = run(*arguments)
+            self.assertEqual((done.returncode, done.stdout), (2, b""), arguments)
+            self.assertIn(b"[command.usage]", done.stderr, arguments)
+        for arguments in (["--help"], ["query", "--help"], ["--version"]):
+            done = run(*arguments)
+            self.assertEqual((done.returncode, done.stderr), (0, b""), arguments)
+            self.assertIn(b"contextdata" if "--version" in arguments else b"--help", done.stdout)
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
+    def test_an_answer_that_cannot_be_written(self):
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([COMMAND, "query", "--snapshot", self.session], stdin=subprocess.DEVNULL,
+                                  stdout=full, stderr=subprocess.PIPE, timeout=60, check=False)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn(b"[command.output]", done.stderr)
+
+    def test_the_documentation_names_every_op_and_every_code(self):
+        page = (SOURCE / "docs/query.md").read_text(encoding="utf-8")
+        for name in {op for op, _, _ in ANSWERS} | {code for _, code, _ in ERRORS}:
+            self.assertIn(f"`{name}`", page)
+
+
+if __name__ == "__main__":
+    unittest.main()

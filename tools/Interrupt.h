@@ -1,0 +1,21 @@
+#pragma once
+
+#include "embedded/Host.h"
+
+namespace tools {
+
+/// From now on Ctrl-C (SIGINT) asks the host of the current Interruptible to stop. Where there is none, because
+/// the command waits for input or loads a snapshot, and at the second time, the process ends at once with the
+/// exit code of an interrupted command.
+void handleInterrupts();
+
+/// While it lives, Ctrl-C interrupts this host instead of ending the process.
+class Interruptible {
+ public:
+  explicit Interruptible(embedded::Host& host) noexcept;
+  ~Interruptible();
+  Interruptible(const Interruptible&) = delete;
+  Interruptible& operator=(const Interruptible&) = delete;
+};
+
+}  // namespace tools

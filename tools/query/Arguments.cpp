@@ -1,0 +1,118 @@
+#include "tools/query/Arguments.h"
+
+#include <optional>
+#include <utility>
+
+#include "tools/query/RequestError.h"
+
+namespace tools::query {
+
+using KCOSContextData::ResolvedClassID;
+
+Arguments::Arguments(const Json& object, embedded::Host& host, std::string path)
+    : object_(object), host_(host), path_(std::move(path)) {}
+
+bool Arguments::has(const std::string& name) const { return object_.contains(name); }
+
+bool Arguments::hasIdentifier(const std::string& name) const {
+  return has(name) && object_.at(name).is_object() && !textOf(object_.at(name));
+}
+
+std::u16string Arguments::text(const std::string& name) const {
+  const std::optional<std::u16string> text = textOf(get(name));
+  if (!text) wrongType(name, "a text: a string or {\"utf16\": [...]}");
+  return *text;
+}
+
+std::string Arguments::narrowText(const std::string& name) const {
+  const std::optional<std::string> text = narrowTextOf(get(name));
+  if (!text) wrongType(name, "a narrow text: a string or {\"bytes\": [...]}");
+  return *text;
+}
+
+bool Arguments::flag(const std::string& name) const {
+  if (!has(name)) return false;
+  const Json& flag = get(name);
+  if (!flag.is_boolean()) wrongType(name, "true or false");
+  return flag.get<bool>();
+}
+
+std::vector<std::u16string> Arguments::texts(const std::string& name) const {
+  std::vector<std::u16string> texts;
+  if (!has(name)) return texts;
+  const Json& list = get(name);
+  if (!list.is_array()) wrongType(name, "a list of texts");
+  for (const Json& element : list) {
+    const std::optional<std::u16string> text = textOf(element);
+    if (!text) wrongType(name, "a list of texts");
+    texts.push_back(*text);
+  }
+  return texts;
+}
+
+boost::intrusive_ptr<kxArray_tag> Arguments::value(const std::string& name) const {
+  const Json& value = get(name);
+  if (value.is_null()) return nullptr;
+  if (!value.is_object()) wrongType(name, "a variable, {\"variable\": name}, or null");
+  const Arguments inner = nested(name);
+  const std::string variable = inner.narrowText("variable");
+  inner.finish();
+  auto found = host_.variable(variable);
+  if (!found) throw RequestError{"query.unknown-variable", "no variable has this name", path_ + name};
+  return found;
+}
+
+boost::intrusive_ptr<kxArray_tag> Arguments::existingValue(const std::string& name) const {
+  if (get(name).is_null()) wrongType(name, "a variable, {\"variable\": name}");
+  return value(name);
+}
+
+const Kfh_KORVAL_fn* Arguments::scope(const std::string& name) const {
+  if (get(name).is_null()) return nullptr;
+  const Kfh_KORVAL_fn* function = host_.function(narrowText(name));
+  if (function == nullptr) {
+    throw RequestError{"query.unknown-function", "no function has this name", path_ + name};
+  }
+  return function;
+}
+
+ResolvedClassID Arguments::identifier(const std::string& name) const {
+  if (const std::optional<std::string> text = narrowTextOf(get(name))) {
+    return ResolvedClassID::fromKnownResolvedClassID(*text);
+  }
+  if (!get(name).is_object())
+    wrongType(name, "an identifier: a narrow text or the arguments of a constructor");
+  const Arguments inner = nested(name);
+  const ResolvedClassID id =
+      inner.has("id") ? inner.identifier("id") : construct(inner, [](const auto& make) { return make(); });
+  inner.finish();
+  return id;
+}
+
+void Arguments::finish() const {
+  for (const auto& [name, value] : object_.items()) {
+    if (!read_.contains(name)) {
+      throw RequestError{"query.unknown-argument", "not an argument of this operation in this form",
+                         path_ + name};
+    }
+  }
+}
+
+const Json& Arguments::get(const std::string& name) const {
+  read_.insert(name);
+  const auto found = object_.find(name);
+  if (found == object_.end()) {
+    throw RequestError{"query.missing-argument", "the operation needs this argument", path_ + name};
+  }
+  return *found;
+}
+
+Arguments Arguments::nested(const std::string& name) const {
+  return Arguments(get(name), host_, path_ + name + ".");
+}
+
+void Arguments::wrongType(const std::string& name, const std::string& expected) const {
+  throw RequestError{"query.wrong-type", "expected " + expected, path_ + name};
+}
+
+}  // namespace tools::query

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/query/Question.h"
+
+namespace tools::query {
+
+/// One exported operation under the name of its op.
+struct Operation {
+  std::string name;
+  void (*answer)(Question& question);
+};
+
+// The operations of each exported header.
+std::vector<Operation> identifierOperations();
+std::vector<Operation> gatewayOperations();
+std::vector<Operation> tableOperations();
+std::vector<Operation> memberNameOperations();
+
+/// All of them.
+const std::vector<Operation>& operations();
+
+/// The operation of that name, or null.
+const Operation* findOperation(const std::string& name);
+
+}  // namespace tools::query

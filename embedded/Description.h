@@ -5,9 +5,10 @@
 //
 // Host's constructor checks the description; nothing here is checked while it is being written.
 
+#include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
-#include <utility>
 #include <variant>
 #include <vector>
 
@@ -23,6 +24,21 @@ struct Access {
   std::vector<std::string> classes;
 };
 
+/// An attribute of a property beside those of its record: its data type (empty: none) and its value.
+struct AttributeDescription {
+  std::string name;
+  std::string type;
+  bool value = false;
+};
+
+/// What the class system knows about a property whose storage it has optimised.
+struct OptimizedStorage {
+  /// Reading the property runs a get method.
+  bool customGetter = false;
+  /// The record's second yes/no answer.
+  bool flag = false;
+};
+
 struct PropertyDescription {
   MemberName name;
   Access get;
@@ -31,6 +47,8 @@ struct PropertyDescription {
   bool dependent = false;
   /// The data type's name; empty: the property has no data type.
   std::string type;
+  std::vector<AttributeDescription> attributes;
+  std::optional<OptimizedStorage> optimized;
 };
 
 /// A method. Several methods of one class may have the same name.
@@ -53,6 +71,13 @@ struct EnumerationMemberDescription {
 /// order; a class that is reached along several ways is walked once, where it is met first.
 enum class WalkOrder { OwnFirst, InheritedFirst };
 
+/// One of the four lists of attribute names of a class: the names that it always answers, and those that it
+/// answers after them when it is asked with the argument true.
+struct AttributeNames {
+  std::vector<std::string> names;
+  std::vector<std::string> further;
+};
+
 struct ClassDescription {
   /// The dotted name by which users know the class; its namespaces exist by being part of it.
   std::string name;
@@ -71,6 +96,7 @@ struct ClassDescription {
   std::vector<PropertyDescription> properties;
   std::vector<MethodDescription> methods;
   std::vector<EnumerationMemberDescription> members;
+  std::array<AttributeNames, 4> attributeNames;
 };
 
 /// A function, a method's file or a script: something with imports in whose scope names are resolved. A
@@ -85,6 +111,7 @@ struct FunctionDescription {
 };
 
 struct ValueDescription;
+struct PropertyValue;
 
 struct DoubleArray {
   /// Empty: a row of all elements.
@@ -117,12 +144,20 @@ struct StructureArray {
 /// A scalar object of a class of the class system, with the stored values of its properties.
 struct ObjectValue {
   std::string className;
-  std::vector<std::pair<std::string, ValueDescription>> properties;
+  std::vector<PropertyValue> properties;
+  /// The enumeration member that the object is; empty: none.
+  std::string member;
 };
 
 struct ValueDescription {
   std::variant<DoubleArray, LogicalArray, CharacterRow, StringScalar, CellArray, StructureArray, ObjectValue>
       content;
+};
+
+/// The stored value of an object's property.
+struct PropertyValue {
+  std::string name;
+  ValueDescription value;
 };
 
 struct VariableDescription {
@@ -155,6 +190,14 @@ struct ScopesDescription {
   std::optional<DebuggerDescription> debugger;
 };
 
+/// An item of the search path: a folder on the path, a class or package folder inside one, or an item that
+/// counts only while its parent is the current folder.
+struct PathItemDescription {
+  enum Kind { Path, Class, Package, Current };
+  Kind kind = Path;
+  std::string folder;
+};
+
 struct Description {
   /// Component-aware resolution is in force.
   bool components = true;
@@ -164,6 +207,12 @@ struct Description {
   std::vector<FunctionDescription> functions;
   std::vector<VariableDescription> workspace;
   ScopesDescription scopes;
+  /// In path order. Folders here and below are taken from the process's current one unless they are absolute.
+  std::vector<PathItemDescription> path;
+  /// Empty: the process's own.
+  std::string currentFolder;
+  /// The names of the documented built-in functions; may repeat.
+  std::vector<std::string> builtins;
 };
 
 }  // namespace embedded

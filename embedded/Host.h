@@ -147,6 +147,9 @@ class KORVAL_HOST_API Host {
 
  private:
   friend class Activation;
+  /// `file` stands in the errors.
+  Host(const Description& description, const std::string& file);
+
   std::unique_ptr<Session> session_;
 };
 

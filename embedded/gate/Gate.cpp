@@ -69,7 +69,8 @@ void Gate::raiseFault(Operation operation) {
   if (fault_.happened && !fault_.andLater) return;
   if (!fault_.happened && --fault_.callsToGo > 0) return;
   fault_.happened = true;
-  fault_.raise();
+  const auto raise = fault_.raise;  // which may set or drop the plan
+  raise();
 }
 
 void refuseWithoutHost(Operation operation) {

@@ -15,6 +15,7 @@
 #include "host/Names.h"
 
 class kxArray_tag;
+struct Kfh_KORVAL_fn;
 
 namespace embedded {
 
@@ -54,7 +55,7 @@ struct PlannedFault {
   bool happened = false;
 };
 
-// How arguments look in a log.
+// How arguments look in a log; the object that is asked comes first.
 std::string describe(const std::string& text);
 std::string describe(const std::u16string& text);
 std::string describe(const char* text);
@@ -63,6 +64,9 @@ std::string describe(bool value);
 std::string describe(int value);
 std::string describe(unsigned long value);
 std::string describe(const kxArray_tag* value);
+std::string describe(const Kfh_KORVAL_fn* function);
+template <class Other>
+std::string describe(const Other*) = delete;  // would be logged as a yes
 
 class Gate {
  public:

@@ -1,0 +1,104 @@
+#include "embedded/Host.h"
+
+#include <utility>
+
+#include "embedded/Session.h"
+#include "embedded/snapshot/DescriptionCheck.h"
+#include "embedded/values/References.h"
+#include "host/Abi.h"
+
+void contextdata_host_abi_1() noexcept {}
+
+namespace embedded {
+
+namespace {
+
+std::optional<Operation> operationNamed(const std::string& name) {
+  for (std::size_t at = 0; at < operationCount(); ++at)
+    if (name == nameOf(static_cast<Operation>(at))) return static_cast<Operation>(at);
+  return {};
+}
+
+bool isFaulty(Operation operation) { return ruleOf(operation) != Rule::NoThrow; }
+
+const Description& checked(const Description& description, const std::string& file) {
+  checkDescription(description, file);
+  return description;
+}
+
+}  // namespace
+
+Host::Host(const Description& description) : Host(description, "") {}
+
+Host::Host(const Description& description, const std::string& file)
+    : session_(std::make_unique<Session>(checked(description, file))) {}
+
+Host::~Host() = default;
+
+std::unique_ptr<Host> Host::load(const std::filesystem::path& file, const LoadProgress& progress) {
+  return std::unique_ptr<Host>(new Host(readSnapshot(file, progress), file.string()));
+}
+
+void Host::requestInterrupt() noexcept { session_->requestInterrupt(); }
+void Host::clearInterrupt() noexcept { session_->clearInterrupt(); }
+bool Host::interruptRequested() const noexcept { return session_->interruptRequested(); }
+
+std::uint64_t Host::callCount() const noexcept { return session_->callCount(); }
+void Host::startLog() { session_->startLog(); }
+
+std::vector<Call> Host::takeLog() {
+  std::vector<Call> calls;
+  for (LoggedCall& call : session_->takeLog())
+    calls.push_back({nameOf(call.operation), std::move(call.arguments)});
+  return calls;
+}
+
+bool Host::ranKorvalCode(const std::vector<Call>& log) {
+  for (const Call& call : log)
+    if (const auto operation = operationNamed(call.operation);
+        operation && ruleOf(*operation) == Rule::RunsCode)
+      return true;
+  return false;
+}
+
+void Host::setFault(FaultPlan plan) {
+  PlannedFault fault{plan.operation.empty(), {}, plan.call, plan.andLater, std::move(plan.raise), false};
+  if (!fault.anyOperation) {
+    const auto operation = operationNamed(plan.operation);
+    if (!operation || !isFaulty(*operation))
+      throw std::invalid_argument("\"" + plan.operation + "\" is no operation of the host that may throw");
+    fault.operation = *operation;
+  }
+  if (fault.callsToGo == 0 || !fault.raise)
+    throw std::invalid_argument("A fault plan needs a call, counted from 1, and something to raise");
+  session_->setFault(std::move(fault));
+}
+
+bool Host::clearFault() { return session_->clearFault(); }
+
+std::vector<std::string> Host::faultyOperations() {
+  std::vector<std::string> names;
+  for (std::size_t at = 0; at < operationCount(); ++at)
+    if (const auto operation = static_cast<Operation>(at); isFaulty(operation))
+      names.emplace_back(nameOf(operation));
+  return names;
+}
+
+ReferenceAudit Host::references() noexcept { return referenceAudit(); }
+
+boost::intrusive_ptr<kxArray_tag> Host::variable(const std::string& name) const {
+  return {session_->workspace.find(name).detach(), false};
+}
+
+std::vector<std::string> Host::variableNames() const { return session_->workspace.names(); }
+void Host::setComponents(bool on) noexcept { session_->componentsOn = on; }
+const Kfh_KORVAL_fn* Host::function(const std::string& name) const {
+  return session_->dispatcher.function(name);
+}
+
+Activation::Activation(Host& host) noexcept
+    : before_(static_cast<Session*>(std::exchange(activeGate, host.session_.get()))) {}
+
+Activation::~Activation() { activeGate = before_; }
+
+}  // namespace embedded

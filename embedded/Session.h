@@ -1,0 +1,34 @@
+#pragma once
+
+#include "embedded/classes/ClassSystem.h"
+#include "embedded/dispatcher/Debugger.h"
+#include "embedded/dispatcher/Dispatcher.h"
+#include "embedded/gate/Gate.h"
+#include "embedded/values/Workspace.h"
+
+namespace embedded {
+
+/// What is behind a host: the gate, and everything that its operations ask. Its parts refer to those before
+/// them.
+struct Session : Gate {
+  /// Of a description that has been checked.
+  explicit Session(const Description& description)
+      : classes(description),
+        workspace(description.workspace, classes),
+        dispatcher(description, classes),
+        debugger(description.scopes.debugger),
+        debuggerIsReachable(description.scopes.bridge),
+        componentsOn(description.components) {}
+
+  ClassSystem classes;
+  Workspace workspace;
+  Dispatcher dispatcher;
+  Debugger debugger;
+  bool debuggerIsReachable;
+  bool componentsOn;
+};
+
+/// The calling thread's session, behind a gate that has been entered.
+inline Session& session() { return static_cast<Session&>(*activeGate); }
+
+}  // namespace embedded

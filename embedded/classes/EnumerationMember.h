@@ -1,0 +1,25 @@
+#pragma once
+
+#include "embedded/classes/Element.h"
+#include "embedded/classes/MemberText.h"
+
+namespace embedded {
+
+class EnumerationMember final : public Element, public kcos::COSEnumInfo {
+ public:
+  EnumerationMember(Class& owner, const EnumerationMemberDescription& description)
+      : owner_(owner), name_(description.name), hidden_(description.hidden) {}
+
+  kcos::COSEnumInfo* asEnumerationMember() noexcept override { return this; }
+  Class* definingClass() const noexcept override { return &owner_; }
+
+  const char* getName() const override;
+  bool isHidden() const override;
+
+ private:
+  Class& owner_;
+  MemberText name_;
+  bool hidden_;
+};
+
+}  // namespace embedded

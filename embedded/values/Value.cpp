@@ -1,0 +1,69 @@
+#include "embedded/values/Value.h"
+
+#include <array>
+#include <functional>
+#include <numeric>
+
+#include "embedded/gate/Gate.h"
+#include "embedded/values/References.h"
+
+namespace embedded {
+
+namespace {
+
+struct Kind {
+  int code;
+  std::string_view name;
+};
+
+/// In the order of the content's alternatives. Objects have the names of their classes instead.
+constexpr std::array<Kind, std::variant_size_v<Value::Content>> kinds = {
+    {{6, "double"}, {3, "logical"}, {4, "char"}, {16, "string"}, {1, "cell"}, {2, "struct"}, {19, ""}}};
+
+}  // namespace
+
+Value::Value(std::vector<std::size_t> size, Content content)
+    : size_(std::move(size)), content_(std::move(content)) {
+  countNewValue();
+  countAddedReference();
+}
+
+Value::~Value() { countDestroyedValue(); }
+
+void Value::addReference() const noexcept {
+  references_.fetch_add(1, std::memory_order_relaxed);
+  countAddedReference();
+}
+
+bool Value::dropReference() const noexcept {
+  countDroppedReference();
+  return references_.fetch_sub(1, std::memory_order_acq_rel) == 1;
+}
+
+int Value::classCode() const noexcept { return kinds[content_.index()].code; }
+
+std::string Value::className() const {
+  return object() != nullptr ? object()->className.text() : std::string(kinds[content_.index()].name);
+}
+
+std::size_t Value::elementCount() const noexcept {
+  return std::accumulate(size_.begin(), size_.end(), std::size_t{1}, std::multiplies());
+}
+
+std::optional<int> builtInClassCode(std::string_view className) noexcept {
+  for (const Kind& kind : kinds)
+    if (kind.name == className && !className.empty()) return kind.code;
+  return {};
+}
+
+std::string describe(const kxArray_tag* value) {
+  if (value == nullptr) return "null";
+  std::string result = "<" + valueOf(value).className();
+  char separator = ' ';
+  for (const std::size_t extent : valueOf(value).size()) {
+    result += std::exchange(separator, 'x') + std::to_string(extent);
+  }
+  return result + ">";
+}
+
+}  // namespace embedded

@@ -42,10 +42,10 @@ struct OptimizedStorage {
 /// What a property's declaration demands of its values.
 struct ValidationDescription {
   /// The declared class, which need not be one of the description; empty: none.
-  std::string className;
+  std::string className = {};
   /// The declared extents, without a value where any will do; empty: no size is declared.
-  std::vector<std::optional<std::size_t>> size;
-  std::vector<std::string> functions;
+  std::vector<std::optional<std::size_t>> size = {};
+  std::vector<std::string> functions = {};
 };
 
 struct ValueDescription;
@@ -60,10 +60,10 @@ struct PropertyDescription {
   /// The data type's name. Empty: the class that the validation names, or else "any" when there is a validation or a set
   /// of values; without them the property has no data type.
   std::string type;
-  std::optional<ValidationDescription> validation;
+  std::optional<ValidationDescription> validation = {};
   /// The finite set of values that the property may take. Without one, and with an enumeration class as its type or
   /// validation, these are its members that are not hidden.
-  std::optional<std::vector<ValueDescription>> values;
+  std::optional<std::vector<ValueDescription>> values = {};
   /// Whether values of its data type can be made arrays. A type of which one property says no has no conversion.
   bool conversion = true;
   std::vector<AttributeDescription> attributes;
@@ -159,12 +159,12 @@ struct StructureArray {
 };
 /// A scalar object of a class of the class system, with the stored values of its properties.
 struct ObjectValue {
-  std::string className;
-  std::vector<PropertyValue> properties;
+  std::string className = {};
+  std::vector<PropertyValue> properties = {};
   /// The enumeration member that the object is; empty: none.
-  std::string member;
+  std::string member = {};
   /// What the object shows for itself; without a value, nothing.
-  std::optional<std::u16string> text;
+  std::optional<std::u16string> text = {};
   /// Asking for that text fails.
   bool failing = false;
 };

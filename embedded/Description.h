@@ -21,13 +21,13 @@ using MemberName = std::optional<std::string>;
 /// 5 constant (as set access). The classes may use the member whatever the level is.
 struct Access {
   int level = 0;
-  std::vector<std::string> classes;
+  std::vector<std::string> classes = {};
 };
 
 /// An attribute of a property beside those of its record: its data type (empty: none) and its value.
 struct AttributeDescription {
-  std::string name;
-  std::string type;
+  std::string name = {};
+  std::string type = {};
   bool value = false;
 };
 
@@ -52,36 +52,36 @@ struct ValueDescription;
 struct PropertyValue;
 
 struct PropertyDescription {
-  MemberName name;
-  Access get;
-  Access set;
+  MemberName name = {};
+  Access get = {};
+  Access set = {};
   bool hidden = false;
   bool dependent = false;
-  /// The data type's name. Empty: the class that the validation names, or else "any" when there is a validation or a set
-  /// of values; without them the property has no data type.
-  std::string type;
+  /// The data type's name. Empty: the class that the validation names, or else "any" when there is a
+  /// validation or a set of values; without them the property has no data type.
+  std::string type = {};
   std::optional<ValidationDescription> validation = {};
-  /// The finite set of values that the property may take. Without one, and with an enumeration class as its type or
-  /// validation, these are its members that are not hidden.
+  /// The finite set of values that the property may take. Without one, and with an enumeration class as its
+  /// type or validation, these are the members that are not hidden.
   std::optional<std::vector<ValueDescription>> values = {};
   /// Whether values of its data type can be made arrays. A type of which one property says no has no conversion.
   bool conversion = true;
-  std::vector<AttributeDescription> attributes;
-  std::optional<OptimizedStorage> optimized;
+  std::vector<AttributeDescription> attributes = {};
+  std::optional<OptimizedStorage> optimized = {};
 };
 
 /// A method. Several methods of one class may have the same name.
 struct MethodDescription {
-  MemberName name;
-  Access access;
+  MemberName name = {};
+  Access access = {};
   bool isStatic = false;
   bool hidden = false;
   /// Whether the method is visible; by default, unless it is hidden.
-  std::optional<bool> visible;
+  std::optional<bool> visible = {};
 };
 
 struct EnumerationMemberDescription {
-  MemberName name;
+  MemberName name = {};
   bool hidden = false;
 };
 
@@ -99,12 +99,12 @@ struct AttributeNames {
 
 struct ClassDescription {
   /// The dotted name by which users know the class; its namespaces exist by being part of it.
-  std::string name;
+  std::string name = {};
   /// The component that the class comes from; empty: none. The identity of the class is "component:name".
-  std::string component;
-  std::vector<std::string> aliases;
+  std::string component = {};
+  std::vector<std::string> aliases = {};
   /// Names of classes as code without any import would write them, or identities.
-  std::vector<std::string> superclasses;
+  std::vector<std::string> superclasses = {};
   WalkOrder order = WalkOrder::OwnFirst;
   bool hidden = false;
   /// The class fails its check.
@@ -112,21 +112,21 @@ struct ClassDescription {
   /// The yes/no answer of the class as a whole.
   bool flag = false;
   bool enumeration = false;
-  std::vector<PropertyDescription> properties;
-  std::vector<MethodDescription> methods;
-  std::vector<EnumerationMemberDescription> members;
-  std::array<AttributeNames, 4> attributeNames;
+  std::vector<PropertyDescription> properties = {};
+  std::vector<MethodDescription> methods = {};
+  std::vector<EnumerationMemberDescription> members = {};
+  std::array<AttributeNames, 4> attributeNames = {};
 };
 
 /// A function, a method's file or a script: something with imports in whose scope names are resolved. A
 /// dotted name puts it into a namespace.
 struct FunctionDescription {
-  std::string name;
-  std::string component;
+  std::string name = {};
+  std::string component = {};
   /// "lab.Pump" imports one name, "lab.*" every name of the namespace.
-  std::vector<std::string> imports;
+  std::vector<std::string> imports = {};
   bool hidden = false;
-  std::optional<bool> visible;
+  std::optional<bool> visible = {};
 };
 
 struct DoubleArray {
@@ -187,13 +187,13 @@ struct VariableDescription {
 
 /// One active scope: the name of a function, and whether names may be resolved in it.
 struct ActiveScopeDescription {
-  std::string function;
+  std::string function = {};
   bool eligible = true;
 };
 
 /// Where the debugger is stopped. The name need not be that of a function.
 struct DebuggerDescription {
-  std::string focus;
+  std::string focus = {};
   int first = 0;
   int second = 0;
 };
@@ -202,12 +202,12 @@ struct ScopesDescription {
   /// The stack of executing functions can be queried.
   bool queryable = false;
   /// The function that executes; empty: none.
-  std::string executing;
+  std::string executing = {};
   /// Innermost first.
-  std::vector<ActiveScopeDescription> active;
+  std::vector<ActiveScopeDescription> active = {};
   /// There is a bridge to the debugger.
   bool bridge = true;
-  std::optional<DebuggerDescription> debugger;
+  std::optional<DebuggerDescription> debugger = {};
 };
 
 /// An item of the search path: a folder on the path, a class or package folder inside one, or an item that
@@ -215,7 +215,7 @@ struct ScopesDescription {
 struct PathItemDescription {
   enum Kind { Path, Class, Package, Current };
   Kind kind = Path;
-  std::string folder;
+  std::string folder = {};
 };
 
 struct Description {

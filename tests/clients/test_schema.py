@@ -20,7 +20,8 @@ STRING_OR_COMMENT = re.compile(r'"(?:\\.|[^"\\])*"|//[^\n]*|/\*.*?\*/', re.DOTAL
 
 # Faults that a schema cannot express.
 BEYOND = {"unknown-class", "unknown-function", "unknown-property", "unknown-member", "duplicate-class",
-          "duplicate-function", "duplicate-variable", "superclass-cycle", "wrong-size", "kind-first"}
+          "duplicate-function", "duplicate-variable", "superclass-cycle", "wrong-size", "kind-first",
+          "different-fields"}
 
 # Every key, and every kind of value.
 EVERYTHING = {

@@ -81,7 +81,8 @@ TEST(GoodSnapshots, KeepEveryFieldOfAClass) {
     "order": "inherited-first", "hidden": true, "broken": true, "flag": true, "enumeration": true,
     "members": ["On", "On", {"name": "Off", "hidden": true}, {"name": null}],
     "attributeNames": [{"names": ["x", "y"]}, {"further": ["z"]}, {}, {"names": [""]}]
-  }, {"name": "Root", "aliases": ["Alias"], "order": "own-first"}, {"name": "lab.Top", "component": "base"}])");
+  }, {"name": "Root", "aliases": ["Alias"], "order": "own-first"},
+     {"name": "lab.Top", "component": "base"}])");
   const auto& pump = world.classes.at(0);
   EXPECT_EQ(pump.name, "lab.Pump");
   EXPECT_EQ(pump.component, "base");

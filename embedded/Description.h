@@ -51,6 +51,57 @@ struct ValidationDescription {
 struct ValueDescription;
 struct PropertyValue;
 
+struct DoubleArray {
+  /// Empty: a row of all elements.
+  std::vector<std::size_t> size;
+  std::vector<double> elements;
+};
+struct LogicalArray {
+  std::vector<std::size_t> size;
+  std::vector<bool> elements;
+};
+/// A row of characters.
+struct CharacterRow {
+  std::u16string text;
+};
+/// A string scalar; without a value it is the missing string.
+struct StringScalar {
+  std::optional<std::u16string> text;
+};
+struct CellArray {
+  std::vector<std::size_t> size;
+  /// An element without a value is absent.
+  std::vector<std::optional<ValueDescription>> elements;
+};
+struct StructureArray {
+  std::vector<std::size_t> size;
+  std::vector<std::string> fields;
+  /// Element by element, each with one value per field.
+  std::vector<ValueDescription> values;
+};
+/// A scalar object of a class of the class system, with the stored values of its properties.
+struct ObjectValue {
+  std::string className = {};
+  std::vector<PropertyValue> properties;
+  /// The enumeration member that the object is; empty: none.
+  std::string member = {};
+  /// What the object shows for itself; without a value, nothing.
+  std::optional<std::u16string> text = {};
+  /// Asking for that text fails.
+  bool failing = false;
+};
+
+struct ValueDescription {
+  std::variant<DoubleArray, LogicalArray, CharacterRow, StringScalar, CellArray, StructureArray, ObjectValue>
+      content;
+};
+
+/// The stored value of an object's property.
+struct PropertyValue {
+  std::string name;
+  ValueDescription value;
+};
+
 struct PropertyDescription {
   MemberName name = {};
   Access get = {};
@@ -127,57 +178,6 @@ struct FunctionDescription {
   std::vector<std::string> imports = {};
   bool hidden = false;
   std::optional<bool> visible = {};
-};
-
-struct DoubleArray {
-  /// Empty: a row of all elements.
-  std::vector<std::size_t> size;
-  std::vector<double> elements;
-};
-struct LogicalArray {
-  std::vector<std::size_t> size;
-  std::vector<bool> elements;
-};
-/// A row of characters.
-struct CharacterRow {
-  std::u16string text;
-};
-/// A string scalar; without a value it is the missing string.
-struct StringScalar {
-  std::optional<std::u16string> text;
-};
-struct CellArray {
-  std::vector<std::size_t> size;
-  /// An element without a value is absent.
-  std::vector<std::optional<ValueDescription>> elements;
-};
-struct StructureArray {
-  std::vector<std::size_t> size;
-  std::vector<std::string> fields;
-  /// Element by element, each with one value per field.
-  std::vector<ValueDescription> values;
-};
-/// A scalar object of a class of the class system, with the stored values of its properties.
-struct ObjectValue {
-  std::string className = {};
-  std::vector<PropertyValue> properties = {};
-  /// The enumeration member that the object is; empty: none.
-  std::string member = {};
-  /// What the object shows for itself; without a value, nothing.
-  std::optional<std::u16string> text = {};
-  /// Asking for that text fails.
-  bool failing = false;
-};
-
-struct ValueDescription {
-  std::variant<DoubleArray, LogicalArray, CharacterRow, StringScalar, CellArray, StructureArray, ObjectValue>
-      content;
-};
-
-/// The stored value of an object's property.
-struct PropertyValue {
-  std::string name;
-  ValueDescription value;
 };
 
 struct VariableDescription {

@@ -3,6 +3,7 @@ import json
 import os
 import signal
 import subprocess
+import threading
 import time
 import unittest
 
@@ -321,10 +322,12 @@ class QueryTest(CommandTest):
             self.assertEqual(process.wait(60), 0)
 
     def start(self, *options, snapshot=None):
-        """A running query that has opened its stream."""
+        """A running query that has opened its stream; it is ended after a minute, so that no test waits for ever."""
         process = subprocess.Popen([COMMAND, "query", "--snapshot", snapshot or self.session, *options],
                                    stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=environment())
-        self.addCleanup(process.kill)
+        end = threading.Timer(60, process.kill)
+        end.start()
+        self.addCleanup(end.cancel)
         self.assertEqual(json.loads(process.stdout.readline())["protocol"], 1)
         return process
 

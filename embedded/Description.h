@@ -39,14 +39,84 @@ struct OptimizedStorage {
   bool flag = false;
 };
 
+/// What a property's declaration demands of its values.
+struct ValidationDescription {
+  /// The declared class, which need not be one of the description; empty: none.
+  std::string className = {};
+  /// The declared extents, without a value where any will do; empty: no size is declared.
+  std::vector<std::optional<std::size_t>> size = {};
+  std::vector<std::string> functions = {};
+};
+
+struct ValueDescription;
+struct PropertyValue;
+
+struct DoubleArray {
+  /// Empty: a row of all elements.
+  std::vector<std::size_t> size;
+  std::vector<double> elements;
+};
+struct LogicalArray {
+  std::vector<std::size_t> size;
+  std::vector<bool> elements;
+};
+/// A row of characters.
+struct CharacterRow {
+  std::u16string text;
+};
+/// A string scalar; without a value it is the missing string.
+struct StringScalar {
+  std::optional<std::u16string> text;
+};
+struct CellArray {
+  std::vector<std::size_t> size;
+  /// An element without a value is absent.
+  std::vector<std::optional<ValueDescription>> elements;
+};
+struct StructureArray {
+  std::vector<std::size_t> size;
+  std::vector<std::string> fields;
+  /// Element by element, each with one value per field.
+  std::vector<ValueDescription> values;
+};
+/// A scalar object of a class of the class system, with the stored values of its properties.
+struct ObjectValue {
+  std::string className = {};
+  std::vector<PropertyValue> properties;
+  /// The enumeration member that the object is; empty: none.
+  std::string member = {};
+  /// What the object shows for itself; without a value, nothing.
+  std::optional<std::u16string> text = {};
+  /// Asking for that text fails.
+  bool failing = false;
+};
+
+struct ValueDescription {
+  std::variant<DoubleArray, LogicalArray, CharacterRow, StringScalar, CellArray, StructureArray, ObjectValue>
+      content;
+};
+
+/// The stored value of an object's property.
+struct PropertyValue {
+  std::string name;
+  ValueDescription value;
+};
+
 struct PropertyDescription {
   MemberName name = {};
   Access get = {};
   Access set = {};
   bool hidden = false;
   bool dependent = false;
-  /// The data type's name; empty: the property has no data type.
+  /// The data type's name. Empty: the class that the validation names, or else "any" when there is a
+  /// validation or a set of values; without them the property has no data type.
   std::string type = {};
+  std::optional<ValidationDescription> validation = {};
+  /// The finite set of values that the property may take. Without one, and with an enumeration class as its
+  /// type or validation, these are the members that are not hidden.
+  std::optional<std::vector<ValueDescription>> values = {};
+  /// Whether values of its data type can be made arrays. A type of which one property says no has no conversion.
+  bool conversion = true;
   std::vector<AttributeDescription> attributes = {};
   std::optional<OptimizedStorage> optimized = {};
 };
@@ -108,56 +178,6 @@ struct FunctionDescription {
   std::vector<std::string> imports = {};
   bool hidden = false;
   std::optional<bool> visible = {};
-};
-
-struct ValueDescription;
-struct PropertyValue;
-
-struct DoubleArray {
-  /// Empty: a row of all elements.
-  std::vector<std::size_t> size;
-  std::vector<double> elements;
-};
-struct LogicalArray {
-  std::vector<std::size_t> size;
-  std::vector<bool> elements;
-};
-/// A row of characters.
-struct CharacterRow {
-  std::u16string text;
-};
-/// A string scalar; without a value it is the missing string.
-struct StringScalar {
-  std::optional<std::u16string> text;
-};
-struct CellArray {
-  std::vector<std::size_t> size;
-  /// An element without a value is absent.
-  std::vector<std::optional<ValueDescription>> elements;
-};
-struct StructureArray {
-  std::vector<std::size_t> size;
-  std::vector<std::string> fields;
-  /// Element by element, each with one value per field.
-  std::vector<ValueDescription> values;
-};
-/// A scalar object of a class of the class system, with the stored values of its properties.
-struct ObjectValue {
-  std::string className;
-  std::vector<PropertyValue> properties;
-  /// The enumeration member that the object is; empty: none.
-  std::string member;
-};
-
-struct ValueDescription {
-  std::variant<DoubleArray, LogicalArray, CharacterRow, StringScalar, CellArray, StructureArray, ObjectValue>
-      content;
-};
-
-/// The stored value of an object's property.
-struct PropertyValue {
-  std::string name;
-  ValueDescription value;
 };
 
 struct VariableDescription {

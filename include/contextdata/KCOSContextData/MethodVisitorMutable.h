@@ -1,0 +1,48 @@
+#pragma once
+
+// Collects the methods that one class itself defines, under the options of one query.
+
+#include <contextdata/Export.h>
+#include <contextdata/KCOSContextData/MethodInfo.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "host/Enumeration.h"
+#include "host/Members.h"
+
+namespace KCOSContextData {
+
+/// Part of a ClassInfo, which has the class system walk the class with it. Slot order: the destructor, then the two
+/// visits. A visit appends one record or none; what the class system throws passes. No Korval code runs.
+class CONTEXTDATA_API MethodVisitorMutable : public kcos::COSVisitor<kcos::COSInterface*> {
+ public:
+  explicit MethodVisitorMutable(const ClassInfo* owner);
+  ~MethodVisitorMutable() override;
+
+  /// Forgets the collected records, keeps the options.
+  void clear();
+  /// Forgets the collected records and takes new options.
+  void clear(const MethodInfo::GetOptions& options);
+
+  void visit(kcos::COSInterface* member) override;
+  virtual void visit(kcos::COSInterfacePtr member, kcos::COSMethodInfo* method);
+
+  /// Does the method grant access to the accessing class or to one that it derives from?
+  bool hasAccessingClass(kcos::COSMethodInfo* method) const;
+
+  const ClassInfo* owner;
+  std::vector<std::int32_t> access;
+  const ClassInfo* accessingClass;
+  MethodInfo::GetContext context;
+  bool includeConstructors;
+  bool includeOperatorOverloads;
+  bool includeHidden;
+  /// In visiting order.
+  std::vector<MethodInfo> methods;
+  /// Filled only while hidden methods are not wanted like others. Hidden methods come here whatever they are called and
+  /// wherever the query is for, as long as they are accessible.
+  std::vector<MethodInfo> hiddenMethods;
+};
+
+}  // namespace KCOSContextData

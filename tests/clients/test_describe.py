@@ -106,41 +106,6 @@ class DescribeTest(CommandTest):
         self.assertIn('[label="{a\\<b\\>\\|\\{\\"\\}\\\\|p\\\\l\\|\\ltab\ufffdhere\\l}"]',
                       self.text('a<b>|{"}\\', "--dot", snapshot=self.snapshot(odd, "odd.json")))
 
-    def classes(self, name, *options, snapshot=None):
-        text = self.text(name, "--json", *options, snapshot=snapshot)
-        self.assertEqual(text.count("\n"), 1)
-        answer = json.loads(text)
-        self.assertEqual(answer.keys(), {"classes"})
-        return answer["classes"]
-
-    def test_text(self):
-        self.assertEqual(self.text("rig.Top"), TOP_TEXT)
-        self.assertEqual(self.text("lab.Mode"),
-                         "lab.Mode\n\nmembers of the enumeration lab.Mode\n  Idle\n  Running\n  Idle\n")
-        self.assertEqual(self.text("lab.Broken"), "lab.Broken\n\nlab.Broken is broken: its own members are not known\n")
-        self.assertEqual(self.text("lab.Empty"), "lab.Empty\n")
-        self.assertTrue(self.text("lab.Pump").startswith("lab.Pump (core:lab.Pump)\n  lab.Device (core:lab.Device)\n"))
-
-    def test_notes_tell_what_is_special(self):
-        lines = [re.split("  +", line.strip()) for line in self.text("rig.Top", "--access", "all", "--hidden").splitlines()]
-        for line in (["Secret", "private", "reading runs code"], ["Inner", "public", "hidden"],
-                     ["Shared", "public", "hidden"], ["vent", "public", "hidden"], ["secret", "private"]):
-            self.assertIn(line, lines)
-
-    def test_dot(self):
-        self.assertEqual(self.text("rig.Top", "--dot"), TOP_DOT)
-        odd = {"format": 1, "classes": [{"name": 'a<b>|{"}\\', "properties": ["p\\l|", "tab\there"]}]}
-        self.assertIn('[label="{a\\<b\\>\\|\\{\\"\\}\\\\|p\\\\l\\|\\ltab\ufffdhere\\l}"]',
-                      self.text('a<b>|{"}\\', "--dot", snapshot=self.snapshot(odd, "odd.json")))
-
-    @unittest.skipUnless(shutil.which("dot"), "needs graphviz")
-    def test_graphviz_takes_the_picture(self):
-        odd = {"format": 1, "classes": [{"name": 'a<b>|{"}\\', "properties": ["p\\l|", "gr\u00fcn"]}]}
-        for name, snapshot in (("rig.Top", None), ('a<b>|{"}\\', self.snapshot(odd, "odd.json"))):
-            done = subprocess.run(["dot", "-Tplain"], input=self.text(name, "--dot", snapshot=snapshot).encode(),
-                                  capture_output=True, timeout=60, check=False)
-            self.assertEqual((done.returncode, done.stderr), (0, b""))
-
     def test_members_at_each_access_level(self):
         for name, options, expected in MEMBERS:
             with self.subTest(name=name, options=options):

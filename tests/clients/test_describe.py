@@ -1,6 +1,5 @@
 """The subcommand `describe`: what is shown of a class in its three forms, agreement with the queries, errors."""
 import json
-import os
 import random
 import re
 import signal

@@ -1,6 +1,5 @@
 """The subcommand `query`: the protocol, each op in each form, errors, the trace, interrupts."""
 import json
-import os
 import signal
 import subprocess
 import threading

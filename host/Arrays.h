@@ -96,7 +96,8 @@ KORVAL_HOST_API kxArray_tag* kxGetField(const kxArray_tag* structure, std::size_
 /// code (a get method), and lets its errors out.
 KORVAL_HOST_API kxArray_tag* kxGetPropertyShared(const kxArray_tag* object, std::size_t index,
                                                  const std::string& name);
-/// The same through the type information of the element, without its get method.
+/// A property of one element as its type information has it, without running a get method; with one reference for
+/// the caller, perhaps null.
 KORVAL_HOST_API kxArray_tag* kxGetTypeProperty(const kxArray_tag* object, std::size_t index,
                                                const std::string& name);
 /// A member of the class that a class reference names, as a value with one reference for the caller; null
@@ -125,7 +126,7 @@ namespace matrix {
 /// all ones means that an error neither stops in the debugger nor is reported.
 enum class ErrorMode : std::uint32_t { Silent = 0xFFFFFFFFU };
 
-/// Both undo: no interrupt stops them.
+/// Used to restore the mode too, so no interrupt stops either.
 KORVAL_HOST_API ErrorMode getErrorMode();
 KORVAL_HOST_API void setErrorMode(ErrorMode mode);
 

@@ -35,13 +35,14 @@ class KORVAL_HOST_API COSClass {
   virtual COSInternedName getID() const = 0;
   /// The last part of the class's name.
   virtual const char* getSimpleName() const = 0;
-  /// The whole name with its namespaces, without a component.
+  /// The whole name with its namespaces, without a component. Never missing for a class that defines a member.
   virtual const char* getDottedName() const = 0;
   /// The namespace that holds the class, or null.
   virtual COSNamespace* getNamespace() const = 0;
 
   /// Is the class an enumeration? The base answers no.
   virtual bool isEnumeration() const { return false; }
+  /// Asked by listings of namespaces only.
   virtual bool isHidden() const = 0;
   /// A yes/no answer about the class as a whole, which the library passes through.
   virtual bool getClassFlag() const = 0;
@@ -104,8 +105,8 @@ KORVAL_HOST_API kcos::COSInternedName omGetCOSClassID(const kxArray_tag* value);
 /// Is the value a class-system object? False for a null pointer.
 KORVAL_HOST_API bool omIsKCOS(const kxArray_tag* value);
 
-/// One element of an object array, as an object, with one reference for the caller. `index` counts from 0 and
-/// is below the element count.
+/// One element of an object array, as an object, with one reference for the caller. `index` counts from 0;
+/// beyond the elements the operation throws. Never null.
 KORVAL_HOST_API kxArray_tag* omGetArrayElement(const kxArray_tag* array, std::size_t index);
 
 /// The text that an object shows for itself, or none. Runs no Korval code.

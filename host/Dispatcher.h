@@ -20,6 +20,7 @@ class KORVAL_HOST_API KactiveScope {
   virtual ~KactiveScope();
   /// May names be resolved in this scope? Asked from the head of the chain up to the first yes.
   virtual bool isEligible() const = 0;
+  /// The function of the scope; may be null, which then stands for no scope.
   virtual const Kfh_KORVAL_fn* getFunction() const = 0;
   /// The scope that called this one, or null.
   virtual const KactiveScope* getNext() const = 0;
@@ -52,8 +53,9 @@ class KORVAL_HOST_API Kdispatcher {
   /// The innermost active scope, or null.
   virtual const KactiveScope* getActiveScopes() const = 0;
 
-  virtual const KclassRegistry* getClassRegistry() const = 0;
+  // Never null:
 
+  virtual const KclassRegistry* getClassRegistry() const = 0;
   virtual const KcurrentWorkingFolder* GetCurrentWorkingFolder() const = 0;
   /// The search path, shared so that a change during a visit does not pull it away.
   virtual boost::shared_ptr<const KsearchPath> GetCurrentPath() const = 0;

@@ -13,7 +13,8 @@ namespace kcos {
 class COSInterface;
 class COSInterfacePtr;
 
-/// What a host implements for one sequence. Both operations may throw.
+/// What a host implements for one sequence. Both operations may throw. Nobody asks for its dynamic type, so each
+/// side may have its own copy of what the compiler makes of the template.
 template <class T>
 class COSEnumerator {
  public:

@@ -10,6 +10,9 @@
 class IExecutionFrame;
 class FunctionExecutionFrame;
 
+/// What a FunctionExecutionFrame stands for: a function of the interpreter, borrowed, never released by the frame.
+struct Kfh_KORVAL_fn;
+
 namespace Tamsix::orvo {
 
 /// Visits frames of the stack. Slot order: the destructor, then `visitFunctionFrame`.

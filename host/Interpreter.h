@@ -1,9 +1,10 @@
 #pragma once
 
 // The interpreter: evaluation, calls, variables, and the debugger behind its bridge. The operations that run
-// Korval code say so; they let the errors of that code out unless they say otherwise. Results have one
-// reference for the caller; arguments are borrowed. A slot that was filled before an exception left keeps its
-// reference: the caller drops it.
+// Korval code say so; they let the errors of that code out unless they say otherwise. Results have one reference
+// for the caller; arguments are borrowed, and may be null where a client asks about a null value. Slots are null
+// before a call and may stay null after a successful one. A slot that was filled before an exception left keeps
+// its reference: the caller drops it.
 
 #include <cstdint>
 #include <string>

@@ -34,7 +34,7 @@ class KORVAL_HOST_API COSInterface {
  public:
   virtual ~COSInterface();
 
-  /// The attribute of that name, or null. Asked once per attribute name and property.
+  /// The attribute of that name, or null. Asked at most once per attribute name and property.
   virtual const COSAttribute* findAttribute(const COSInternedName& name) const = 0;
 
   /// The value of an attribute that findAttribute() has found, as `client` sees it.
@@ -74,6 +74,7 @@ class KORVAL_HOST_API COSPropT {
   virtual ~COSPropT();
   virtual const char* getName() const = 0;
   virtual COSDataTypePtr getDataType() const = 0;
+  /// Not asked by queries that want hidden properties like others.
   virtual bool isVisible() const = 0;
   virtual bool isDependent() const = 0;
   virtual MemberAccess getMemberGetAccess() const = 0;
@@ -127,7 +128,7 @@ class KORVAL_HOST_API COSEnumInfo {
 
 // What an interface is. Each bears a null interface and answers null when the interface is of another kind,
 // except that inside a property walk cosiToProp(), inside a method walk cosiToMethod(), and inside either
-// cosiClassOfMember() never answer null.
+// cosiClassOfMember() never answer null; nor does cosiToMethod() for an element of COSClass::findMethods().
 
 KORVAL_HOST_API COSPropInfo* cosiToProp(COSInterface* interface);
 KORVAL_HOST_API COSMethodInfo* cosiToMethod(COSInterface* interface);

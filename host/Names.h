@@ -61,10 +61,10 @@ using COSInternedName = COSInternedBase<internal::IdEmptyPolicy>;
 
 namespace internal {
 
-/// The handle of a non-empty name. Called for every class, member and attribute name that the library takes
-/// as text; never with an empty one. Equal texts give equal handles, from any thread and before `main`. May
-/// throw on behalf of the active host. Runs no Korval code. Cost: one hash look-up.
-KORVAL_HOST_API COSInternedName makeInterned(const std::string& name);
+/// The handle of a non-empty name. Called for every name of a class, member, attribute or data type that the
+/// library has as text; never with an empty one. Equal texts give equal handles, from any thread and before
+/// `main`. May throw on behalf of the active host. Runs no Korval code. Cost: one hash look-up.
+KORVAL_HOST_API COSInternedName makeInterned(std::string name);
 
 }  // namespace internal
 
@@ -79,7 +79,8 @@ KORVAL_HOST_API std::string omResolveAnyClass(const std::string& name, const Kfh
 /// its component. Never asked for an empty name. May throw. Runs no Korval code.
 KORVAL_HOST_API std::string getUserVisibleClassName(const std::string& resolvedName);
 
-/// Is the name qualified by its component already? Empty names are asked too (false). May throw.
+/// Is the name package-qualified already, as the resolver answers names? Empty names are asked too (false). May
+/// throw. Runs no Korval code.
 KORVAL_HOST_API bool isPackageQualifiedName(const std::string& name);
 
 }  // namespace nameresolution

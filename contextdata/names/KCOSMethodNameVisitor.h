@@ -9,8 +9,8 @@
 #include "host/Enumeration.h"
 #include "host/Text.h"
 
-/// Lists the names of the public, visible methods that a walk meets, without constructors. The first method of a name
-/// decides for the name, whether it is listed or not.
+/// Lists the names of the public, visible methods that a walk meets, without constructors. The first method of a
+/// name, constructors aside, decides for the name, whether it is listed or not.
 class KCOSMethodNameVisitor : public kcos::COSVisitor<kcos::COSInterface*> {
  public:
   /// Any other selection is taken for NonStatic.

@@ -9,10 +9,11 @@
 /// a string is made from a null pointer is not to be left to whoever wrote the string.
 inline std::string memberName(const char* name) {
   if (name == nullptr) throw std::logic_error("basic_string: construction from null is not valid");
-  return name;
+  return std::string(name);
 }
 
-/// The same in UTF-16, by the ASCII conversion.
+/// The same in UTF-16, by the ASCII conversion, which an empty name does not need.
 inline std::u16string asciiMemberName(const char* name, const fl::i18n::codecvt_ascii_to_ustring& converter) {
-  return fl::i18n::to_ustring(memberName(name), converter);
+  const std::string text = memberName(name);
+  return text.empty() ? std::u16string() : fl::i18n::to_ustring(text, converter);
 }

@@ -58,7 +58,7 @@ namespace kcos::internal {
 
 constinit const std::string& nullValue = embedded::emptyText.text;
 
-COSInternedName makeInterned(const std::string& name) {
+COSInternedName makeInterned(std::string name) {
   embedded::enter<embedded::Operation::makeInterned>(name);
   return embedded::interned(name);
 }

@@ -8,16 +8,13 @@
 //   KCOSContextData::getClassPropertyNames(ResolvedClassID(u"editor/plot.k", u"Pump"), names, flag);
 //   // names: Flow, Pressure, ... of the class that "Pump" means in plot.k
 //
-// Rules that hold for all of it:
+// Rules that hold for all of it, except for the completion tables, which any thread may ask:
 // - Queries are synchronous and run on the interpreter thread, the only one on which the host may be asked.
-// None of them
-//   locks anything.
+//   None of them locks anything.
 // - Names are UTF-16 at this interface and narrow inside the class system. An operation says which of the
-// host's two
-//   conversions it uses where they matter.
-// - Failures are answers. Lists are appended to and never cleared. Which exceptions pass is said per
-// operation; "the
-//   interrupt" is Tamsix::System::InterruptException or anything derived from it.
+//   host's two conversions it uses where they matter.
+// - Failures are answers. Lists are appended to and never cleared. Which exceptions pass is said per operation;
+//   "the interrupt" is Tamsix::System::InterruptException or anything derived from it.
 // - Class objects belong to the class system, results to the caller.
 
 #include <contextdata/KCOSContextData/ArgumentBlockMetadata.h>

@@ -9,7 +9,7 @@
 //   KCOSIntrospection::hasMethod(u"lab.Pump", "calibrate", isStatic)             true; isStatic says which kind
 //
 // Class names are taken as they stand; no scope plays a part (see ResolvedClassID for typed names). Names of
-// classes are converted with the general conversion, names of namespaces with the ASCII one. Method and
+// classes that are given are converted with the general conversion, names of namespaces with the ASCII one. Method and
 // property names are narrow, as the class system has them; an empty one names nothing.
 //
 // A valid class is one that passes its check. Which questions demand validity differs, and which exceptions
@@ -42,7 +42,7 @@ CONTEXTDATA_API kcos::COSClass* getCOSClass(const kxArray_tag* object);
 /// are answered with null; those of converting the name, and of the check, pass.
 CONTEXTDATA_API kcos::COSClass* getCOSClass(const std::u16string& className);
 
-/// The value's class name as the array API reports it; may be empty. Every exception passes.
+/// The value's class name as the array API reports it (ASCII conversion); may be empty. Every exception passes.
 CONTEXTDATA_API std::u16string getClassName(const kxArray_tag* value);
 
 /// What a constructor of that class is called: the part behind the last "." ("C" for "a.b.C", "" for "a.b.").

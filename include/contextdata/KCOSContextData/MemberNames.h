@@ -9,15 +9,15 @@
 //
 // What is listed: public members that are visible, own and inherited, in the order in which the class system
 // walks them. A property counts as public when reading it or writing it is public. Of methods each name
-// occurs once per call, decided by the first method of that name that the walk meets; constructors are never
-// listed.
+// occurs once per call, decided by the first method of that name, constructors aside, that the walk meets;
+// constructors are never listed.
 //
 // All operations append to `names` and answer whether this call appended anything. `classFlag` receives the
 // class's own yes/no answer in the two property lists, before any name is appended, also when nothing is
 // listed; it stays untouched when there is no such class, and in the other three operations always.
 //
 // The forms that take an identifier answer false for the null identifier and for an unknown class, and let
-// every exception of the walk pass; of the look-up of the class only the interrupt. Properties and
+// every exception of the flag, the check and the walk pass; of the look-up of the class only the interrupt. Properties and
 // enumeration members are listed of classes that fail their check, too; methods are not.
 //
 // The forms that take a name look the class up as ResolvedClassID::fromLegacyString does (ASCII conversion),

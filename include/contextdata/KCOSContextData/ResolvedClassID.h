@@ -10,8 +10,9 @@
 //   ResolvedClassID::fromKnownResolvedClassID("lab.Pump")  taken as it stands, whether or not it exists
 //   ResolvedClassID::fromLegacyString("lab.Pump")          the class of that name, which must exist
 //
-// A name that cannot be made sense of gives the null identifier, for which every query answers "no such
-// class". There is no default constructor: fromKnownResolvedClassID("") makes a null identifier.
+// A name that does not resolve, an empty one and one that begins with "." give the null identifier, for which
+// every query answers "no such class". There is no default constructor: fromKnownResolvedClassID("") makes a
+// null identifier.
 //
 // None of these operations runs Korval code.
 
@@ -72,8 +73,8 @@ class CONTEXTDATA_API ResolvedClassID {
   ResolvedClassID(const std::u16string& context, const std::u16string& className);
 
   /// The class that `className` means in the scope of a function, which may be null; no other scope is looked
-  /// for. The answers are those of the form above. Whatever the component switch, or interning while it is
-  /// off, throws passes.
+  /// for. Answers and exceptions are those of the form above, except that what reading the component switch, or
+  /// interning while it is off, throws passes.
   ResolvedClassID(const Kfh_KORVAL_fn* scope, const std::u16string& className);
 
   /// The identifier of a name that is resolved already; null for an empty one. Whether there is such a class
@@ -87,7 +88,7 @@ class CONTEXTDATA_API ResolvedClassID {
   static ResolvedClassID fromLegacyString(const std::string& name);
   static ResolvedClassID fromLegacyString(const std::u16string& name);
 
-  /// Is the name qualified by its component already? The UTF-16 form uses the ASCII conversion. Every
+  /// Is the name package-qualified already, as resolved names are? The UTF-16 form uses the ASCII conversion. Every
   /// exception of the host passes.
   static bool isAlreadyResolved(const std::string& name);
   static bool isAlreadyResolved(const std::u16string& name);

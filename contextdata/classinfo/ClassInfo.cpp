@@ -9,11 +9,9 @@
 
 namespace KCOSContextData {
 
-namespace {
-
 using Superclasses = std::vector<std::shared_ptr<ClassInfo>>;
 
-Superclasses readSuperclasses(const kcos::COSInternedName& classId) {
+Superclasses ClassInfo::readSuperclasses(const kcos::COSInternedName& classId) {
   Superclasses superclasses;
   const kcos::COSClass* cls = kcos::COSClass::getClass(classId);
   if (cls == nullptr) return superclasses;
@@ -21,14 +19,13 @@ Superclasses readSuperclasses(const kcos::COSInternedName& classId) {
   while (names.hasMoreElements()) {
     const kcos::COSClass* superclass = kcos::COSClass::getClass(names.nextElement());
     if (superclass == nullptr) continue;
-    const ResolvedClassID id = ResolvedClassID::fromKnownResolvedClassID(superclass->getID().text());
-    superclasses.push_back(std::make_shared<ClassInfo>(id));
+    superclasses.push_back(std::make_shared<ClassInfo>(ResolvedClassID(superclass->getID())));
   }
   return superclasses;
 }
 
 /// All superclasses, or none when one of them cannot be read.
-Superclasses superclassesOrNone(const kcos::COSInternedName& classId) {
+Superclasses ClassInfo::superclassesOrNone(const kcos::COSInternedName& classId) {
   try {
     return readSuperclasses(classId);
   } catch (const Tamsix::System::InterruptException&) {
@@ -37,8 +34,6 @@ Superclasses superclassesOrNone(const kcos::COSInternedName& classId) {
     return {};
   }
 }
-
-}  // namespace
 
 ClassInfo::ClassInfo(const ResolvedClassID& id) : classId(id), propertyVisitor(this), methodVisitor(this) {
   if (classId.isNull()) return;

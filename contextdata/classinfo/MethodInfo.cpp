@@ -54,7 +54,7 @@ bool MethodInfo::isClassToCompleteMethodsForAfterDot(kcos::COSInternedName class
   return !classesWithoutDotMethods().contains(classId.text());
 }
 
-bool isClassToCompleteMethodsFor(kcos::COSInternedName classId, MethodInfo::GetContext context) {
+bool isClassToCompleteMethodsFor(kcos::COSInternedName classId, const MethodInfo::GetContext& context) {
   switch (context) {
     case MethodInfo::GetContext::Any:
       return true;

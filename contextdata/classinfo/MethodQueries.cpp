@@ -48,13 +48,12 @@ std::vector<MethodInfo> ClassInfo::getMethods(const MethodInfo::GetOptions& opti
   }
   Methods all = getMethodsOfSuperclasses(options);
   if (!options.includeHidden) mask(all, methodVisitor.hiddenMethods);
-  std::ranges::move(methodVisitor.methods, std::back_inserter(all));
-  methodVisitor.methods.clear();
+  all.insert(all.end(), methodVisitor.methods.begin(), methodVisitor.methods.end());
   return all;
 }
 
 std::vector<MethodInfo> ClassInfo::getMethods(const std::vector<std::int32_t>& access,
-                                              MethodInfo::GetContext context,
+                                              const MethodInfo::GetContext& context,
                                               const ClassInfo* accessingClass) const {
   MethodInfo::GetOptions options;
   options.access = access;

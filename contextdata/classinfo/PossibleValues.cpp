@@ -38,7 +38,7 @@ void addNumber(const Value& value, PropertyInfo& property) {
   property.possibleValues.push_back(fl::i18n::to_ustring(std::to_string(*number)));
 }
 
-/// A value whose conversion fails, for whatever reason, is left out; an interrupt that it swallows stays requested.
+/// A value whose text conversion fails, for whatever reason, is left out.
 void addConverted(const Value& object, PropertyInfo& property) {
   try {
     std::optional<std::u16string> text = omGetStringConversion(object.get());
@@ -77,8 +77,8 @@ void add(const Value& value, PropertyInfo& property) {
 
 void collectPossibleValues(const kcos::COSDataTypePtr& dataType, PropertyInfo& property) {
   if (!dataType->isPossibleValuesFinite()) return;
-  const kcos::COSConversion* conversion =
-      kcos::COSTypeRepository::getConversion(kcos::internal::makeInterned("any"), dataType.getID());
+  const kcos::COSInternedName any = kcos::internal::makeInterned("any");
+  const kcos::COSConversion* conversion = kcos::COSTypeRepository::getConversion(any, dataType.getID());
   if (conversion == nullptr) return;
   kcos::COSEnumeration<const kcos::COSPossibleValue*> values = dataType->getPossibleValues();
   while (values.hasMoreElements()) add(Value(conversion->convert(values.nextElement()), false), property);

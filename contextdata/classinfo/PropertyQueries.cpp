@@ -23,6 +23,17 @@ void shadow(Properties& inherited, const PropertyVisitorMutable& own) {
   std::erase_if(inherited, [&](const PropertyInfo& property) { return names.contains(property.name); });
 }
 
+/// A superclass that cannot answer adds nothing.
+Properties propertiesOrNone(const ClassInfo& superclass, const PropertyInfo::GetOptions& options) {
+  try {
+    return superclass.getProperties(options);
+  } catch (const Tamsix::System::InterruptException&) {
+    throw;
+  } catch (...) {
+    return {};
+  }
+}
+
 }  // namespace
 
 void ClassInfo::collectProperties(const PropertyInfo::GetOptions& options) const {
@@ -63,7 +74,7 @@ std::vector<PropertyInfo> ClassInfo::getPropertiesOfSuperclasses(
   dropFirstPrivateLevel(inheritedOptions.accessLevels);
   Properties all;
   for (const auto& superclass : structure.superclasses) {
-    std::ranges::move(superclass->getProperties(inheritedOptions), std::back_inserter(all));
+    std::ranges::move(propertiesOrNone(*superclass, inheritedOptions), std::back_inserter(all));
   }
   return all;
 }

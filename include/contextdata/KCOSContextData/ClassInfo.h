@@ -69,7 +69,8 @@ class CONTEXTDATA_API ClassInfo {
   /// The class that `className` means in the function or file named `context`: see ResolvedClassID.
   ClassInfo(const std::u16string& context, const std::u16string& className);
 
-  /// The class of an object, named by its identity itself. What asking the value throws passes; for the superclasses see
+  /// The class of an object, named by its identity itself. What asking the value throws passes, except that a
+  /// failing look-up of its class, an interrupt too, leaves the record empty; for the superclasses see
   /// above.
   explicit ClassInfo(const kxArray_tag* value);
 
@@ -106,13 +107,16 @@ class CONTEXTDATA_API ClassInfo {
   /// The properties of these access levels, for reading or writing, that are not hidden.
   std::vector<PropertyInfo> getProperties(const std::vector<std::int32_t>& accessLevels,
                                           const ClassInfo* accessingClass) const;
-  /// What the direct superclasses answer to these options, without the first access level 2.
+  /// What the direct superclasses answer to these options, without the first access level 2. A superclass whose query
+  /// throws, which only one that is specialised does, adds nothing; the interrupt passes.
   std::vector<PropertyInfo> getPropertiesOfSuperclasses(const PropertyInfo::GetOptions& options) const;
 
   /// The methods of these access levels, without constructors, operators and hidden ones.
-  std::vector<MethodInfo> getMethods(const std::vector<std::int32_t>& access, MethodInfo::GetContext context,
+  std::vector<MethodInfo> getMethods(const std::vector<std::int32_t>& access,
+                                     const MethodInfo::GetContext& context,
                                      const ClassInfo* accessingClass) const;
-  /// What the direct superclasses answer to these options, without the first access level 2.
+  /// What the direct superclasses answer to these options, without the first access level 2. What the query of a
+  /// specialised one throws passes.
   std::vector<MethodInfo> getMethodsOfSuperclasses(const MethodInfo::GetOptions& options) const;
 
   ClassStructureInfo structure;
@@ -121,6 +125,8 @@ class CONTEXTDATA_API ClassInfo {
   mutable MethodVisitorMutable methodVisitor;
 
  private:
+  static std::vector<std::shared_ptr<ClassInfo>> readSuperclasses(const kcos::COSInternedName& classId);
+  static std::vector<std::shared_ptr<ClassInfo>> superclassesOrNone(const kcos::COSInternedName& classId);
   void collectProperties(const PropertyInfo::GetOptions& options) const;
   void collectMethods() const;
 };

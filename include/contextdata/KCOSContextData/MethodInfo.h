@@ -56,8 +56,6 @@ struct MethodInfo {
   /// Do the methods of that class take part after the dot? Neither those of the built-in types do, nor those of the
   /// classes in getNoDotMethodClassesExcludeSet().
   CONTEXTDATA_API static bool isClassToCompleteMethodsForAfterDot(kcos::COSInternedName classId);
-
-  friend bool operator==(const MethodInfo&, const MethodInfo&) = default;
 };
 
 }  // namespace KCOSContextData

@@ -31,6 +31,8 @@ struct Kfh_KORVAL_fn;
 
 namespace KCOSContextData {
 
+class ClassInfo;
+
 /// A class identifier: one interned, component-qualified class name. A plain value, one pointer wide.
 class CONTEXTDATA_API ResolvedClassID {
  public:
@@ -108,6 +110,7 @@ class CONTEXTDATA_API ResolvedClassID {
   operator const kcos::COSInternedName&() const noexcept { return id_; }
 
  private:
+  friend class ClassInfo;
   explicit ResolvedClassID(const kcos::COSInternedName& id) noexcept : id_(id) {}
 
   kcos::COSInternedName id_;

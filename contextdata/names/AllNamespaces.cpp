@@ -7,17 +7,33 @@
 
 namespace KCOSContextData {
 
+namespace {
+
+using Value = boost::intrusive_ptr<kxArray_tag>;
+
+Value emptyCell() {
+  const std::size_t dimensions[] = {0, 0};
+  return makeSharedPtr(kxCreateCell(2, dimensions));
+}
+
+Value nameOf(const kxArray_tag* metadata, std::size_t index) {
+  Value name = makeSharedPtr(kxGetTypeProperty(metadata, index, "Name"));
+  return name ? name : emptyCell();
+}
+
+}  // namespace
+
 boost::intrusive_ptr<kxArray_tag> getKCOSAllNamespaces() {
   const auto function = makeSharedPtr(kxCreateString("korval.metadata.Namespace.getAllNamespaces"));
   kxArray_tag* arguments[] = {function.get()};
   ResultSlot metadata;
   inFullFevalFcn(1, metadata.address(), 1, arguments);
-  const std::vector<unsigned long> dimensions =
-      metadata.get() != nullptr ? ownDimensions(metadata.get()) : std::vector<unsigned long>{0, 0};
+  if (metadata.get() == nullptr) return emptyCell();
+  const std::vector<unsigned long> dimensions = ownDimensions(metadata.get());
   auto names = makeSharedPtr(kxCreateCell(dimensions.size(), dimensions.data()));
-  const std::size_t count = metadata.get() != nullptr ? kxGetNumberOfElements(metadata.get()) : 0;
+  const std::size_t count = kxGetNumberOfElements(metadata.get());
   for (std::size_t index = 0; index < count; ++index) {
-    kxSetCell(names.get(), index, kxGetTypeProperty(metadata.get(), index, "Name"));
+    kxSetCell(names.get(), index, nameOf(metadata.get(), index).detach());
   }
   return names;
 }

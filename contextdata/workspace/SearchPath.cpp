@@ -22,6 +22,11 @@ CanonicalAbsoluteIRI currentFolder() {
   return Kdispatcher::getDispatcher()->GetCurrentWorkingFolder()->get().getLocation();
 }
 
+bool isInCurrentFolder(const CanonicalAbsoluteIRI& location) {
+  const CanonicalAbsoluteIRI parent = location.getParent();
+  return parent == currentFolder();
+}
+
 /// Lists every folder of one name that a visit of the search path meets.
 class FolderLister : public KpathItemVisitor {
  public:
@@ -31,7 +36,7 @@ class FolderLister : public KpathItemVisitor {
     const KnameComparer& comparer = *item.getService(KpathItem::NameComparer);
     const CanonicalAbsoluteIRI location = item.getLocation();
     if (!comparer.equal(location.getName(), folder_)) return;
-    if (item.getKind() == KpathItem::CurrentFolderItem && location.getParent() != currentFolder()) return;
+    if (item.getKind() == KpathItem::CurrentFolderItem && !isInCurrentFolder(location)) return;
     listFolder(location, entries_);
   }
 

@@ -95,8 +95,8 @@ CONTEXTDATA_API bool callFunctionOnObject(const kxArray_tag* object, const std::
                                           std::vector<std::u16string>& names);
 
 /// Appends the names of an object's properties: what it answers to "properties", even nothing at all; where it cannot
-/// answer, the public, visible properties of its class. To be asked only of values for which isKCOSObject() holds. Runs
-/// Korval code; what the walk of the class throws passes.
+/// answer, the visible properties of its class that are public to read or to write. To be asked only of values for which
+/// isKCOSObject() holds. Runs Korval code; what reading the answer, getCOSClass() and the walk throw passes.
 CONTEXTDATA_API void getObjectPropertyNames(const kxArray_tag* object, std::vector<std::u16string>& names);
 
 /// Is the value of a class that completes no methods after the dot, or of one derived from it? Also for values that are no

@@ -5,13 +5,10 @@
 //   if (IsPKXPackage(u"signal")) PKXContextData::getPackageStrings(u"signal", names);
 
 #include <contextdata/Export.h>
+#include <contextdata/Workspace/LegacyPackages.h>
 
 #include <string>
 #include <vector>
-
-/// Is there such a package? Evaluates silently "isa(findpackage('name'), 'opaque');" with the name as it stands, so it runs
-/// Korval code. False when the evaluation reports an error; what it throws passes.
-CONTEXTDATA_API bool IsPKXPackage(const std::u16string& name);
 
 namespace PKXContextData {
 
@@ -19,8 +16,8 @@ namespace PKXContextData {
 /// compiled files and class folders in its "@" folders on the search path; answers whether anything was appended. Names can
 /// repeat. The folders are listed whether or not there is such a package.
 ///
-/// Runs Korval code ("findpackage", properties of the package). Properties that cannot be read are left out, also for the
-/// interrupt; what calling "findpackage" and reading the text of a name throw passes. For the folders see getWhatList().
+/// Runs Korval code ("findpackage", properties of the package). Properties that cannot be read are left out, also for
+/// the interrupt; whatever else is thrown passes, for the folders as getWhatList() says.
 CONTEXTDATA_API bool getPackageStrings(const std::u16string& package, std::vector<std::u16string>& names);
 
 }  // namespace PKXContextData

@@ -10,6 +10,7 @@
 
 #include <contextdata/Workspace/Evaluation.h>
 #include <contextdata/Workspace/ExecutionFrames.h>
+#include <contextdata/Workspace/LegacyPackages.h>
 #include <contextdata/Workspace/SearchPath.h>
 #include <contextdata/Workspace/Values.h>
 #include <contextdata/Workspace/VariableMethods.h>

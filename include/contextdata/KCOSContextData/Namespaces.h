@@ -20,7 +20,8 @@ CONTEXTDATA_API bool getNamespaceFunctionNames(const std::u16string& ns, std::ve
 CONTEXTDATA_API bool getNamespaceClassNames(const std::u16string& ns, std::vector<std::u16string>& names);
 CONTEXTDATA_API bool getNamespaceNamespaceNames(const std::u16string& ns, std::vector<std::u16string>& names);
 
-/// A new cell with the names of all namespaces, of the dimensions of what the interpreter answers. Runs Korval code
+/// A new cell with the names of all namespaces, of the dimensions of what the interpreter answers (0 by 0 when it answers
+/// nothing); a namespace without a name has an empty cell there. Runs Korval code
 /// ("korval.metadata.Namespace.getAllNamespaces"), without capturing what it prints. Every exception passes.
 CONTEXTDATA_API boost::intrusive_ptr<kxArray_tag> getKCOSAllNamespaces();
 

@@ -27,8 +27,9 @@ CONTEXTDATA_API bool EvalcExpSuccessful(const std::u16string& expression, int nl
 /// for an expression that names a member of a foreign class. Whatever else stands behind the name ("a(3).x", "a + 1", a
 /// field that the walk does not find) is left to a silent evaluation of the expression as typed.
 ///
-/// May run Korval code: get methods of properties, the members of opaque objects, and the evaluation. Whatever these throw,
-/// the interrupt too, means that there is no value; what the tests of the walk throw passes. Names are converted with the
-/// ASCII conversion.
+/// May run Korval code: get methods of properties, what opaque objects answer, and the evaluation. A property that cannot
+/// be read, for whatever reason, is left to the evaluation; a call that fails on an opaque object counts as no names; what
+/// the evaluation throws, the interrupt too, means that there is no value. What the tests of the walk throw, and reading
+/// the answers of opaque objects, passes. Names are converted with the ASCII conversion.
 CONTEXTDATA_API boost::intrusive_ptr<kxArray_tag> GetValueFromCurrentWorkspace(
     const std::u16string& expression);

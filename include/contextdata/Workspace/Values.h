@@ -23,7 +23,8 @@ CONTEXTDATA_API boost::intrusive_ptr<kxArray_tag> getSharedProperty(const kxArra
 CONTEXTDATA_API bool isObjectOrIsOpaque(const kxArray_tag* value);
 
 /// Appends what the object answers to "fieldnames" or to "methods"; nothing when the call fails, for whatever reason, or
-/// when the answer is no cell of texts. Runs Korval code; what it throws is swallowed, the interrupt too.
+/// when the answer is no cell of texts. Runs Korval code; what the call throws is swallowed, the interrupt too. What
+/// reading the answer throws passes.
 CONTEXTDATA_API void getOpaqueObjectProperties(const kxArray_tag* value, std::vector<std::u16string>& names);
 CONTEXTDATA_API void getOpaqueObjectMethods(const kxArray_tag* value, std::vector<std::u16string>& names);
 
@@ -33,12 +34,12 @@ CONTEXTDATA_API void getOpaqueObjectMethods(const kxArray_tag* value, std::vecto
 CONTEXTDATA_API bool getStringsFromKxarray(const kxArray_tag* value, std::vector<std::u16string>& strings);
 
 /// The size of a value: its own dimensions, or what its class answers to "size" ("sizeAsDouble" for objects of a class with
-/// the mixin "korval.mixin.internal.CustomSizeString"), without fractions. An answer that is no double array, empty or
-/// holds a NaN gives the value's own dimensions.
+/// the mixin "korval.mixin.internal.CustomSizeString"), without fractions. No answer, one that is no double array or is
+/// empty, and a NaN before any extent that is no count give the value's own dimensions.
 ///
-/// Empty, which means unknown: for null, for a tall value, for a negative or too large extent, and when the class's method
-/// throws (the interrupt included). What asking for the kind of the value and for its dimensions throws passes. Runs Korval
-/// code for objects of user-defined classes only.
+/// Empty, which means unknown: for null, for a tall value, for an extent of -1 or less or of 2^64 or more, and when the
+/// class's method, or reading its answer, throws (the interrupt included). What asking for the kind of the value and for
+/// its dimensions throws passes. Runs Korval code for objects of user-defined classes only.
 CONTEXTDATA_API std::vector<unsigned long> getSizeFromKxArray(const kxArray_tag* value);
 
 /// Which of two classes takes precedence: 0xFFFFFFFF when the first does, 1 when the second does, 0 when neither does.

@@ -12,7 +12,7 @@
 /// not static, in the order of the walk; for any other value what it answers to "methods". Without names that equal `name`
 /// (the variable's or its class's: the caller's choice), operator names, and names with a dot in them.
 ///
-/// Runs Korval code for values that are no class-system objects; what that throws is swallowed. What the class system throws
-/// passes.
+/// Runs Korval code for every value for which isKCOSObject() is false; what that call throws is swallowed. What reading
+/// its answer throws passes, and so does what isKCOSObject(), getCOSClass() and the walk let pass.
 CONTEXTDATA_API std::vector<std::u16string> getMethodsForWSVariable(
     const std::u16string& name, const boost::intrusive_ptr<const kxArray_tag>& value);

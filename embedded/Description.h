@@ -39,14 +39,33 @@ struct OptimizedStorage {
   bool flag = false;
 };
 
+/// What a property's declaration demands of its values.
+struct ValidationDescription {
+  /// The declared class, which need not be one of the description; empty: none.
+  std::string className;
+  /// The declared extents, without a value where any will do; empty: no size is declared.
+  std::vector<std::optional<std::size_t>> size;
+  std::vector<std::string> functions;
+};
+
+struct ValueDescription;
+struct PropertyValue;
+
 struct PropertyDescription {
   MemberName name;
   Access get;
   Access set;
   bool hidden = false;
   bool dependent = false;
-  /// The data type's name; empty: the property has no data type.
+  /// The data type's name. Empty: the class that the validation names, or else "any" when there is a validation or a set
+  /// of values; without them the property has no data type.
   std::string type;
+  std::optional<ValidationDescription> validation;
+  /// The finite set of values that the property may take. Without one, and with an enumeration class as its type or
+  /// validation, these are its members that are not hidden.
+  std::optional<std::vector<ValueDescription>> values;
+  /// Whether values of its data type can be made arrays. A type of which one property says no has no conversion.
+  bool conversion = true;
   std::vector<AttributeDescription> attributes;
   std::optional<OptimizedStorage> optimized;
 };
@@ -110,9 +129,6 @@ struct FunctionDescription {
   std::optional<bool> visible;
 };
 
-struct ValueDescription;
-struct PropertyValue;
-
 struct DoubleArray {
   /// Empty: a row of all elements.
   std::vector<std::size_t> size;
@@ -147,6 +163,10 @@ struct ObjectValue {
   std::vector<PropertyValue> properties;
   /// The enumeration member that the object is; empty: none.
   std::string member;
+  /// What the object shows for itself; without a value, nothing.
+  std::optional<std::u16string> text;
+  /// Asking for that text fails.
+  bool failing = false;
 };
 
 struct ValueDescription {

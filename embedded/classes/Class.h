@@ -33,6 +33,8 @@ class Class final : public Element, public kcos::COSClass {
   /// Its number in the registry.
   int number() const noexcept { return number_; }
   bool derivesFrom(const Class& base) const;
+  bool enumeration() const noexcept { return enumeration_; }
+  const std::vector<std::unique_ptr<EnumerationMember>>& members() const noexcept { return members_; }
 
   kcos::COSClass* asClass() noexcept override { return this; }
 

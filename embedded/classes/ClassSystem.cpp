@@ -76,15 +76,30 @@ void ClassSystem::completeClass(Class& oneClass, const ClassDescription& descrip
 
 PropertyContent ClassSystem::contentOf(const PropertyDescription& description) {
   PropertyContent content{.name = MemberText(description.name),
-                          .type = makeType(description.type),
+                          .type = types_.typeOf(description, valuesOf(description)),
                           .get = accessOf(description.get),
                           .set = accessOf(description.set),
                           .hidden = description.hidden,
                           .dependent = description.dependent,
                           .attributes = {}};
   for (const AttributeDescription& attribute : description.attributes)
-    content.attributes.emplace_back(interned(attribute.name), makeType(attribute.type), attribute.value);
+    content.attributes.emplace_back(interned(attribute.name), types_.named(attribute.type), attribute.value);
   return content;
+}
+
+TypeRepository::Values ClassSystem::valuesOf(const PropertyDescription& description) const {
+  if (description.values) return description.values;
+  const bool isDeclared = description.validation && !description.validation->className.empty();
+  const Class* type = find(isDeclared ? description.validation->className : description.type);
+  if (type == nullptr || !type->enumeration()) return {};
+  std::vector<ValueDescription> members;
+  for (const auto& member : type->members())
+    if (!member->hidden() && !member->name().isNull())
+      members.push_back({ObjectValue{.className = type->names().id.text(),
+                                     .properties = {},
+                                     .member = member->name().text(),
+                                     .text = {}}});
+  return members;
 }
 
 kcos::COSExtendedAccess ClassSystem::accessOf(const Access& access) const {
@@ -107,14 +122,6 @@ Namespace* ClassSystem::makeNamespace(std::string_view dottedName) {
     if (outer != nullptr) outer->addNamespace(*inner);
   }
   return inner;
-}
-
-DataType* ClassSystem::makeType(const std::string& name) {
-  if (name.empty()) return nullptr;
-  const kcos::COSInternedName id = interned(name);
-  std::unique_ptr<DataType>& type = types_[&id.text()];
-  if (type == nullptr) type = std::make_unique<DataType>(id);
-  return type.get();
 }
 
 Class* ClassSystem::find(kcos::COSInternedName name) const {

@@ -8,6 +8,7 @@
 
 #include "embedded/Description.h"
 #include "embedded/classes/Class.h"
+#include "embedded/types/TypeRepository.h"
 
 namespace embedded {
 
@@ -30,6 +31,8 @@ class ClassSystem {
   /// The class of that number, or null.
   const Class* numbered(int number) const;
 
+  const TypeRepository& types() const noexcept { return types_; }
+
  private:
   using Handle = const std::string*;  // of an interned name: equal names have one
 
@@ -38,7 +41,7 @@ class ClassSystem {
   void indexNames(const std::vector<ClassDescription>& descriptions);
   void completeClass(Class& oneClass, const ClassDescription& description);
   Namespace* makeNamespace(std::string_view dottedName);
-  DataType* makeType(const std::string& name);
+  TypeRepository::Values valuesOf(const PropertyDescription& description) const;
   PropertyContent contentOf(const PropertyDescription& description);
   kcos::COSExtendedAccess accessOf(const Access& access) const;
 
@@ -46,7 +49,7 @@ class ClassSystem {
   std::unordered_map<Handle, Class*> byName_;
   std::unordered_map<Handle, std::vector<Class*>> byDottedName_;
   std::unordered_map<Handle, std::unique_ptr<Namespace>> namespaces_;
-  std::unordered_map<Handle, std::unique_ptr<DataType>> types_;
+  TypeRepository types_;
   std::deque<Method> functions_;
 };
 

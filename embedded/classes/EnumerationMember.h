@@ -10,6 +10,10 @@ class EnumerationMember final : public Element, public kcos::COSEnumInfo {
   EnumerationMember(Class& owner, const EnumerationMemberDescription& description)
       : owner_(owner), name_(description.name), hidden_(description.hidden) {}
 
+  /// The null name when it is missing.
+  kcos::COSInternedName name() const noexcept { return name_.name(); }
+  bool hidden() const noexcept { return hidden_; }
+
   kcos::COSEnumInfo* asEnumerationMember() noexcept override { return this; }
   Class* definingClass() const noexcept override { return &owner_; }
 

@@ -3,9 +3,9 @@
 #include <memory>
 #include <vector>
 
-#include "embedded/classes/DataType.h"
 #include "embedded/classes/Element.h"
 #include "embedded/classes/MemberText.h"
+#include "embedded/types/DataType.h"
 
 namespace embedded {
 

@@ -46,4 +46,20 @@ std::u16string to_ustring(const std::string& text, const codecvt_ascii_to_ustrin
   return result;
 }
 
+std::u16string trim(const std::u16string& text, const std::u16string& set) {
+  enter<Operation::trim>(text, set);
+  const auto first = text.find_first_not_of(set);
+  return first == text.npos ? std::u16string() : text.substr(first, text.find_last_not_of(set) + 1 - first);
+}
+
+bool is_ascii_letter(char16_t unit) {
+  enter<Operation::isAsciiLetter>(unit);
+  return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
+}
+
+bool is_ascii_digit(char16_t unit) {
+  enter<Operation::isAsciiDigit>(unit);
+  return unit >= u'0' && unit <= u'9';
+}
+
 }  // namespace fl::i18n

@@ -46,7 +46,7 @@ struct Maker {
 
   ValuePtr operator()(const ObjectValue& value) const {
     const Class::Names& names = classes.find(value.className)->names();
-    Object object{names.id, names.dotted, {}, value.member};
+    Object object{names.id, names.dotted, {}, value.member, value.text, value.failing};
     for (const auto& [name, property] : value.properties)
       object.properties.emplace_back(name, makeValue(property, classes));
     return newValue({1, 1}, std::move(object));

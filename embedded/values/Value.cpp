@@ -17,8 +17,14 @@ struct Kind {
 };
 
 /// In the order of the content's alternatives. Objects have the names of their classes instead.
-constexpr std::array<Kind, std::variant_size_v<Value::Content>> kinds = {
-    {{6, "double"}, {3, "logical"}, {4, "char"}, {16, "string"}, {1, "cell"}, {2, "struct"}, {19, ""}}};
+constexpr std::array<Kind, std::variant_size_v<Value::Content>> kinds = {{{6, "double"},
+                                                                          {3, "logical"},
+                                                                          {4, "char"},
+                                                                          {16, "string"},
+                                                                          {1, "cell"},
+                                                                          {2, "struct"},
+                                                                          {19, ""},
+                                                                          {17, ""}}};
 
 }  // namespace
 
@@ -38,6 +44,12 @@ void Value::addReference() const noexcept {
 bool Value::dropReference() const noexcept {
   countDroppedReference();
   return references_.fetch_sub(1, std::memory_order_acq_rel) == 1;
+}
+
+const Object* Value::object() const noexcept {
+  if (const auto* array = std::get_if<Objects>(&content_))
+    return array->elements.empty() ? nullptr : array->elements.front()->object();
+  return std::get_if<Object>(&content_);
 }
 
 int Value::classCode() const noexcept { return kinds[content_.index()].code; }

@@ -36,13 +36,20 @@ struct Object {
   kcos::COSInternedName className;  // the one that users know
   std::vector<std::pair<std::string, ValuePtr>> properties;
   std::string member;
+  std::optional<std::u16string> text;  // what it shows for itself
+  bool failing = false;                // asking for that fails
+};
+
+/// An array of objects, as the conversion of a possible value yields it.
+struct Objects {
+  std::vector<ValuePtr> elements;
 };
 
 /// A value of the interpreter. Made with one reference.
 class Value final : public kxArray_tag {
  public:
   using Content = std::variant<std::vector<double>, std::vector<bool>, std::u16string, StringScalar, Cells,
-                               Structures, Object>;
+                               Structures, Object, Objects>;
 
   Value(std::vector<std::size_t> size, Content content);
   ~Value();
@@ -51,8 +58,9 @@ class Value final : public kxArray_tag {
   /// Was it the last?
   bool dropReference() const noexcept;
 
-  /// The content when it is an object, else null.
-  const Object* object() const noexcept { return std::get_if<Object>(&content_); }
+  /// The object, or the first one of an array of objects; null for any other value.
+  const Object* object() const noexcept;
+  const Content& content() const noexcept { return content_; }
   int classCode() const noexcept;
   /// "double", "logical", "char", "string", "cell", "struct", or the name by which users know the class.
   std::string className() const;

@@ -1,0 +1,96 @@
+#include "embedded/snapshot/Reader.h"
+
+#include "embedded/snapshot/Place.h"
+
+namespace embedded::snapshot {
+
+namespace {
+
+// Values nest without end in a hostile text, and are copied and destroyed by recursion.
+constexpr std::size_t deepestLevel = 200;
+
+const char* nameOf(Event::Kind kind) {
+  switch (kind) {
+    case Event::Null:
+      return "null";
+    case Event::Logical:
+      return "true or false";
+    case Event::Number:
+      return "a number";
+    case Event::Text:
+      return "a text";
+    case Event::Object:
+      return "an object";
+    case Event::Array:
+      return "a list";
+  }
+  return "";
+}
+
+}  // namespace
+
+Handler::~Handler() = default;
+void Handler::key(Reader&, const std::string&) {}
+void Handler::end(Reader&) {}
+
+Reader::Reader(const TextSource& source, std::unique_ptr<Handler> root)
+    : source_(source), root_(std::move(root)) {}
+
+Reader::~Reader() = default;
+
+void Reader::key(const std::string& name) {
+  Level& level = levels_.back();
+  level.begun = true;
+  level.key = name;
+  level.handler->key(*this, name);
+}
+
+void Reader::value(Event event) {
+  openingArray_ = event.kind == Event::Array;
+  Handler* handler = root_.get();
+  if (!levels_.empty()) {
+    Level& level = levels_.back();
+    if (level.array && level.begun) ++level.index;
+    level.begun = true;
+    handler = level.handler.get();
+  }
+  begun_ = true;
+  handler->value(*this, event);
+}
+
+void Reader::end() {
+  const Level level = std::move(levels_.back());
+  levels_.pop_back();
+  level.handler->end(*this);
+}
+
+void Reader::open(std::unique_ptr<Handler> handler) {
+  if (levels_.size() == deepestLevel)
+    fail("snapshot.too-deep", "nested deeper than " + std::to_string(deepestLevel) + " levels");
+  levels_.push_back({.handler = std::move(handler), .array = openingArray_, .begun = false, .key = {}});
+}
+
+void Reader::fail(const std::string& code, const std::string& reason) const {
+  throw SnapshotError(code, source_.file(), pointer(),
+                      "line " + std::to_string(source_.line()) + ": " + reason);
+}
+
+void Reader::failText(const std::string& code, const std::string& reason) const {
+  throw SnapshotError(code, source_.file(), pointer(),
+                      "line " + std::to_string(source_.line()) + ", column " +
+                          std::to_string(source_.column()) + ": " + reason);
+}
+
+void Reader::refuseType(const Event& event, const std::string& expected) const {
+  fail("snapshot.wrong-type", "expected " + expected + ", found " + nameOf(event.kind));
+}
+
+std::string Reader::pointer() const {
+  std::string pointer;
+  for (const Level& level : levels_) {
+    if (level.begun) appendStep(pointer, level.array ? std::to_string(level.index) : level.key);
+  }
+  return pointer;
+}
+
+}  // namespace embedded::snapshot

@@ -1,0 +1,135 @@
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "embedded/Host.h"
+#include "embedded/snapshot/DescriptionCheck.h"
+#include "embedded/snapshot/Reader.h"
+#include "embedded/snapshot/Take.h"
+#include "embedded/snapshot/TextSource.h"
+
+namespace embedded {
+
+namespace {
+
+using nlohmann::json;
+using snapshot::Event;
+using snapshot::Handler;
+using snapshot::Reader;
+using snapshot::TextIterator;
+using snapshot::TextSource;
+
+class RootHandler final : public Handler {
+ public:
+  explicit RootHandler(Description& description) : description_(description) {}
+  void value(Reader& reader, Event& event) override { take(reader, event, description_); }
+
+ private:
+  Description& description_;
+};
+
+/// The parser's events, as events of the reader.
+class JsonEvents final : public nlohmann::json_sax<json> {
+ public:
+  JsonEvents(Reader& reader, const TextSource& source) : reader_(reader), source_(source) {}
+
+  bool null() override { return pass({Event::Null}); }
+  bool boolean(bool value) override { return pass({.kind = Event::Logical, .logical = value}); }
+  bool number_integer(number_integer_t value) override { return number(static_cast<double>(value)); }
+  bool number_unsigned(number_unsigned_t value) override { return number(static_cast<double>(value)); }
+  bool number_float(number_float_t value, const string_t&) override { return number(value); }
+  bool string(string_t& text) override { return pass({.kind = Event::Text, .text = &text}); }
+  bool binary(binary_t&) override { return false; }
+  bool start_object(std::size_t) override { return pass({Event::Object}); }
+  bool start_array(std::size_t) override { return pass({Event::Array}); }
+  bool end_object() override { return end(); }
+  bool end_array() override { return end(); }
+
+  bool key(string_t& name) override {
+    reader_.key(name);
+    return true;
+  }
+
+  bool parse_error(std::size_t, const std::string&, const json::exception& error) override {
+    constexpr int numberOverflow = 406;
+    if (error.id == numberOverflow) reader_.failText("snapshot.out-of-range", "the number is too big");
+    if (source_.exhausted() && source_.blank()) reader_.failText("snapshot.empty", "there is nothing in it");
+    if (source_.exhausted() && !reader_.complete())
+      reader_.failText("snapshot.truncated", "the text ends before the snapshot does");
+    reader_.failText("snapshot.syntax", detailOf(error));
+  }
+
+ private:
+  bool pass(Event event) {
+    reader_.value(event);
+    return true;
+  }
+  bool number(double value) { return pass({.kind = Event::Number, .number = value}); }
+  bool end() {
+    reader_.end();
+    return true;
+  }
+
+  /// What the parser says, without its own way of naming error and position.
+  static std::string detailOf(const json::exception& error) {
+    const std::string text = error.what();
+    const auto start = text.find(": ");
+    return start == std::string::npos ? text : text.substr(start + 2);
+  }
+
+  Reader& reader_;
+  const TextSource& source_;
+};
+
+Description read(TextSource& source) {
+  Description description;
+  Reader reader(source, std::make_unique<RootHandler>(description));
+  JsonEvents events(reader, source);
+  constexpr bool strict = true;
+  constexpr bool ignoreComments = true;
+  json::sax_parse(TextIterator(source), TextIterator(), &events, nlohmann::detail::input_format_t::json,
+                  strict, ignoreComments);
+  checkDescription(description, source.file());
+  return description;
+}
+
+void requireReadable(const std::filesystem::path& file) {
+  std::error_code error;
+  const auto kind = std::filesystem::status(file, error).type();
+  if (kind == std::filesystem::file_type::not_found)
+    throw SnapshotError("snapshot.missing-file", file.string(), "", "there is no such file");
+  if (kind == std::filesystem::file_type::directory)
+    throw SnapshotError("snapshot.directory", file.string(), "", "this is a directory, not a file");
+}
+
+/// Folders of a snapshot are relative to its file.
+void placeFolders(Description& description, const std::filesystem::path& file) {
+  const auto folder = std::filesystem::absolute(file).parent_path();
+  const auto place = [&](std::string& path) { path = (folder / path).lexically_normal().string(); };
+  for (auto& item : description.path) place(item.folder);
+  if (!description.currentFolder.empty()) place(description.currentFolder);
+}
+
+}  // namespace
+
+Description readSnapshot(const std::filesystem::path& file, const LoadProgress& progress) {
+  requireReadable(file);
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) throw SnapshotError("snapshot.unreadable", file.string(), "", "the file cannot be opened");
+  std::error_code sizeUnknown;
+  const auto size = std::filesystem::file_size(file, sizeUnknown);
+  TextSource source(stream, file.string(), sizeUnknown ? 0 : size, progress);
+  Description description = read(source);
+  placeFolders(description, file);
+  return description;
+}
+
+Description readSnapshotText(std::string_view text, const std::string& name) {
+  std::istringstream stream{std::string(text)};
+  const LoadProgress none;
+  TextSource source(stream, name, text.size(), none);
+  return read(source);
+}
+
+}  // namespace embedded

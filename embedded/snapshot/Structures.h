@@ -1,0 +1,59 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "embedded/snapshot/Object.h"
+
+namespace embedded::snapshot {
+
+/// {"struct": {"a": 1}}: one element.
+extern const Shape<StructureArray> structureShape;
+/// {"structs": [{"a": 1}, {"a": 2}]}: several; without any, "fields" names the fields.
+extern const Shape<StructureArray> structuresShape;
+
+/// One element of a structure array whose first element it is: every key is a new field.
+class FirstElementHandler final : public Handler {
+ public:
+  explicit FirstElementHandler(StructureArray& array) : array_(array) {}
+  void key(Reader& reader, const std::string& name) override;
+  void value(Reader& reader, Event& event) override;
+
+ private:
+  StructureArray& array_;
+  std::unordered_set<std::string> seen_;
+};
+
+/// A later element: it has the fields of the first one, in whatever order.
+class NextElementHandler final : public Handler {
+ public:
+  using FieldIndices = std::unordered_map<std::string, std::size_t>;
+
+  NextElementHandler(StructureArray& array, const FieldIndices& indices);
+  void key(Reader& reader, const std::string& name) override;
+  void value(Reader& reader, Event& event) override;
+  void end(Reader& reader) override;
+
+ private:
+  StructureArray& array_;
+  const FieldIndices& indices_;
+  std::size_t start_;
+  std::size_t current_ = 0;
+  std::vector<bool> seen_;
+};
+
+/// The values of an object's properties.
+class PropertyValuesHandler final : public Handler {
+ public:
+  explicit PropertyValuesHandler(ObjectValue& object) : object_(object) {}
+  void key(Reader& reader, const std::string& name) override;
+  void value(Reader& reader, Event& event) override;
+
+ private:
+  ObjectValue& object_;
+  std::unordered_set<std::string> seen_;
+};
+
+}  // namespace embedded::snapshot

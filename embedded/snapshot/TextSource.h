@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <istream>
+#include <iterator>
+#include <string>
+
+#include "embedded/Host.h"
+
+namespace embedded::snapshot {
+
+/// The text of a snapshot, byte by byte from a stream: checks that it is UTF-8, knows the position, and tells
+/// the progress.
+class TextSource {
+ public:
+  TextSource(std::istream& stream, std::string file, std::uintmax_t total, const LoadProgress& progress);
+
+  const std::string& file() const { return file_; }
+  /// The position of the byte that was read last, counted from 1; columns count characters.
+  std::size_t line() const { return line_; }
+  std::size_t column() const { return column_; }
+  /// So far there was nothing but white space.
+  bool blank() const { return blank_; }
+  /// Somebody wanted to read on behind the end.
+  bool exhausted() const { return exhausted_; }
+
+  char current() const { return chunk_[position_]; }
+  void advance();
+  bool atEnd();
+
+ private:
+  void fill();
+  void requireUtf8();
+  [[noreturn]] void refuseBytes(std::size_t position);
+  void count(char byte);
+
+  std::istream& stream_;
+  std::string file_;
+  std::uintmax_t total_;
+  const LoadProgress& progress_;
+  std::uintmax_t read_ = 0;
+  std::uintmax_t told_ = 0;
+  std::string chunk_;
+  /// How much of the chunk is checked; behind it stands the beginning of a character.
+  std::size_t end_ = 0;
+  std::size_t position_ = 0;
+  std::size_t line_ = 1;
+  std::size_t column_ = 0;
+  bool lineEnded_ = false;
+  bool blank_ = true;
+  bool exhausted_ = false;
+};
+
+/// The input iterator over a source; without one it is the end.
+class TextIterator {
+ public:
+  using iterator_category = std::input_iterator_tag;
+  using value_type = char;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const char*;
+  using reference = char;
+
+  TextIterator() = default;
+  explicit TextIterator(TextSource& source) : source_(&source) {}
+
+  char operator*() const { return source_->current(); }
+  TextIterator& operator++() {
+    source_->advance();
+    return *this;
+  }
+  void operator++(int) { source_->advance(); }
+  bool operator==(const TextIterator& other) const { return ended() == other.ended(); }
+
+ private:
+  bool ended() const { return source_ == nullptr || source_->atEnd(); }
+
+  TextSource* source_ = nullptr;
+};
+
+}  // namespace embedded::snapshot

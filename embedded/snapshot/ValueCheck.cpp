@@ -1,0 +1,170 @@
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "embedded/snapshot/Checks.h"
+
+namespace embedded::snapshot {
+
+namespace {
+
+class ValueCheck {
+ public:
+  explicit ValueCheck(const CheckContext& context) : context_(context) {}
+
+  void check(const ValueDescription& value, const Place& place) {
+    std::visit([&](const auto& content) { checkContent(content, place); }, value.content);
+  }
+
+ private:
+  using Names = std::unordered_set<std::string>;
+
+  void checkContent(const DoubleArray& array, const Place& place) {
+    checkSize(array.size, array.elements.size(), place);
+  }
+  void checkContent(const LogicalArray& array, const Place& place) {
+    checkSize(array.size, array.elements.size(), place);
+  }
+  void checkContent(const CharacterRow&, const Place&) {}
+  void checkContent(const StringScalar&, const Place&) {}
+
+  void checkContent(const CellArray& array, const Place& place) {
+    checkSize(array.size, array.elements.size(), place);
+    const Place cell(place, "cell");
+    for (std::size_t index = 0; index < array.elements.size(); ++index) {
+      if (array.elements[index]) check(*array.elements[index], {cell, index});
+    }
+  }
+
+  void checkContent(const StructureArray& array, const Place& place) {
+    checkFields(array, place);
+    if (array.fields.empty()) return checkBareSize(array.size, place);
+    checkSize(array.size, array.values.size() / array.fields.size(), place);
+    for (std::size_t index = 0; index < array.values.size(); ++index) checkFieldValue(array, index, place);
+  }
+
+  void checkFields(const StructureArray& array, const Place& place) {
+    Names seen;
+    for (const auto& field : array.fields) {
+      checkName(context_, field, place);
+      if (!seen.insert(field).second)
+        context_.fail("snapshot.duplicate-field", place, "there are two fields " + inQuotes(field));
+    }
+    const std::size_t left =
+        array.fields.empty() ? array.values.size() : array.values.size() % array.fields.size();
+    if (left != 0)
+      context_.fail("snapshot.wrong-size", place,
+                    "the structures have not one value for each of their fields");
+  }
+
+  /// One structure without a size is written as "struct", several as "structs".
+  void checkFieldValue(const StructureArray& array, std::size_t index, const Place& place) {
+    const std::string& field = array.fields[index % array.fields.size()];
+    const bool single = array.size.empty() && array.values.size() == array.fields.size();
+    const Place elements(place, single ? "struct" : "structs");
+    const Place element = single ? elements : Place(elements, index / array.fields.size());
+    check(array.values[index], {element, field});
+  }
+
+  void checkContent(const ObjectValue& object, const Place& place) {
+    const auto index = context_.requireClass(object.className, {place, "object"}, "the class of the object");
+    const Names& known = propertiesOf(index);
+    const Place properties(place, "properties");
+    Names seen;
+    for (const auto& [name, value] : object.properties) {
+      const Place property(properties, name);
+      if (!known.contains(name)) {
+        context_.fail("snapshot.unknown-property", property,
+                      "the class " + inQuotes(object.className) + " has no property " + inQuotes(name));
+      }
+      if (!seen.insert(name).second)
+        context_.fail("snapshot.duplicate-property", property, inQuotes(name) + " has two values");
+      check(value, property);
+    }
+    if (!object.member.empty()) requireMember(index, object.member, {place, "member"});
+  }
+
+  void requireMember(std::size_t index, const std::string& name, const Place& place) const {
+    const ClassDescription& described = context_.description.classes[index];
+    for (const auto& member : described.members) {
+      if (member.name == name) return;
+    }
+    context_.fail("snapshot.unknown-member", place,
+                  "the class " + inQuotes(described.name) + " has no enumeration member " + inQuotes(name));
+  }
+
+  /// The names of a class's properties, own and inherited.
+  const Names& propertiesOf(std::size_t index) {
+    auto [found, isNew] = properties_.try_emplace(index);
+    if (isNew) collectProperties(index, found->second);
+    return found->second;
+  }
+
+  void collectProperties(std::size_t index, Names& names) const {
+    std::unordered_set<std::size_t> met{index};
+    std::vector<std::size_t> open{index};
+    while (!open.empty()) {
+      const std::size_t current = open.back();
+      open.pop_back();
+      for (const auto& property : context_.description.classes[current].properties) {
+        if (property.name) names.insert(*property.name);
+      }
+      for (const std::size_t superclass : context_.superclasses[current]) {
+        if (met.insert(superclass).second) open.push_back(superclass);
+      }
+    }
+  }
+
+  void checkSize(const std::vector<std::size_t>& size, std::size_t count, const Place& place) const {
+    if (size.empty()) return;
+    if (size.size() == 1) refuseSize(place, "a size has at least two dimensions");
+    if (productOf(size) == count) return;
+    refuseSize(place, "there are " + std::to_string(count) +
+                          " elements, which is not the product of the dimensions");
+  }
+
+  /// Structures without fields have no values to hold the size against.
+  void checkBareSize(const std::vector<std::size_t>& size, const Place& place) const {
+    if (size.size() == 1) refuseSize(place, "a size has at least two dimensions");
+    if (!productOf(size)) refuseSize(place, "the product of the dimensions is too big");
+  }
+
+  [[noreturn]] void refuseSize(const Place& place, const std::string& reason) const {
+    context_.fail("snapshot.wrong-size", {place, "size"}, reason);
+  }
+
+  /// Without a value when it is too big for any array.
+  static std::optional<std::size_t> productOf(const std::vector<std::size_t>& size) {
+    std::size_t product = 1;
+    bool tooBig = false;
+    for (const std::size_t dimension : size) {
+      if (dimension == 0) return 0;
+      tooBig = tooBig || __builtin_mul_overflow(product, dimension, &product);
+    }
+    return tooBig ? std::nullopt : std::optional(product);
+  }
+
+  const CheckContext& context_;
+  std::unordered_map<std::size_t, Names> properties_;
+};
+
+}  // namespace
+
+void checkWorkspace(const CheckContext& context) {
+  const auto& variables = context.description.workspace;
+  const Place root;
+  const Place workspace(root, "workspace");
+  std::unordered_set<std::string> names;
+  ValueCheck values(context);
+  for (std::size_t index = 0; index < variables.size(); ++index) {
+    const Place variable(workspace, index);
+    checkName(context, variables[index].name, {variable, "name"});
+    if (!names.insert(variables[index].name).second) {
+      context.fail("snapshot.duplicate-variable", {variable, "name"},
+                   "there is already a variable " + inQuotes(variables[index].name));
+    }
+    values.check(variables[index].value, {variable, "value"});
+  }
+}
+
+}  // namespace embedded::snapshot

@@ -1,0 +1,201 @@
+"""The schema of snapshots: valid, strict, accepts every example, and refuses what the reader refuses."""
+import copy
+import json
+import os
+import re
+import subprocess
+import tempfile
+import unittest
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+from jsonschema import Draft202012Validator
+
+SOURCE = Path(os.environ["CONTEXTDATA_SOURCE"])
+COMMAND = os.environ.get("CONTEXTDATA_COMMAND", "")
+SCHEMA = json.loads((SOURCE / "share/contextdata/snapshot.schema.json").read_text(encoding="utf-8"))
+VALIDATOR = Draft202012Validator(SCHEMA)
+
+STRING_OR_COMMENT = re.compile(r'"(?:\\.|[^"\\])*"|//[^\n]*|/\*.*?\*/', re.DOTALL)
+
+# Faults that a schema cannot express.
+BEYOND = {"unknown-class", "unknown-function", "unknown-property", "unknown-member", "duplicate-class",
+          "duplicate-function", "duplicate-variable", "superclass-cycle", "wrong-size", "kind-first"}
+
+# Every key, and every kind of value.
+EVERYTHING = {
+    "format": 1, "$schema": "s", "components": True, "namespaces": ["n.m"],
+    "classes": [
+        {"name": "A", "component": "c", "aliases": ["a.b"], "superclasses": ["B"], "order": "own-first",
+         "hidden": True, "broken": False, "flag": True, "enumeration": True,
+         "properties": [
+             "p", {"name": "q", "access": ["B"]},
+             {"name": None, "get": "private", "set": {"level": "public", "classes": ["B"]}, "hidden": True,
+              "dependent": True, "type": "double", "optimized": {"customGetter": True, "flag": False},
+              "attributes": [{"name": "a", "type": "char", "value": True}]},
+             {"name": "r", "constant": True}],
+         "methods": ["m", {"name": "m", "access": "listed", "static": True, "hidden": True, "visible": True}],
+         "members": ["e", {"name": "f", "hidden": True}],
+         "attributeNames": [{"names": ["x"], "further": ["y"]}, {}, {}, {}]},
+        {"name": "B"}],
+    "functions": [{"name": "f.g", "component": "c", "imports": ["n.*"], "hidden": True, "visible": False}],
+    "workspace": [
+        {"name": "number", "value": 1.5}, {"name": "text", "value": "text"}, {"name": "row", "value": [1, "Inf"]},
+        {"name": "double", "value": {"double": [1], "size": [1, 1]}},
+        {"name": "logical", "value": {"logical": [True], "size": [1, 1]}},
+        {"name": "string", "value": {"string": "s"}},
+        {"name": "cell", "value": {"cell": [1, None], "size": [2, 1]}},
+        {"name": "one", "value": {"struct": {"a": True}}},
+        {"name": "two", "value": {"structs": [{"a": 1}, {"a": 2}], "size": [2, 1]}},
+        {"name": "none", "value": {"structs": [], "fields": ["a"]}},
+        {"name": "object", "value": {"object": "A", "properties": {"p": 1}, "member": "e"}}],
+    "scopes": {"queryable": True, "executing": "f.g", "active": [{"function": "f.g", "eligible": False}],
+               "bridge": True, "debugger": {"focus": "x", "first": 1, "second": -1}},
+    "path": [{"folder": "a", "kind": "class"}], "currentFolder": "b", "builtins": ["sin"],
+}
+
+# (place, what stands there instead): refused by both. A missing value stands for a removed key.
+REMOVED = object()
+BROKEN = [
+    ([], []), (["format"], REMOVED), (["format"], 2), (["format"], 0), (["format"], "1"),
+    (["classes", 0, "name"], REMOVED), (["classes", 0, "name"], None), (["classes", 0, "name"], "a."),
+    (["classes", 0, "aliases", 0], "a..b"), (["classes", 0, "aliases", 0], "a\u0000"),
+    (["classes", 0, "order"], "depth-first"), (["classes", 0, "attributeNames"], [{}, {}, {}]),
+    (["classes", 0, "properties", 0], ""), (["classes", 0, "properties", 1, "access"], "secret"),
+    (["classes", 0, "properties", 1, "set"], "public"), (["classes", 0, "properties", 1, "get"], "public"),
+    (["classes", 0, "properties", 3, "set"], "public"), (["classes", 0, "properties", 2, "set", "level"], REMOVED),
+    (["classes", 0, "methods", 1, "constant"], True), (["classes", 0, "members", 1, "name"], REMOVED),
+    (["workspace", 0, "value"], REMOVED), (["workspace", 2, "value"], [1, "nan"]),
+    (["workspace", 3, "value", "size"], [1]), (["workspace", 3, "value", "size", 0], -1),
+    (["workspace", 3, "value", "cell"], []), (["workspace", 7, "value", "struct"], {"": 1}),
+    (["workspace", 8, "value", "structs"], [{}]), (["workspace", 8, "value", "fields"], ["a"]),
+    (["scopes", "debugger", "first"], 3000000000), (["path", 0, "kind"], "private"), (["path", 0, "folder"], REMOVED),
+]
+
+INSTEAD = [None, True, 7, -1, 1.5, "", "word", "a..b", [], ["word"], {}, {"word": 1}]
+
+
+def without_comments(text):
+    return STRING_OR_COMMENT.sub(lambda found: found[0] if found[0].startswith('"') else " ", text)
+
+
+def places(node, place=()):
+    """Every place of a document, the whole first."""
+    yield place
+    children = node.items() if isinstance(node, dict) else enumerate(node) if isinstance(node, list) else ()
+    for step, child in children:
+        yield from places(child, (*place, step))
+
+
+def changed(place, value):
+    """EVERYTHING with something else at one place."""
+    if not place:
+        return value
+    document = copy.deepcopy(EVERYTHING)
+    *way, last = place
+    node = document
+    for step in way:
+        node = node[step]
+    if value is REMOVED:
+        del node[last]
+    else:
+        node[last] = value
+    return document
+
+
+def read(document):
+    """The reader's code for a document, without its prefix; empty when it is accepted."""
+    with tempfile.NamedTemporaryFile("w", suffix=".json", encoding="utf-8") as file:
+        json.dump(document, file)
+        file.flush()
+        done = subprocess.run([COMMAND, "query", "--snapshot", file.name], stdin=subprocess.DEVNULL,
+                              capture_output=True, timeout=60, check=False)
+    found = re.search(r"\[snapshot\.([a-z0-9-]+)", done.stderr.decode())
+    if done.returncode == 0:
+        return ""
+    return found[1] if done.returncode == 1 and found else f"exit code {done.returncode}: {done.stderr!r}"
+
+
+class SchemaTest(unittest.TestCase):
+    def test_the_schema_is_valid(self):
+        Draft202012Validator.check_schema(SCHEMA)
+
+    def test_objects_have_no_other_keys_and_every_definition_is_used(self):
+        objects = [node for place in places(SCHEMA) if isinstance(node := at(SCHEMA, place), dict)]
+        fixed = [node for node in objects if node.get("type") == "object" and "properties" in node]
+        self.assertGreater(len(fixed), 15)
+        for node in fixed:
+            self.assertIs(node["additionalProperties"], False, node["description"])
+            self.assertLessEqual(set(node.get("required", [])), set(node["properties"]))
+        used = {node["$ref"] for node in objects if isinstance(node.get("$ref"), str)}
+        self.assertEqual(used, {f"#/$defs/{name}" for name in SCHEMA["$defs"]})
+
+    def test_every_key_is_on_the_page(self):
+        page = (SOURCE / "docs/snapshot.md").read_text(encoding="utf-8")
+        for place in places(SCHEMA):
+            if place[-2:-1] == ("properties",) and at(SCHEMA, place[:-2]).get("type") == "object":
+                self.assertRegex(page, r"\b" + re.escape(place[-1].lstrip("$")) + r"\b")
+
+    def test_every_example_validates(self):
+        examples = sorted((SOURCE / "examples").glob("*.json"))
+        self.assertTrue(examples)
+        for example in examples:
+            document = json.loads(without_comments(example.read_text(encoding="utf-8")))
+            self.assertEqual([error.message for error in VALIDATOR.iter_errors(document)], [], example.name)
+        VALIDATOR.validate(EVERYTHING)
+
+    def test_the_page_example_validates(self):
+        page = (SOURCE / "docs/snapshot.md").read_text(encoding="utf-8")
+        VALIDATOR.validate(json.loads(without_comments(page.split("```json\n")[1].split("```")[0])))
+
+    def test_unknown_keys_are_refused_in_every_object(self):
+        open_objects = {"struct", "structs", "properties"}
+        closed = [place for place in places(EVERYTHING) if isinstance(at(EVERYTHING, place), dict)
+                  and not (place and place[0] == "workspace" and open_objects & set(place))]
+        self.assertGreater(len(closed), 20)
+        for place in closed:
+            self.assertFalse(VALIDATOR.is_valid(changed((*place, "surprise"), 1)), place)
+
+    def test_broken_documents_are_refused(self):
+        for place, value in BROKEN:
+            self.assertFalse(VALIDATOR.is_valid(changed(place, value)), (place, value))
+
+
+@unittest.skipUnless(COMMAND and os.path.exists(COMMAND), "needs the command")
+class AgreementTest(unittest.TestCase):
+    """The schema and the reader of the command."""
+
+    def compare(self, documents):
+        with ThreadPoolExecutor(os.cpu_count()) as pool:
+            codes = list(pool.map(read, [document for _, document in documents]))
+        for (name, document), code in zip(documents, codes):
+            accepted = VALIDATOR.is_valid(document)
+            self.assertIn(code, {"", *BEYOND} if accepted else set(codes) - {""}, (name, accepted, code))
+            self.assertNotIn("exit code", code, name)
+        return codes
+
+    def test_good_documents_are_read(self):
+        self.assertEqual(read(EVERYTHING), "")
+        for example in (SOURCE / "examples").glob("*.json"):
+            self.assertEqual(read(json.loads(without_comments(example.read_text(encoding="utf-8")))), "")
+
+    def test_broken_documents_are_refused_by_both(self):
+        codes = self.compare([((place, value), changed(place, value)) for place, value in BROKEN])
+        self.assertNotIn("", codes)
+
+    def test_something_else_at_every_place(self):
+        documents = [((place, value), changed(place, value))
+                     for place in places(EVERYTHING) for value in INSTEAD]
+        codes = self.compare(documents)
+        self.assertGreater(len(codes), 1000)
+        self.assertGreater(codes.count(""), 100)
+
+
+def at(node, place):
+    for step in place:
+        node = node[step]
+    return node
+
+
+if __name__ == "__main__":
+    unittest.main()

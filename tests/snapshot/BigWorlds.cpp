@@ -1,0 +1,82 @@
+// Worlds of hostile shape and size: the check is linear, and nothing recurses along them.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "embedded/Host.h"
+#include "tests/snapshot/Faults.h"
+
+namespace {
+
+/// A chain of classes C0 < C1 < ...; the last one derives from `top`.
+std::string chain(std::size_t length, const std::string& top) {
+  std::string text = R"({"format": 1, "classes": [)";
+  for (std::size_t index = 0; index < length; ++index) {
+    const std::string superclass =
+        index + 1 < length ? "\"C" + std::to_string(index + 1) + '"' : (top.empty() ? "" : '"' + top + '"');
+    text += (index ? "," : "") + std::string(R"({"name": "C)") + std::to_string(index) +
+            R"(", "properties": ["p)" + std::to_string(index) + R"("], "superclasses": [)" + superclass +
+            "]}";
+  }
+  return text + R"(], "workspace": [{"name": "x", "value": {"object": "C0", "properties": {"p)" +
+         std::to_string(length - 1) + R"(": 1}}}]})";
+}
+
+TEST(BigWorlds, AChainOfManySuperclassesIsFine) { EXPECT_FALSE(faultOfText(chain(20000, ""))); }
+
+TEST(BigWorlds, ALongCycleIsFoundAndNamed) {
+  const auto fault = faultOfText(chain(20000, "C5"));
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->code(), "snapshot.superclass-cycle");
+  EXPECT_EQ(fault->pointer(), "/classes/19999/superclasses/0");
+  EXPECT_NE(fault->reason().find("C5 -> C6 -> "), std::string::npos);
+  EXPECT_NE(fault->reason().find("(19985 more) -> C5"), std::string::npos) << fault->reason();
+}
+
+// Every class derives from both classes of the next layer: 2 to the 40th ways lead to the top.
+TEST(BigWorlds, ManyWaysToOneClassAreOneClass) {
+  constexpr std::size_t layers = 40;
+  std::string text;
+  for (std::size_t layer = 0; layer < layers; ++layer) {
+    const std::string next = std::to_string(layer + 1);
+    const std::string superclasses =
+        layer + 1 < layers ? "\"A" + next + "\", \"B" + next + "\"" : std::string();
+    for (const char* side : {"A", "B"}) {
+      text += (text.empty() ? "" : ",") + std::string(R"({"name": ")") + side + std::to_string(layer) +
+              R"(", "superclasses": [)" + superclasses + "]}";
+    }
+  }
+  const std::string world = R"({"format": 1, "classes": [)" + text + "]";
+  EXPECT_FALSE(faultOfText(world + R"(, "workspace": [{"name": "x", "value": {"object": "A0"}}]})"));
+  const auto fault = faultOfText(
+      world + R"(, "workspace": [{"name": "x", "value": {"object": "A0", "properties": {"q": 1}}}]})");
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->code(), "snapshot.unknown-property");
+}
+
+TEST(BigWorlds, ManyMembersAreReadInSeconds) {
+  std::string text = R"({"format": 1, "classes": [)";
+  for (int index = 0; index < 10000; ++index) {
+    text += (index ? ",\n" : "") + std::string(R"({"name": "lab.Class)") + std::to_string(index) + '"';
+    if (index >= 100) text += R"(, "superclasses": ["lab.Class)" + std::to_string(index / 3) + "\"]";
+    text += R"(, "properties": [)";
+    for (int member = 0; member < 20; ++member) {
+      text += (member ? "," : "") + std::string(R"({"name": "Property)") + std::to_string(member) +
+              R"(", "access": "protected", "hidden": false, "type": "double"})";
+    }
+    text += "]}";
+  }
+  text += "]}";
+  const auto start = std::chrono::steady_clock::now();
+  const auto world = embedded::readSnapshotText(text, "");
+  const auto milliseconds =
+      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
+  std::size_t members = 0;
+  for (const auto& oneClass : world.classes) members += oneClass.properties.size();
+  EXPECT_EQ(members, 200000U);
+  RecordProperty("milliseconds", std::to_string(milliseconds));
+  EXPECT_LT(milliseconds, 30000);  // sanitizers and busy machines included; a square algorithm is far above
+}
+
+}  // namespace

@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "tests/snapshot/BrokenTexts.h"
+#include "tests/snapshot/Faults.h"
+
+namespace {
+
+std::vector<BrokenText> everyBrokenText() {
+  std::vector<BrokenText> texts = brokenShapes;
+  texts.insert(texts.end(), brokenWorlds.begin(), brokenWorlds.end());
+  return texts;
+}
+
+TEST(BrokenSnapshots, HaveACodeAPlaceAndAReason) {
+  for (const auto& broken : everyBrokenText()) {
+    SCOPED_TRACE(broken.text.substr(0, 200));
+    const auto fault = faultOfText(broken.text);
+    ASSERT_TRUE(fault) << "accepted";
+    EXPECT_EQ(fault->code(), broken.code) << fault->what();
+    if (broken.code != "snapshot.too-deep") {
+      EXPECT_EQ(fault->pointer(), broken.pointer);
+    }
+    EXPECT_NE(fault->reason().find(broken.reason), std::string::npos) << fault->reason();
+    EXPECT_EQ(fault->file(), "world.json");
+    EXPECT_NE(std::string(fault->what()).find("[" + broken.code), std::string::npos);
+    EXPECT_EQ(std::string(fault->what()).rfind("world.json: ", 0), 0U);
+  }
+}
+
+TEST(BrokenSnapshots, NameTheLineOfTheCulprit) {
+  const std::vector<std::pair<std::string, std::string>> rows{
+      {"{\"format\": 1,\n\n\"flag\": 2}", "line 3: "},
+      {"{\"format\": 7\n}", "line 1: "},
+      {"{\"format\":\r\n7\r\n}", "line 2: "},
+      {"// \n/* \n */ {\n\"components\": true\n}", "line 5: "},
+  };
+  for (const auto& [text, line] : rows) {
+    const auto fault = faultOfText(text);
+    ASSERT_TRUE(fault) << text;
+    EXPECT_EQ(fault->reason().rfind(line, 0), 0U) << fault->reason();
+  }
+}
+
+// Wherever a good snapshot is cut off, it is no snapshot.
+TEST(BrokenSnapshots, TruncatedAtEveryByte) {
+  const std::string whole = object(R"("properties": {"a": {"structs": [{"s": "ä€😀"}]}}, "member": "m")");
+  ASSERT_FALSE(faultOfText(whole));
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    const auto fault = faultOfText(whole.substr(0, length));
+    ASSERT_TRUE(fault) << length;
+    const std::set<std::string> expected{"snapshot.empty", "snapshot.truncated", "snapshot.not-utf8"};
+    EXPECT_TRUE(expected.contains(fault->code())) << length << ": " << fault->what();
+  }
+}
+
+TEST(BrokenSnapshots, LongCulpritsAreCut) {
+  const std::string name(1000000, 'n');
+  const auto fault = faultOfText(oneClass(R"("superclasses": [")" + name + "\"]"));
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->code(), "snapshot.unknown-class");
+  EXPECT_LT(fault->reason().size(), 300U);
+}
+
+/// The codes in the first column of the page's tables.
+std::set<std::string> documentedCodes() {
+  const char* source = std::getenv("CONTEXTDATA_SOURCE");
+  std::ifstream page(std::string(source ? source : ".") + "/docs/snapshot.md");
+  std::stringstream text;
+  text << page.rdbuf();
+  const std::string all = text.str();
+  const std::regex row(R"(\n\| `(snapshot\.[a-z0-9-]+)`)");
+  std::set<std::string> codes;
+  for (std::sregex_iterator found(all.begin(), all.end(), row), end; found != end; ++found)
+    codes.insert((*found)[1]);
+  return codes;
+}
+
+TEST(BrokenSnapshots, EveryDocumentedCodeIsInTheTable) {
+  std::set<std::string> codes;
+  for (const auto& broken : everyBrokenText()) codes.insert(broken.code);
+  // Those of files and of descriptions written in code have tests of their own.
+  for (const char* code : {"missing-file", "directory", "unreadable", "duplicate-property"})
+    EXPECT_TRUE(codes.insert(std::string("snapshot.") + code).second) << code;
+  EXPECT_EQ(codes, documentedCodes());
+}
+
+}  // namespace

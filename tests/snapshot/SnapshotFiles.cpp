@@ -1,0 +1,112 @@
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "embedded/Host.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Steps = std::vector<std::pair<std::uintmax_t, std::uintmax_t>>;
+
+class SnapshotFiles : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (fs::temp_directory_path() / "snapshot-XXXXXX").string();
+    folder_ = mkdtemp(pattern.data());
+  }
+  void TearDown() override { fs::remove_all(folder_); }
+
+  fs::path write(const std::string& name, const std::string& text) const {
+    std::ofstream(folder_ / name, std::ios::binary) << text;
+    return folder_ / name;
+  }
+
+  static std::string codeOf(const fs::path& file) {
+    try {
+      embedded::readSnapshot(file);
+    } catch (const embedded::SnapshotError& fault) {
+      EXPECT_EQ(fault.file(), file.string());
+      EXPECT_EQ(fault.pointer(), "");
+      return fault.code();
+    }
+    return "";
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(SnapshotFiles, ThatAreNone) {
+  EXPECT_EQ(codeOf(folder_ / "nothing.json"), "snapshot.missing-file");
+  EXPECT_EQ(codeOf(write("file", "{}") / "below"), "snapshot.missing-file");
+  EXPECT_EQ(codeOf(folder_), "snapshot.directory");
+  EXPECT_EQ(codeOf(""), "snapshot.missing-file");
+  EXPECT_EQ(codeOf(write("empty.json", "")), "snapshot.empty");
+  EXPECT_EQ(codeOf(write("good.json", R"({"format": 1})")), "");
+}
+
+TEST_F(SnapshotFiles, ThatCannotBeRead) {
+  EXPECT_EQ(codeOf("/proc/self/mem"), "snapshot.unreadable");  // opens, and fails at the first read
+
+  sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+  const std::string path = (folder_ / "socket").string();
+  ASSERT_LT(path.size(), sizeof address.sun_path);
+  path.copy(address.sun_path, path.size());
+  const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
+  ASSERT_EQ(bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  EXPECT_EQ(codeOf(path), "snapshot.unreadable");
+  close(descriptor);
+}
+
+TEST_F(SnapshotFiles, FoldersAreRelativeToTheFile) {
+  const auto file = write("world.json", R"({"format": 1, "currentFolder": "..", "path": [
+      {"folder": "code/./x"}, {"folder": "/absolute"}]})");
+  const auto before = fs::current_path();
+  for (const auto& [from, name] : {std::pair(before, file), std::pair(folder_, fs::path("world.json"))}) {
+    fs::current_path(from);
+    const auto world = embedded::readSnapshot(name);
+    fs::current_path(before);
+    EXPECT_EQ(world.path.at(0).folder, (folder_ / "code/x").string());
+    EXPECT_EQ(world.path.at(1).folder, "/absolute");
+    EXPECT_TRUE(fs::equivalent(world.currentFolder, folder_.parent_path()));
+  }
+}
+
+TEST_F(SnapshotFiles, ProgressIsToldEachMegabyteAndAtTheEnd) {
+  const std::string text = R"({"format": 1})" + std::string(3500000, ' ');
+  const auto file = write("big.json", text);
+  Steps steps;
+  embedded::readSnapshot(file,
+                         [&](std::uintmax_t read, std::uintmax_t total) { steps.emplace_back(read, total); });
+  ASSERT_EQ(steps.size(), 4U);
+  for (std::size_t index = 0; index < 3; ++index) {
+    EXPECT_NEAR(static_cast<double>(steps[index].first), 1048576.0 * static_cast<double>(index + 1), 200000);
+    EXPECT_EQ(steps[index].second, text.size());
+  }
+  EXPECT_EQ(steps[3], Steps::value_type(text.size(), text.size()));
+}
+
+TEST_F(SnapshotFiles, WhatProgressThrowsPasses) {
+  const auto file = write("big.json", R"({"format": 1})" + std::string(3000000, ' '));
+  EXPECT_THROW(embedded::readSnapshot(file, [](std::uintmax_t, std::uintmax_t) { throw 7; }), int);
+}
+
+// Characters of several bytes stand across every boundary at which the file is read in pieces.
+TEST_F(SnapshotFiles, CharactersAcrossPieces) {
+  for (std::size_t shift = 0; shift < 5; ++shift) {
+    std::string name(shift, 'x');
+    while (name.size() < 200000) name += "😀ä€";
+    const auto world =
+        embedded::readSnapshot(write("long.json", R"({"format": 1, "namespaces": [")" + name + "\"]}"));
+    EXPECT_EQ(world.namespaces.at(0), name);
+    const auto broken = write("broken.json", R"({"format": 1, "namespaces": [")" + name + "\xF0\x9F\"]}");
+    EXPECT_EQ(codeOf(broken), "snapshot.not-utf8");
+  }
+}
+
+}  // namespace

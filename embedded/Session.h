@@ -1,9 +1,11 @@
 #pragma once
 
 #include "embedded/classes/ClassSystem.h"
+#include "embedded/code/Interpreter.h"
 #include "embedded/dispatcher/Debugger.h"
 #include "embedded/dispatcher/Dispatcher.h"
 #include "embedded/gate/Gate.h"
+#include "embedded/streams/Streams.h"
 #include "embedded/values/Workspace.h"
 
 namespace embedded {
@@ -16,6 +18,9 @@ struct Session : Gate {
       : classes(description),
         workspace(description.workspace, classes),
         dispatcher(description, classes),
+        packages(description.packages),
+        foreignClasses(description.foreignClasses),
+        interpreter(description),
         debugger(description.scopes.debugger),
         debuggerIsReachable(description.scopes.bridge),
         componentsOn(description.components) {}
@@ -23,6 +28,10 @@ struct Session : Gate {
   ClassSystem classes;
   Workspace workspace;
   Dispatcher dispatcher;
+  std::vector<PackageDescription> packages;
+  std::vector<ForeignClassDescription> foreignClasses;
+  Interpreter interpreter;
+  Streams streams;
   Debugger debugger;
   bool debuggerIsReachable;
   bool componentsOn;

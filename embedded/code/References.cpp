@@ -1,0 +1,159 @@
+#include <algorithm>
+
+#include "embedded/classes/Interning.h"
+#include "embedded/code/Convert.h"
+#include "embedded/code/Evaluator.h"
+#include "embedded/code/Members.h"
+
+namespace embedded {
+
+namespace {
+
+const ForeignMember* foreignMember(const ForeignClassDescription& foreign, const std::string& name,
+                                   ForeignMember& member) {
+  if (std::ranges::find(foreign.members, name) == foreign.members.end()) return nullptr;
+  member = {foreign.name, name};
+  return &member;
+}
+
+Values fieldOfAll(const Structures& structures, const std::string& field) {
+  const auto found = std::ranges::find(structures.fields, field);
+  if (found == structures.fields.end())
+    failCode("KORVAL:code:NoSuchField", "The structure has no field \"" + field + "\"");
+  Values result;
+  const auto width = structures.fields.size();
+  for (auto at = static_cast<std::size_t>(found - structures.fields.begin()); at < structures.values.size(); at += width)
+    result.push_back(structures.values[at] == nullptr ? newEmpty() : structures.values[at]);
+  return result;
+}
+
+}  // namespace
+
+Values Evaluator::reference(const Reference& reference, std::size_t wanted) {
+  if (ValuePtr variable = variables_.find(reference.name); variable != nullptr)
+    return follow({std::move(variable)}, reference.accesses, wanted);
+  return nameValues(reference, wanted);
+}
+
+Values Evaluator::takeArguments(Selectors& accesses) {
+  if (accesses.empty() || accesses.front().kind != Selector::Paren) return {};
+  const Selector& access = accesses.front();
+  accesses = accesses.subspan(1);
+  return arguments(access.arguments, nullptr);
+}
+
+/// A name that is no variable: a function, a class, a namespace and what is in it.
+Values Evaluator::nameValues(const Reference& reference, std::size_t wanted) {
+  const Position at = interpreter_.at;
+  Selectors rest = reference.accesses;
+  std::string name = reference.name;
+  const auto wantedNow = [&] { return rest.empty() ? wanted : 1; };
+  for (;;) {
+    const Meaning meaning = meaningOf(session_, name, routine_);
+    const bool isField = !rest.empty() && rest.front().kind == Selector::Field;
+    if (isField && !meaning.isCallable()) {
+      const std::string& field = rest.front().field;
+      interpreter_.at = rest.front().at;
+      rest = rest.subspan(1);
+      if (meaning.oneClass != nullptr) {
+        if (ValuePtr constant = classConstant(*meaning.oneClass, field, routine_))
+          return follow({std::move(constant)}, rest, wanted);
+        Values given = takeArguments(rest);
+        interpreter_.at = at;
+        return follow(callStatic(*this, *meaning.oneClass, field, std::move(given), wantedNow()), rest, wanted);
+      }
+      ForeignMember member;
+      if (meaning.foreignClass != nullptr && foreignMember(*meaning.foreignClass, field, member) != nullptr)
+        return follow({newValue({1, 1}, std::move(member))}, rest, wanted);
+      if (session_.classes.findNamespace(alreadyInterned(name)) != nullptr ||
+          interpreter_.files.isPackage(name)) {
+        name += "." + field;
+        continue;
+      }
+      interpreter_.at = at;
+      failCode("KORVAL:code:UndefinedName", "\"" + name + "\" is no variable, function, class or namespace");
+    }
+    Values given = takeArguments(rest);
+    interpreter_.at = at;
+    return follow(call(*this, name, meaning, std::move(given), wantedNow()), rest, wanted);
+  }
+}
+
+Values Evaluator::follow(Values current, Selectors accesses, std::size_t wanted) {
+  while (!accesses.empty()) {
+    const Selector& access = accesses.front();
+    interpreter_.at = access.at;
+    interpreter_.step();
+    if (current.size() != 1)
+      failCode("KORVAL:code:NoValue", "One value is needed before this, not " + std::to_string(current.size()));
+    const ValuePtr value = std::move(current.front());
+    accesses = accesses.subspan(1);
+    const std::size_t wantedNow = accesses.empty() ? wanted : 1;
+    if (access.kind == Selector::Transposed)
+      current = {transposed(*value)};
+    else if (access.kind == Selector::Paren)
+      current = index(value, access, wantedNow);
+    else if (access.kind == Selector::Brace)
+      current = cellContents(*value, access);
+    else
+      current = field(value, access, accesses, wanted);
+  }
+  return current;
+}
+
+/// value(...): elements, or the call of a function handle.
+Values Evaluator::index(const ValuePtr& value, const Selector& access, std::size_t wanted) {
+  if (const auto* handle = value->as<FunctionHandle>()) {
+    Values given = arguments(access.arguments, nullptr);
+    interpreter_.at = access.at;
+    return callNamed(*this, handle->function, std::move(given), wanted);
+  }
+  if (access.arguments.empty()) return {value};
+  const std::vector<Subscript> all = subscripts(access, *value);
+  interpreter_.at = access.at;
+  return {indexed(*value, all)};
+}
+
+Values Evaluator::cellContents(const Value& value, const Selector& access) {
+  if (value.as<Cells>() == nullptr)
+    failCode("KORVAL:code:WrongType", "Only a cell array is indexed with braces, not a value of class \"" +
+                                          value.className() + "\"");
+  const std::vector<Subscript> all = subscripts(access, value);
+  interpreter_.at = access.at;
+  if (all.empty()) failCode("KORVAL:code:Index", "An index is missing");
+  const ValuePtr elements = indexed(value, all);
+  Values result = elements->as<Cells>()->elements;
+  for (ValuePtr& element : result)
+    if (element == nullptr) element = newEmpty();
+  return result;
+}
+
+/// value.field, or value.method(arguments), which takes the arguments off the accesses.
+Values Evaluator::field(const ValuePtr& value, const Selector& access, Selectors& rest, std::size_t wanted) {
+  const std::string& name = access.field;
+  if (const auto* structures = value->as<Structures>(); structures != nullptr && structures->className.empty())
+    return fieldOfAll(*structures, name);
+  const Selectors before = rest;
+  if (hasMethod(session_, *value, name)) {
+    Values given = takeArguments(rest);
+    given.insert(given.begin(), value);
+    interpreter_.at = access.at;
+    if (auto answer = callMethodOfArguments(*this, name, given, rest.empty() ? wanted : 1)) return *answer;
+    rest = before;
+  }
+  if (const auto* reference = value->as<ClassReference>()) {
+    const Meaning meaning = meaningOf(session_, reference->className, nullptr);
+    if (meaning.oneClass != nullptr) {
+      if (ValuePtr constant = classConstant(*meaning.oneClass, name, routine_)) return {constant};
+      Values given = takeArguments(rest);
+      interpreter_.at = access.at;
+      return callStatic(*this, *meaning.oneClass, name, std::move(given), rest.empty() ? wanted : 1);
+    }
+  }
+  Values result;
+  for (std::size_t at = 0; at < value->elementCount(); ++at)
+    result.push_back(readProperty(session_, elementOf(value, at), name, routine_));
+  return result;
+}
+
+}  // namespace embedded

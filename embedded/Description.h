@@ -22,13 +22,13 @@ using MemberName = std::optional<std::string>;
 /// 5 constant (as set access). The classes may use the member whatever the level is.
 struct Access {
   int level = 0;
-  std::vector<std::string> classes;
+  std::vector<std::string> classes = {};
 };
 
 /// An attribute of a property beside those of its record: its data type (empty: none) and its value.
 struct AttributeDescription {
-  std::string name;
-  std::string type;
+  std::string name = {};
+  std::string type = {};
   bool value = false;
 };
 
@@ -43,49 +43,49 @@ struct OptimizedStorage {
 /// What a property's declaration demands of its values.
 struct ValidationDescription {
   /// The declared class, which need not be one of the description; empty: none.
-  std::string className;
+  std::string className = {};
   /// The declared extents, without a value where any will do; empty: no size is declared.
-  std::vector<std::optional<std::size_t>> size;
-  std::vector<std::string> functions;
+  std::vector<std::optional<std::size_t>> size = {};
+  std::vector<std::string> functions = {};
 };
 
 struct PropertyDescription {
-  MemberName name;
-  Access get;
-  Access set;
+  MemberName name = {};
+  Access get = {};
+  Access set = {};
   bool hidden = false;
   bool dependent = false;
-  /// The data type's name. Empty: the class that the validation names, or else "any" when there is a validation or a set
-  /// of values; without them the property has no data type.
-  std::string type;
-  std::optional<ValidationDescription> validation;
-  /// The finite set of values that the property may take. Without one, and with an enumeration class as its type or
-  /// validation, these are its members that are not hidden.
-  std::optional<std::vector<ValueDescription>> values;
+  /// The data type's name. Empty: the class that the validation names, or else "any" when there is a
+  /// validation or a set of values; without them the property has no data type.
+  std::string type = {};
+  std::optional<ValidationDescription> validation = {};
+  /// The finite set of values that the property may take. Without one, and with an enumeration class as its
+  /// type or validation, these are the members that are not hidden.
+  std::optional<std::vector<ValueDescription>> values = {};
   /// Whether values of its data type can be made arrays. A type of which one property says no has no conversion.
   bool conversion = true;
-  std::vector<AttributeDescription> attributes;
-  std::optional<OptimizedStorage> optimized;
+  std::vector<AttributeDescription> attributes = {};
+  std::optional<OptimizedStorage> optimized = {};
   /// What a new object holds, and what a constant property answers; without a value, an empty array.
-  std::optional<ValueDescription> value;
+  std::optional<ValueDescription> value = {};
   /// The get method: Korval code (docs/korval-code.md). Empty: reading answers what is stored.
-  std::string getter;
+  std::string getter = {};
 };
 
 /// A method. Several methods of one class may have the same name.
 struct MethodDescription {
-  MemberName name;
-  Access access;
+  MemberName name = {};
+  Access access = {};
   bool isStatic = false;
   bool hidden = false;
   /// Whether the method is visible; by default, unless it is hidden.
-  std::optional<bool> visible;
+  std::optional<bool> visible = {};
   /// Korval code. A method without code is known, but cannot be called.
-  std::string code;
+  std::string code = {};
 };
 
 struct EnumerationMemberDescription {
-  MemberName name;
+  MemberName name = {};
   bool hidden = false;
 };
 
@@ -103,12 +103,12 @@ struct AttributeNames {
 
 struct ClassDescription {
   /// The dotted name by which users know the class; its namespaces exist by being part of it.
-  std::string name;
+  std::string name = {};
   /// The component that the class comes from; empty: none. The identity of the class is "component:name".
-  std::string component;
-  std::vector<std::string> aliases;
+  std::string component = {};
+  std::vector<std::string> aliases = {};
   /// Names of classes as code without any import would write them, or identities.
-  std::vector<std::string> superclasses;
+  std::vector<std::string> superclasses = {};
   WalkOrder order = WalkOrder::OwnFirst;
   bool hidden = false;
   /// The class fails its check.
@@ -116,36 +116,36 @@ struct ClassDescription {
   /// The yes/no answer of the class as a whole.
   bool flag = false;
   bool enumeration = false;
-  std::vector<PropertyDescription> properties;
-  std::vector<MethodDescription> methods;
-  std::vector<EnumerationMemberDescription> members;
-  std::array<AttributeNames, 4> attributeNames;
+  std::vector<PropertyDescription> properties = {};
+  std::vector<MethodDescription> methods = {};
+  std::vector<EnumerationMemberDescription> members = {};
+  std::array<AttributeNames, 4> attributeNames = {};
 };
 
 /// A function, a method's file or a script: something with imports in whose scope names are resolved. A
 /// dotted name puts it into a namespace.
 struct FunctionDescription {
-  std::string name;
-  std::string component;
+  std::string name = {};
+  std::string component = {};
   /// "lab.Pump" imports one name, "lab.*" every name of the namespace.
-  std::vector<std::string> imports;
+  std::vector<std::string> imports = {};
   bool hidden = false;
-  std::optional<bool> visible;
+  std::optional<bool> visible = {};
   /// Korval code. A function without code is known, but cannot be called.
-  std::string code;
+  std::string code = {};
 };
 
 /// A package of the older object system, and the names that it reports. Its folders count for themselves.
 struct PackageDescription {
   std::string name;
-  std::vector<std::string> classes;
-  std::vector<std::string> functions;
+  std::vector<std::string> classes = {};
+  std::vector<std::string> functions = {};
 };
 
 /// A class of a foreign object system: nothing but names.
 struct ForeignClassDescription {
   std::string name;
-  std::vector<std::string> members;
+  std::vector<std::string> members = {};
 };
 
 struct VariableDescription {
@@ -155,13 +155,13 @@ struct VariableDescription {
 
 /// One active scope: the name of a function, and whether names may be resolved in it.
 struct ActiveScopeDescription {
-  std::string function;
+  std::string function = {};
   bool eligible = true;
 };
 
 /// Where the debugger is stopped. The name need not be that of a function.
 struct DebuggerDescription {
-  std::string focus;
+  std::string focus = {};
   int first = 0;
   int second = 0;
 };
@@ -170,12 +170,12 @@ struct ScopesDescription {
   /// The stack of executing functions can be queried.
   bool queryable = false;
   /// The function that executes; empty: none.
-  std::string executing;
+  std::string executing = {};
   /// Innermost first.
-  std::vector<ActiveScopeDescription> active;
+  std::vector<ActiveScopeDescription> active = {};
   /// There is a bridge to the debugger.
   bool bridge = true;
-  std::optional<DebuggerDescription> debugger;
+  std::optional<DebuggerDescription> debugger = {};
 };
 
 /// An item of the search path: a folder on the path, a class or package folder inside one, or an item that
@@ -183,7 +183,7 @@ struct ScopesDescription {
 struct PathItemDescription {
   enum Kind { Path, Class, Package, Current };
   Kind kind = Path;
-  std::string folder;
+  std::string folder = {};
 };
 
 struct Description {
@@ -193,8 +193,8 @@ struct Description {
   std::vector<std::string> namespaces;
   std::vector<ClassDescription> classes;
   std::vector<FunctionDescription> functions;
-  std::vector<PackageDescription> packages;
-  std::vector<ForeignClassDescription> foreignClasses;
+  std::vector<PackageDescription> packages = {};
+  std::vector<ForeignClassDescription> foreignClasses = {};
   std::vector<VariableDescription> workspace;
   ScopesDescription scopes;
   /// In path order. Folders here and below are taken from the process's current one unless they are absolute.

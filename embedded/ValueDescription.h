@@ -34,6 +34,7 @@ struct CharacterRow {
 struct StringScalar {
   std::optional<std::u16string> text;
 };
+/// Strings of any number of dimensions.
 struct StringArray {
   std::vector<std::size_t> size;
   /// An element without a value is a missing string.
@@ -59,12 +60,12 @@ struct StructureArray {
 };
 /// A scalar object of a class of the class system, with the stored values of its properties.
 struct ObjectValue {
-  std::string className;
+  std::string className = {};
   std::vector<PropertyValue> properties;
   /// The enumeration member that the object is; empty: none.
-  std::string member;
+  std::string member = {};
   /// What the object shows for itself; without a value, nothing.
-  std::optional<std::u16string> text;
+  std::optional<std::u16string> text = {};
   /// Asking for that text fails.
   bool failing = false;
 };
@@ -88,6 +89,7 @@ struct OpaqueObject {
   std::vector<OpaqueMethod> methods;
   /// The foreign object system is the one whose members are "java".
   bool java = false;
+  DimensionForm dimensions = DimensionForm::Full;
 };
 
 struct FunctionHandleValue {
@@ -108,7 +110,6 @@ struct ValueDescription {
                StringArray, CharacterArray, ObjectArray, OpaqueObject, FunctionHandleValue, ClassReferenceValue,
                TallValue>
       content;
-  DimensionForm dimensions = DimensionForm::Full;
 };
 
 /// The stored value of an object's property.

@@ -26,6 +26,7 @@ class Scope:
     marked: bool = False
     template: bool = False
     polymorphic: bool = False
+    private: bool = False  # what follows in the class
 
 
 def tokens_of(text):
@@ -120,6 +121,7 @@ class Reader:
                 if token == "}":
                     self.close()
             elif token == ":" and head in (["public"], ["protected"], ["private"]):
+                self.scopes[-1].private = head == ["private"]
                 head = []
             else:
                 head.append(token)
@@ -161,6 +163,8 @@ class Reader:
         if parameters is None:
             self.declare_variable(head, inside_class)
             return
+        if inside_class and self.scopes[-1].private and "virtual" not in head:
+            return  # no client can call it
         name = function_name(head, parameters)
         is_c = head[0] == "extern" and head[1].startswith('"')
         ends_inline = head[-2:] in (["=", "0"], ["=", "default"], ["=", "delete"])

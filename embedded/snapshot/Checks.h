@@ -39,5 +39,7 @@ void checkFunctionsAndScopes(const CheckContext& context);
 /// Namespaces, folders, built-ins.
 void checkSurroundings(const CheckContext& context);
 void checkWorkspace(const CheckContext& context);
+/// The finite sets of values of properties, and their validations.
+void checkPropertyValues(const CheckContext& context);
 
 }  // namespace embedded::snapshot

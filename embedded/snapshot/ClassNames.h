@@ -12,8 +12,8 @@ namespace embedded::snapshot {
 /// "component:name", or the name alone without a component.
 std::string identityOf(const std::string& component, const std::string& name);
 
-/// Which class a name of a description means: the one whose identity it is, else the first one that users know by
-/// it, else the one whose alias it is.
+/// Which class a name of a description means: the one whose identity it is, else the first one that users know
+/// by it, else the one whose alias it is.
 class ClassNames {
  public:
   /// Answers the class that has the identity or the alias already.

@@ -60,6 +60,7 @@ void checkDescription(const Description& description, const std::string& file) {
   checkFunctionsAndScopes(context);
   checkSurroundings(context);
   checkWorkspace(context);
+  checkPropertyValues(context);
 }
 
 }  // namespace embedded

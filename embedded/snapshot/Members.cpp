@@ -33,6 +33,13 @@ const Shape<OptimizedStorage> optimizedShape{
              {"flag", into<&OptimizedStorage::flag>}},
 };
 
+const Shape<ValidationDescription> validationShape{
+    .kind = "a validation",
+    .keys = {{"class", into<&ValidationDescription::className>},
+             {"size", into<&ValidationDescription::size>},
+             {"functions", into<&ValidationDescription::functions>}},
+};
+
 const Shape<PropertyDescription> propertyShape{
     .kind = "a property",
     .keys = {{"name", into<&PropertyDescription::name>, Required},
@@ -43,6 +50,9 @@ const Shape<PropertyDescription> propertyShape{
              {"hidden", into<&PropertyDescription::hidden>},
              {"dependent", into<&PropertyDescription::dependent>},
              {"type", into<&PropertyDescription::type>},
+             {"validation", into<&PropertyDescription::validation>},
+             {"values", into<&PropertyDescription::values>},
+             {"conversion", into<&PropertyDescription::conversion>},
              {"attributes", into<&PropertyDescription::attributes>},
              {"optimized", into<&PropertyDescription::optimized>}},
     .conflicts = {{"access", "get"}, {"access", "set"}, {"constant", "set"}},
@@ -79,6 +89,14 @@ void take(Reader& reader, Event& event, AttributeDescription& destination) {
 
 void take(Reader& reader, Event& event, std::optional<OptimizedStorage>& destination) {
   takeObject(reader, event, destination.emplace(), optimizedShape);
+}
+
+void take(Reader& reader, Event& event, std::optional<ValidationDescription>& destination) {
+  takeObject(reader, event, destination.emplace(), validationShape);
+}
+
+void take(Reader& reader, Event& event, std::optional<std::vector<ValueDescription>>& destination) {
+  take(reader, event, destination.emplace());
 }
 
 void take(Reader& reader, Event& event, PropertyDescription& destination) {

@@ -1,7 +1,8 @@
 #pragma once
 
 // The middle of the reader: events of the text come in, and go to the handler of the innermost object or
-// array that is open. Above it, Snapshot.cpp makes events of JSON; below it, each kind of object has a handler.
+// array that is open. Above it, Snapshot.cpp makes events of JSON; below it, each kind of object has a
+// handler.
 
 #include <cstddef>
 #include <memory>

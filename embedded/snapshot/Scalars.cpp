@@ -79,6 +79,11 @@ void take(Reader& reader, Event& event, std::size_t& destination) {
   destination = static_cast<std::size_t>(takeWhole(reader, event, 0, biggestWhole));
 }
 
+void take(Reader& reader, Event& event, std::optional<std::size_t>& destination) {
+  if (event.kind == Event::Number) return take(reader, event, destination.emplace());
+  takeWord<std::optional<std::size_t>>(reader, event, destination, {{":", std::nullopt}});
+}
+
 void take(Reader& reader, Event& event, double& destination) {
   using Limits = std::numeric_limits<double>;
   destination = event.number;

@@ -94,7 +94,8 @@ NextElementHandler::NextElementHandler(StructureArray& array, const FieldIndices
 void NextElementHandler::key(Reader& reader, const std::string& name) {
   const auto found = indices_.find(name);
   if (found == indices_.end())
-    reader.fail("snapshot.unknown-key", "the first structure of the array has no field " + inQuotes(name));
+    reader.fail("snapshot.different-fields",
+                "the first structure of the array has no field " + inQuotes(name));
   current_ = found->second;
   if (seen_[current_]) refuseRepeated(reader, name);
   seen_[current_] = true;
@@ -107,8 +108,8 @@ void NextElementHandler::value(Reader& reader, Event& event) {
 void NextElementHandler::end(Reader& reader) {
   for (std::size_t index = 0; index < seen_.size(); ++index) {
     if (!seen_[index]) {
-      reader.fail("snapshot.missing-key", "the first structure of the array has the field " +
-                                              inQuotes(array_.fields[index]) + " too");
+      reader.fail("snapshot.different-fields", "the first structure of the array has the field " +
+                                                   inQuotes(array_.fields[index]) + " too");
     }
   }
 }

@@ -31,6 +31,10 @@ void take(Reader& reader, Event& event, WalkOrder& destination);
 void take(Reader& reader, Event& event, Access& destination);
 
 void take(Reader& reader, Event& event, AttributeDescription& destination);
+/// An extent of a declared size: a number, or ":" for any.
+void take(Reader& reader, Event& event, std::optional<std::size_t>& destination);
+void take(Reader& reader, Event& event, std::optional<ValidationDescription>& destination);
+void take(Reader& reader, Event& event, std::optional<std::vector<ValueDescription>>& destination);
 void take(Reader& reader, Event& event, std::optional<OptimizedStorage>& destination);
 void take(Reader& reader, Event& event, PropertyDescription& destination);
 void take(Reader& reader, Event& event, MethodDescription& destination);

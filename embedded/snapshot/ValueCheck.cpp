@@ -167,4 +167,35 @@ void checkWorkspace(const CheckContext& context) {
   }
 }
 
+namespace {
+
+void checkPropertyOf(const CheckContext& context, ValueCheck& check, const PropertyDescription& property,
+                     const Place& place) {
+  if (property.validation) {
+    const Place validation(place, "validation");
+    const Place functions(validation, "functions");
+    for (std::size_t index = 0; index < property.validation->functions.size(); ++index)
+      checkName(context, property.validation->functions[index], {functions, index});
+  }
+  if (!property.values) return;
+  const Place values(place, "values");
+  for (std::size_t index = 0; index < property.values->size(); ++index)
+    check.check((*property.values)[index], {values, index});
+}
+
+}  // namespace
+
+void checkPropertyValues(const CheckContext& context) {
+  const Place root;
+  const Place classes(root, "classes");
+  ValueCheck check(context);
+  for (std::size_t at = 0; at < context.description.classes.size(); ++at) {
+    const auto& described = context.description.classes[at].properties;
+    const Place oneClass(classes, at);
+    const Place properties(oneClass, "properties");
+    for (std::size_t index = 0; index < described.size(); ++index)
+      checkPropertyOf(context, check, described[index], {properties, index});
+  }
+}
+
 }  // namespace embedded::snapshot

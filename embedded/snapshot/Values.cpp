@@ -33,7 +33,10 @@ const Shape<ObjectValue> objectShape{
     .kind = "an object value",
     .keys = {{"object", into<&ObjectValue::className>},
              {"properties", takeProperties},
-             {"member", into<&ObjectValue::member>}},
+             {"member", into<&ObjectValue::member>},
+             {"text", into<&ObjectValue::text>},
+             {"failing", into<&ObjectValue::failing>}},
+    .conflicts = {{"text", "failing"}},
 };
 
 template <class Content, const Shape<Content>& shape>

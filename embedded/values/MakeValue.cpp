@@ -33,7 +33,6 @@ Size sizeOr(const Size& declared, std::size_t count) { return declared.empty() ?
 
 struct Maker {
   const ClassSystem& classes;
-  DimensionForm form;
 
   ValuePtr operator()(const DoubleArray& array) const {
     return newValue(sizeOr(array.size, array.elements.size()), array.elements);
@@ -89,7 +88,7 @@ struct Maker {
     for (const auto& [name, field] : object.fields) opaque.fields.emplace_back(name, makeValue(field, classes));
     for (const auto& [name, answer] : object.methods)
       opaque.methods.push_back({name, answer ? makeValue(*answer, classes) : ValuePtr()});
-    return newValue({1, 1}, std::move(opaque), form);
+    return newValue({1, 1}, std::move(opaque), object.dimensions);
   }
 
   ValuePtr operator()(const FunctionHandleValue& handle) const {
@@ -109,7 +108,7 @@ struct Maker {
 }  // namespace
 
 ValuePtr makeValue(const ValueDescription& description, const ClassSystem& classes) {
-  return std::visit(Maker{classes, description.dimensions}, description.content);
+  return std::visit(Maker{classes}, description.content);
 }
 
 }  // namespace embedded

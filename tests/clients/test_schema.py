@@ -20,7 +20,8 @@ STRING_OR_COMMENT = re.compile(r'"(?:\\.|[^"\\])*"|//[^\n]*|/\*.*?\*/', re.DOTAL
 
 # Faults that a schema cannot express.
 BEYOND = {"unknown-class", "unknown-function", "unknown-property", "unknown-member", "duplicate-class",
-          "duplicate-function", "duplicate-variable", "superclass-cycle", "wrong-size", "kind-first"}
+          "duplicate-function", "duplicate-variable", "superclass-cycle", "wrong-size", "kind-first",
+          "different-fields"}
 
 # Every key, and every kind of value.
 EVERYTHING = {
@@ -33,7 +34,11 @@ EVERYTHING = {
              {"name": None, "get": "private", "set": {"level": "public", "classes": ["B"]}, "hidden": True,
               "dependent": True, "type": "double", "optimized": {"customGetter": True, "flag": False},
               "attributes": [{"name": "a", "type": "char", "value": True}]},
-             {"name": "r", "constant": True}],
+             {"name": "r", "constant": True},
+             {"name": "s", "validation": {"class": "double", "size": [1, ":"], "functions": ["f"]}},
+             {"name": "t", "conversion": False, "values": [
+                 1, "a", {"object": "A", "member": "e"}, {"object": "A", "text": "b"}, {"object": "A", "text": None},
+                 {"object": "A", "failing": True}]}],
          "methods": ["m", {"name": "m", "access": "listed", "static": True, "hidden": True, "visible": True}],
          "members": ["e", {"name": "f", "hidden": True}],
          "attributeNames": [{"names": ["x"], "further": ["y"]}, {}, {}, {}]},
@@ -65,6 +70,8 @@ BROKEN = [
     (["classes", 0, "properties", 1, "set"], "public"), (["classes", 0, "properties", 1, "get"], "public"),
     (["classes", 0, "properties", 3, "set"], "public"), (["classes", 0, "properties", 2, "set", "level"], REMOVED),
     (["classes", 0, "methods", 1, "constant"], True), (["classes", 0, "members", 1, "name"], REMOVED),
+    (["classes", 0, "properties", 4, "validation", "size", 1], "n"),
+    (["classes", 0, "properties", 5, "values", 4, "failing"], True), (["classes", 0, "properties", 5, "values", 0], None),
     (["workspace", 0, "value"], REMOVED), (["workspace", 2, "value"], [1, "nan"]),
     (["workspace", 3, "value", "size"], [1]), (["workspace", 3, "value", "size", 0], -1),
     (["workspace", 3, "value", "cell"], []), (["workspace", 7, "value", "struct"], {"": 1}),

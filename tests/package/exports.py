@@ -129,6 +129,7 @@ class Plants(unittest.TestCase):
       operator const std::string&() const;
       int inlined() { return 1; }
      private:
+      void inside();
       int field;
     };
     API std::string plain(int);  // API void commented();

@@ -81,7 +81,8 @@ TEST(GoodSnapshots, KeepEveryFieldOfAClass) {
     "order": "inherited-first", "hidden": true, "broken": true, "flag": true, "enumeration": true,
     "members": ["On", "On", {"name": "Off", "hidden": true}, {"name": null}],
     "attributeNames": [{"names": ["x", "y"]}, {"further": ["z"]}, {}, {"names": [""]}]
-  }, {"name": "Root", "aliases": ["Alias"], "order": "own-first"}, {"name": "lab.Top", "component": "base"}])");
+  }, {"name": "Root", "aliases": ["Alias"], "order": "own-first"},
+     {"name": "lab.Top", "component": "base"}])");
   const auto& pump = world.classes.at(0);
   EXPECT_EQ(pump.name, "lab.Pump");
   EXPECT_EQ(pump.component, "base");
@@ -105,6 +106,8 @@ TEST(GoodSnapshots, KeepEveryFieldOfAClass) {
 TEST(GoodSnapshots, KeepEveryFieldOfAMember) {
   const auto world = read(R"("classes": [{"name": "A",
     "properties": ["Flow", {"name": "p", "hidden": true, "dependent": true, "type": "double",
+      "validation": {"class": "c", "size": [1, ":", 0], "functions": ["f", "g"]}, "conversion": false,
+      "values": [1, "a", {"object": "A", "text": "ä"}, {"object": "A", "text": null}, {"object": "A", "failing": true}],
       "attributes": [{"name": "a", "type": "char", "value": true}, {"name": "b"}],
       "optimized": {"customGetter": true}}, {"name": null, "optimized": {"flag": true}}],
     "methods": ["start", {"name": "start", "static": true, "hidden": true, "access": "private"},
@@ -116,6 +119,17 @@ TEST(GoodSnapshots, KeepEveryFieldOfAMember) {
   EXPECT_FALSE(flow.hidden || flow.dependent || flow.optimized);
   EXPECT_TRUE(p.hidden && p.dependent);
   EXPECT_EQ(p.type, "double");
+  EXPECT_FALSE(flow.validation || flow.values);
+  EXPECT_TRUE(flow.conversion && !p.conversion);
+  ASSERT_TRUE(p.validation && p.values);
+  EXPECT_EQ(p.validation->className, "c");
+  EXPECT_EQ(p.validation->size, (std::vector<std::optional<std::size_t>>{1, {}, 0}));
+  EXPECT_EQ(p.validation->functions, (Names{"f", "g"}));
+  ASSERT_EQ(p.values->size(), 5U);
+  const auto object = [&](std::size_t at) {
+    return std::get<embedded::ObjectValue>((*p.values)[at].content);
+  };
+  EXPECT_TRUE(object(2).text == u"ä" && !object(3).text && !object(3).failing && object(4).failing);
   ASSERT_EQ(p.attributes.size(), 2U);
   EXPECT_EQ(p.attributes[0].name + p.attributes[0].type, "achar");
   EXPECT_TRUE(p.attributes[0].value);

@@ -1,0 +1,207 @@
+// The order of member walks, name resolution, and worlds that are large or deep.
+
+#include "host/Classes.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "embedded/Host.h"
+#include "host/Dispatcher.h"
+
+namespace {
+
+using embedded::ClassDescription;
+using embedded::Description;
+using embedded::WalkOrder;
+using kcos::internal::makeInterned;
+
+ClassDescription& addClass(Description& description, std::string name, std::vector<std::string> superclasses,
+                           WalkOrder order = WalkOrder::OwnFirst, std::string component = "") {
+  ClassDescription& made = description.classes.emplace_back();
+  made.name = std::move(name);
+  made.component = std::move(component);
+  made.superclasses = std::move(superclasses);
+  made.order = order;
+  made.properties.emplace_back().name = "p";
+  made.methods.emplace_back().name = "m";
+  return made;
+}
+
+const kcos::COSClass& classNamed(const std::string& name) {
+  return *kcos::COSClass::getClass(makeInterned(name));
+}
+
+/// The classes whose members a walk meets, in its order.
+struct Owners : kcos::COSVisitor<kcos::COSInterface*> {
+  void visit(kcos::COSInterface* member) override {
+    names += (names.empty() ? "" : " ") + std::string(kcos::cosiClassOfMember(member)->getDottedName());
+    ++count;
+  }
+  std::string names;
+  std::size_t count = 0;
+};
+
+TEST(Walks, FollowTheOrderOfEachClass) {
+  constexpr auto own = WalkOrder::OwnFirst, inherited = WalkOrder::InheritedFirst;
+  struct {
+    WalkOrder top, left, right, bottom;
+    const char* walk;
+  } const rows[] = {
+      {own, own, own, own, "D B A C"},
+      {own, own, own, inherited, "B A C D"},
+      {own, inherited, own, own, "D A B C"},
+      {own, own, inherited, own, "D B A C"},
+      {inherited, inherited, inherited, inherited, "A B C D"},
+  };
+  for (const auto& row : rows) {
+    Description description;
+    addClass(description, "A", {}, row.top);
+    addClass(description, "B", {"A"}, row.left);
+    addClass(description, "C", {"A"}, row.right);
+    addClass(description, "D", {"B", "C"}, row.bottom);
+    embedded::Host host(description);
+    const embedded::Activation active(host);
+    Owners properties, methods, found;
+    classNamed("D").visitProperties(properties);
+    classNamed("D").visitMethods(methods);
+    auto iterator = classNamed("D").findMethods(makeInterned("m"));
+    while (iterator.hasMoreElements()) found.visit(iterator.nextElement().get());
+    EXPECT_EQ(row.walk, properties.names);
+    EXPECT_EQ(row.walk, methods.names);
+    EXPECT_EQ(row.walk, found.names);
+    kcos::COSInterface* property = classNamed("D").findProperty(makeInterned("p")).get();
+    EXPECT_STREQ("D", kcos::cosiClassOfMember(property)->getDottedName())
+        << "the own one, whatever the order";
+  }
+}
+
+TEST(Walks, DeepAndBraidedWorldsAreWalkedOnce) {
+  Description description;
+  addClass(description, "deep0", {});
+  for (int depth = 1; depth < 500; ++depth)
+    addClass(description, "deep" + std::to_string(depth), {"deep" + std::to_string(depth - 1)},
+             WalkOrder::InheritedFirst);
+  addClass(description, "top0", {});
+  for (int level = 1; level <= 12; ++level) {
+    const std::string number = std::to_string(level), above = "top" + std::to_string(level - 1);
+    addClass(description, "left" + number, {above});
+    addClass(description, "right" + number, {above});
+    addClass(description, "top" + number, {"left" + number, "right" + number});
+  }
+  embedded::Host host(description);
+  const embedded::Activation active(host);
+  for (const auto& [name, count, base] :
+       {std::tuple("deep499", 500U, "deep0"), std::tuple("top12", 37U, "top0")}) {
+    Owners owners;
+    classNamed(name).visitProperties(owners);
+    EXPECT_EQ(count, owners.count);
+    EXPECT_TRUE(classNamed(name).isDerivedFrom(makeInterned(base)));
+    EXPECT_TRUE(classNamed(name).isDerivedFrom(makeInterned(name))) << "itself";
+    EXPECT_FALSE(classNamed(base).isDerivedFrom(makeInterned(name)));
+  }
+}
+
+TEST(Walks, TenThousandClassesAreBuiltInSeconds) {
+  Description description;
+  for (int number = 0; number < 10000; ++number) {
+    ClassDescription& made =
+        addClass(description, "n" + std::to_string(number % 100) + ".C" + std::to_string(number), {});
+    for (int member = 0; member < 18; ++member)
+      made.properties.push_back({.name = "p" + std::to_string(member)});
+  }
+  const auto start = std::chrono::steady_clock::now();
+  embedded::Host host(description);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  const embedded::Activation active(host);
+  Owners owners;
+  classNamed("n99.C9999").visitProperties(owners);
+  EXPECT_EQ(19U, owners.count);
+}
+
+/// Two components share names; "lab.Pump" is known by an alias too.
+Description sharedNames() {
+  Description description;
+  addClass(description, "lab.Pump", {}, WalkOrder::OwnFirst, "acme").aliases = {"OldPump"};
+  addClass(description, "lab.Pump", {});
+  addClass(description, "lab.Pump", {}, WalkOrder::OwnFirst, "beta");
+  addClass(description, "Tank", {}, WalkOrder::OwnFirst, "acme");
+  addClass(description, "Tank", {}, WalkOrder::OwnFirst, "beta");
+  addClass(description, "other.Tank", {});
+  description.functions = {{.name = "plain"},
+                           {.name = "ofBeta", .component = "beta"},
+                           {.name = "lab.inside"},
+                           {.name = "one", .imports = {"lab.Pump", "none.Tank", "other.Tank"}},
+                           {.name = "all", .component = "acme", .imports = {"other.*", "lab.*"}},
+                           {.name = "exact", .imports = {"beta:lab.Pump"}},
+                           {.name = "/home/lab.k/start"}};
+  return description;
+}
+
+TEST(Resolution, FollowsImportsThenTheScopeThenTheNameItself) {
+  struct {
+    const char *name, *scope, *identity;
+  } const rows[] = {
+      {"lab.Pump", "", "lab.Pump"},
+      {"acme:lab.Pump", "", "acme:lab.Pump"},
+      {"OldPump", "", "acme:lab.Pump"},
+      {"Tank", "", "acme:Tank"},
+      {"Pump", "", ""},
+      {"", "", ""},
+      {"", "all", ""},
+      {"Tank", "plain", "acme:Tank"},
+      {"Tank", "ofBeta", "beta:Tank"},
+      {"lab.Pump", "ofBeta", "beta:lab.Pump"},
+      {"acme:lab.Pump", "ofBeta", "acme:lab.Pump"},
+      {"Pump", "lab.inside", "lab.Pump"},
+      {"Tank", "lab.inside", "acme:Tank"},
+      {"Pump", "one", "lab.Pump"},
+      {"Tank", "one", "other.Tank"},
+      {"Pump", "all", "acme:lab.Pump"},
+      {"Tank", "all", "other.Tank"},
+      {"Pump", "exact", "beta:lab.Pump"},
+      {"Pump", "/home/lab.k/start", ""},
+      {"ump", "one", ""},
+      {"*", "all", ""},
+  };
+  embedded::Host host(sharedNames());
+  const embedded::Activation active(host);
+  for (const auto& row : rows)
+    EXPECT_EQ(row.identity, kcos::nameresolution::omResolveAnyClass(row.name, host.function(row.scope)))
+        << row.name << " in " << row.scope;
+}
+
+TEST(Resolution, NamesThatUsersSee) {
+  embedded::Host host(sharedNames());
+  const embedded::Activation active(host);
+  using namespace kcos::nameresolution;
+  for (const auto& [name, seen, qualified] :
+       {std::tuple("acme:lab.Pump", "lab.Pump", true), std::tuple("OldPump", "lab.Pump", false),
+        std::tuple("other:x.Y", "x.Y", true), std::tuple(":x", ":x", false), std::tuple("x", "x", false)}) {
+    EXPECT_EQ(seen, getUserVisibleClassName(name));
+    EXPECT_EQ(qualified, isPackageQualifiedName(name));
+  }
+  EXPECT_EQ("lab.Pump", classNamed("lab.Pump").getID().text())
+      << "an identity comes before a name users know";
+  EXPECT_EQ("acme:Tank", classNamed("Tank").getID().text()) << "of several the first";
+}
+
+TEST(Resolution, ClassNumbersFollowDerivation) {
+  Description description;
+  addClass(description, "Base", {});
+  addClass(description, "Derived", {"Base"});
+  embedded::Host host(description);
+  const embedded::Activation active(host);
+  const KclassRegistry& registry = *Kdispatcher::getDispatcher()->getClassRegistry();
+  struct {
+    const char *first, *second;
+    bool isA;
+  } const rows[] = {{"Derived", "Base", true},     {"Base", "Derived", false}, {"Base", "Base", true},
+                    {"unknown", "unknown", false}, {"unknown", "Base", false}, {"double", "double", true},
+                    {"double", "char", false},     {"double", "Base", false}};
+  for (const auto& row : rows)
+    EXPECT_EQ(row.isA, registry.isA(registry.getClassNumber(row.first), registry.getClassNumber(row.second)))
+        << row.first << " " << row.second;
+}
+
+}  // namespace

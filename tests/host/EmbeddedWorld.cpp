@@ -1,0 +1,75 @@
+#include "embedded/Host.h"
+#include "tests/host/World.h"
+
+namespace {
+
+using world::Capability;
+
+embedded::ClassDescription describe(const world::PlannedClass& plan) {
+  embedded::ClassDescription result;
+  result.name = plan.name;
+  result.component = plan.component;
+  result.aliases = plan.aliases;
+  result.superclasses = plan.superclasses;
+  result.broken = plan.broken;
+  result.flag = plan.flag;
+  result.enumeration = !plan.members.empty();
+  for (const auto& property : plan.properties) {
+    embedded::PropertyDescription& made = result.properties.emplace_back();
+    made.name = property.name;
+    made.get = {property.getAccess, property.grantedTo};
+    made.set = {property.setAccess, {}};
+    made.hidden = property.hidden;
+    made.dependent = property.dependent;
+    made.type = property.type;
+    if (property.customGetter) made.optimized = embedded::OptimizedStorage{*property.customGetter, false};
+  }
+  for (const auto& method : plan.methods) {
+    embedded::MethodDescription& made = result.methods.emplace_back();
+    made.name = method.name;
+    made.isStatic = method.isStatic;
+    made.hidden = method.hidden;
+  }
+  for (const std::string& member : plan.members)
+    result.members.push_back({member.substr(member.starts_with("~") ? 1 : 0), member.starts_with("~")});
+  return result;
+}
+
+class EmbeddedWorld : public world::World {
+ public:
+  explicit EmbeddedWorld(const embedded::Description& description) : host_(description) {}
+  void activate() override { active_.emplace(host_); }
+  void deactivate() override { active_.reset(); }
+
+ private:
+  embedded::Host host_;
+  std::optional<embedded::Activation> active_;
+};
+
+class EmbeddedHost : public world::TestedHost {
+ public:
+  std::set<Capability> capabilities() const override {
+    return {Capability::Aliases,      Capability::Components, Capability::BrokenClasses,
+            Capability::MissingNames, Capability::Overloads,  Capability::Optimized,
+            Capability::CountsValues};
+  }
+
+  std::unique_ptr<world::World> build(const world::Plan& plan) override {
+    embedded::Description description;
+    for (const auto& oneClass : plan.classes) description.classes.push_back(describe(oneClass));
+    for (const std::string& name : plan.functions) description.functions.emplace_back().name = name;
+    for (const auto& [name, className] : plan.objects)
+      description.workspace.push_back({name, {embedded::ObjectValue{className, {}, ""}}});
+    description.workspace.push_back({"number", {embedded::DoubleArray{{}, {1, 2, 3}}}});
+    return std::make_unique<EmbeddedWorld>(description);
+  }
+
+  std::int64_t liveValues() const override { return embedded::Host::references().values; }
+};
+
+}  // namespace
+
+world::TestedHost& world::testedHost() {
+  static EmbeddedHost host;
+  return host;
+}

@@ -22,4 +22,10 @@ const Builtin* findBuiltin(std::string_view name) {
   return nullptr;
 }
 
+bool isOuterNameOfBuiltin(std::string_view start) {
+  return std::ranges::any_of(builtinsOnObjects(), [start](const NamedBuiltin& builtin) {
+    return builtin.name.starts_with(start);
+  });
+}
+
 }  // namespace embedded

@@ -124,6 +124,13 @@ Values runBody(Session& session, const Routine& routine, Values arguments, std::
 
 }  // namespace
 
+bool isOuterName(Session& session, const std::string& name) {
+  const std::string start = name + ".";
+  return session.classes.findNamespace(alreadyInterned(name)) != nullptr || isOuterNameOfBuiltin(start) ||
+         std::ranges::any_of(session.foreignClasses, [&](const auto& foreign) { return foreign.name.starts_with(start); }) ||
+         session.interpreter.files.isPackage(name);
+}
+
 Meaning meaningOf(Session& session, const std::string& name, const Routine* routine) {
   if (routine == nullptr) return withoutImports(session, name, "");
   if (const FunctionSyntax* local = routine->localFunction(name)) return {.routine = routine, .function = local};
@@ -155,9 +162,11 @@ Values call(Evaluator& caller, const std::string& name, const Meaning& meaning, 
 Values callNamed(Evaluator& caller, const std::string& name, Values arguments, std::size_t wanted) {
   const Meaning meaning = meaningOf(caller.session(), name, caller.routine());
   const std::string className(namespaceOf(name));
-  if (!isSomething(meaning) && !className.empty())
-    if (const Class* found = meaningOf(caller.session(), className, caller.routine()).oneClass)
-      return callStatic(caller, *found, std::string(simpleNameOf(name)), std::move(arguments), wanted);
+  const std::string method(simpleNameOf(name));
+  const Class* outer =
+      className.empty() ? nullptr : meaningOf(caller.session(), className, caller.routine()).oneClass;
+  if (outer != nullptr && (!isSomething(meaning) || hasStaticMethod(*outer, method)))
+    return callStatic(caller, *outer, method, std::move(arguments), wanted);
   return call(caller, name, meaning, std::move(arguments), wanted);
 }
 

@@ -23,6 +23,9 @@ struct Meaning {
 /// What a dotted name means in code of the routine (null: code without imports).
 Meaning meaningOf(Session& session, const std::string& name, const Routine* routine);
 
+/// Do dotted names begin with this one: is it a namespace, a package folder, or the like?
+bool isOuterName(Session& session, const std::string& name);
+
 /// Calls what the name means. Methods of the arguments come before functions.
 Values callNamed(Evaluator& caller, const std::string& name, Values arguments, std::size_t wanted);
 Values call(Evaluator& caller, const std::string& name, const Meaning& meaning, Values arguments, std::size_t wanted);

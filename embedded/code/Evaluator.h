@@ -10,6 +10,8 @@
 
 namespace embedded {
 
+struct Meaning;
+
 /// Runs code: one evaluator for each text that runs, with the variables that the text sees.
 class Evaluator {
  public:
@@ -70,6 +72,9 @@ class Evaluator {
   Values cellContents(const Value& value, const Selector& access);
   Values field(const ValuePtr& value, const Selector& access, Selectors& rest, std::size_t wanted);
   Values nameValues(const Reference& reference, std::size_t wanted);
+  Values memberOfName(const std::string& name, const Meaning& meaning, const Selector& field, Selectors& rest,
+                      std::size_t wanted);
+  Values classMember(const Class& oneClass, const Selector& field, Selectors& rest, std::size_t wanted);
   /// The arguments of a call that the next access may hold; takes that access off.
   Values takeArguments(Selectors& accesses);
 

@@ -9,7 +9,7 @@ namespace embedded {
 
 namespace {
 
-enum Level : int { Public = 0, Protected = 1, Private = 2, Immutable = 3, Constant = 5 };
+constexpr kcos::MemberAccess Public{0}, Protected{1}, Immutable{3}, Constant{5};
 
 [[noreturn]] void failMember(const std::string& owner, const std::string& name) {
   failCode("KORVAL:code:NoSuchMember", "\"" + owner + "\" has no \"" + name + "\"");
@@ -153,6 +153,11 @@ ValuePtr classConstant(const Class& oneClass, const std::string& name, const Rou
   if (property == nullptr || property->content().set.level != Constant) return nullptr;
   if (!mayUse(property->content().get, *property->definingClass(), asking)) failAccess("Reading", name);
   return declaredValue(property->content());
+}
+
+bool hasStaticMethod(const Class& oneClass, const std::string& name) {
+  const Method* method = oneClass.method(alreadyInterned(name));
+  return method != nullptr && method->content().isStatic;
 }
 
 Values callStatic(Evaluator& caller, const Class& oneClass, const std::string& name, Values arguments,

@@ -32,6 +32,7 @@ Values construct(Evaluator& caller, const Class& oneClass, Values arguments);
 
 /// A constant property or an enumeration member; null when the class has none of that name.
 ValuePtr classConstant(const Class& oneClass, const std::string& name, const Routine* asking);
+bool hasStaticMethod(const Class& oneClass, const std::string& name);
 Values callStatic(Evaluator& caller, const Class& oneClass, const std::string& name, Values arguments,
                   std::size_t wanted);
 

@@ -27,14 +27,14 @@ constexpr std::array<Effect, 16> effects = {{
     {"rdivide", [](double a, double b) { return a / b; }, false},
     {"mpower", [](double a, double b) { return std::pow(a, b); }, false},
     {"power", [](double a, double b) { return std::pow(a, b); }, false},
-    {"lt", [](double a, double b) { return double{a < b}; }, true},
-    {"le", [](double a, double b) { return double{a <= b}; }, true},
-    {"gt", [](double a, double b) { return double{a > b}; }, true},
-    {"ge", [](double a, double b) { return double{a >= b}; }, true},
-    {"eq", [](double a, double b) { return double{a == b}; }, true},
-    {"ne", [](double a, double b) { return double{a != b}; }, true},
-    {"and", [](double a, double b) { return double{a != 0 && b != 0}; }, true},
-    {"or", [](double a, double b) { return double{a != 0 || b != 0}; }, true},
+    {"lt", [](double a, double b) { return a < b ? 1.0 : 0.0; }, true},
+    {"le", [](double a, double b) { return a <= b ? 1.0 : 0.0; }, true},
+    {"gt", [](double a, double b) { return a > b ? 1.0 : 0.0; }, true},
+    {"ge", [](double a, double b) { return a >= b ? 1.0 : 0.0; }, true},
+    {"eq", [](double a, double b) { return a == b ? 1.0 : 0.0; }, true},
+    {"ne", [](double a, double b) { return a != b ? 1.0 : 0.0; }, true},
+    {"and", [](double a, double b) { return a != 0 && b != 0 ? 1.0 : 0.0; }, true},
+    {"or", [](double a, double b) { return a != 0 || b != 0 ? 1.0 : 0.0; }, true},
 }};
 
 const Effect& effectOf(Symbol symbol) {

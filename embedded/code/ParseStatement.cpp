@@ -65,11 +65,7 @@ Statement Parser::statement() {
 void Parser::finishStatement(Statement& statement) {
   if (accept(Symbol::Semicolon)) return;
   statement.prints = true;
-  if (token_.kind == Token::EndOfText || accept(Symbol::Comma) || accept(Symbol::Newline)) return;
-  if (!std::holds_alternative<ExpressionStatement>(statement.form) &&
-      !std::holds_alternative<Assignment>(statement.form) && atEndOfBlock())
-    return;
-  refuse("the end of the statement");
+  if (!accept(Symbol::Comma) && !accept(Symbol::Newline) && !atEndOfBlock()) refuse("the end of the statement");
 }
 
 Statement Parser::assignmentOrExpression() {

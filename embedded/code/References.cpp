@@ -9,11 +9,10 @@ namespace embedded {
 
 namespace {
 
-const ForeignMember* foreignMember(const ForeignClassDescription& foreign, const std::string& name,
-                                   ForeignMember& member) {
-  if (std::ranges::find(foreign.members, name) == foreign.members.end()) return nullptr;
-  member = {foreign.name, name};
-  return &member;
+ValuePtr foreignMember(const ForeignClassDescription& foreign, const std::string& name) {
+  if (std::ranges::find(foreign.members, name) == foreign.members.end())
+    failCode("KORVAL:code:NoSuchMember", "\"" + foreign.name + "\" has no \"" + name + "\"");
+  return newValue({1, 1}, ForeignMember{foreign.name, name});
 }
 
 Values fieldOfAll(const Structures& structures, const std::string& field) {
@@ -47,36 +46,38 @@ Values Evaluator::nameValues(const Reference& reference, std::size_t wanted) {
   const Position at = interpreter_.at;
   Selectors rest = reference.accesses;
   std::string name = reference.name;
-  const auto wantedNow = [&] { return rest.empty() ? wanted : 1; };
-  for (;;) {
-    const Meaning meaning = meaningOf(session_, name, routine_);
-    const bool isField = !rest.empty() && rest.front().kind == Selector::Field;
-    if (isField && !meaning.isCallable()) {
-      const std::string& field = rest.front().field;
-      interpreter_.at = rest.front().at;
-      rest = rest.subspan(1);
-      if (meaning.oneClass != nullptr) {
-        if (ValuePtr constant = classConstant(*meaning.oneClass, field, routine_))
-          return follow({std::move(constant)}, rest, wanted);
-        Values given = takeArguments(rest);
-        interpreter_.at = at;
-        return follow(callStatic(*this, *meaning.oneClass, field, std::move(given), wantedNow()), rest, wanted);
-      }
-      ForeignMember member;
-      if (meaning.foreignClass != nullptr && foreignMember(*meaning.foreignClass, field, member) != nullptr)
-        return follow({newValue({1, 1}, std::move(member))}, rest, wanted);
-      if (session_.classes.findNamespace(alreadyInterned(name)) != nullptr ||
-          interpreter_.files.isPackage(name)) {
-        name += "." + field;
-        continue;
-      }
-      interpreter_.at = at;
-      failCode("KORVAL:code:UndefinedName", "\"" + name + "\" is no variable, function, class or namespace");
-    }
-    Values given = takeArguments(rest);
-    interpreter_.at = at;
-    return follow(call(*this, name, meaning, std::move(given), wantedNow()), rest, wanted);
+  Meaning meaning = meaningOf(session_, name, routine_);
+  while (!meaning.isCallable() && !rest.empty() && rest.front().kind == Selector::Field) {
+    const Selector& field = rest.front();
+    const std::string longer = name + "." + field.field;
+    const bool goesOn = meaning.oneClass == nullptr ? meaning.foreignClass == nullptr && isOuterName(session_, name)
+                                                    : !hasStaticMethod(*meaning.oneClass, field.field) &&
+                                                          findBuiltin(longer) != nullptr;
+    if (!goesOn) return follow(memberOfName(name, meaning, field, rest, wanted), rest, wanted);
+    name = longer;
+    rest = rest.subspan(1);
+    meaning = meaningOf(session_, name, routine_);
   }
+  Values given = takeArguments(rest);
+  interpreter_.at = at;
+  return follow(call(*this, name, meaning, std::move(given), rest.empty() ? wanted : 1), rest, wanted);
+}
+
+/// Class.member(arguments), which takes the member and its arguments off the accesses.
+Values Evaluator::memberOfName(const std::string& name, const Meaning& meaning, const Selector& field, Selectors& rest,
+                               std::size_t wanted) {
+  if (meaning.oneClass == nullptr && meaning.foreignClass == nullptr) return call(*this, name, meaning, {}, wanted);
+  interpreter_.at = field.at;
+  rest = rest.subspan(1);
+  if (meaning.foreignClass != nullptr) return {foreignMember(*meaning.foreignClass, field.field)};
+  return classMember(*meaning.oneClass, field, rest, wanted);
+}
+
+Values Evaluator::classMember(const Class& oneClass, const Selector& field, Selectors& rest, std::size_t wanted) {
+  if (ValuePtr constant = classConstant(oneClass, field.field, routine_)) return {std::move(constant)};
+  Values given = takeArguments(rest);
+  interpreter_.at = field.at;
+  return callStatic(*this, oneClass, field.field, std::move(given), rest.empty() ? wanted : 1);
 }
 
 Values Evaluator::follow(Values current, Selectors accesses, std::size_t wanted) {
@@ -143,12 +144,8 @@ Values Evaluator::field(const ValuePtr& value, const Selector& access, Selectors
   }
   if (const auto* reference = value->as<ClassReference>()) {
     const Meaning meaning = meaningOf(session_, reference->className, nullptr);
-    if (meaning.oneClass != nullptr) {
-      if (ValuePtr constant = classConstant(*meaning.oneClass, name, routine_)) return {constant};
-      Values given = takeArguments(rest);
-      interpreter_.at = access.at;
-      return callStatic(*this, *meaning.oneClass, name, std::move(given), rest.empty() ? wanted : 1);
-    }
+    if (meaning.oneClass != nullptr) return classMember(*meaning.oneClass, access, rest, wanted);
+    if (meaning.foreignClass != nullptr) return {foreignMember(*meaning.foreignClass, name)};
   }
   Values result;
   for (std::size_t at = 0; at < value->elementCount(); ++at)

@@ -30,7 +30,21 @@ const Shape<FunctionDescription> functionShape{
              {"component", into<&FunctionDescription::component>},
              {"imports", into<&FunctionDescription::imports>},
              {"hidden", into<&FunctionDescription::hidden>},
-             {"visible", into<&FunctionDescription::visible>}},
+             {"visible", into<&FunctionDescription::visible>},
+             {"code", into<&FunctionDescription::code>}},
+};
+
+const Shape<PackageDescription> packageShape{
+    .kind = "a package",
+    .keys = {{"name", into<&PackageDescription::name>, Required},
+             {"classes", into<&PackageDescription::classes>},
+             {"functions", into<&PackageDescription::functions>}},
+};
+
+const Shape<ForeignClassDescription> foreignClassShape{
+    .kind = "a foreign class",
+    .keys = {{"name", into<&ForeignClassDescription::name>, Required},
+             {"members", into<&ForeignClassDescription::members>}},
 };
 
 const Shape<VariableDescription> variableShape{
@@ -75,6 +89,8 @@ const Shape<Description> worldShape{
              {"namespaces", into<&Description::namespaces>},
              {"classes", into<&Description::classes>},
              {"functions", into<&Description::functions>},
+             {"packages", into<&Description::packages>},
+             {"foreignClasses", into<&Description::foreignClasses>},
              {"workspace", into<&Description::workspace>},
              {"scopes", into<&Description::scopes>},
              {"path", into<&Description::path>},
@@ -86,6 +102,14 @@ const Shape<Description> worldShape{
 
 void take(Reader& reader, Event& event, FunctionDescription& destination) {
   takeObject(reader, event, destination, functionShape);
+}
+
+void take(Reader& reader, Event& event, PackageDescription& destination) {
+  takeObject(reader, event, destination, packageShape);
+}
+
+void take(Reader& reader, Event& event, ForeignClassDescription& destination) {
+  takeObject(reader, event, destination, foreignClassShape);
 }
 
 void take(Reader& reader, Event& event, VariableDescription& destination) {

@@ -22,7 +22,8 @@ struct CompletionError {
 };
 
 /// The candidates for a text like "pump.", "pump.Fl" or "lab.Pump.", kind by kind, each name once. A variable
-/// wins over a class of the same name. `host` is active. Throws CompletionError, and what the library lets out.
+/// wins over a class of the same name. `host` is active. Throws CompletionError, and what the library lets
+/// out.
 std::vector<Candidate> complete(const embedded::Host& host, const std::string& text);
 
 }  // namespace tools

@@ -4,9 +4,9 @@
 
 namespace tools {
 
-/// From now on Ctrl-C (SIGINT) asks the host of the current Interruptible to stop. Where there is none, because
-/// the command waits for input or loads a snapshot, and at the second time, the process ends at once with the
-/// exit code of an interrupted command.
+/// From now on Ctrl-C (SIGINT) asks the host of the current Interruptible to stop. Where there is none,
+/// because the command waits for input or loads a snapshot, and at the second time, the process ends at once
+/// with the exit code of an interrupted command.
 void handleInterrupts();
 
 /// While it lives, Ctrl-C interrupts this host instead of ending the process.

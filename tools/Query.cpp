@@ -47,7 +47,7 @@ int serve(embedded::Host& host, bool trace) {
   while (readLine(std::cin, line)) {
     const Interruptible request(host);
     if (!write(protocol.answer(line))) return NoAnswer;
-    if (protocol.interrupted() || host.interruptRequested()) return Interrupted;
+    if (host.interruptRequested()) return Interrupted;
   }
   return Answered;
 }

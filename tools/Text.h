@@ -1,7 +1,7 @@
 #pragma once
 
-// Text in JSON. What JSON can carry is a string. UTF-16 text with lone surrogates is {"utf16": [...]}, its code
-// units; narrow text that is no UTF-8 is {"bytes": [...]}.
+// Text in JSON. What JSON can carry is a string. UTF-16 text with lone surrogates is {"utf16": [...]}, its
+// code units; narrow text that is no UTF-8 is {"bytes": [...]}.
 
 #include <nlohmann/json.hpp>
 #include <optional>

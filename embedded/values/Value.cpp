@@ -104,12 +104,15 @@ std::optional<int> builtInClassCode(std::string_view className) noexcept {
 
 std::string describe(const kxArray_tag* value) {
   if (value == nullptr) return "null";
-  std::string result = "<" + valueOf(value).className();
+  std::string result = "<";
+  result += valueOf(value).className();
   char separator = ' ';
   for (const std::size_t extent : valueOf(value).size()) {
-    result += std::exchange(separator, 'x') + std::to_string(extent);
+    result += std::exchange(separator, 'x');
+    result += std::to_string(extent);
   }
-  return result + ">";
+  result += '>';
+  return result;
 }
 
 }  // namespace embedded

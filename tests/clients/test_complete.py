@@ -1,8 +1,10 @@
 """The subcommand `complete`: both forms, prefixes, the table and JSON, errors."""
 import json
 import os
+import pty
 import signal
 import subprocess
+import time
 import unittest
 
 from Command import COMMAND, SOURCE, CommandTest, environment, run
@@ -89,12 +91,12 @@ class CompleteTest(CommandTest):
         self.assertEqual(self.candidates("t.", session), [("A", "property"), ("p", "property"), ("q", "method")])
 
     def test_names_beyond_ascii_and_control_characters(self):
-        names = ["ab", "a\u001b[2J"]
+        names = ["ab", "a\u001b[2J\u007f"]
         session = self.snapshot({"format": 1, "classes": [{"name": "C", "properties": names}],
                                  "workspace": [{"name": "c", "value": {"object": "C"}}]})
         self.assertEqual([name for name, _ in self.candidates("c.", session)], names)
         self.assertEqual(self.complete("c.", snapshot=session).stdout.decode(),
-                         "ab     property\na\ufffd[2J  property\n")
+                         "ab      property\na\ufffd[2J\ufffd  property\n")
 
     def test_errors(self):
         for text, code in ERRORS:
@@ -148,10 +150,13 @@ class CompleteTest(CommandTest):
             self.assertIn(b"[command.usage]", done.stderr, arguments)
         self.assertEqual(run("complete", "--help").returncode, 0)
 
-    def test_the_example(self):
+    def test_the_example_in_the_documentation(self):
+        page = (SOURCE / "docs/command.md").read_text(encoding="utf-8")
+        shown = page.split("```text\n")[1].split("```")[0]
         lab = str(SOURCE / "examples/lab.json")
-        self.assertNotEqual(self.candidates("pump.", lab), [])
-        self.assertNotEqual(self.candidates("lab.Pump.", lab), [])
+        commands = "".join(f"$ contextdata complete '{text}' --snapshot examples/lab.json\n"
+                           + self.complete(text, snapshot=lab).stdout.decode() for text in ("pump.", "lab.Pump."))
+        self.assertEqual(shown, commands)
 
     def test_an_interrupt_while_loading(self):
         pipe = self.folder / "pipe.json"
@@ -163,6 +168,35 @@ class CompleteTest(CommandTest):
             self.assertEqual(process.wait(60), 130)
             os.close(writer)
             self.assertEqual(process.stdout.read(), b"")
+
+    def stderr_on_a_terminal(self, file, pause_after=None):
+        """What a terminal gets on standard error, when the command is stopped for more than a second meanwhile."""
+        terminal, end_of_command = pty.openpty()
+        self.addCleanup(os.close, terminal)
+        with subprocess.Popen([COMMAND, "complete", "gone.", "--snapshot", file, "--json"],
+                              stdout=subprocess.DEVNULL, stderr=end_of_command, env=environment()) as process:
+            os.close(end_of_command)
+            if pause_after is not None:
+                time.sleep(pause_after)
+                process.send_signal(signal.SIGSTOP)
+                time.sleep(1.1)
+                process.send_signal(signal.SIGCONT)
+            self.assertEqual(process.wait(60), 1)
+        os.set_blocking(terminal, False)
+        try:
+            return os.read(terminal, 1 << 16)
+        except OSError:
+            return b""
+
+    def test_a_terminal_shows_the_progress_of_slow_loading_only(self):
+        slow = self.snapshot('{"format": 1' + " " * (40 << 20) + "}", "slow.json")
+        self.assertEqual(self.stderr_on_a_terminal(self.session), b"")
+        for attempt in range(10):
+            shown = self.stderr_on_a_terminal(slow, pause_after=0.03 * (1 + attempt))
+            if shown:
+                self.assertRegex(shown, rb"\A(\rloading \[#* *\] \d+ %)+\r\x1b\[K\Z")
+                return
+        self.fail("no progress was shown")
 
     def test_the_documentation_names_every_code(self):
         page = (SOURCE / "docs/command.md").read_text(encoding="utf-8")

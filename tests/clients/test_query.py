@@ -3,6 +3,7 @@ import json
 import os
 import signal
 import subprocess
+import threading
 import time
 import unittest
 
@@ -159,6 +160,7 @@ ERRORS = [
     (b"3", "query.not-object", None),
     (b'["GetDebuggerFocus"]', "query.not-object", None),
     (b'{"op": "GetDebuggerFocus", "op": "GetDebuggerFocus"}', "query.repeated-key", "op"),
+    (b'{"op": "isKCOSClass", "id": {"id": "a"}, "op": "isKCOSClass"}', "query.repeated-key", "op"),
     (b'{"op": "isKCOSClass", "id": {"id": "a", "id": "b"}}', "query.repeated-key", "id"),
     (b'{"padding": "' + b"x" * (16 << 20) + b'"}', "query.line-too-long", None),
     ({}, "query.missing-argument", "op"),
@@ -320,10 +322,12 @@ class QueryTest(CommandTest):
             self.assertEqual(process.wait(60), 0)
 
     def start(self, *options, snapshot=None):
-        """A running query that has opened its stream."""
+        """A running query that has opened its stream; it is ended after a minute, so that no test waits for ever."""
         process = subprocess.Popen([COMMAND, "query", "--snapshot", snapshot or self.session, *options],
                                    stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=environment())
-        self.addCleanup(process.kill)
+        end = threading.Timer(60, process.kill)
+        end.start()
+        self.addCleanup(end.cancel)
         self.assertEqual(json.loads(process.stdout.readline())["protocol"], 1)
         return process
 
@@ -381,6 +385,14 @@ class QueryTest(CommandTest):
                                   stdout=full, stderr=subprocess.PIPE, timeout=60, check=False)
         self.assertEqual(done.returncode, 1)
         self.assertIn(b"[command.output]", done.stderr)
+
+    def test_the_session_in_the_documentation(self):
+        page = (SOURCE / "docs/query.md").read_text(encoding="utf-8")
+        lines = page.split("```text\n")[1].split("```")[0].splitlines()
+        requests = [line[2:].encode() for line in lines if line.startswith("> ")]
+        self.assertGreater(len(requests), 3)
+        done = run("query", "--snapshot", str(SOURCE / "examples/lab.json"), stdin=b"\n".join(requests))
+        self.assertEqual(done.stdout.decode().splitlines(), [line[2:] for line in lines if line.startswith("< ")])
 
     def test_the_documentation_names_every_op_and_every_code(self):
         page = (SOURCE / "docs/query.md").read_text(encoding="utf-8")

@@ -15,7 +15,7 @@ constexpr const char* world = R"json({
     {"name": "lab.Pump", "component": "plant", "aliases": ["Pumpe"], "superclasses": ["lab.Device"], "flag": true,
      "properties": ["Flow", {"name": "Limit", "constant": true}, {"name": "Cache", "hidden": true},
                     {"name": "Level", "get": "private"}],
-     "methods": ["Pump", "start", {"name": "start", "static": true}, {"name": "make", "static": true},
+     "methods": ["Pump", "start", {"name": "make", "static": true}, {"name": "stop"},
                  {"name": "debug", "hidden": true}]},
     {"name": "lab.Mode", "enumeration": true, "members": ["Idle", {"name": "Test", "hidden": true}, "Running"]}
   ],

@@ -129,7 +129,7 @@ const std::vector<BrokenText> brokenShapes{
     {value(R"({"double": [1], "size": [1]})"), "snapshot.wrong-size", "/workspace/0/value/size", "two dim"},
     {value(R"({"double": [1], "size": []})"), "snapshot.wrong-size", "/workspace/0/value/size", "two dim"},
     {value(R"({"double": [1], "size": [-1, -1]})"), "snapshot.out-of-range", "/workspace/0/value/size/0", ""},
-    {value(R"({"double": [], "size": [4294967296, 4294967296]})"), "snapshot.wrong-size",
+    {value(R"({"double": [], "size": [4294967296, 4294967296, 5]})"), "snapshot.wrong-size",
      "/workspace/0/value/size", "0 elements"},
     {value(R"({"logical": [1]})"), "snapshot.wrong-type", "/workspace/0/value/logical/0", "true or false"},
     {value(R"({"string": 1})"), "snapshot.wrong-type", "/workspace/0/value/string", "a text"},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -16,7 +17,8 @@ inline std::string shown(const std::u16string& text) {
   return out.str();
 }
 
-inline std::string shown(bool value) { return value ? "true" : "false"; }
+/// Of a truth value only: pointers do not become one.
+inline std::string shown(std::same_as<bool> auto value) { return value ? "true" : "false"; }
 
 template <class Names>
 std::string shownList(const Names& names) {

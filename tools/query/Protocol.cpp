@@ -41,7 +41,6 @@ Json headed(const Json& request, Json answer) {
 Json Protocol::opening() const { return {{"protocol", protocolNumber}, {"version", version()}}; }
 
 Json Protocol::answer(const std::string& line) {
-  interrupted_ = false;
   try {
     if (line.size() > longestLine) throw RequestError{"query.line-too-long", "more than 16 MiB"};
     return answerRequest(parseRequest(line));
@@ -62,7 +61,6 @@ Json Protocol::answerRequest(const Json& request) {
   } catch (const RequestError& error) {
     return headed(request, errorAnswer(error));
   } catch (const Tamsix::System::InterruptException&) {
-    interrupted_ = true;
     return headed(request, {{"status", "interrupted"}});
   }
 }
@@ -79,8 +77,8 @@ Json Protocol::agree(const Json& request, bool first) const {
   return {{"protocol", protocolNumber}};
 }
 
-/// An interrupt can also hit what is asked before and after the library is: the making of an identifier that is
-/// an argument, and the rendering of a class. Question hands on those that hit the library.
+/// An interrupt can also hit what is asked before and after the library is: the making of an identifier that
+/// is an argument, and the rendering of a class. Question hands on those that hit the library.
 Json Protocol::ask(const Json& request) {
   const Arguments arguments(request, host_);
   arguments.allow("tag");
@@ -88,7 +86,6 @@ Json Protocol::ask(const Json& request) {
   const bool trace = arguments.flag("trace") || trace_;
   Question question(arguments, host_, trace);
   operation.answer(question);
-  interrupted_ = question.interrupted();
   return question.takeAnswer();
 }
 

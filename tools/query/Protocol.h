@@ -24,9 +24,6 @@ class Protocol {
   /// Lines are counted: a line that names the protocol may only be the first.
   Json answer(const std::string& line);
 
-  /// Has the last request been interrupted?
-  bool interrupted() const { return interrupted_; }
-
  private:
   Json answerRequest(const Json& request);
   Json agree(const Json& request, bool first) const;
@@ -34,7 +31,6 @@ class Protocol {
 
   embedded::Host& host_;
   const bool trace_;
-  bool interrupted_ = false;
   bool first_ = true;
 };
 

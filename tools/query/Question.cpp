@@ -7,11 +7,9 @@ void Question::begin() {
   if (trace_) host_.startLog();
 }
 
-/// The interrupt is cleared here, so that the answer to it can still be rendered.
 void Question::end() {
   if (trace_) log_ = host_.takeLog();
   interrupted_ = host_.interruptRequested();
-  host_.clearInterrupt();
 }
 
 Json Question::takeAnswer() {

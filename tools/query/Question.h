@@ -13,8 +13,8 @@
 
 namespace tools::query {
 
-/// One request while it is being answered: a handler reads the arguments, asks the library once, and then tells
-/// the out-parameters.
+/// One request while it is being answered: a handler reads the arguments, asks the library once, and then
+/// tells the out-parameters.
 class Question {
  public:
   Question(const Arguments& arguments, embedded::Host& host, bool trace)
@@ -40,8 +40,6 @@ class Question {
   void tell(const std::string& name, const Parameter& parameter) {
     answer_[name] = render(parameter);
   }
-
-  bool interrupted() const { return interrupted_; }
 
   /// The whole answer.
   Json takeAnswer();

@@ -1,0 +1,129 @@
+#include <contextdata/KCOSIntrospection.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/Table.h"
+#include "tests/support/Text.h"
+#include "tests/support/World.h"
+
+namespace {
+
+using KCOSContextData::ResolvedClassID;
+using namespace KCOSIntrospection;
+
+constexpr const char* snapshot = R"json({"format": 1,
+  "namespaces": ["lab.spare", "größe"],
+  "classes": [
+    {"name": "lab.Device", "component": "plant", "properties": ["Serial"], "methods": ["reset"]},
+    {"name": "lab.Pump", "component": "plant", "aliases": ["Pumpe"], "superclasses": ["lab.Device"],
+     "properties": ["Flow", {"name": "Cache", "hidden": true, "access": "private"}],
+     "methods": ["start", {"name": "start", "static": true}, {"name": "make", "static": true}, "make",
+                 {"name": "debug", "hidden": true, "access": "private"}]},
+    {"name": "lab.Broken", "superclasses": ["lab.Device"], "broken": true, "properties": ["Flow"],
+     "methods": ["start"]},
+    {"name": "lab.Düse", "methods": ["start"]}],
+  "workspace": [{"name": "pump", "value": {"object": "lab.Pump"}}, {"name": "one", "value": 1},
+                {"name": "broken", "value": {"object": "lab.Broken"}}]})json";
+
+struct Gateway : testing::Test {
+  /// Null for a name that no variable has.
+  const kxArray_tag* value(const std::string& name) { return world.host.variable(name).get(); }
+  static ResolvedClassID id(const std::string& name) {
+    return ResolvedClassID::fromKnownResolvedClassID(name);
+  }
+
+  World world{snapshot};
+};
+
+TEST_F(Gateway, FindsClasses) {
+  for (const auto& row : tableOf<3>(R"(
+    lab.Pump | true | true; plant:lab.Pump | true | true; Pumpe | true | true; lab.Düse | true | true
+    lab.Broken | true | false
+    Pump | false | false; lab | false | false; lab.Pump<NUL> | false | false; <LONG> | false | false; | false | false)")) {
+    EXPECT_EQ(shown(isKCOSClass(id(row[0]))), row[1]) << row[0];
+    EXPECT_EQ(shown(getCOSClass(id(row[0])) != nullptr), row[1]) << row[0];
+    EXPECT_EQ(shown(isKCOSClass(wide(row[0]))), row[2]) << row[0];
+    EXPECT_EQ(getCOSClass(wide(row[0])), row[2] == "true" ? getCOSClass(id(row[0])) : nullptr) << row[0];
+  }
+  for (const std::string object : {"pump", "broken", "one", "none"}) {
+    EXPECT_EQ(isKCOSObject(value(object)), object == "pump") << object;
+    EXPECT_EQ(getCOSClass(value(object)), object == "pump" ? getCOSClass(id("lab.Pump")) : nullptr) << object;
+  }
+}
+
+// "no" leaves the flag as it was, whatever it was.
+TEST_F(Gateway, FindsMethods) {
+  for (const auto& row : tableOf<4>(R"(
+    pump | lab.Pump | start | instance; pump | lab.Pump | make | static; pump | Pumpe | reset | instance
+    pump | lab.Pump | debug | instance; pump | lab.Pump | Start | no; pump | lab.Pump | Flow | no
+    pump | lab.Pump | | no; broken | lab.Broken | start | no; one | nope | start | no; none | | start | no)")) {
+    const bool expected = row[3] != "no";
+    EXPECT_EQ(hasMethod(value(row[0]), row[2]), expected) << row[0] << " " << row[2];
+    for (const bool before : {false, true}) {
+      bool ofIdentifier = before, ofName = before;
+      EXPECT_EQ(hasMethod(id(row[1]), row[2], ofIdentifier), expected) << row[1] << " " << row[2];
+      EXPECT_EQ(hasMethod(wide(row[1]), row[2], ofName), expected) << row[1] << " " << row[2];
+      EXPECT_EQ(ofIdentifier, expected ? row[3] == "static" : before) << row[2];
+      EXPECT_EQ(ofName, expected ? row[3] == "static" : before) << row[2];
+    }
+  }
+  bool isStatic = true;
+  EXPECT_TRUE(hasMethod(u"lab.Düse", "start", isStatic)) << "the general conversion";
+}
+
+TEST_F(Gateway, FindsPropertiesAndNamespaces) {
+  for (const auto& row : tableOf<3>(R"(
+    pump | Flow | true; pump | Serial | true; pump | Cache | true
+    pump | flow | false; pump | start | false; pump | | false
+    broken | Flow | false; one | Flow | false; none | Flow | false)"))
+    EXPECT_EQ(shown(hasProperty(value(row[0]), row[1])), row[2]) << row[0] << " " << row[1];
+  for (const auto& row : tableOf<2>(R"(
+    lab | true; lab.spare | true
+    spare | false; Lab | false; lab. | false; lab.Pump | false; größe | false; gr??e | false; | false)")) {
+    EXPECT_EQ(shown(isKCOSNamespace(wide(row[0]))), row[1]) << row[0];
+    EXPECT_EQ(shown(getNamespaceInterface(wide(row[0])) != nullptr), row[1]) << row[0];
+  }
+  EXPECT_NE(getNamespaceInterface(u"lab"), getNamespaceInterface(u"lab.spare"));
+}
+
+TEST_F(Gateway, TestsDerivationAndNames) {
+  for (const auto& row : tableOf<4>(R"(
+    lab.Pump | lab.Device | true | true; Pumpe | plant:lab.Device | true | true
+    lab.Broken | lab.Device | true | false; lab.Pump | lab.Broken | false | false
+    lab.Device | lab.Pump | false | false; lab.Pump | nope | false | false; lab.Pump | | false | false
+    nope | lab.Device | false | false; | | false | false)")) {
+    EXPECT_EQ(shown(isKCOSClassDerivedFrom(id(row[0]), id(row[1]))), row[2]) << row[0] << " " << row[1];
+    EXPECT_EQ(shown(isKCOSClassDerivedFrom(wide(row[0]), wide(row[1]))), row[3]) << row[0] << " " << row[1];
+  }
+  EXPECT_EQ(shown(getClassName(value("pump"))) + " " + shown(getClassName(value("one"))), "lab.Pump double");
+  for (const auto& row : tableOf<2>("C | C; a.b.C | C; a.b. | ; .C | C; a..C | C; . | ; |"))
+    EXPECT_EQ(shown(getConstructorName(wide(row[0]))), row[1]) << row[0];
+}
+
+// Which calls a question makes is part of what it promises to a host.
+TEST_F(Gateway, AsksAsOftenAsItSays) {
+  bool isStatic = false;
+  const ResolvedClassID pump = id("plant:lab.Pump"), device = id("plant:lab.Device");
+  const std::u16string name = u"lab.Pump";
+  const kxArray_tag *object = value("pump"), *broken = value("broken");
+  const std::string ofValue = "omGetCOSClassID makeInterned getClass checkClass";
+  const std::string ofName = "to_string makeInterned getClass checkClass",
+                    found = " makeInterned findMethods hasMoreElements";
+  const std::string first = found + " findMethods nextElement cosiToMethod isStatic";
+  const std::pair<std::string, std::function<void()>> rows[] = {
+      {"getClass", [&] { getCOSClass(pump); }},
+      {ofName, [&] { getCOSClass(name); }},
+      {ofValue, [&] { getCOSClass(object); }},
+      {ofValue + " checkClass" + found, [&] { hasMethod(object, "start"); }},
+      {ofValue, [&] { hasMethod(broken, "start"); }},
+      {ofValue + " checkClass makeInterned findProperty", [&] { hasProperty(object, "Flow"); }},
+      {"getClass checkClass" + first, [&] { hasMethod(pump, "start", isStatic); }},
+      {"getClass checkClass" + found, [&] { hasMethod(pump, "nope", isStatic); }},
+      {ofName + " getID getClass checkClass" + first, [&] { hasMethod(name, "start", isStatic); }},
+      {"getClass makeInterned isDerivedFrom", [&] { isKCOSClassDerivedFrom(pump, device); }},
+      {ofName + " to_string makeInterned isDerivedFrom", [&] { isKCOSClassDerivedFrom(name, name); }},
+      {"to_string(codecvt_ustring_to_ascii) getNamespaceInterface", [&] { getNamespaceInterface(u""); }},
+      {"", [&] { getConstructorName(name); }}};
+  for (const auto& [questions, ask] : rows) EXPECT_EQ(world.asked(ask), questions);
+}
+
+}  // namespace

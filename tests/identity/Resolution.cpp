@@ -1,0 +1,195 @@
+#include <contextdata/KCOSContextData/ResolvedClassID.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+#include <stdexcept>
+
+#include "tests/support/Table.h"
+#include "tests/support/Text.h"
+#include "tests/support/World.h"
+
+namespace {
+
+using KCOSContextData::ResolvedClassID;
+
+// Each function imports a class "Pump" of its own, so that the answer tells whose scope it was.
+constexpr const char* functions = R"json({"format": 1,
+  "classes": [{"name": "a.Pump"}, {"name": "b.Pump"}, {"name": "c.Pump"}, {"name": "d.Pump"}, {"name": "e.Pump"}],
+  "functions": [{"name": "context", "imports": ["a.Pump"]}, {"name": "stopped", "imports": ["b.Pump"]},
+                {"name": "running", "imports": ["c.Pump"]}, {"name": "outer", "imports": ["d.Pump"]},
+                {"name": "outermost", "imports": ["e.Pump"]}]})json";
+
+/// Words for scopes: the debugger's focus, the executing function ("-" before it: the stack cannot be queried), the
+/// active scopes ("-": not eligible).
+embedded::Description withScopes(const std::string& focus, const std::string& executing,
+                                 const std::string& active) {
+  embedded::Description world = embedded::readSnapshotText(functions, "functions");
+  world.scopes.bridge = focus != "no bridge";
+  if (world.scopes.bridge && focus != "none") world.scopes.debugger = {focus, 7, 9};
+  world.scopes.queryable = !executing.empty() && executing[0] != '-';
+  world.scopes.executing = executing.substr(executing.starts_with('-') ? 1 : 0);
+  std::istringstream words(active);
+  for (std::string word; words >> word;)
+    world.scopes.active.push_back({word.substr(word[0] == '-' ? 1 : 0), word[0] != '-'});
+  return world;
+}
+
+/// The host operations that a question calls, a letter each; without fetching the dispatcher, which may happen at any
+/// time, and looking up the empty name, which may as well be left out.
+std::string lettersOf(World& world, const std::function<void()>& ask) {
+  static const auto letters = tableOf<2>(
+      R"(::to_string|t; IsOn|o; findFunction|f; GetInterpreterBridge|b; hasDebuggerFocus|h; ::getDebuggerFocus|d;
+         hasQueryableExecutionStack|q; ScopeOnQueryableExecutionStack|x; getActiveScopes|a; isEligible|e; getNext|n;
+         getFunction|s; omResolveAnyClass|r; makeInterned|i; getDispatcher|)");
+  world.host.startLog();
+  ask();
+  std::string all;
+  for (const embedded::Call& call : world.host.takeLog()) {
+    if (call.arguments == "\"\"") continue;
+    const auto letter = std::find_if(letters.begin(), letters.end(),
+                                     [&](const auto& row) { return call.operation.ends_with(row[0]); });
+    all += letter == letters.end() ? call.operation : (*letter)[1];
+  }
+  return all;
+}
+
+// Context, focus, executing function, active scopes; the answer and the questions.
+TEST(Resolution, TakesTheFirstScopeThereIs) {
+  for (const auto& row : tableOf<6>(R"(
+    context   | stopped   | running  | outer                   | a.Pump | tofri
+    elsewhere | stopped   | running  | outer                   | b.Pump | tofbhdfri
+    elsewhere | a script  | running  | outer                   | c.Pump | tofbhdfqxri
+    elsewhere | none      | running  | outer                   | c.Pump | tofbhqxri
+    elsewhere | no bridge | running  | outer                   | c.Pump | tofbqxri
+    elsewhere | none      | -running | outer outermost         | d.Pump | tofbhqaesri
+    elsewhere | none      | -running | -outer outermost outer  | e.Pump | tofbhqaenesri
+    elsewhere | none      | -        | -outer                  | null   | tofbhqaenr
+    elsewhere | none      | -        |                         | null   | tofbhqar)")) {
+    World world(withScopes(row[1], row[2], row[3]));
+    const std::u16string context = wide(row[0]);
+    std::string answer;
+    EXPECT_EQ(lettersOf(world, [&] { answer = textOf(ResolvedClassID(context, u"Pump")); }), row[5]);
+    EXPECT_EQ(answer, row[4]) << row[5];
+    const Kfh_KORVAL_fn* noScope = nullptr;
+    EXPECT_EQ(lettersOf(world, [&] { answer = textOf(ResolvedClassID(noScope, u"Pump")); }) + answer,
+              "tornull");
+    ResolvedClassID::DebuggerFocus focus;
+    EXPECT_EQ(lettersOf(world, [&] { focus = ResolvedClassID::GetDebuggerFocus(); }),
+              row[1] == "no bridge" ? "b"
+              : row[1] == "none"    ? "bh"
+                                    : "bhd");
+    const bool isStopped = row[1] != "no bridge" && row[1] != "none";
+    EXPECT_EQ(shown(focus.name), isStopped ? row[1] : "");
+    EXPECT_TRUE(!isStopped || (focus.first == 7 && focus.second == 9));
+  }
+}
+
+TEST(Resolution, AsksTheResolverNothingAfterAFailedSearchForAScope) {
+  for (const char* operation :
+       {"Tamsix::KorvalComponents::ComponentFeature::IsOn", "Kdispatcher::findFunction",
+        "IInterpreter::GetInterpreterBridge", "IInterpreterBridge::hasDebuggerFocus",
+        "Kdispatcher::hasQueryableExecutionStack", "Kdispatcher::getActiveScopes",
+        "KactiveScope::isEligible"}) {
+    World world(withScopes("none", "-running", "outer"));
+    world.host.setFault({operation, 1, false, [] { throw std::runtime_error("made to fail"); }});
+    std::string answer;
+    const auto ask = [&] { answer = textOf(ResolvedClassID(u"elsewhere", u"Pump")); };
+    EXPECT_EQ(lettersOf(world, ask).find('r'), std::string::npos) << operation;
+    EXPECT_TRUE(world.host.clearFault()) << operation;
+    EXPECT_EQ(answer, "Pump") << operation;
+  }
+}
+
+constexpr const char* names = R"json({"format": 1,
+  "classes": [{"name": "lab.Pump", "component": "plant", "aliases": ["Pumpe"]},
+              {"name": "lab.Düse"}, {"name": "lab.Broken", "broken": true}],
+  "functions": [{"name": "tune", "imports": ["lab.*"]}],
+  "workspace": [{"name": "pump", "value": {"object": "lab.Pump"}}, {"name": "one", "value": 1}]})json";
+
+// The answers with the switch on and off, and the questions in a context and in a scope, with the switch on. The name is
+// looked at before the switch, and the switch before anything else.
+TEST(Resolution, OfTypedNamesAndObjects) {
+  World world(names);
+  const Kfh_KORVAL_fn* tune = world.host.function("tune");
+  for (const auto& row : tableOf<5>(R"(
+                  | null           | null          |       |
+    .             | null           | null          | t     | t
+    .lab.Pump     | null           | null          | t     | t
+    lab.Pump      | plant:lab.Pump | lab.Pump      | tofri | tori
+    Pump          | plant:lab.Pump | Pump          | tofri | tori
+    lab.Düse      | lab.Düse       | lab.Düse      | tofri | tori
+    lab.Broken    | lab.Broken     | lab.Broken    | tofri | tori
+    a.b.C         | null           | a.b.C         | tofr  | tor
+    lab..Pump     | null           | lab..Pump     | tofr  | tor
+    lab.Pump<NUL> | null           | lab.Pump<NUL> | tofr  | tor
+    <NUL>Pump     | null           | <NUL>Pump     | tofr  | tor
+    lab.<LONG>    | null           | lab.<LONG>    | tofr  | tor)")) {
+    const std::u16string name = wide(row[0]);
+    std::string inContext, inScope;
+    for (const bool on : {true, false}) {
+      world.host.setComponents(on);
+      const auto asked = [&](const std::string& letters) {
+        return on || letters.size() < 2 ? letters : "toi";
+      };
+      EXPECT_EQ(lettersOf(world, [&] { inContext = textOf(ResolvedClassID(u"tune", name)); }), asked(row[3]));
+      EXPECT_EQ(lettersOf(world, [&] { inScope = textOf(ResolvedClassID(tune, name)); }), asked(row[4]));
+      EXPECT_EQ(inContext, row[on ? 1 : 2]);
+      EXPECT_EQ(inScope, row[on ? 1 : 2]);
+    }
+  }
+  EXPECT_EQ(textOf(ResolvedClassID(u"tune", std::u16string(1, char16_t{0xD800}))), "\uFFFD");
+  world.host.setComponents(true);
+  EXPECT_EQ(textOf(ResolvedClassID(world.host.variable("pump").get())), "plant:lab.Pump");
+  EXPECT_EQ(textOf(ResolvedClassID(world.host.variable("one").get())), "null");
+  EXPECT_EQ(textOf(ResolvedClassID(static_cast<const kxArray_tag*>(nullptr))), "null");
+}
+
+/// The identifier; "!" when the name is refused under that narrow name.
+std::string legacy(const auto& name, const std::string& narrow) {
+  std::string id;
+  const std::string thrown = thrownBy([&] { id = textOf(ResolvedClassID::fromLegacyString(name)); });
+  return thrown == "bad class name: " + narrow ? "!" : thrown + id;
+}
+
+// The legacy class, the name that a user sees for the text as an identifier, and whether it is resolved.
+TEST(Resolution, OfKnownAndLegacyNames) {
+  World world(names);
+  for (const auto& row : tableOf<4>(R"(
+    lab.Pump       | plant:lab.Pump | lab.Pump       | false
+    plant:lab.Pump | plant:lab.Pump | lab.Pump       | true
+    Pumpe          | plant:lab.Pump | lab.Pump       | false
+    Pump           | !              | Pump           | false
+    nope:lab.X     | !              | lab.X          | true
+    .foo           | !              | .foo           | false
+    lab.Broken     | !              | lab.Broken     | false
+    lab.Pump<NUL>x | !              | lab.Pump<NUL>x | false
+    lab.<LONG>     | !              | lab.<LONG>     | false)")) {
+    const auto known = ResolvedClassID::fromKnownResolvedClassID(row[0]);
+    EXPECT_EQ(textOf(known), row[0]);
+    EXPECT_EQ(textOf(ResolvedClassID::fromKnownResolvedClassID(wide(row[0]))), row[0]);
+    EXPECT_EQ(legacy(row[0], row[0]), row[1]) << row[0];
+    EXPECT_EQ(legacy(wide(row[0]), row[0]), row[1]) << row[0];
+    EXPECT_EQ(known.getComponentQualifiedName(), wide(row[0]));
+    EXPECT_EQ(known.getNonComponentQualifiedName(), wide(row[2]));
+    EXPECT_EQ(shown(ResolvedClassID::isAlreadyResolved(row[0])), row[3]) << row[0];
+    EXPECT_EQ(shown(ResolvedClassID::isAlreadyResolved(wide(row[0]))), row[3]) << row[0];
+  }
+}
+
+TEST(Resolution, OfNamesThatAreNotAsciiAndOfNoName) {
+  World world(names);
+  EXPECT_EQ(legacy(std::string("lab.Düse"), ""), "lab.Düse");
+  EXPECT_EQ(legacy(std::u16string(u"lab.Düse"), "lab.D?se"), "!");
+  EXPECT_EQ(textOf(ResolvedClassID::fromKnownResolvedClassID(u"lab.Düse")), "lab.D?se");
+  EXPECT_EQ(ResolvedClassID::fromKnownResolvedClassID("lab.Düse").getComponentQualifiedName(), u"lab.Düse");
+  const auto none = ResolvedClassID::fromKnownResolvedClassID("");
+  EXPECT_EQ(textOf(none) + textOf(ResolvedClassID::fromKnownResolvedClassID(u"")), "nullnull");
+  EXPECT_EQ(legacy(std::string(), "") + legacy(std::u16string(), ""), "!!");
+  EXPECT_FALSE(ResolvedClassID::isAlreadyResolved(""));
+  std::u16string both;
+  const auto ask = [&] { both = none.getComponentQualifiedName() + none.getNonComponentQualifiedName(); };
+  EXPECT_EQ(world.asked(ask) + shown(both), "");
+}
+
+}  // namespace

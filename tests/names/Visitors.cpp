@@ -1,0 +1,111 @@
+#include <contextdata/KCOSIntrospection.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <type_traits>
+
+#include "contextdata/names/KCOSMethodNameVisitor.h"
+#include "contextdata/names/KCOSPropertyNameVisitor.h"
+#include "tests/support/Table.h"
+#include "tests/support/Text.h"
+#include "tests/support/World.h"
+
+namespace {
+
+using Names = std::vector<std::u16string>;
+using KCOSContextData::ResolvedClassID;
+
+// The same two classes in both orders of the walk.
+constexpr const char* snapshot = R"json({"format": 1,
+  "classes": [
+    {"name": "p.Properties", "properties": [
+      {"name": "Plain", "type": "double"}, {"name": "ReadOnly", "set": "private"},
+      {"name": "WriteOnly", "get": "private", "type": "text"}, {"name": "Secret", "access": "private"},
+      {"name": "Guarded", "get": "protected", "set": "private"}, {"name": "Cache", "hidden": true},
+      {"name": "Limit", "constant": true, "type": "int8"},
+      {"name": "SecretLimit", "constant": true, "get": "private"},
+      {"name": "HiddenLimit", "constant": true, "hidden": true}]},
+    {"name": "p.Base", "methods": ["Base", {"name": "mixed", "static": true}, "veiled", "guarded",
+                                   {"name": "make", "static": true}, "Own", "Inherited"]},
+    {"name": "p.Own", "superclasses": ["p.Base"], "methods": [
+      "Own", "mixed", {"name": "veiled", "hidden": true}, {"name": "guarded", "access": "private"},
+      "both", {"name": "both", "static": true}]},
+    {"name": "p.Inherited", "superclasses": ["p.Base"], "order": "inherited-first", "methods": [
+      "Inherited", "mixed", {"name": "veiled", "hidden": true}, {"name": "guarded", "access": "private"},
+      "both", {"name": "both", "static": true}]},
+    {"name": "Solo", "methods": [{"name": "Solo", "static": true}, "p.Solo"]},
+    {"name": "p.Broken", "broken": true, "methods": ["start"]},
+    {"name": "p.Empty"}]})json";
+
+struct Visitors : testing::Test {
+  static kcos::COSClass* classOf(const std::string& name) {
+    return KCOSIntrospection::getCOSClass(ResolvedClassID::fromKnownResolvedClassID(name));
+  }
+
+  World world{snapshot};
+};
+
+TEST_F(Visitors, PropertiesBySelection) {
+  for (const auto& row : tableOf<3>(R"(
+    0 | Limit | int8; 1 | Plain ReadOnly WriteOnly | double - text
+    2 | Plain ReadOnly WriteOnly Limit | double - text int8; 3 | | ; 4294967295 | |)")) {
+    Names names, withoutTypes;
+    std::vector<kcos::COSDataTypePtr> types;
+    const auto selection = static_cast<std::uint32_t>(std::stoul(row[0]));
+    KCOSPropertyNameVisitor visitor(&names, &types, selection), plain(&withoutTypes, nullptr, selection);
+    classOf("p.Properties")->visitProperties(visitor);
+    classOf("p.Properties")->visitProperties(plain);
+    std::string shownTypes;
+    for (const auto& type : types)
+      shownTypes += (shownTypes.empty() ? "" : " ") + (type ? type.getID().text() : "-");
+    EXPECT_EQ(shownList(names), row[1]) << row[0];
+    EXPECT_EQ(shownTypes, row[2]) << row[0];
+    EXPECT_EQ(withoutTypes, names);
+  }
+}
+
+TEST_F(Visitors, MethodsBySelectionAndOrder) {
+  for (const auto& row : tableOf<3>(R"(
+    p.Own | 0 | make; p.Own | 2 | mixed both make Own Inherited
+    p.Own | 1 | mixed both Own Inherited; p.Own | 3 | mixed both Own Inherited
+    p.Inherited | 0 | mixed make; p.Inherited | 2 | mixed veiled guarded make Own Inherited both
+    p.Inherited | 1 | veiled guarded Own Inherited both; p.Own | 4294967295 | mixed both Own Inherited
+    Solo | 0 | ; Solo | 2 | p.Solo; p.Broken | 2 | ; nope | 2 |)")) {
+    Names names;
+    appendMethodNames(classOf(row[0]), names, static_cast<std::uint32_t>(std::stoul(row[1])));
+    EXPECT_EQ(shownList(names), row[2]) << row[0] << " " << row[1];
+  }
+}
+
+TEST_F(Visitors, MethodWalksMakeRoom) {
+  for (const auto& row : tableOf<3>(R"(
+    p.Empty | 0 | 32; p.Empty | 31 | 32; p.Empty | 32 | 32; p.Empty | 33 | 33; p.Own | 5 | 32
+    p.Broken | 0 | 0; p.Broken | 5 | 5; nope | 0 | 0)")) {
+    Names names;
+    names.reserve(std::stoul(row[1]));
+    if (names.capacity() > 0) names.push_back(u"kept");
+    const Names before = names;
+    appendMethodNames(classOf(row[0]), names, KCOSMethodNameVisitor::Static);
+    EXPECT_EQ(names.capacity(), std::stoul(row[2])) << row[0] << " " << row[1];
+    names.resize(before.size());
+    EXPECT_EQ(names, before);
+  }
+}
+
+/// The place of visit() among the virtual operations, as a pointer to it holds it.
+template <class Visitor>
+long slotOfVisit() {
+  void (Visitor::*const visit)(kcos::COSInterface*) = &Visitor::visit;
+  long offset = 0;
+  std::memcpy(&offset, &visit, sizeof offset);
+  return (offset & ~1L) / static_cast<long>(sizeof(void*));
+}
+
+TEST_F(Visitors, SlotsAreTheTwoOfTheDestructorAndVisit) {
+  EXPECT_TRUE(std::has_virtual_destructor_v<kcos::COSVisitor<kcos::COSInterface*>>);
+  EXPECT_EQ(slotOfVisit<kcos::COSVisitor<kcos::COSInterface*>>(), 2);
+  EXPECT_EQ(slotOfVisit<KCOSPropertyNameVisitor>(), 2);
+  EXPECT_EQ(slotOfVisit<KCOSMethodNameVisitor>(), 2);
+}
+
+}  // namespace

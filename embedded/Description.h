@@ -120,6 +120,29 @@ struct ClassDescription {
   std::vector<MethodDescription> methods = {};
   std::vector<EnumerationMemberDescription> members = {};
   std::array<AttributeNames, 4> attributeNames = {};
+  /// The classes over which this one takes precedence: of the description, foreign or built-in ones.
+  std::vector<std::string> precedence = {};
+};
+
+/// What a function declares about one of its inputs or outputs.
+struct ArgumentDescription {
+  enum Kind { Positional, Optional, Repeating, NameValue };
+  std::string name = {};
+  Kind kind = Positional;
+  /// Empty: any.
+  std::string className = {};
+  /// Without a value: any extent will do; empty: no size is declared.
+  std::vector<std::optional<std::size_t>> size = {};
+  std::vector<std::string> validators = {};
+  std::vector<std::string> values = {};
+};
+
+struct ArgumentsDescription {
+  std::vector<ArgumentDescription> inputs = {};
+  std::vector<ArgumentDescription> outputs = {};
+  /// More may be given, or asked for, than are declared.
+  bool furtherInputs = false;
+  bool furtherOutputs = false;
 };
 
 /// A function, a method's file or a script: something with imports in whose scope names are resolved. A
@@ -131,6 +154,7 @@ struct FunctionDescription {
   std::vector<std::string> imports = {};
   bool hidden = false;
   std::optional<bool> visible = {};
+  std::optional<ArgumentsDescription> arguments = {};
   /// Korval code. A function without code is known, but cannot be called.
   std::string code = {};
 };

@@ -30,6 +30,7 @@
 #include "host/Arrays.h"
 #include "host/Export.h"
 
+class IExecutionFrame;
 struct Kfh_KORVAL_fn;
 
 namespace embedded {
@@ -196,6 +197,8 @@ class KORVAL_HOST_API Host {
   /// In the order of their making.
   std::vector<std::string> variableNames() const;
   void setComponents(bool on) noexcept;
+  /// The execution frames that have been pushed, innermost first.
+  std::vector<const IExecutionFrame*> frames() const;
   /// The function of that name, or null.
   const Kfh_KORVAL_fn* function(const std::string& name) const;
 

@@ -4,6 +4,8 @@
 #include "embedded/code/Interpreter.h"
 #include "embedded/dispatcher/Debugger.h"
 #include "embedded/dispatcher/Dispatcher.h"
+#include "embedded/dispatcher/FrameStack.h"
+#include "embedded/dispatcher/ObjectSystem.h"
 #include "embedded/gate/Gate.h"
 #include "embedded/streams/Streams.h"
 #include "embedded/values/Workspace.h"
@@ -18,6 +20,7 @@ struct Session : Gate {
       : classes(description),
         workspace(description.workspace, classes),
         dispatcher(description, classes),
+        objectSystem(description, classes),
         packages(description.packages),
         foreignClasses(description.foreignClasses),
         interpreter(description),
@@ -28,10 +31,12 @@ struct Session : Gate {
   ClassSystem classes;
   Workspace workspace;
   Dispatcher dispatcher;
+  ObjectSystem objectSystem;
   std::vector<PackageDescription> packages;
   std::vector<ForeignClassDescription> foreignClasses;
   Interpreter interpreter;
   Streams streams;
+  FrameStack frames;
   Debugger debugger;
   bool debuggerIsReachable;
   bool componentsOn;

@@ -8,7 +8,8 @@ Kfh_KORVAL_fn::Kfh_KORVAL_fn(const embedded::FunctionDescription& description)
     : name(description.name),
       component(description.component),
       inNamespace(embedded::isDottedName(name) ? embedded::namespaceOf(name) : std::string_view()),
-      imports(description.imports) {
+      imports(description.imports),
+      arguments(description.arguments) {
   if (description.code.empty()) return;
   embedded::Routine::Context context{
       .name = name, .component = component, .inNamespace = inNamespace, .imports = imports};

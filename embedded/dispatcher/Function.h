@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@ struct Kfh_KORVAL_fn {
   /// The namespace that its name puts it into; empty: none.
   std::string inNamespace;
   std::vector<std::string> imports;
+  std::optional<embedded::ArgumentsDescription> arguments;
   /// Null for a function without code.
   std::shared_ptr<const embedded::Routine> routine;
 };

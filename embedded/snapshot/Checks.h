@@ -35,6 +35,7 @@ void checkClassNames(CheckContext& context);
 /// Superclasses and access lists. Fills the superclasses of the context.
 void checkClassReferences(CheckContext& context);
 void checkSuperclassCycles(const CheckContext& context);
+void checkPrecedence(const CheckContext& context);
 void checkFunctionsAndScopes(const CheckContext& context);
 /// Namespaces, folders, built-ins.
 void checkSurroundings(const CheckContext& context);

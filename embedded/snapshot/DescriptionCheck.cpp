@@ -67,6 +67,7 @@ void checkDescription(const Description& description, const std::string& file) {
   checkClassNames(context);
   checkClassReferences(context);
   checkSuperclassCycles(context);
+  checkPrecedence(context);
   checkFunctionsAndScopes(context);
   checkSurroundings(context);
   checkWorkspace(context);

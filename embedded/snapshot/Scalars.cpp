@@ -122,6 +122,15 @@ void take(Reader& reader, Event& event, DimensionForm& destination) {
                            {"lazy", DimensionForm::Lazy}});
 }
 
+void take(Reader& reader, Event& event, ArgumentDescription::Kind& destination) {
+  using Argument = ArgumentDescription;
+  takeWord<Argument::Kind>(reader, event, destination,
+                           {{"positional", Argument::Positional},
+                            {"optional", Argument::Optional},
+                            {"repeating", Argument::Repeating},
+                            {"name-value", Argument::NameValue}});
+}
+
 void take(Reader& reader, Event& event, PathItemDescription::Kind& destination) {
   using Item = PathItemDescription;
   takeWord<Item::Kind>(

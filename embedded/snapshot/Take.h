@@ -43,6 +43,9 @@ void take(Reader& reader, Event& event, EnumerationMemberDescription& destinatio
 void take(Reader& reader, Event& event, AttributeNames& destination);
 void take(Reader& reader, Event& event, std::array<AttributeNames, 4>& destination);
 void take(Reader& reader, Event& event, ClassDescription& destination);
+void take(Reader& reader, Event& event, ArgumentDescription::Kind& destination);
+void take(Reader& reader, Event& event, ArgumentDescription& destination);
+void take(Reader& reader, Event& event, std::optional<ArgumentsDescription>& destination);
 void take(Reader& reader, Event& event, FunctionDescription& destination);
 void take(Reader& reader, Event& event, PackageDescription& destination);
 void take(Reader& reader, Event& event, ForeignClassDescription& destination);

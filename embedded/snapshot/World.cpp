@@ -24,6 +24,24 @@ void takeSchema(Reader& reader, Event& event, Description&) {
   take(reader, event, schema);
 }
 
+const Shape<ArgumentDescription> argumentShape{
+    .kind = "an argument",
+    .keys = {{"name", into<&ArgumentDescription::name>, Required},
+             {"kind", into<&ArgumentDescription::kind>},
+             {"class", into<&ArgumentDescription::className>},
+             {"size", into<&ArgumentDescription::size>},
+             {"validators", into<&ArgumentDescription::validators>},
+             {"values", into<&ArgumentDescription::values>}},
+};
+
+const Shape<ArgumentsDescription> argumentsShape{
+    .kind = "the object of arguments",
+    .keys = {{"inputs", into<&ArgumentsDescription::inputs>},
+             {"outputs", into<&ArgumentsDescription::outputs>},
+             {"furtherInputs", into<&ArgumentsDescription::furtherInputs>},
+             {"furtherOutputs", into<&ArgumentsDescription::furtherOutputs>}},
+};
+
 const Shape<FunctionDescription> functionShape{
     .kind = "a function",
     .keys = {{"name", into<&FunctionDescription::name>, Required},
@@ -31,6 +49,7 @@ const Shape<FunctionDescription> functionShape{
              {"imports", into<&FunctionDescription::imports>},
              {"hidden", into<&FunctionDescription::hidden>},
              {"visible", into<&FunctionDescription::visible>},
+             {"arguments", into<&FunctionDescription::arguments>},
              {"code", into<&FunctionDescription::code>}},
 };
 
@@ -99,6 +118,14 @@ const Shape<Description> worldShape{
 };
 
 }  // namespace
+
+void take(Reader& reader, Event& event, ArgumentDescription& destination) {
+  takeObject(reader, event, destination, argumentShape);
+}
+
+void take(Reader& reader, Event& event, std::optional<ArgumentsDescription>& destination) {
+  takeObject(reader, event, destination.emplace(), argumentsShape);
+}
 
 void take(Reader& reader, Event& event, FunctionDescription& destination) {
   takeObject(reader, event, destination, functionShape);

@@ -33,6 +33,7 @@ struct Structures {
   std::vector<std::string> fields;
   std::vector<ValuePtr> values;  // element by element; null: an empty array
   std::string className = {};    // of structure-based objects
+  mutable std::vector<const char*> names = {};  // the fields, as they are lent
 };
 
 /// Knows its class by name only, so that it outlives the host.

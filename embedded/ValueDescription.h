@@ -107,8 +107,8 @@ struct TallValue {
 
 struct ValueDescription {
   std::variant<DoubleArray, LogicalArray, CharacterRow, StringScalar, CellArray, StructureArray, ObjectValue,
-               StringArray, CharacterArray, ObjectArray, OpaqueObject, FunctionHandleValue, ClassReferenceValue,
-               TallValue>
+               StringArray, CharacterArray, ObjectArray, OpaqueObject, FunctionHandleValue,
+               ClassReferenceValue, TallValue>
       content;
 };
 

@@ -125,9 +125,8 @@ Property* Class::property(kcos::COSInternedName name) const {
 
 const Method* Class::method(kcos::COSInternedName name) const {
   const auto among = [](std::span<Method* const> methods) {
-    const auto callable = std::ranges::find_if(methods, [](const Method* method) {
-      return method->content().routine != nullptr;
-    });
+    const auto callable = std::ranges::find_if(
+        methods, [](const Method* method) { return method->content().routine != nullptr; });
     return callable == methods.end() ? methods.front() : *callable;
   };
   if (const auto own = methodsByName_.find(name); !own.empty()) return among(own);

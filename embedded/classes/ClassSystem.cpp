@@ -66,17 +66,18 @@ void ClassSystem::completeClass(Class& oneClass, const ClassDescription& descrip
   for (const PropertyDescription& property : description.properties)
     parts.properties.push_back(makeProperty(oneClass, contentOf(oneClass, property), property.optimized));
   for (const MethodDescription& method : description.methods)
-    parts.methods.push_back(std::make_unique<Method>(
-        &oneClass, MethodContent{.name = MemberText(method.name),
-                                 .access = accessOf(method.access),
-                                 .isStatic = method.isStatic,
-                                 .hidden = method.hidden,
-                                 .visible = method.visible.value_or(!method.hidden),
-                                 .routine = routineOf(oneClass, method)}));
+    parts.methods.push_back(
+        std::make_unique<Method>(&oneClass, MethodContent{.name = MemberText(method.name),
+                                                          .access = accessOf(method.access),
+                                                          .isStatic = method.isStatic,
+                                                          .hidden = method.hidden,
+                                                          .visible = method.visible.value_or(!method.hidden),
+                                                          .routine = routineOf(oneClass, method)}));
   oneClass.complete(std::move(parts));
 }
 
-std::shared_ptr<const Routine> ClassSystem::routineOf(const Class& oneClass, const MethodDescription& method) {
+std::shared_ptr<const Routine> ClassSystem::routineOf(const Class& oneClass,
+                                                      const MethodDescription& method) {
   if (method.code.empty() || !method.name) return nullptr;
   const bool constructs = *method.name == oneClass.simpleName();
   return routineOf(oneClass, *method.name, method.code,
@@ -98,18 +99,17 @@ std::shared_ptr<const Routine> ClassSystem::routineOf(const Class& oneClass, con
 }
 
 PropertyContent ClassSystem::contentOf(const Class& oneClass, const PropertyDescription& description) {
-  PropertyContent content{.name = MemberText(description.name),
-                          .type = types_.typeOf(description, valuesOf(description)),
-                          .get = accessOf(description.get),
-                          .set = accessOf(description.set),
-                          .hidden = description.hidden,
-                          .dependent = description.dependent,
-                          .attributes = {},
-                          .value = description.value
-                                       ? std::make_shared<const ValueDescription>(*description.value)
-                                       : nullptr,
-                          .getter = routineOf(oneClass, description.name.value_or(""), description.getter,
-                                              Routine::Receiver::Object)};
+  PropertyContent content{
+      .name = MemberText(description.name),
+      .type = types_.typeOf(description, valuesOf(description)),
+      .get = accessOf(description.get),
+      .set = accessOf(description.set),
+      .hidden = description.hidden,
+      .dependent = description.dependent,
+      .attributes = {},
+      .value = description.value ? std::make_shared<const ValueDescription>(*description.value) : nullptr,
+      .getter =
+          routineOf(oneClass, description.name.value_or(""), description.getter, Routine::Receiver::Object)};
   for (const AttributeDescription& attribute : description.attributes)
     content.attributes.emplace_back(interned(attribute.name), types_.named(attribute.type), attribute.value);
   return content;

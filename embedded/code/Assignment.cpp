@@ -70,8 +70,8 @@ ValuePtr Evaluator::withField(const ValuePtr& base, Selectors accesses, ValuePtr
     return withProperty(session_, *whole, name, assigned(old, rest, std::move(value)), routine_);
   }
   if (whole->as<Structures>() == nullptr || whole->elementCount() != 1)
-    failCode("KORVAL:code:NotAssignable", "A field of a value of class \"" + whole->className() +
-                                              "\" with " + std::to_string(whole->elementCount()) +
+    failCode("KORVAL:code:NotAssignable", "A field of a value of class \"" + whole->className() + "\" with " +
+                                              std::to_string(whole->elementCount()) +
                                               " elements cannot be assigned to");
   Structures structures = *whole->as<Structures>();
   const std::size_t place = fieldPlace(structures, name);
@@ -102,8 +102,8 @@ ValuePtr Evaluator::withCellContent(const ValuePtr& base, Selectors accesses, Va
   const Selector& access = accesses.front();
   const ValuePtr whole = isNothing(base) ? newValue({0, 0}, Cells()) : base;
   if (whole->as<Cells>() == nullptr)
-    failCode("KORVAL:code:WrongType", "Only a cell array is indexed with braces, not a value of class \"" +
-                                          whole->className() + "\"");
+    failCode("KORVAL:code:WrongType",
+             "Only a cell array is indexed with braces, not a value of class \"" + whole->className() + "\"");
   const std::vector<Subscript> places = subscripts(access, *whole);
   if (places.empty()) failCode("KORVAL:code:Index", "An index is missing");
   ValuePtr old;

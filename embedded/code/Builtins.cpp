@@ -23,9 +23,8 @@ const Builtin* findBuiltin(std::string_view name) {
 }
 
 bool isOuterNameOfBuiltin(std::string_view start) {
-  return std::ranges::any_of(builtinsOnObjects(), [start](const NamedBuiltin& builtin) {
-    return builtin.name.starts_with(start);
-  });
+  return std::ranges::any_of(
+      builtinsOnObjects(), [start](const NamedBuiltin& builtin) { return builtin.name.starts_with(start); });
 }
 
 }  // namespace embedded

@@ -31,7 +31,8 @@ std::vector<std::string> propertyNames(const Class& oneClass) {
   for (const Class* each : oneClass.lineage())
     collect(
         each->parts().properties,
-        [](const PropertyContent& property) { return !property.hidden && property.get.level == 0; }, names, seen);
+        [](const PropertyContent& property) { return !property.hidden && property.get.level == 0; }, names,
+        seen);
   return names;
 }
 
@@ -41,7 +42,9 @@ std::vector<std::string> methodNames(const Class& oneClass) {
   for (const Class* each : oneClass.lineage())
     collect(
         each->parts().methods,
-        [](const MethodContent& method) { return method.visible && !method.hidden && method.access.level == 0; },
+        [](const MethodContent& method) {
+          return method.visible && !method.hidden && method.access.level == 0;
+        },
         names, seen);
   return names;
 }

@@ -14,7 +14,9 @@ Values rest(const BuiltinCall& call, std::size_t first) {
   return {call.arguments.begin() + static_cast<std::ptrdiff_t>(first), call.arguments.end()};
 }
 
-void print(const BuiltinCall& call, const std::u16string& text) { call.caller.session().streams.out.write(text); }
+void print(const BuiltinCall& call, const std::u16string& text) {
+  call.caller.session().streams.out.write(text);
+}
 
 Values disp(const BuiltinCall& call) {
   call.require(1, 1);
@@ -66,7 +68,8 @@ Values strcmp(const BuiltinCall& call) {
     failCode("KORVAL:code:SizeMismatch", "The cells have different sizes");
   std::vector<bool> result;
   for (std::size_t at = 0; at < model.elementCount(); ++at)
-    result.push_back(equal(left ? left->elements[at] : call.arguments[0], right ? right->elements[at] : call.arguments[1]));
+    result.push_back(equal(left ? left->elements[at] : call.arguments[0],
+                           right ? right->elements[at] : call.arguments[1]));
   return {newValue(model.size(), std::move(result))};
 }
 

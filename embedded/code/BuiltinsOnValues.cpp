@@ -99,7 +99,8 @@ Values cell(const BuiltinCall& call) {
 
 /// struct('a', 1, 'b', {{1, 2}}): a cell gives one element each; another value is for all elements.
 Values structure(const BuiltinCall& call) {
-  if (call.arguments.size() % 2 != 0) failCode("KORVAL:code:ArgumentCount", "Fields and values come in pairs");
+  if (call.arguments.size() % 2 != 0)
+    failCode("KORVAL:code:ArgumentCount", "Fields and values come in pairs");
   Value::Size size{1, 1};
   Structures structures;
   for (std::size_t at = 0; at < call.arguments.size(); at += 2) {
@@ -111,8 +112,8 @@ Values structure(const BuiltinCall& call) {
       const auto* cells = call[at].as<Cells>();
       if (cells != nullptr && cells->elements.size() != 1 && cells->elements.size() != countOf(size))
         failCode("KORVAL:code:SizeMismatch", "The cells have different sizes");
-      structures.values.push_back(cells == nullptr ? call.arguments[at]
-                                                   : cells->elements[cells->elements.size() == 1 ? 0 : element]);
+      structures.values.push_back(
+          cells == nullptr ? call.arguments[at] : cells->elements[cells->elements.size() == 1 ? 0 : element]);
     }
   }
   return {newValue(size, std::move(structures))};
@@ -133,9 +134,11 @@ Values isMissing(const BuiltinCall& call) {
   call.require(1, 1);
   std::vector<bool> result(call[0].elementCount(), false);
   if (const auto* strings = call[0].as<Strings>())
-    std::transform(strings->elements.begin(), strings->elements.end(), result.begin(), [](const auto& text) { return !text; });
+    std::transform(strings->elements.begin(), strings->elements.end(), result.begin(),
+                   [](const auto& text) { return !text; });
   if (const auto* numbers = call[0].as<std::vector<double>>())
-    std::transform(numbers->begin(), numbers->end(), result.begin(), [](double number) { return std::isnan(number); });
+    std::transform(numbers->begin(), numbers->end(), result.begin(),
+                   [](double number) { return std::isnan(number); });
   return {newValue(call[0].size(), std::move(result))};
 }
 

@@ -51,7 +51,8 @@ std::optional<Values> callMethod(Evaluator& caller, const std::string& name, con
   if (const Opaque* opaque = receiver.opaque()) {
     const auto found = std::ranges::find(opaque->methods, name, &Opaque::Method::name);
     if (found == opaque->methods.end()) return {};
-    if (found->answer == nullptr) failCode("KORVAL:code:Foreign", "The foreign method \"" + name + "\" fails");
+    if (found->answer == nullptr)
+      failCode("KORVAL:code:Foreign", "The foreign method \"" + name + "\" fails");
     return Values{found->answer};
   }
   if (const auto* structures = receiver.as<Structures>(); structures && !structures->className.empty()) {
@@ -111,7 +112,8 @@ Values runBody(Session& session, const Routine& routine, Values arguments, std::
   const Routine::Context& context = routine.context();
   const std::size_t most = context.receiver == Object ? 1 : 0;
   if (arguments.size() > most)
-    failCode("KORVAL:code:ArgumentCount", "\"" + context.name + "\" takes no further arguments: it has no line " +
+    failCode("KORVAL:code:ArgumentCount", "\"" + context.name +
+                                              "\" takes no further arguments: it has no line " +
                                               "that begins with \"function\"");
   Workspace variables;
   if (context.receiver == NewObject) variables.set("obj", newObject(*context.ownClass));
@@ -127,21 +129,24 @@ Values runBody(Session& session, const Routine& routine, Values arguments, std::
 bool isOuterName(Session& session, const std::string& name) {
   const std::string start = name + ".";
   return session.classes.findNamespace(alreadyInterned(name)) != nullptr || isOuterNameOfBuiltin(start) ||
-         std::ranges::any_of(session.foreignClasses, [&](const auto& foreign) { return foreign.name.starts_with(start); }) ||
+         std::ranges::any_of(session.foreignClasses,
+                             [&](const auto& foreign) { return foreign.name.starts_with(start); }) ||
          session.interpreter.files.isPackage(name);
 }
 
 Meaning meaningOf(Session& session, const std::string& name, const Routine* routine) {
   if (routine == nullptr) return withoutImports(session, name, "");
-  if (const FunctionSyntax* local = routine->localFunction(name)) return {.routine = routine, .function = local};
+  if (const FunctionSyntax* local = routine->localFunction(name))
+    return {.routine = routine, .function = local};
   for (const std::string& candidate : candidates(name, *routine))
-    if (Meaning meaning = withoutImports(session, candidate, routine->context().component); isSomething(meaning))
+    if (Meaning meaning = withoutImports(session, candidate, routine->context().component);
+        isSomething(meaning))
       return meaning;
   return withoutImports(session, name, routine->context().component);
 }
 
-std::optional<Values> callMethodOfArguments(Evaluator& caller, const std::string& name, const Values& arguments,
-                                            std::size_t wanted) {
+std::optional<Values> callMethodOfArguments(Evaluator& caller, const std::string& name,
+                                            const Values& arguments, std::size_t wanted) {
   for (const ValuePtr& argument : arguments)
     if (auto answer = callMethod(caller, name, *argument, arguments, wanted)) return answer;
   return {};

@@ -28,11 +28,12 @@ bool isOuterName(Session& session, const std::string& name);
 
 /// Calls what the name means. Methods of the arguments come before functions.
 Values callNamed(Evaluator& caller, const std::string& name, Values arguments, std::size_t wanted);
-Values call(Evaluator& caller, const std::string& name, const Meaning& meaning, Values arguments, std::size_t wanted);
+Values call(Evaluator& caller, const std::string& name, const Meaning& meaning, Values arguments,
+            std::size_t wanted);
 
 /// The method of that name of the first argument that has one; nothing when none has.
-std::optional<Values> callMethodOfArguments(Evaluator& caller, const std::string& name, const Values& arguments,
-                                            std::size_t wanted);
+std::optional<Values> callMethodOfArguments(Evaluator& caller, const std::string& name,
+                                            const Values& arguments, std::size_t wanted);
 
 /// Runs a text with these arguments: that function of it, or its main one (null). A file without any function is a
 /// script, and works on the variables of its caller.

@@ -39,7 +39,8 @@ const Routine* CodeFiles::function(const std::string& dottedName) {
   const std::string package(namespaceOf(dottedName));
   const std::string file = std::string(simpleNameOf(dottedName)) + ".k";
   for (const Path& folder : folders_)
-    if (const Routine* found = read(package.empty() ? folder / file : folder / ("+" + package) / file, package))
+    if (const Routine* found =
+            read(package.empty() ? folder / file : folder / ("+" + package) / file, package))
       return found;
   for (const PathItemDescription& item : special_)
     if (item.kind == PathItemDescription::Package && !package.empty() &&
@@ -51,9 +52,10 @@ const Routine* CodeFiles::function(const std::string& dottedName) {
 bool CodeFiles::isPackage(const std::string& name) const {
   std::error_code failure;
   const std::string folderName = "+" + name;
-  return std::ranges::any_of(folders_, [&](const Path& folder) {
-           return std::filesystem::is_directory(folder / folderName, failure);
-         }) ||
+  return std::ranges::any_of(folders_,
+                             [&](const Path& folder) {
+                               return std::filesystem::is_directory(folder / folderName, failure);
+                             }) ||
          std::ranges::any_of(special_, [&](const PathItemDescription& item) {
            return item.kind == PathItemDescription::Package && Path(item.folder).filename() == folderName;
          });

@@ -41,8 +41,8 @@ struct Gatherer {
     Structures result{from.fields, {}, from.className};
     for (const std::size_t element : elements)
       for (std::size_t field = 0; field < from.fields.size(); ++field)
-        result.values.push_back(
-            element == noElement ? nullptr : from.values.at(element * from.fields.size() + field));
+        result.values.push_back(element == noElement ? nullptr
+                                                     : from.values.at(element * from.fields.size() + field));
     return result;
   }
   Value::Content operator()(const Objects& from) const { return objects(from.elements); }
@@ -85,7 +85,8 @@ ValuePtr asStrings(const ValuePtr& value) {
 ValuePtr asCharacters(const ValuePtr& value) {
   if (value->as<std::u16string>()) return value;
   std::u16string text;
-  for (const double number : numbersOf(*value)) text += static_cast<char16_t>(std::clamp(number, 0.0, 65535.0));
+  for (const double number : numbersOf(*value))
+    text += static_cast<char16_t>(std::clamp(number, 0.0, 65535.0));
   return newValue(value->size(), std::move(text));
 }
 

@@ -22,8 +22,12 @@ std::u16string quoted(const std::u16string& text, char16_t quote) {
 struct ElementText {
   std::size_t at;
 
-  std::u16string operator()(const std::vector<double>& numbers) const { return widened(shownNumber(numbers[at])); }
-  std::u16string operator()(const std::vector<bool>& logicals) const { return logicals[at] ? u"true" : u"false"; }
+  std::u16string operator()(const std::vector<double>& numbers) const {
+    return widened(shownNumber(numbers[at]));
+  }
+  std::u16string operator()(const std::vector<bool>& logicals) const {
+    return logicals[at] ? u"true" : u"false";
+  }
   std::u16string operator()(const Strings& strings) const {
     return strings.elements[at] ? quoted(*strings.elements[at], u'"') : u"missing";
   }
@@ -94,9 +98,9 @@ std::string printed(const std::string& conversion, double number) {
   else
     specification += wantsWhole ? 'g' : conversion.back();
   char text[2048];
-  const int length = wantsWhole && isWhole
-                         ? std::snprintf(text, sizeof text, specification.c_str(), static_cast<long long>(number))
-                         : std::snprintf(text, sizeof text, specification.c_str(), number);
+  const int length = wantsWhole && isWhole ? std::snprintf(text, sizeof text, specification.c_str(),
+                                                           static_cast<long long>(number))
+                                           : std::snprintf(text, sizeof text, specification.c_str(), number);
   return {text, std::min(static_cast<std::size_t>(std::max(length, 0)), sizeof text - 1)};
 }
 
@@ -128,13 +132,15 @@ std::u16string put(const std::string& conversion, const Argument& argument) {
 
 std::u16string shownValue(const Value& value) {
   const CodeLevel level(session().interpreter);
-  if (const auto* text = value.as<std::u16string>(); text != nullptr && isText(value)) return quoted(*text, u'\'');
+  if (const auto* text = value.as<std::u16string>(); text != nullptr && isText(value))
+    return quoted(*text, u'\'');
   if (const auto* handle = value.as<FunctionHandle>()) return u"@" + widened(handle->function);
   if (const auto* object = value.as<Object>(); object != nullptr && !object->member.empty())
     return widened(value.className() + "." + object->member);
   const bool hasElements = value.as<std::vector<double>>() || value.as<std::vector<bool>>() ||
                            value.as<Strings>() || value.as<Cells>();
-  if (!hasElements || value.elementCount() > mostElements || value.size().size() > 2) return sizeAndClass(value);
+  if (!hasElements || value.elementCount() > mostElements || value.size().size() > 2)
+    return sizeAndClass(value);
   if (value.elementCount() == 0 && value.size() != Value::Size{0, 0}) return sizeAndClass(value);
   if (value.elementCount() == 1 && !value.as<Cells>()) return std::visit(ElementText{0}, value.content());
   return listed(value);

@@ -57,7 +57,7 @@ class Evaluator {
 
   // Expressions.
   ValuePtr value(const Matrix& matrix);
-  ValuePtr value(const Range& range);
+  ValuePtr value(const Range& range, Position at);
   ValuePtr value(const Prefixed& prefixed, Position at);
   ValuePtr value(const Chain& chain, Position at);
   ValuePtr shortCircuit(const Chain& chain);

@@ -42,14 +42,15 @@ Values Evaluator::values(const Expression& expression, std::size_t wanted) {
   interpreter_.step();
   const auto& form = expression.form;
   if (const auto* found = std::get_if<Reference>(&form)) return reference(*found, wanted);
-  if (const auto* found = std::get_if<Accessed>(&form)) return follow({value(*found->value)}, found->accesses, wanted);
+  if (const auto* found = std::get_if<Accessed>(&form))
+    return follow({value(*found->value)}, found->accesses, wanted);
   if (const auto* number = std::get_if<NumberLiteral>(&form)) return {newNumber(number->number)};
   if (const auto* text = std::get_if<TextLiteral>(&form)) return {newText(text->text)};
   if (const auto* text = std::get_if<StringLiteral>(&form)) return {newString(text->text)};
   if (const auto* handle = std::get_if<HandleLiteral>(&form))
     return {newValue({1, 1}, FunctionHandle{handle->function})};
   if (const auto* matrix = std::get_if<Matrix>(&form)) return {value(*matrix)};
-  if (const auto* range = std::get_if<Range>(&form)) return {value(*range)};
+  if (const auto* range = std::get_if<Range>(&form)) return {value(*range, expression.at)};
   if (const auto* prefixed = std::get_if<Prefixed>(&form)) return {value(*prefixed, expression.at)};
   if (const auto* chain = std::get_if<Chain>(&form)) return {value(*chain, expression.at)};
   if (std::holds_alternative<LastIndex>(form)) return {lastIndexValue()};
@@ -69,10 +70,12 @@ ValuePtr Evaluator::value(const Matrix& matrix) {
   return concatenated(rows);
 }
 
-ValuePtr Evaluator::value(const Range& range) {
+ValuePtr Evaluator::value(const Range& range, Position at) {
   const double first = numberOf(*value(*range.first));
   const double step = range.step == nullptr ? 1 : numberOf(*value(*range.step));
-  return rangeOf(first, step, numberOf(*value(*range.last)));
+  const double last = numberOf(*value(*range.last));
+  interpreter_.at = at;
+  return rangeOf(first, step, last);
 }
 
 ValuePtr Evaluator::value(const Prefixed& prefixed, Position at) {

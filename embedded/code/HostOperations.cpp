@@ -14,7 +14,9 @@ const std::string expressionSource = "expression";
 
 enum Status : int { Success = 0, BadSyntax = 1, Failed = 2 };
 
-int statusOf(const CodeError& error) { return error.messageId() == "KORVAL:code:Syntax" ? BadSyntax : Failed; }
+int statusOf(const CodeError& error) {
+  return error.messageId() == "KORVAL:code:Syntax" ? BadSyntax : Failed;
+}
 
 /// Keeps the error, and prints it unless errors are to be silent.
 void report(Session& session, const CodeError& error) {
@@ -24,6 +26,7 @@ void report(Session& session, const CodeError& error) {
   session.streams.error.write(widened(error.source() + ":" + std::to_string(error.at().line) + ":" +
                                       std::to_string(error.at().column) + ": " + error.message() + " [" +
                                       error.messageId() + "]\n"));
+  session.streams.flushToHost();
 }
 
 /// Missing results are null.
@@ -134,7 +137,8 @@ void inFullFevalFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs) 
   fill(callFunction(session(), name, std::move(arguments), nlhs), nlhs, plhs);
 }
 
-kxArray_tag* inCallMethodSingleInputSingleOutput(const kxArray_tag* value, const std::string& method, int nlhs) {
+kxArray_tag* inCallMethodSingleInputSingleOutput(const kxArray_tag* value, const std::string& method,
+                                                 int nlhs) {
   enter<Operation::callMethod>(value, method, nlhs);
   const ValuePtr receiver(const_cast<Value*>(&valueOf(value)));
   Values results = callFunction(session(), method, {receiver}, nlhs);

@@ -5,8 +5,8 @@
 #include <functional>
 #include <numeric>
 
-#include "embedded/code/Convert.h"
 #include "embedded/Session.h"
+#include "embedded/code/Convert.h"
 
 namespace embedded {
 
@@ -153,14 +153,16 @@ ValuePtr indexed(const Value& value, std::span<const Subscript> subscripts) {
   return gathered(value, elements, std::move(size));
 }
 
-ValuePtr withElements(const ValuePtr& value, std::span<const Subscript> subscripts, const ValuePtr& elements) {
+ValuePtr withElements(const ValuePtr& value, std::span<const Subscript> subscripts,
+                      const ValuePtr& elements) {
   const std::size_t count = elements->elementCount();
   Size extents = folded(value->size(), subscripts.size());
   std::vector<Positions> positions = positionsOf(subscripts, extents);
   if (value->elementCount() == 0)  // x(:, 1) = column makes the rows
     for (std::size_t at = 0; at < subscripts.size(); ++at)
       if (subscripts[at].every && extents[at] == 0)
-        positions[at] = everyPosition(subscripts.size() == 1 ? count : folded(elements->size(), subscripts.size())[at]);
+        positions[at] =
+            everyPosition(subscripts.size() == 1 ? count : folded(elements->size(), subscripts.size())[at]);
   const Size size = grown(value->size(), positions);
   session().interpreter.checkSize(size);
   const Positions targets = combinations(positions, folded(size, subscripts.size()));
@@ -172,8 +174,7 @@ ValuePtr withElements(const ValuePtr& value, std::span<const Subscript> subscrip
   const ValuePtr all = isNew ? both.front() : joined(both);
   Positions origins = originsOf(size, isNew ? Size{0, 0} : value->size());
   const std::size_t offset = isNew ? 0 : value->elementCount();
-  for (std::size_t at = 0; at < targets.size(); ++at)
-    origins[targets[at]] = offset + (count == 1 ? 0 : at);
+  for (std::size_t at = 0; at < targets.size(); ++at) origins[targets[at]] = offset + (count == 1 ? 0 : at);
   session().interpreter.step(origins.size() / 16);
   return gathered(*all, origins, size);
 }
@@ -194,7 +195,8 @@ ValuePtr transposed(const Value& value) {
 ValuePtr concatenated(const std::vector<Values>& rows) {
   Values pieces;
   for (const Values& row : rows) pieces.insert(pieces.end(), row.begin(), row.end());
-  const bool allEmpty = std::ranges::all_of(pieces, [](const ValuePtr& piece) { return piece->elementCount() == 0; });
+  const bool allEmpty =
+      std::ranges::all_of(pieces, [](const ValuePtr& piece) { return piece->elementCount() == 0; });
   if (pieces.empty()) return newEmpty();
   if (allEmpty) return unified(pieces).front();
   std::vector<Values> kept;
@@ -216,8 +218,8 @@ ValuePtr concatenated(const std::vector<Values>& rows) {
     for (std::size_t at = 0; at < row.size(); ++at) rowWidth += flat[next + at]->columns();
     if (row.empty()) continue;
     if (width != 0 && rowWidth != width)
-      failCode("KORVAL:code:SizeMismatch", "The rows have " + std::to_string(width) + " and " +
-                                               std::to_string(rowWidth) + " columns");
+      failCode("KORVAL:code:SizeMismatch",
+               "The rows have " + std::to_string(width) + " and " + std::to_string(rowWidth) + " columns");
     width = rowWidth;
     height += flat[next]->rows();
     next += row.size();
@@ -234,7 +236,8 @@ ValuePtr concatenated(const std::vector<Values>& rows) {
       const Value& piece = *flat[next];
       if (piece.rows() != rowHeight)
         failCode("KORVAL:code:SizeMismatch", "Values of " + std::to_string(rowHeight) + " and " +
-                                                 std::to_string(piece.rows()) + " rows cannot stand side by side");
+                                                 std::to_string(piece.rows()) +
+                                                 " rows cannot stand side by side");
       for (std::size_t element = 0; element < piece.elementCount(); ++element)
         origins[top + element % rowHeight + (left + element / rowHeight) * height] = offset + element;
       left += piece.columns();

@@ -41,11 +41,13 @@ ValuePtr readStructure(const Structures& structures, const std::string& name) {
   return orEmpty(structures.values.at(static_cast<std::size_t>(field - structures.fields.begin())));
 }
 
-ValuePtr readObject(Session& session, const ValuePtr& object, const std::string& name, const Routine* asking) {
+ValuePtr readObject(Session& session, const ValuePtr& object, const std::string& name,
+                    const Routine* asking) {
   const Object& content = *object->as<Object>();
   const ValuePtr* stored = findNamed(content.properties, name);
   const Class* oneClass = classOf(session, *object);
-  if (oneClass == nullptr) return stored != nullptr ? *stored : (failMember(object->className(), name), nullptr);
+  if (oneClass == nullptr)
+    return stored != nullptr ? *stored : (failMember(object->className(), name), nullptr);
   const Property* property = propertyOf(*oneClass, name);
   if (property == nullptr) failMember(object->className(), name);
   const PropertyContent& declared = property->content();
@@ -96,12 +98,14 @@ bool readingRunsCode(const Session& session, const Value& object, const std::str
   return property != nullptr && property->content().getter != nullptr;
 }
 
-ValuePtr readProperty(Session& session, const ValuePtr& object, const std::string& name, const Routine* asking) {
+ValuePtr readProperty(Session& session, const ValuePtr& object, const std::string& name,
+                      const Routine* asking) {
   if (object->as<Object>()) return readObject(session, object, name, asking);
   if (const auto* structures = object->as<Structures>()) return readStructure(*structures, name);
   const Opaque* opaque = object->as<Opaque>();
   if (opaque == nullptr)
-    failCode("KORVAL:code:WrongType", "A value of class \"" + object->className() + "\" has no \"" + name + "\"");
+    failCode("KORVAL:code:WrongType",
+             "A value of class \"" + object->className() + "\" has no \"" + name + "\"");
   const ValuePtr* field = findNamed(opaque->fields, name);
   if (field == nullptr) failMember(opaque->className, name);
   return *field;
@@ -139,8 +143,8 @@ Values construct(Evaluator& caller, const Class& oneClass, Values arguments) {
   const Method* constructor = oneClass.method(alreadyInterned(oneClass.simpleName()));
   if (constructor == nullptr || constructor->content().routine == nullptr) {
     if (arguments.empty()) return {newObject(oneClass)};
-    failCode("KORVAL:code:ArgumentCount", "The class \"" + oneClass.names().dotted.text() +
-                                              "\" has no constructor that takes arguments");
+    failCode("KORVAL:code:ArgumentCount",
+             "The class \"" + oneClass.names().dotted.text() + "\" has no constructor that takes arguments");
   }
   if (!mayUse(constructor->content().access, *constructor->definingClass(), caller.routine()))
     failAccess("Constructing", oneClass.names().dotted.text());
@@ -165,7 +169,8 @@ Values callStatic(Evaluator& caller, const Class& oneClass, const std::string& n
   const std::string& className = oneClass.names().dotted.text();
   const Method* method = oneClass.method(alreadyInterned(name));
   if (method == nullptr || !method->content().isStatic) failMember(className, name);
-  if (!mayUse(method->content().access, *method->definingClass(), caller.routine())) failAccess("Calling", name);
+  if (!mayUse(method->content().access, *method->definingClass(), caller.routine()))
+    failAccess("Calling", name);
   if (method->content().routine == nullptr)
     failCode("KORVAL:code:NoCode", "The method \"" + className + "." + name + "\" has no code");
   return callRoutine(caller.session(), *method->content().routine, nullptr, std::move(arguments), wanted);

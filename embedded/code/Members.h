@@ -22,7 +22,8 @@ ValuePtr elementOf(const ValuePtr& value, std::size_t index);
 /// Does reading the property of this scalar run a get method?
 bool readingRunsCode(const Session& session, const Value& object, const std::string& name);
 /// Of a scalar object, opaque object or structure-based object.
-ValuePtr readProperty(Session& session, const ValuePtr& object, const std::string& name, const Routine* asking);
+ValuePtr readProperty(Session& session, const ValuePtr& object, const std::string& name,
+                      const Routine* asking);
 /// The same without a get method, and whoever may read it.
 ValuePtr storedProperty(Session& session, const ValuePtr& object, const std::string& name);
 ValuePtr withProperty(Session& session, const Value& object, const std::string& name, ValuePtr value,

@@ -55,8 +55,8 @@ std::vector<Result> elementwise(const Elements& left, const Elements& right, std
   result.reserve(count);
   session().interpreter.step(count / 16);
   for (std::size_t at = 0; at < count; ++at)
-    result.push_back(static_cast<Result>(
-        operation(left[left.size() == 1 ? 0 : at], right[right.size() == 1 ? 0 : at])));
+    result.push_back(
+        static_cast<Result>(operation(left[left.size() == 1 ? 0 : at], right[right.size() == 1 ? 0 : at])));
   return result;
 }
 
@@ -91,7 +91,9 @@ ValuePtr matrixProduct(const Value& left, const Value& right) {
 
 using Texts = std::vector<std::optional<std::u16string>>;
 
-Texts textsOf(const ValuePtr& value) { return unified({value, newString(u"")}).front()->as<Strings>()->elements; }
+Texts textsOf(const ValuePtr& value) {
+  return unified({value, newString(u"")}).front()->as<Strings>()->elements;
+}
 
 /// A missing string equals nothing.
 ValuePtr onStrings(Symbol symbol, const ValuePtr& left, const ValuePtr& right) {
@@ -106,8 +108,8 @@ ValuePtr onStrings(Symbol symbol, const ValuePtr& left, const ValuePtr& right) {
                       return (one && other && *one == *other) == equal;
                     }));
   if (symbol != Symbol::Plus)
-    failCode("KORVAL:code:WrongType", std::string("The operator \"") + methodOf(symbol) +
-                                          "\" has no meaning for strings");
+    failCode("KORVAL:code:WrongType",
+             std::string("The operator \"") + methodOf(symbol) + "\" has no meaning for strings");
   Strings result;
   for (std::size_t at = 0; at < count; ++at) {
     const auto& one = a[a.size() == 1 ? 0 : at];
@@ -124,7 +126,8 @@ bool isEnumeration(const Value& value) { return value.as<Object>() && !value.as<
 const char* methodOf(Symbol binary) { return effectOf(binary).method; }
 
 ValuePtr calculated(Symbol binary, const ValuePtr& left, const ValuePtr& right) {
-  if (isEnumeration(*left) && isEnumeration(*right) && (binary == Symbol::Equal || binary == Symbol::NotEqual))
+  if (isEnumeration(*left) && isEnumeration(*right) &&
+      (binary == Symbol::Equal || binary == Symbol::NotEqual))
     return newLogical(isEqual(*left, *right) == (binary == Symbol::Equal));
   if (left->as<Strings>() || right->as<Strings>()) return onStrings(binary, left, right);
   const bool scalar = left->elementCount() == 1 || right->elementCount() == 1;
@@ -162,7 +165,8 @@ ValuePtr rangeOf(double first, double step, double last) {
 bool isEqual(const Value& left, const Value& right) {
   if (left.size() != right.size()) return false;
   if (isEnumeration(left) && isEnumeration(right))
-    return left.object()->classId == right.object()->classId && left.as<Object>()->member == right.as<Object>()->member;
+    return left.object()->classId == right.object()->classId &&
+           left.as<Object>()->member == right.as<Object>()->member;
   if (left.as<std::u16string>() && right.as<std::u16string>())
     return *left.as<std::u16string>() == *right.as<std::u16string>();
   return false;

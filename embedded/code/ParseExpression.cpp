@@ -35,9 +35,7 @@ ExpressionPtr make(Position at, Form form) {
 }  // namespace
 
 /// In a matrix, "a -b" are two elements and "a - b" is one.
-bool Parser::beginsNextElement() const {
-  return inMatrix_ && token_.blankBefore && !token_.blankBehind;
-}
+bool Parser::beginsNextElement() const { return inMatrix_ && token_.blankBefore && !token_.blankBehind; }
 
 ExpressionPtr Parser::chain(std::size_t rank) {
   if (rank == ranks.size()) return prefixed();

@@ -28,8 +28,8 @@ void Parser::skipSeparators() {
 }
 
 bool Parser::atEndOfBlock() const {
-  return token_.kind == Token::EndOfText || token_.is(Symbol::End) || token_.is(Symbol::Else) || token_.is(Symbol::ElseIf) ||
-         token_.is(Symbol::Function);
+  return token_.kind == Token::EndOfText || token_.is(Symbol::End) || token_.is(Symbol::Else) ||
+         token_.is(Symbol::ElseIf) || token_.is(Symbol::Function);
 }
 
 Block Parser::block() {
@@ -65,7 +65,8 @@ Statement Parser::statement() {
 void Parser::finishStatement(Statement& statement) {
   if (accept(Symbol::Semicolon)) return;
   statement.prints = true;
-  if (!accept(Symbol::Comma) && !accept(Symbol::Newline) && !atEndOfBlock()) refuse("the end of the statement");
+  if (!accept(Symbol::Comma) && !accept(Symbol::Newline) && !atEndOfBlock())
+    refuse("the end of the statement");
 }
 
 Statement Parser::assignmentOrExpression() {
@@ -77,7 +78,8 @@ Statement Parser::assignmentOrExpression() {
 
 Assignment Parser::assignment(ExpressionPtr target) {
   Expressions targets;
-  if (auto* matrix = std::get_if<Matrix>(&target->form); matrix && !matrix->isCell && matrix->rows.size() == 1)
+  if (auto* matrix = std::get_if<Matrix>(&target->form);
+      matrix && !matrix->isCell && matrix->rows.size() == 1)
     targets = std::move(matrix->rows.front());
   else
     targets.push_back(std::move(target));
@@ -86,8 +88,7 @@ Assignment Parser::assignment(ExpressionPtr target) {
     const auto* reference = std::get_if<Reference>(&each->form);
     if (reference == nullptr) lexer_.refuse("Nothing can be assigned to this", each->at);
     for (const Selector& access : reference->accesses)
-      if (access.kind == Selector::Transposed)
-        lexer_.refuse("Nothing can be assigned to this", access.at);
+      if (access.kind == Selector::Transposed) lexer_.refuse("Nothing can be assigned to this", access.at);
   }
   take();
   return {std::move(targets), expression()};

@@ -21,7 +21,8 @@ Values fieldOfAll(const Structures& structures, const std::string& field) {
     failCode("KORVAL:code:NoSuchField", "The structure has no field \"" + field + "\"");
   Values result;
   const auto width = structures.fields.size();
-  for (auto at = static_cast<std::size_t>(found - structures.fields.begin()); at < structures.values.size(); at += width)
+  for (auto at = static_cast<std::size_t>(found - structures.fields.begin()); at < structures.values.size();
+       at += width)
     result.push_back(structures.values[at] == nullptr ? newEmpty() : structures.values[at]);
   return result;
 }
@@ -50,9 +51,10 @@ Values Evaluator::nameValues(const Reference& reference, std::size_t wanted) {
   while (!meaning.isCallable() && !rest.empty() && rest.front().kind == Selector::Field) {
     const Selector& field = rest.front();
     const std::string longer = name + "." + field.field;
-    const bool goesOn = meaning.oneClass == nullptr ? meaning.foreignClass == nullptr && isOuterName(session_, name)
-                                                    : !hasStaticMethod(*meaning.oneClass, field.field) &&
-                                                          findBuiltin(longer) != nullptr;
+    const bool goesOn =
+        meaning.oneClass == nullptr
+            ? meaning.foreignClass == nullptr && isOuterName(session_, name)
+            : !hasStaticMethod(*meaning.oneClass, field.field) && findBuiltin(longer) != nullptr;
     if (!goesOn) return follow(memberOfName(name, meaning, field, rest, wanted), rest, wanted);
     name = longer;
     rest = rest.subspan(1);
@@ -64,16 +66,18 @@ Values Evaluator::nameValues(const Reference& reference, std::size_t wanted) {
 }
 
 /// Class.member(arguments), which takes the member and its arguments off the accesses.
-Values Evaluator::memberOfName(const std::string& name, const Meaning& meaning, const Selector& field, Selectors& rest,
-                               std::size_t wanted) {
-  if (meaning.oneClass == nullptr && meaning.foreignClass == nullptr) return call(*this, name, meaning, {}, wanted);
+Values Evaluator::memberOfName(const std::string& name, const Meaning& meaning, const Selector& field,
+                               Selectors& rest, std::size_t wanted) {
+  if (meaning.oneClass == nullptr && meaning.foreignClass == nullptr)
+    return call(*this, name, meaning, {}, wanted);
   interpreter_.at = field.at;
   rest = rest.subspan(1);
   if (meaning.foreignClass != nullptr) return {foreignMember(*meaning.foreignClass, field.field)};
   return classMember(*meaning.oneClass, field, rest, wanted);
 }
 
-Values Evaluator::classMember(const Class& oneClass, const Selector& field, Selectors& rest, std::size_t wanted) {
+Values Evaluator::classMember(const Class& oneClass, const Selector& field, Selectors& rest,
+                              std::size_t wanted) {
   if (ValuePtr constant = classConstant(oneClass, field.field, routine_)) return {std::move(constant)};
   Values given = takeArguments(rest);
   interpreter_.at = field.at;
@@ -86,7 +90,8 @@ Values Evaluator::follow(Values current, Selectors accesses, std::size_t wanted)
     interpreter_.at = access.at;
     interpreter_.step();
     if (current.size() != 1)
-      failCode("KORVAL:code:NoValue", "One value is needed before this, not " + std::to_string(current.size()));
+      failCode("KORVAL:code:NoValue",
+               "One value is needed before this, not " + std::to_string(current.size()));
     const ValuePtr value = std::move(current.front());
     accesses = accesses.subspan(1);
     const std::size_t wantedNow = accesses.empty() ? wanted : 1;
@@ -117,8 +122,8 @@ Values Evaluator::index(const ValuePtr& value, const Selector& access, std::size
 
 Values Evaluator::cellContents(const Value& value, const Selector& access) {
   if (value.as<Cells>() == nullptr)
-    failCode("KORVAL:code:WrongType", "Only a cell array is indexed with braces, not a value of class \"" +
-                                          value.className() + "\"");
+    failCode("KORVAL:code:WrongType",
+             "Only a cell array is indexed with braces, not a value of class \"" + value.className() + "\"");
   const std::vector<Subscript> all = subscripts(access, value);
   interpreter_.at = access.at;
   if (all.empty()) failCode("KORVAL:code:Index", "An index is missing");
@@ -132,7 +137,8 @@ Values Evaluator::cellContents(const Value& value, const Selector& access) {
 /// value.field, or value.method(arguments), which takes the arguments off the accesses.
 Values Evaluator::field(const ValuePtr& value, const Selector& access, Selectors& rest, std::size_t wanted) {
   const std::string& name = access.field;
-  if (const auto* structures = value->as<Structures>(); structures != nullptr && structures->className.empty())
+  if (const auto* structures = value->as<Structures>();
+      structures != nullptr && structures->className.empty())
     return fieldOfAll(*structures, name);
   const Selectors before = rest;
   if (hasMethod(session_, *value, name)) {

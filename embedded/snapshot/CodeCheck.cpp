@@ -11,9 +11,9 @@ void checkText(const CheckContext& context, const std::string& code, const Place
   try {
     Parser(widened(code), "").unit();
   } catch (const CodeError& error) {
-    context.fail("snapshot.bad-code", place, "line " + std::to_string(error.at().line) + ", column " +
-                                                 std::to_string(error.at().column) + " of the code: " +
-                                                 error.message());
+    context.fail("snapshot.bad-code", place,
+                 "line " + std::to_string(error.at().line) + ", column " + std::to_string(error.at().column) +
+                     " of the code: " + error.message());
   }
 }
 

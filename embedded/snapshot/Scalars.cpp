@@ -116,10 +116,9 @@ void take(Reader& reader, Event& event, WalkOrder& destination) {
 }
 
 void take(Reader& reader, Event& event, DimensionForm& destination) {
-  takeWord<DimensionForm>(reader, event, destination,
-                          {{"full", DimensionForm::Full},
-                           {"compact", DimensionForm::Compact},
-                           {"lazy", DimensionForm::Lazy}});
+  takeWord<DimensionForm>(
+      reader, event, destination,
+      {{"full", DimensionForm::Full}, {"compact", DimensionForm::Compact}, {"lazy", DimensionForm::Lazy}});
 }
 
 void take(Reader& reader, Event& event, ArgumentDescription::Kind& destination) {

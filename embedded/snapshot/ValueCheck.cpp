@@ -64,9 +64,14 @@ class ValueCheck {
     checkName(context_, object.className, {place, "opaque"});
     const Place fields(place, "fields");
     const Place methods(place, "methods");
-    for (const auto& [name, value] : object.fields) check(value, {fields, name});
-    for (const auto& [name, answer] : object.methods)
+    for (const auto& [name, value] : object.fields) {
+      checkName(context_, name, fields);
+      check(value, {fields, name});
+    }
+    for (const auto& [name, answer] : object.methods) {
+      checkName(context_, name, methods);
       if (answer) check(*answer, {methods, name});
+    }
   }
 
   void checkContent(const CellArray& array, const Place& place) {

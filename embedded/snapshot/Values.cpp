@@ -23,7 +23,9 @@ void takeMethods(Reader& reader, Event& event, OpaqueObject& object) {
   reader.open<NamedValuesHandler<OpaqueMethod, &OpaqueMethod::answer>>(object.methods);
 }
 
-void takeTall(Reader& reader, Event& event, TallValue& tall) { take(reader, event, tall.inside.emplace_back()); }
+void takeTall(Reader& reader, Event& event, TallValue& tall) {
+  take(reader, event, tall.inside.emplace_back());
+}
 
 const Shape<DoubleArray> doubleShape{
     .kind = "an array of doubles",
@@ -98,19 +100,19 @@ struct Kind {
 };
 
 const std::array<Kind, 14> kinds{{{"double", begin<DoubleArray, doubleShape>},
-                                 {"logical", begin<LogicalArray, logicalShape>},
-                                 {"string", begin<StringScalar, stringShape>},
-                                 {"cell", begin<CellArray, cellShape>},
-                                 {"struct", begin<StructureArray, structureShape>},
-                                 {"structs", begin<StructureArray, structuresShape>},
-                                 {"object", begin<ObjectValue, objectShape>},
-                                 {"strings", begin<StringArray, stringsShape>},
-                                 {"char", begin<CharacterArray, charactersShape>},
-                                 {"objects", begin<ObjectArray, objectsShape>},
-                                 {"opaque", begin<OpaqueObject, opaqueShape>},
-                                 {"handle", begin<FunctionHandleValue, handleShape>},
-                                 {"class", begin<ClassReferenceValue, classReferenceShape>},
-                                 {"tall", begin<TallValue, tallShape>}}};
+                                  {"logical", begin<LogicalArray, logicalShape>},
+                                  {"string", begin<StringScalar, stringShape>},
+                                  {"cell", begin<CellArray, cellShape>},
+                                  {"struct", begin<StructureArray, structureShape>},
+                                  {"structs", begin<StructureArray, structuresShape>},
+                                  {"object", begin<ObjectValue, objectShape>},
+                                  {"strings", begin<StringArray, stringsShape>},
+                                  {"char", begin<CharacterArray, charactersShape>},
+                                  {"objects", begin<ObjectArray, objectsShape>},
+                                  {"opaque", begin<OpaqueObject, opaqueShape>},
+                                  {"handle", begin<FunctionHandleValue, handleShape>},
+                                  {"class", begin<ClassReferenceValue, classReferenceShape>},
+                                  {"tall", begin<TallValue, tallShape>}}};
 
 /// An object that is a value: what its first key says.
 class ValueHandler final : public Handler {

@@ -6,7 +6,8 @@ namespace embedded {
 
 bool isOfClass(const ClassSystem& classes, const Value& value, std::string_view className) {
   if (value.className() == className) return true;
-  if (const Opaque* opaque = value.opaque()) return className == "opaque" || (opaque->java && className == "java");
+  if (const Opaque* opaque = value.opaque())
+    return className == "opaque" || (opaque->java && className == "java");
   if (value.as<ForeignMember>()) return className == "java";
   if (value.as<std::vector<double>>()) return className == "numeric" || className == "float";
   const Object* object = value.object();

@@ -17,7 +17,9 @@ ValuePtr newText(std::u16string text) {
   return newValue(size, std::move(text));
 }
 
-ValuePtr newString(std::optional<std::u16string> text) { return newValue({1, 1}, Strings{{std::move(text)}}); }
+ValuePtr newString(std::optional<std::u16string> text) {
+  return newValue({1, 1}, Strings{{std::move(text)}});
+}
 
 ValuePtr newCellOfTexts(const std::vector<std::string>& texts) {
   Cells cells;
@@ -85,7 +87,8 @@ struct Maker {
 
   ValuePtr operator()(const OpaqueObject& object) const {
     Opaque opaque{object.className, {}, {}, object.java};
-    for (const auto& [name, field] : object.fields) opaque.fields.emplace_back(name, makeValue(field, classes));
+    for (const auto& [name, field] : object.fields)
+      opaque.fields.emplace_back(name, makeValue(field, classes));
     for (const auto& [name, answer] : object.methods)
       opaque.methods.push_back({name, answer ? makeValue(*answer, classes) : ValuePtr()});
     return newValue({1, 1}, std::move(opaque), object.dimensions);

@@ -62,7 +62,7 @@ struct Opaque {
 /// An array of objects of one class, or of opaque ones.
 struct Objects {
   std::vector<ValuePtr> elements;
-  std::string className = {};      // for an array without elements
+  std::string className = {};     // for an array without elements
   bool ofPossibleValues = false;  // the conversion of a possible value has yielded it
 };
 
@@ -88,9 +88,9 @@ struct Tall {
 /// A value of the interpreter. Made with one reference.
 class Value final : public kxArray_tag {
  public:
-  using Content = std::variant<std::vector<double>, std::vector<bool>, std::u16string, Strings, Cells,
-                               Structures, Object, Objects, Opaque, FunctionHandle, ClassReference,
-                               ForeignMember, Tall>;
+  using Content =
+      std::variant<std::vector<double>, std::vector<bool>, std::u16string, Strings, Cells, Structures, Object,
+                   Objects, Opaque, FunctionHandle, ClassReference, ForeignMember, Tall>;
 
   using Size = std::vector<std::size_t>;
 

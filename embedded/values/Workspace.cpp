@@ -6,7 +6,8 @@
 namespace embedded {
 
 Workspace::Workspace(const std::vector<VariableDescription>& variables, const ClassSystem& classes) {
-  for (const VariableDescription& variable : variables) set(variable.name, makeValue(variable.value, classes));
+  for (const VariableDescription& variable : variables)
+    set(variable.name, makeValue(variable.value, classes));
 }
 
 ValuePtr Workspace::find(const std::string& name) const {

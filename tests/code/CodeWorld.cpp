@@ -66,7 +66,8 @@ World::World(const std::string& json)
 
 std::string World::failure() {
   const auto failed = host_->codeFailure();
-  return failed ? "!" + failed->id + " " + std::to_string(failed->line) + ":" + std::to_string(failed->column) : "";
+  return failed ? "!" + failed->id + " " + std::to_string(failed->line) + ":" + std::to_string(failed->column)
+                : "";
 }
 
 std::string World::run(const std::u16string& text) {

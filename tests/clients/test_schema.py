@@ -20,7 +20,7 @@ STRING_OR_COMMENT = re.compile(r'"(?:\\.|[^"\\])*"|//[^\n]*|/\*.*?\*/', re.DOTAL
 
 # Faults that a schema cannot express.
 BEYOND = {"unknown-class", "unknown-function", "unknown-property", "unknown-member", "duplicate-class",
-          "duplicate-function", "duplicate-variable", "superclass-cycle", "wrong-size", "wrong-class", "bad-code", "kind-first",
+          "duplicate-function", "duplicate-argument", "conflicting-precedence", "duplicate-variable", "superclass-cycle", "wrong-size", "wrong-class", "bad-code", "kind-first",
           "different-fields"}
 
 # Every key, and every kind of value.
@@ -43,9 +43,12 @@ EVERYTHING = {
          "methods": ["m", {"name": "m", "access": "listed", "static": True, "hidden": True, "visible": True,
                            "code": "1"}],
          "members": ["e", {"name": "f", "hidden": True}],
-         "attributeNames": [{"names": ["x"], "further": ["y"]}, {}, {}, {}]},
+         "attributeNames": [{"names": ["x"], "further": ["y"]}, {}, {}, {}], "precedence": ["B", "x.Y", "double"]},
         {"name": "B"}],
-    "functions": [{"name": "f.g", "component": "c", "imports": ["n.*"], "hidden": True, "visible": False, "code": ""}],
+    "functions": [{"name": "f.g", "component": "c", "imports": ["n.*"], "hidden": True, "visible": False, "code": "",
+                   "arguments": {"inputs": [{"name": "x", "kind": "name-value", "class": "C", "size": [1, ":"],
+                                             "validators": ["f"], "values": [""]}],
+                                 "outputs": [{"name": "y"}], "furtherInputs": True, "furtherOutputs": False}}],
     "packages": [{"name": "p", "classes": ["C"], "functions": ["f"]}],
     "foreignClasses": [{"name": "x.Y", "members": ["m"]}],
     "workspace": [

@@ -107,8 +107,8 @@ struct CodeLimits {
   std::uint64_t steps = 10'000'000;
   /// Levels of expressions, blocks and calls inside each other. A level takes up to 4 KiB of the thread's stack.
   std::size_t depth = 1000;
-  /// Elements of one array.
-  std::size_t elements = 2'000'000;
+  /// Elements of one array, characters of one text.
+  std::size_t elements = 1'000'000;
 };
 
 /// An error of Korval code. The column counts UTF-16 code units; both count from 1.

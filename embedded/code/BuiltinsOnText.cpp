@@ -14,9 +14,7 @@ Values rest(const BuiltinCall& call, std::size_t first) {
   return {call.arguments.begin() + static_cast<std::ptrdiff_t>(first), call.arguments.end()};
 }
 
-void print(const BuiltinCall& call, const std::u16string& text) {
-  call.caller.session().streams.out.write(text);
-}
+void print(const BuiltinCall& call, const std::u16string& text) { call.caller.write(text); }
 
 Values disp(const BuiltinCall& call) {
   call.require(1, 1);

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "embedded/Session.h"
 #include "embedded/text/Unicode.h"
 
 namespace embedded {
@@ -19,8 +20,10 @@ template <class Element>
 std::vector<Element> picked(const std::vector<Element>& from, const std::vector<std::size_t>& elements) {
   std::vector<Element> result;
   result.reserve(elements.size());
-  for (const std::size_t element : elements)
+  for (const std::size_t element : elements) {
+    session().interpreter.pollAt(result.size());
     result.push_back(element == noElement ? Element() : static_cast<Element>(from.at(element)));
+  }
   return result;
 }
 
@@ -35,9 +38,16 @@ struct Gatherer {
     for (const std::size_t element : elements) result += element == noElement ? u'\0' : from.at(element);
     return result;
   }
-  Value::Content operator()(const Strings& from) const { return Strings{picked(from.elements, elements)}; }
+  Value::Content operator()(const Strings& from) const {
+    std::size_t length = 0;
+    for (const std::size_t element : elements)
+      if (element != noElement && from.elements.at(element)) length += from.elements[element]->size();
+    session().interpreter.checkSize({length});
+    return Strings{picked(from.elements, elements)};
+  }
   Value::Content operator()(const Cells& from) const { return Cells{picked(from.elements, elements)}; }
   Value::Content operator()(const Structures& from) const {
+    session().interpreter.checkSize({elements.size(), from.fields.size()});
     Structures result{from.fields, {}, from.className};
     for (const std::size_t element : elements)
       for (std::size_t field = 0; field < from.fields.size(); ++field)
@@ -204,6 +214,7 @@ Values unified(Values values) {
 }
 
 ValuePtr joined(const Values& unifiedValues) {
+  session().interpreter.step();
   Value::Content all = unifiedValues.front()->content();
   for (std::size_t at = 1; at < unifiedValues.size(); ++at)
     std::visit(Appender{all}, unifiedValues[at]->content());

@@ -30,6 +30,8 @@ class Evaluator {
   ValuePtr value(const Expression& expression);
   /// The statement as one that answers: at most so many values.
   Values valuesOf(const ExpressionStatement& statement, std::size_t wanted);
+  /// To the output stream; text costs steps as the elements of an array do.
+  void write(const std::u16string& text);
 
   Workspace& variables() const noexcept { return variables_; }
   const Routine* routine() const noexcept { return routine_; }

@@ -95,8 +95,8 @@ int inEvalExp(const std::u16string& expression, int nlhs, kxArray_tag** plhs, bo
               Tamsix::orvo::EvalSource source) {
   enter<Operation::evalExp>(expression, nlhs, valueOfStatement, static_cast<int>(source));
   Session& current = session();
-  const CodeRun run(current, "evaluation");
   current.interpreter.lastFailure.reset();
+  const CodeRun run(current, "evaluation");
   try {
     fill(evaluate(current, expression, nlhs, valueOfStatement), nlhs, plhs);
     return Success;

@@ -98,9 +98,11 @@ Size grown(const Size& size, const std::vector<Positions>& positions) {
 /// Where each element of a bigger array comes from in the smaller one.
 Positions originsOf(const Size& bigger, const Size& smaller) {
   const std::size_t count = std::accumulate(bigger.begin(), bigger.end(), std::size_t{1}, std::multiplies());
+  if (bigger == smaller) return everyPosition(count);
   Positions origins(count, noElement);
   Size at(bigger.size(), 0);
   for (std::size_t index = 0; index < count; ++index) {
+    session().interpreter.pollAt(index);
     std::size_t origin = 0;
     std::size_t stride = 1;
     bool inside = true;
@@ -175,7 +177,6 @@ ValuePtr withElements(const ValuePtr& value, std::span<const Subscript> subscrip
   Positions origins = originsOf(size, isNew ? Size{0, 0} : value->size());
   const std::size_t offset = isNew ? 0 : value->elementCount();
   for (std::size_t at = 0; at < targets.size(); ++at) origins[targets[at]] = offset + (count == 1 ? 0 : at);
-  session().interpreter.step(origins.size() / 16);
   return gathered(*all, origins, size);
 }
 
@@ -245,7 +246,6 @@ ValuePtr concatenated(const std::vector<Values>& rows) {
     }
     top += rowHeight;
   }
-  session().interpreter.step(origins.size() / 16);
   return gathered(*all, origins, {height, width});
 }
 

@@ -6,6 +6,12 @@
 
 namespace embedded {
 
+namespace {
+
+constexpr std::uint64_t elementsOfStep = 8;
+
+}  // namespace
+
 bool Interpreter::interruptRequested() noexcept { return activeGate->interruptRequested(); }
 
 void Interpreter::raiseInterrupt() { throw Tamsix::System::InterruptException(); }
@@ -14,13 +20,14 @@ void Interpreter::failForSteps() {
   failCode("KORVAL:code:StepLimit", "The code takes more than " + std::to_string(limits.steps) + " steps");
 }
 
-void Interpreter::checkSize(const Value::Size& size) const {
+void Interpreter::checkSize(const Value::Size& size) {
   std::size_t count = 1;
   for (const std::size_t extent : size) {
     if (__builtin_mul_overflow(count, extent, &count) || count > limits.elements)
       failCode("KORVAL:code:SizeLimit",
                "An array would have more than " + std::to_string(limits.elements) + " elements");
   }
+  step(count / elementsOfStep);
 }
 
 void failCode(const std::string& id, const std::string& message) {

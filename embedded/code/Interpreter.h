@@ -26,8 +26,12 @@ class Interpreter {
     if (interruptRequested()) raiseInterrupt();
     if (steps_ > limits.steps) failForSteps();
   }
-  /// Refuses arrays of more elements than the limit.
-  void checkSize(const Value::Size& size) const;
+  /// Obeys the interrupt now and then in a loop over elements.
+  void pollAt(std::size_t index) {
+    if (index % 8192 == 0) step();
+  }
+  /// Refuses arrays of more elements than the limit; the others cost steps.
+  void checkSize(const Value::Size& size);
 
   CodeGuard guard;
   CodeLimits limits;

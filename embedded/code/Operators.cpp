@@ -53,7 +53,7 @@ std::vector<Result> elementwise(const Elements& left, const Elements& right, std
                                 Operation operation) {
   std::vector<Result> result;
   result.reserve(count);
-  session().interpreter.step(count / 16);
+  session().interpreter.checkSize({count});
   for (std::size_t at = 0; at < count; ++at)
     result.push_back(
         static_cast<Result>(operation(left[left.size() == 1 ? 0 : at], right[right.size() == 1 ? 0 : at])));
@@ -114,6 +114,7 @@ ValuePtr onStrings(Symbol symbol, const ValuePtr& left, const ValuePtr& right) {
   for (std::size_t at = 0; at < count; ++at) {
     const auto& one = a[a.size() == 1 ? 0 : at];
     const auto& other = b[b.size() == 1 ? 0 : at];
+    if (one && other) session().interpreter.checkSize({one->size() + other->size()});
     result.elements.push_back(one && other ? std::optional(*one + *other) : std::nullopt);
   }
   return newValue(model.size(), std::move(result));
@@ -156,7 +157,6 @@ ValuePtr rangeOf(double first, double step, double last) {
   Interpreter& interpreter = session().interpreter;
   const auto length = static_cast<std::size_t>(std::min(count, 1e18));
   interpreter.checkSize({1, length});
-  interpreter.step(length / 16);
   std::vector<double> numbers(length);
   for (std::size_t at = 0; at < length; ++at) numbers[at] = first + static_cast<double>(at) * step;
   return newValue({1, length}, std::move(numbers));

@@ -96,7 +96,12 @@ void Evaluator::run(const Assignment& statement, bool prints) {
 
 void Evaluator::print(const std::string& name, const Value& value) {
   const std::u16string prefix = name.empty() ? u"" : widened(name) + u" = ";
-  session_.streams.out.write(prefix + shownValue(value) + u"\n");
+  write(prefix + shownValue(value) + u"\n");
+}
+
+void Evaluator::write(const std::u16string& text) {
+  interpreter_.checkSize({text.size()});
+  session_.streams.out.write(text);
 }
 
 }  // namespace embedded

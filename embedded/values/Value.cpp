@@ -44,6 +44,19 @@ Value::Value(Size size, Content content, DimensionForm form)
 
 Value::~Value() { countDestroyedValue(); }
 
+void destroyValue(const Value* value) noexcept {
+  static constinit thread_local std::vector<const Value*>* waiting = nullptr;
+  if (waiting != nullptr) return waiting->push_back(value);
+  std::vector<const Value*> values{value};
+  waiting = &values;
+  while (!values.empty()) {
+    const Value* next = values.back();
+    values.pop_back();
+    delete next;
+  }
+  waiting = nullptr;
+}
+
 void Value::addReference() const noexcept {
   references_.fetch_add(1, std::memory_order_relaxed);
   countAddedReference();

@@ -134,8 +134,11 @@ class Value final : public kxArray_tag {
 inline const Value& valueOf(const kxArray_tag* value) { return static_cast<const Value&>(*value); }
 
 inline void intrusive_ptr_add_ref(const Value* value) noexcept { value->addReference(); }
+/// However deep values are nested, this takes little of the stack.
+void destroyValue(const Value* value) noexcept;
+
 inline void intrusive_ptr_release(const Value* value) noexcept {
-  if (value->dropReference()) delete value;
+  if (value->dropReference()) destroyValue(value);
 }
 
 ValuePtr newValue(Value::Size size, Value::Content content, DimensionForm form = DimensionForm::Full);

@@ -37,6 +37,9 @@ TEST(CodeLimits, EndWhatGoesTooFar) {
       {"x(1e12) = 1;", "!KORVAL:code:SizeLimit 1:2"},
       {"x = ones(30, 30); [x; x]", "!KORVAL:code:SizeLimit 1:"},
       {"x = ones(1, 40); x' * x", "!KORVAL:code:SizeLimit 1:"},
+      {"t = \"a\"; while true, t = t + t; end", "!KORVAL:code:SizeLimit 1:"},
+      {"t = ones(1, 900); while true, disp(t), end", "1x900 double\n"},
+      {"t = upper(\"" + repeated("a", 99) + "\"); x(1:20) = t;", "!KORVAL:code:SizeLimit 1:"},
       {"sprintf('%999d', 1:9)", "!KORVAL:code:SizeLimit 1:1"},
       {repeated("(", 99) + "1" + repeated(")", 99), "!KORVAL:code:DepthLimit 1:"},
       {repeated("(", 101) + "1", "!KORVAL:code:NestingLimit 1:102"},
@@ -51,6 +54,8 @@ TEST(CodeLimits, EndWhatGoesTooFar) {
 
 TEST(CodeLimits, DeepCodeFitsOnTheStack) {
   code::World world;
+  EXPECT_EQ(world.value("c = {}; while true, c = {c}; end").substr(0, 22), "!KORVAL:code:StepLimit");
+  EXPECT_EQ(world.value("c = {}; for k = 1:2000, c = {c}; end; c").substr(0, 23), "!KORVAL:code:DepthLimit");
   EXPECT_EQ(world.value("recurse(1)").substr(0, 23), "!KORVAL:code:DepthLimit");
   EXPECT_EQ(world.value(repeated("{", 100) + "1" + repeated("}", 100)).substr(0, 3), "{{{");
   EXPECT_EQ(world.value(repeated("(-", 99) + "1" + repeated(")", 99)), "-1");
@@ -69,7 +74,7 @@ TEST(CodeLimits, LongTextsAreLinear) {
       {"f", "{1}"},  {"[", "1;"},       {"\"", "\"\""},
       {"1:2", ":3"}, {"1", "\n"},       {"if 1, ", "elseif 0, "}};
   for (const auto& [start, more] : rows) {
-    const std::size_t length = start == "1" ? 1U << 20U : 1U << 18U;
+    const std::size_t length = start == "s" || start == "'" ? 1U << 20U : 1U << 17U;
     const std::string text = start + repeated(more, length / more.size());
     std::string answer;
     EXPECT_LT(secondsOf([&] { answer = world.run(text); }), 10) << start << more;
@@ -85,7 +90,7 @@ TEST(CodeLimits, AnInterruptStopsCodeAtOnce) {
   for (const std::string text :
        {"while true, end", "pump.Endless;", "x = ones(1000); while true, x = x * x; end",
         "while true, fprintf('%d', 1:9999); end", "x = zeros(1, 1e6); while true, x(end) = 1; end",
-        "while true, [zeros(1, 1e6) 1]; end"}) {
+        "while true, [zeros(1, 9e5) 1]; end"}) {
     code::World world;
     Clock::time_point requested;
     std::thread user([&] {

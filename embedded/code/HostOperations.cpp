@@ -35,6 +35,7 @@ void fill(Values results, int nlhs, kxArray_tag** plhs) {
     const auto index = static_cast<std::size_t>(at);
     plhs[at] = index < results.size() ? results[index].detach() : nullptr;
   }
+  enter<Operation::resultsStand>();
 }
 
 Values borrowed(int count, kxArray_tag** values) {

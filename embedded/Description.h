@@ -9,8 +9,9 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
+
+#include "embedded/ValueDescription.h"
 
 namespace embedded {
 
@@ -48,60 +49,6 @@ struct ValidationDescription {
   std::vector<std::string> functions = {};
 };
 
-struct ValueDescription;
-struct PropertyValue;
-
-struct DoubleArray {
-  /// Empty: a row of all elements.
-  std::vector<std::size_t> size;
-  std::vector<double> elements;
-};
-struct LogicalArray {
-  std::vector<std::size_t> size;
-  std::vector<bool> elements;
-};
-/// A row of characters.
-struct CharacterRow {
-  std::u16string text;
-};
-/// A string scalar; without a value it is the missing string.
-struct StringScalar {
-  std::optional<std::u16string> text;
-};
-struct CellArray {
-  std::vector<std::size_t> size;
-  /// An element without a value is absent.
-  std::vector<std::optional<ValueDescription>> elements;
-};
-struct StructureArray {
-  std::vector<std::size_t> size;
-  std::vector<std::string> fields;
-  /// Element by element, each with one value per field.
-  std::vector<ValueDescription> values;
-};
-/// A scalar object of a class of the class system, with the stored values of its properties.
-struct ObjectValue {
-  std::string className = {};
-  std::vector<PropertyValue> properties;
-  /// The enumeration member that the object is; empty: none.
-  std::string member = {};
-  /// What the object shows for itself; without a value, nothing.
-  std::optional<std::u16string> text = {};
-  /// Asking for that text fails.
-  bool failing = false;
-};
-
-struct ValueDescription {
-  std::variant<DoubleArray, LogicalArray, CharacterRow, StringScalar, CellArray, StructureArray, ObjectValue>
-      content;
-};
-
-/// The stored value of an object's property.
-struct PropertyValue {
-  std::string name;
-  ValueDescription value;
-};
-
 struct PropertyDescription {
   MemberName name = {};
   Access get = {};
@@ -119,6 +66,10 @@ struct PropertyDescription {
   bool conversion = true;
   std::vector<AttributeDescription> attributes = {};
   std::optional<OptimizedStorage> optimized = {};
+  /// What a new object holds, and what a constant property answers; without a value, an empty array.
+  std::optional<ValueDescription> value = {};
+  /// The get method: Korval code (docs/korval-code.md). Empty: reading answers what is stored.
+  std::string getter = {};
 };
 
 /// A method. Several methods of one class may have the same name.
@@ -129,6 +80,8 @@ struct MethodDescription {
   bool hidden = false;
   /// Whether the method is visible; by default, unless it is hidden.
   std::optional<bool> visible = {};
+  /// Korval code. A method without code is known, but cannot be called.
+  std::string code = {};
 };
 
 struct EnumerationMemberDescription {
@@ -167,6 +120,29 @@ struct ClassDescription {
   std::vector<MethodDescription> methods = {};
   std::vector<EnumerationMemberDescription> members = {};
   std::array<AttributeNames, 4> attributeNames = {};
+  /// The classes over which this one takes precedence: of the description, foreign or built-in ones.
+  std::vector<std::string> precedence = {};
+};
+
+/// What a function declares about one of its inputs or outputs.
+struct ArgumentDescription {
+  enum Kind { Positional, Optional, Repeating, NameValue };
+  std::string name = {};
+  Kind kind = Positional;
+  /// Empty: any.
+  std::string className = {};
+  /// Without a value: any extent will do; empty: no size is declared.
+  std::vector<std::optional<std::size_t>> size = {};
+  std::vector<std::string> validators = {};
+  std::vector<std::string> values = {};
+};
+
+struct ArgumentsDescription {
+  std::vector<ArgumentDescription> inputs = {};
+  std::vector<ArgumentDescription> outputs = {};
+  /// More may be given, or asked for, than are declared.
+  bool furtherInputs = false;
+  bool furtherOutputs = false;
 };
 
 /// A function, a method's file or a script: something with imports in whose scope names are resolved. A
@@ -178,6 +154,22 @@ struct FunctionDescription {
   std::vector<std::string> imports = {};
   bool hidden = false;
   std::optional<bool> visible = {};
+  std::optional<ArgumentsDescription> arguments = {};
+  /// Korval code. A function without code is known, but cannot be called.
+  std::string code = {};
+};
+
+/// A package of the older object system, and the names that it reports. Its folders count for themselves.
+struct PackageDescription {
+  std::string name;
+  std::vector<std::string> classes = {};
+  std::vector<std::string> functions = {};
+};
+
+/// A class of a foreign object system: nothing but names.
+struct ForeignClassDescription {
+  std::string name;
+  std::vector<std::string> members = {};
 };
 
 struct VariableDescription {
@@ -225,6 +217,8 @@ struct Description {
   std::vector<std::string> namespaces;
   std::vector<ClassDescription> classes;
   std::vector<FunctionDescription> functions;
+  std::vector<PackageDescription> packages = {};
+  std::vector<ForeignClassDescription> foreignClasses = {};
   std::vector<VariableDescription> workspace;
   ScopesDescription scopes;
   /// In path order. Folders here and below are taken from the process's current one unless they are absolute.

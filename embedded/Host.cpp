@@ -1,5 +1,6 @@
 #include "embedded/Host.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "embedded/Session.h"
@@ -54,11 +55,8 @@ std::vector<Call> Host::takeLog() {
 }
 
 bool Host::ranKorvalCode(const std::vector<Call>& log) {
-  for (const Call& call : log)
-    if (const auto operation = operationNamed(call.operation);
-        operation && ruleOf(*operation) == Rule::RunsCode)
-      return true;
-  return false;
+  return std::ranges::any_of(
+      log, [](const Call& call) { return call.operation == nameOf(Operation::korvalCode); });
 }
 
 void Host::setFault(FaultPlan plan) {
@@ -84,6 +82,14 @@ std::vector<std::string> Host::faultyOperations() {
   return names;
 }
 
+void Host::setCodePolicy(CodePolicy policy) noexcept { session_->interpreter.guard.setPolicy(policy); }
+const CodeRecord& Host::codeRecord() const noexcept { return session_->interpreter.guard.record(); }
+void Host::clearCodeRecord() { session_->interpreter.guard.clearRecord(); }
+void Host::setCodeLimits(const CodeLimits& limits) noexcept { session_->interpreter.limits = limits; }
+std::optional<CodeFailure> Host::codeFailure() const { return session_->interpreter.lastFailure; }
+void Host::setOutput(Output output) { session_->streams.host.setOutput(std::move(output)); }
+std::u16string Host::takeOutput() { return session_->streams.host.take(); }
+
 ReferenceAudit Host::references() noexcept { return referenceAudit(); }
 
 boost::intrusive_ptr<kxArray_tag> Host::variable(const std::string& name) const {
@@ -92,6 +98,7 @@ boost::intrusive_ptr<kxArray_tag> Host::variable(const std::string& name) const 
 
 std::vector<std::string> Host::variableNames() const { return session_->workspace.names(); }
 void Host::setComponents(bool on) noexcept { session_->componentsOn = on; }
+std::vector<const IExecutionFrame*> Host::frames() const { return session_->frames.frames(); }
 const Kfh_KORVAL_fn* Host::function(const std::string& name) const {
   return session_->dispatcher.function(name);
 }

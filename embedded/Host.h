@@ -30,6 +30,7 @@
 #include "host/Arrays.h"
 #include "host/Export.h"
 
+class IExecutionFrame;
 struct Kfh_KORVAL_fn;
 
 namespace embedded {
@@ -84,6 +85,46 @@ struct FaultPlan {
   std::function<void()> raise;
 };
 
+/// What becomes of Korval code that a client's query, or the library for it, wants to run.
+enum class CodePolicy {
+  Allowed,
+  /// It raises a foundation::core::except::Exception with the identifier "KORVAL:host:CodeRefused".
+  Refused,
+  /// It ends the process: for tests that prove that nothing runs.
+  Trap
+};
+
+/// What has become of it so far. A query whose code was refused may still have answered: look here, not there.
+struct CodeRecord {
+  std::uint64_t runs = 0;
+  std::uint64_t refusals = 0;
+  /// What was refused, the first hundred times.
+  std::vector<std::string> refused;
+};
+
+/// How far one run of Korval code may go. Whatever goes beyond is an error of the code.
+struct CodeLimits {
+  std::uint64_t steps = 10'000'000;
+  /// Levels of expressions, blocks and calls inside each other. A level takes up to 4 KiB of the thread's stack.
+  std::size_t depth = 1000;
+  /// Elements of one array, characters of one text.
+  std::size_t elements = 1'000'000;
+};
+
+/// An error of Korval code. The column counts UTF-16 code units; both count from 1.
+struct CodeFailure {
+  std::string id;
+  std::string message;
+  /// The method, function or file, or "expression".
+  std::string source;
+  int line = 0;
+  int column = 0;
+};
+
+/// What Korval code prints: to the output or to the error stream.
+enum class OutputKind { Output, Error };
+using Output = std::function<void(OutputKind kind, std::u16string_view text)>;
+
 /// All values of the process: how many there are, and how many references were added and dropped so far (a
 /// new value counts as one added).
 struct ReferenceAudit {
@@ -124,6 +165,20 @@ class KORVAL_HOST_API Host {
   /// Of the calls of a log, did one run Korval code?
   static bool ranKorvalCode(const std::vector<Call>& log);
 
+  // Korval code.
+
+  void setCodePolicy(CodePolicy policy) noexcept;
+  const CodeRecord& codeRecord() const noexcept;
+  void clearCodeRecord();
+  void setCodeLimits(const CodeLimits& limits) noexcept;
+  /// The error that the latest evaluation reported, or the latest trapped call; cleared by the next one.
+  std::optional<CodeFailure> codeFailure() const;
+
+  /// Where text goes that reaches no pushed sink. Without an output the host keeps the first MiB of it.
+  void setOutput(Output output);
+  /// What the host has kept.
+  std::u16string takeOutput();
+
   /// Sets the one fault plan; an unknown operation is a std::invalid_argument. It is spent when its fault has
   /// happened, unless it says otherwise.
   void setFault(FaultPlan plan);
@@ -142,6 +197,8 @@ class KORVAL_HOST_API Host {
   /// In the order of their making.
   std::vector<std::string> variableNames() const;
   void setComponents(bool on) noexcept;
+  /// The execution frames that have been pushed, innermost first.
+  std::vector<const IExecutionFrame*> frames() const;
   /// The function of that name, or null.
   const Kfh_KORVAL_fn* function(const std::string& name) const;
 

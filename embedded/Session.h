@@ -1,9 +1,13 @@
 #pragma once
 
 #include "embedded/classes/ClassSystem.h"
+#include "embedded/code/Interpreter.h"
 #include "embedded/dispatcher/Debugger.h"
 #include "embedded/dispatcher/Dispatcher.h"
+#include "embedded/dispatcher/FrameStack.h"
+#include "embedded/dispatcher/ObjectSystem.h"
 #include "embedded/gate/Gate.h"
+#include "embedded/streams/Streams.h"
 #include "embedded/values/Workspace.h"
 
 namespace embedded {
@@ -16,6 +20,10 @@ struct Session : Gate {
       : classes(description),
         workspace(description.workspace, classes),
         dispatcher(description, classes),
+        objectSystem(description, classes),
+        packages(description.packages),
+        foreignClasses(description.foreignClasses),
+        interpreter(description),
         debugger(description.scopes.debugger),
         debuggerIsReachable(description.scopes.bridge),
         componentsOn(description.components) {}
@@ -23,6 +31,12 @@ struct Session : Gate {
   ClassSystem classes;
   Workspace workspace;
   Dispatcher dispatcher;
+  ObjectSystem objectSystem;
+  std::vector<PackageDescription> packages;
+  std::vector<ForeignClassDescription> foreignClasses;
+  Interpreter interpreter;
+  Streams streams;
+  FrameStack frames;
   Debugger debugger;
   bool debuggerIsReachable;
   bool componentsOn;

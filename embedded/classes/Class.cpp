@@ -113,10 +113,32 @@ kcos::COSIterator Class::findMethods(const kcos::COSInternedName& name) const {
 
 kcos::COSInterfacePtr Class::findProperty(const kcos::COSInternedName& name) const {
   enter<Operation::findProperty>(names_.id, name);
+  return property(name);
+}
+
+Property* Class::property(kcos::COSInternedName name) const {
   if (const auto own = propertiesByName_.find(name); !own.empty()) return own.front();
   for (const Class* oneClass : lineage())
     if (const auto found = oneClass->propertiesByName_.find(name); !found.empty()) return found.front();
-  return {};
+  return nullptr;
+}
+
+const Method* Class::method(kcos::COSInternedName name) const {
+  const auto among = [](std::span<Method* const> methods) {
+    const auto callable = std::ranges::find_if(
+        methods, [](const Method* method) { return method->content().routine != nullptr; });
+    return callable == methods.end() ? methods.front() : *callable;
+  };
+  if (const auto own = methodsByName_.find(name); !own.empty()) return among(own);
+  for (const Class* oneClass : lineage())
+    if (const auto found = oneClass->methodsByName_.find(name); !found.empty()) return among(found);
+  return nullptr;
+}
+
+const EnumerationMember* Class::member(kcos::COSInternedName name) const noexcept {
+  for (const auto& member : members_)
+    if (member->name() == name && !name.isNull()) return member.get();
+  return nullptr;
 }
 
 bool Class::isDerivedFrom(const kcos::COSInternedName& base) const {

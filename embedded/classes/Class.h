@@ -33,6 +33,16 @@ class Class final : public Element, public kcos::COSClass {
   /// Its number in the registry.
   int number() const noexcept { return number_; }
   bool derivesFrom(const Class& base) const;
+  const std::string& simpleName() const noexcept { return simpleName_.text(); }
+  const EnumerationMember* member(kcos::COSInternedName name) const noexcept;
+
+  // Own and inherited ones, the first of that name, of methods rather one with code; null when there is none.
+  Property* property(kcos::COSInternedName name) const;
+  const Method* method(kcos::COSInternedName name) const;
+
+  /// The class and all its ancestors, each once, in the order of its member walks.
+  const std::vector<const Class*>& lineage() const;
+  const Parts& parts() const noexcept { return parts_; }
   bool enumeration() const noexcept { return enumeration_; }
   const std::vector<std::unique_ptr<EnumerationMember>>& members() const noexcept { return members_; }
 
@@ -60,8 +70,6 @@ class Class final : public Element, public kcos::COSClass {
   std::vector<std::string> getAttributeNames4(bool argument) const override;
 
  private:
-  /// The class and all its ancestors, each once, in the order of its member walks.
-  const std::vector<const Class*>& lineage() const;
   std::vector<std::string> attributeNames(std::size_t list, bool argument) const;
 
   Names names_;

@@ -5,6 +5,7 @@
 
 #include "embedded/classes/DottedName.h"
 #include "embedded/classes/Interning.h"
+#include "embedded/text/Unicode.h"
 
 namespace embedded {
 
@@ -63,25 +64,52 @@ void ClassSystem::completeClass(Class& oneClass, const ClassDescription& descrip
   for (const std::string& superclass : description.superclasses)
     if (Class* found = find(superclass); found != nullptr) parts.superclasses.push_back(found);
   for (const PropertyDescription& property : description.properties)
-    parts.properties.push_back(makeProperty(oneClass, contentOf(property), property.optimized));
+    parts.properties.push_back(makeProperty(oneClass, contentOf(oneClass, property), property.optimized));
   for (const MethodDescription& method : description.methods)
-    parts.methods.push_back(std::make_unique<Method>(
-        &oneClass, MethodContent{.name = MemberText(method.name),
-                                 .access = accessOf(method.access),
-                                 .isStatic = method.isStatic,
-                                 .hidden = method.hidden,
-                                 .visible = method.visible.value_or(!method.hidden)}));
+    parts.methods.push_back(
+        std::make_unique<Method>(&oneClass, MethodContent{.name = MemberText(method.name),
+                                                          .access = accessOf(method.access),
+                                                          .isStatic = method.isStatic,
+                                                          .hidden = method.hidden,
+                                                          .visible = method.visible.value_or(!method.hidden),
+                                                          .routine = routineOf(oneClass, method)}));
   oneClass.complete(std::move(parts));
 }
 
-PropertyContent ClassSystem::contentOf(const PropertyDescription& description) {
-  PropertyContent content{.name = MemberText(description.name),
-                          .type = types_.typeOf(description, valuesOf(description)),
-                          .get = accessOf(description.get),
-                          .set = accessOf(description.set),
-                          .hidden = description.hidden,
-                          .dependent = description.dependent,
-                          .attributes = {}};
+std::shared_ptr<const Routine> ClassSystem::routineOf(const Class& oneClass,
+                                                      const MethodDescription& method) {
+  if (method.code.empty() || !method.name) return nullptr;
+  const bool constructs = *method.name == oneClass.simpleName();
+  return routineOf(oneClass, *method.name, method.code,
+                   constructs        ? Routine::Receiver::NewObject
+                   : method.isStatic ? Routine::Receiver::None
+                                     : Routine::Receiver::Object);
+}
+
+std::shared_ptr<const Routine> ClassSystem::routineOf(const Class& oneClass, const std::string& member,
+                                                      const std::string& code, Routine::Receiver receiver) {
+  if (code.empty()) return nullptr;
+  const std::string& dotted = oneClass.names().dotted.text();
+  return std::make_shared<Routine>(Routine::Context{.name = dotted + "." + member,
+                                                    .ownClass = &oneClass,
+                                                    .component = oneClass.names().component.text(),
+                                                    .inNamespace = std::string(namespaceOf(dotted)),
+                                                    .receiver = receiver},
+                                   widened(code));
+}
+
+PropertyContent ClassSystem::contentOf(const Class& oneClass, const PropertyDescription& description) {
+  PropertyContent content{
+      .name = MemberText(description.name),
+      .type = types_.typeOf(description, valuesOf(description)),
+      .get = accessOf(description.get),
+      .set = accessOf(description.set),
+      .hidden = description.hidden,
+      .dependent = description.dependent,
+      .attributes = {},
+      .value = description.value ? std::make_shared<const ValueDescription>(*description.value) : nullptr,
+      .getter =
+          routineOf(oneClass, description.name.value_or(""), description.getter, Routine::Receiver::Object)};
   for (const AttributeDescription& attribute : description.attributes)
     content.attributes.emplace_back(interned(attribute.name), types_.named(attribute.type), attribute.value);
   return content;
@@ -147,6 +175,13 @@ Class* ClassSystem::findFor(std::string_view component, std::string_view dottedN
 Namespace* ClassSystem::findNamespace(kcos::COSInternedName dottedName) const {
   const auto found = namespaces_.find(&dottedName.text());
   return found == namespaces_.end() ? nullptr : found->second.get();
+}
+
+std::vector<std::string> ClassSystem::namespaceNames() const {
+  std::vector<std::string> names;
+  for (const auto& [name, found] : namespaces_) names.push_back(*name);
+  std::ranges::sort(names);
+  return names;
 }
 
 const Class* ClassSystem::numbered(int number) const {

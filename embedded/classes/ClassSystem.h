@@ -8,6 +8,7 @@
 
 #include "embedded/Description.h"
 #include "embedded/classes/Class.h"
+#include "embedded/code/Routine.h"
 #include "embedded/types/TypeRepository.h"
 
 namespace embedded {
@@ -27,6 +28,8 @@ class ClassSystem {
   Class* findFor(std::string_view component, std::string_view dottedName) const;
 
   Namespace* findNamespace(kcos::COSInternedName dottedName) const;
+  /// The names of all namespaces, in ascending order.
+  std::vector<std::string> namespaceNames() const;
 
   /// The class of that number, or null.
   const Class* numbered(int number) const;
@@ -42,7 +45,10 @@ class ClassSystem {
   void completeClass(Class& oneClass, const ClassDescription& description);
   Namespace* makeNamespace(std::string_view dottedName);
   TypeRepository::Values valuesOf(const PropertyDescription& description) const;
-  PropertyContent contentOf(const PropertyDescription& description);
+  static std::shared_ptr<const Routine> routineOf(const Class& oneClass, const MethodDescription& method);
+  static std::shared_ptr<const Routine> routineOf(const Class& oneClass, const std::string& member,
+                                                  const std::string& code, Routine::Receiver receiver);
+  PropertyContent contentOf(const Class& oneClass, const PropertyDescription& description);
   kcos::COSExtendedAccess accessOf(const Access& access) const;
 
   std::vector<std::unique_ptr<Class>> classes_;

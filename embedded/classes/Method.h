@@ -1,9 +1,13 @@
 #pragma once
 
+#include <memory>
+
 #include "embedded/classes/Element.h"
 #include "embedded/classes/MemberText.h"
 
 namespace embedded {
+
+class Routine;
 
 /// What a method record is made of.
 struct MethodContent {
@@ -12,6 +16,7 @@ struct MethodContent {
   bool isStatic;
   bool hidden;
   bool visible;
+  std::shared_ptr<const Routine> routine = nullptr;
 };
 
 /// A method of a class, or a function of a namespace, which no class defines.
@@ -22,6 +27,7 @@ class Method final : public Element, public kcos::COSMethodInfo {
   kcos::COSInternedName name() const noexcept { return content_.name.name(); }
   kcos::COSMethodInfo* asMethod() noexcept override { return this; }
   Class* definingClass() const noexcept override { return owner_; }
+  const MethodContent& content() const noexcept { return content_; }
 
   const char* getName() const override;
   bool isStatic() const override;

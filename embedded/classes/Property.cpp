@@ -69,7 +69,6 @@ class PropertyAs : public Property, public Record {
     return content().set;
   }
 
- protected:
   using Property::content;
 };
 

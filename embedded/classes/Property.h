@@ -9,6 +9,8 @@
 
 namespace embedded {
 
+class Routine;
+
 /// An attribute of a property.
 class Attribute final : public kcos::COSAttribute {
  public:
@@ -34,6 +36,9 @@ struct PropertyContent {
   bool hidden;
   bool dependent;
   std::vector<Attribute> attributes;
+  /// What a new object holds; null: an empty array.
+  std::shared_ptr<const ValueDescription> value = nullptr;
+  std::shared_ptr<const Routine> getter = nullptr;
 };
 
 /// A property as its class knows it, whatever record it answers with.
@@ -46,7 +51,6 @@ class Property : public Element {
   const kcos::COSAttribute* findAttribute(const kcos::COSInternedName& name) const override;
   bool getAttributeValue(const kcos::COSInternedName& name, const kcos::COSClient* client) const override;
 
- protected:
   const PropertyContent& content() const noexcept { return content_; }
 
  private:

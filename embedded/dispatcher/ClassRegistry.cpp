@@ -14,7 +14,17 @@ constexpr int unknown = -1;
 int ClassRegistry::getClassNumber(const std::string& className) const {
   enter<Operation::registryGetClassNumber>(className);
   if (const Class* found = classes_.find(className); found != nullptr) return found->number();
+  if (const auto other = others_.find(className); other != others_.end()) return other->second;
   return builtInClassCode(className).value_or(unknown);
+}
+
+int ClassRegistry::numberOf(const Value& value) const {
+  const Object* object = value.object();
+  const Class* found = object == nullptr ? nullptr : classes_.find(object->classId);
+  if (found == nullptr) found = classes_.find(value.className());
+  if (found != nullptr) return found->number();
+  if (const auto code = builtInClassCode(value.className())) return *code;
+  return others_.try_emplace(value.className(), unknown - 1 - static_cast<int>(others_.size())).first->second;
 }
 
 bool ClassRegistry::isA(int classNumber, int baseNumber) const {

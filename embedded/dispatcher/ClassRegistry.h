@@ -1,11 +1,17 @@
 #pragma once
 
+#include <string>
+#include <unordered_map>
+
 #include "embedded/classes/ClassSystem.h"
 #include "host/Dispatcher.h"
 
 namespace embedded {
 
-/// The numbers of the built-in classes are their storage classes.
+class Value;
+
+/// The numbers of the built-in classes are their storage classes. Classes that only values know (foreign ones) get
+/// theirs when a value is asked for it.
 class ClassRegistry final : public KclassRegistry {
  public:
   explicit ClassRegistry(const ClassSystem& classes) : classes_(classes) {}
@@ -13,8 +19,11 @@ class ClassRegistry final : public KclassRegistry {
   int getClassNumber(const std::string& className) const override;
   bool isA(int classNumber, int baseNumber) const override;
 
+  int numberOf(const Value& value) const;
+
  private:
   const ClassSystem& classes_;
+  mutable std::unordered_map<std::string, int> others_;
 };
 
 }  // namespace embedded

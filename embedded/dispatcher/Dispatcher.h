@@ -17,6 +17,8 @@ class Dispatcher final : public Kdispatcher {
 
   const Kfh_KORVAL_fn* function(const std::string& name) const;
 
+  const ClassRegistry& classNumbers() const noexcept { return registry_; }
+
   const Kfh_KORVAL_fn* findFunction(const std::u16string& name) const override;
   bool hasQueryableExecutionStack() const override;
   const Kfh_KORVAL_fn* GetCurrentlyExecutingFunctionScopeOnQueryableExecutionStack() const override;

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "embedded/Description.h"
+#include "embedded/code/Routine.h"
 
 /// A function: whose scope names are resolved in.
 struct Kfh_KORVAL_fn {
@@ -14,4 +17,7 @@ struct Kfh_KORVAL_fn {
   /// The namespace that its name puts it into; empty: none.
   std::string inNamespace;
   std::vector<std::string> imports;
+  std::optional<embedded::ArgumentsDescription> arguments;
+  /// Null for a function without code.
+  std::shared_ptr<const embedded::Routine> routine;
 };

@@ -35,9 +35,12 @@ void checkClassNames(CheckContext& context);
 /// Superclasses and access lists. Fills the superclasses of the context.
 void checkClassReferences(CheckContext& context);
 void checkSuperclassCycles(const CheckContext& context);
+void checkPrecedence(const CheckContext& context);
 void checkFunctionsAndScopes(const CheckContext& context);
 /// Namespaces, folders, built-ins.
 void checkSurroundings(const CheckContext& context);
+/// Code is code.
+void checkCode(const CheckContext& context);
 void checkWorkspace(const CheckContext& context);
 /// The finite sets of values of properties, and their validations.
 void checkPropertyValues(const CheckContext& context);

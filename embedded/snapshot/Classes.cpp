@@ -47,7 +47,8 @@ const Shape<ClassDescription> classShape{
              {"properties", into<&ClassDescription::properties>},
              {"methods", into<&ClassDescription::methods>},
              {"members", into<&ClassDescription::members>},
-             {"attributeNames", into<&ClassDescription::attributeNames>}},
+             {"attributeNames", into<&ClassDescription::attributeNames>},
+             {"precedence", into<&ClassDescription::precedence>}},
 };
 
 }  // namespace

@@ -45,6 +45,16 @@ void checkSurroundings(const CheckContext& context) {
   }
   const std::string& folder = description.currentFolder;
   if (!folder.empty()) checkName(context, folder, {root, "currentFolder"});
+  const Place packages(root, "packages");
+  for (std::size_t index = 0; index < description.packages.size(); ++index) {
+    const Place package(packages, index);
+    checkName(context, description.packages[index].name, {package, "name"});
+  }
+  const Place foreignClasses(root, "foreignClasses");
+  for (std::size_t index = 0; index < description.foreignClasses.size(); ++index) {
+    const Place foreign(foreignClasses, index);
+    checkDottedName(context, description.foreignClasses[index].name, {foreign, "name"});
+  }
   const Place builtins(root, "builtins");
   for (std::size_t index = 0; index < description.builtins.size(); ++index)
     checkName(context, description.builtins[index], {builtins, index});
@@ -57,9 +67,11 @@ void checkDescription(const Description& description, const std::string& file) {
   checkClassNames(context);
   checkClassReferences(context);
   checkSuperclassCycles(context);
+  checkPrecedence(context);
   checkFunctionsAndScopes(context);
   checkSurroundings(context);
   checkWorkspace(context);
+  checkCode(context);
   checkPropertyValues(context);
 }
 

@@ -8,6 +8,22 @@ namespace {
 
 using FunctionNames = std::unordered_set<std::string>;
 
+void checkArguments(const CheckContext& context, const std::vector<ArgumentDescription>& arguments,
+                    const Place& place) {
+  std::unordered_set<std::string> names;
+  for (std::size_t index = 0; index < arguments.size(); ++index) {
+    const Place argument(place, index);
+    checkName(context, arguments[index].name, {argument, "name"});
+    if (!names.insert(arguments[index].name).second) {
+      context.fail("snapshot.duplicate-argument", {argument, "name"},
+                   "there is already an argument " + inQuotes(arguments[index].name));
+    }
+    const Place validators(argument, "validators");
+    for (std::size_t at = 0; at < arguments[index].validators.size(); ++at)
+      checkName(context, arguments[index].validators[at], {validators, at});
+  }
+}
+
 void checkFunction(const CheckContext& context, const FunctionDescription& function, const Place& place,
                    FunctionNames& identities) {
   checkDottedName(context, function.name, {place, "name"});
@@ -20,6 +36,10 @@ void checkFunction(const CheckContext& context, const FunctionDescription& funct
   const Place imports(place, "imports");
   for (std::size_t index = 0; index < function.imports.size(); ++index)
     checkDottedName(context, function.imports[index], {imports, index});
+  if (!function.arguments) return;
+  const Place arguments(place, "arguments");
+  checkArguments(context, function.arguments->inputs, {arguments, "inputs"});
+  checkArguments(context, function.arguments->outputs, {arguments, "outputs"});
 }
 
 void requireFunction(const CheckContext& context, const std::string& name, const Place& place,

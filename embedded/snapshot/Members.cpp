@@ -54,7 +54,9 @@ const Shape<PropertyDescription> propertyShape{
              {"values", into<&PropertyDescription::values>},
              {"conversion", into<&PropertyDescription::conversion>},
              {"attributes", into<&PropertyDescription::attributes>},
-             {"optimized", into<&PropertyDescription::optimized>}},
+             {"optimized", into<&PropertyDescription::optimized>},
+             {"value", into<&PropertyDescription::value>},
+             {"getter", into<&PropertyDescription::getter>}},
     .conflicts = {{"access", "get"}, {"access", "set"}, {"constant", "set"}},
     .finish = finishProperty,
 };
@@ -65,7 +67,8 @@ const Shape<MethodDescription> methodShape{
              {"access", into<&MethodDescription::access>},
              {"static", into<&MethodDescription::isStatic>},
              {"hidden", into<&MethodDescription::hidden>},
-             {"visible", into<&MethodDescription::visible>}},
+             {"visible", into<&MethodDescription::visible>},
+             {"code", into<&MethodDescription::code>}},
 };
 
 const Shape<EnumerationMemberDescription> enumerationMemberShape{

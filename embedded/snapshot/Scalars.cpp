@@ -115,6 +115,21 @@ void take(Reader& reader, Event& event, WalkOrder& destination) {
                       {{"own-first", WalkOrder::OwnFirst}, {"inherited-first", WalkOrder::InheritedFirst}});
 }
 
+void take(Reader& reader, Event& event, DimensionForm& destination) {
+  takeWord<DimensionForm>(
+      reader, event, destination,
+      {{"full", DimensionForm::Full}, {"compact", DimensionForm::Compact}, {"lazy", DimensionForm::Lazy}});
+}
+
+void take(Reader& reader, Event& event, ArgumentDescription::Kind& destination) {
+  using Argument = ArgumentDescription;
+  takeWord<Argument::Kind>(reader, event, destination,
+                           {{"positional", Argument::Positional},
+                            {"optional", Argument::Optional},
+                            {"repeating", Argument::Repeating},
+                            {"name-value", Argument::NameValue}});
+}
+
 void take(Reader& reader, Event& event, PathItemDescription::Kind& destination) {
   using Item = PathItemDescription;
   takeWord<Item::Kind>(

@@ -2,11 +2,11 @@
 
 namespace embedded::snapshot {
 
-namespace {
-
-[[noreturn]] void refuseRepeated(const Reader& reader, const std::string& name) {
+void refuseRepeated(const Reader& reader, const std::string& name) {
   reader.fail("snapshot.duplicate-key", inQuotes(name) + " stands here twice");
 }
+
+namespace {
 
 /// The elements of a structure array.
 class ElementsHandler final : public Handler {
@@ -68,13 +68,16 @@ void finishStructure(StructureArray& array, const ObjectHandler<StructureArray>&
 
 const Shape<StructureArray> structureShape{
     .kind = "a structure",
-    .keys = {{"struct", takeElement}},
+    .keys = {{"struct", takeElement}, {"class", into<&StructureArray::className>}},
     .finish = finishStructure,
 };
 
 const Shape<StructureArray> structuresShape{
     .kind = "a structure array",
-    .keys = {{"structs", takeElements}, {"fields", takeFields}, {"size", takeSize}},
+    .keys = {{"structs", takeElements},
+             {"fields", takeFields},
+             {"size", takeSize},
+             {"class", into<&StructureArray::className>}},
 };
 
 void FirstElementHandler::key(Reader& reader, const std::string& name) {
@@ -112,15 +115,6 @@ void NextElementHandler::end(Reader& reader) {
                                                    inQuotes(array_.fields[index]) + " too");
     }
   }
-}
-
-void PropertyValuesHandler::key(Reader& reader, const std::string& name) {
-  if (!seen_.insert(name).second) refuseRepeated(reader, name);
-  object_.properties.emplace_back().name = name;
-}
-
-void PropertyValuesHandler::value(Reader& reader, Event& event) {
-  take(reader, event, object_.properties.back().value);
 }
 
 }  // namespace embedded::snapshot

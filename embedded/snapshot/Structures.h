@@ -44,15 +44,22 @@ class NextElementHandler final : public Handler {
   std::vector<bool> seen_;
 };
 
-/// The values of an object's properties.
-class PropertyValuesHandler final : public Handler {
+[[noreturn]] void refuseRepeated(const Reader& reader, const std::string& name);
+
+/// Values by name, each name once: properties of an object, fields and answers of an opaque one.
+template <class Entry, auto content>
+class NamedValuesHandler final : public Handler {
  public:
-  explicit PropertyValuesHandler(ObjectValue& object) : object_(object) {}
-  void key(Reader& reader, const std::string& name) override;
-  void value(Reader& reader, Event& event) override;
+  explicit NamedValuesHandler(std::vector<Entry>& entries) : entries_(entries) {}
+
+  void key(Reader& reader, const std::string& name) override {
+    if (!seen_.insert(name).second) refuseRepeated(reader, name);
+    entries_.emplace_back().name = name;
+  }
+  void value(Reader& reader, Event& event) override { take(reader, event, entries_.back().*content); }
 
  private:
-  ObjectValue& object_;
+  std::vector<Entry>& entries_;
   std::unordered_set<std::string> seen_;
 };
 

@@ -28,6 +28,7 @@ void take(Reader& reader, Event& event, MemberName& destination);
 void take(Reader& reader, Event& event, std::u16string& destination);
 void take(Reader& reader, Event& event, std::optional<std::u16string>& destination);
 void take(Reader& reader, Event& event, WalkOrder& destination);
+void take(Reader& reader, Event& event, DimensionForm& destination);
 void take(Reader& reader, Event& event, Access& destination);
 
 void take(Reader& reader, Event& event, AttributeDescription& destination);
@@ -42,7 +43,12 @@ void take(Reader& reader, Event& event, EnumerationMemberDescription& destinatio
 void take(Reader& reader, Event& event, AttributeNames& destination);
 void take(Reader& reader, Event& event, std::array<AttributeNames, 4>& destination);
 void take(Reader& reader, Event& event, ClassDescription& destination);
+void take(Reader& reader, Event& event, ArgumentDescription::Kind& destination);
+void take(Reader& reader, Event& event, ArgumentDescription& destination);
+void take(Reader& reader, Event& event, std::optional<ArgumentsDescription>& destination);
 void take(Reader& reader, Event& event, FunctionDescription& destination);
+void take(Reader& reader, Event& event, PackageDescription& destination);
+void take(Reader& reader, Event& event, ForeignClassDescription& destination);
 
 void take(Reader& reader, Event& event, ValueDescription& destination);
 void take(Reader& reader, Event& event, std::optional<ValueDescription>& destination);

@@ -27,6 +27,52 @@ class ValueCheck {
   }
   void checkContent(const CharacterRow&, const Place&) {}
   void checkContent(const StringScalar&, const Place&) {}
+  void checkContent(const StringArray& array, const Place& place) {
+    checkSize(array.size, array.elements.size(), place);
+  }
+  void checkContent(const CharacterArray& array, const Place& place) {
+    checkSize(array.size, array.elements.size(), place);
+  }
+  void checkContent(const FunctionHandleValue& handle, const Place& place) {
+    checkDottedName(context_, handle.function, {place, "handle"});
+  }
+  void checkContent(const ClassReferenceValue& reference, const Place& place) {
+    for (const ForeignClassDescription& foreign : context_.description.foreignClasses)
+      if (foreign.name == reference.className) return;
+    context_.requireClass(reference.className, {place, "class"}, "the class of the reference");
+  }
+  void checkContent(const TallValue& tall, const Place& place) {
+    if (tall.inside.size() != 1)
+      context_.fail("snapshot.wrong-size", {place, "tall"}, "a tall value holds one value");
+    check(tall.inside.front(), {place, "tall"});
+  }
+
+  void checkContent(const ObjectArray& array, const Place& place) {
+    checkSize(array.size, array.elements.size(), place);
+    const auto wanted = context_.requireClass(array.className, {place, "class"}, "the class of the objects");
+    const Place objects(place, "objects");
+    for (std::size_t index = 0; index < array.elements.size(); ++index) {
+      const Place element(objects, index);
+      const auto* object = std::get_if<ObjectValue>(&array.elements[index].content);
+      if (object == nullptr || context_.classes.find(object->className) != wanted)
+        context_.fail("snapshot.wrong-class", element, "this is no object of the class of the array");
+      checkContent(*object, element);
+    }
+  }
+
+  void checkContent(const OpaqueObject& object, const Place& place) {
+    checkName(context_, object.className, {place, "opaque"});
+    const Place fields(place, "fields");
+    const Place methods(place, "methods");
+    for (const auto& [name, value] : object.fields) {
+      checkName(context_, name, fields);
+      check(value, {fields, name});
+    }
+    for (const auto& [name, answer] : object.methods) {
+      checkName(context_, name, methods);
+      if (answer) check(*answer, {methods, name});
+    }
+  }
 
   void checkContent(const CellArray& array, const Place& place) {
     checkSize(array.size, array.elements.size(), place);
@@ -177,6 +223,7 @@ void checkPropertyOf(const CheckContext& context, ValueCheck& check, const Prope
     for (std::size_t index = 0; index < property.validation->functions.size(); ++index)
       checkName(context, property.validation->functions[index], {functions, index});
   }
+  if (property.value) check.check(*property.value, {place, "value"});
   if (!property.values) return;
   const Place values(place, "values");
   for (std::size_t index = 0; index < property.values->size(); ++index)

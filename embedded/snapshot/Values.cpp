@@ -10,7 +10,21 @@ namespace {
 
 void takeProperties(Reader& reader, Event& event, ObjectValue& object) {
   if (event.kind != Event::Object) reader.refuseType(event, "an object of properties and their values");
-  reader.open<PropertyValuesHandler>(object);
+  reader.open<NamedValuesHandler<PropertyValue, &PropertyValue::value>>(object.properties);
+}
+
+void takeFields(Reader& reader, Event& event, OpaqueObject& object) {
+  if (event.kind != Event::Object) reader.refuseType(event, "an object of fields and their values");
+  reader.open<NamedValuesHandler<PropertyValue, &PropertyValue::value>>(object.fields);
+}
+
+void takeMethods(Reader& reader, Event& event, OpaqueObject& object) {
+  if (event.kind != Event::Object) reader.refuseType(event, "an object of methods and their answers");
+  reader.open<NamedValuesHandler<OpaqueMethod, &OpaqueMethod::answer>>(object.methods);
+}
+
+void takeTall(Reader& reader, Event& event, TallValue& tall) {
+  take(reader, event, tall.inside.emplace_back());
 }
 
 const Shape<DoubleArray> doubleShape{
@@ -39,6 +53,41 @@ const Shape<ObjectValue> objectShape{
     .conflicts = {{"text", "failing"}},
 };
 
+const Shape<StringArray> stringsShape{
+    .kind = "an array of strings",
+    .keys = {{"strings", into<&StringArray::elements>}, {"size", into<&StringArray::size>}},
+};
+const Shape<CharacterArray> charactersShape{
+    .kind = "an array of characters",
+    .keys = {{"char", into<&CharacterArray::elements>}, {"size", into<&CharacterArray::size>}},
+};
+const Shape<ObjectArray> objectsShape{
+    .kind = "an array of objects",
+    .keys = {{"objects", into<&ObjectArray::elements>},
+             {"class", into<&ObjectArray::className>, Required},
+             {"size", into<&ObjectArray::size>}},
+};
+const Shape<OpaqueObject> opaqueShape{
+    .kind = "an opaque object",
+    .keys = {{"opaque", into<&OpaqueObject::className>},
+             {"fields", takeFields},
+             {"methods", takeMethods},
+             {"java", into<&OpaqueObject::java>},
+             {"dimensions", into<&OpaqueObject::dimensions>}},
+};
+const Shape<FunctionHandleValue> handleShape{
+    .kind = "a function handle",
+    .keys = {{"handle", into<&FunctionHandleValue::function>}},
+};
+const Shape<ClassReferenceValue> classReferenceShape{
+    .kind = "a class reference",
+    .keys = {{"class", into<&ClassReferenceValue::className>}},
+};
+const Shape<TallValue> tallShape{
+    .kind = "a tall value",
+    .keys = {{"tall", takeTall}},
+};
+
 template <class Content, const Shape<Content>& shape>
 std::unique_ptr<Handler> begin(ValueDescription& value) {
   return std::make_unique<ObjectHandler<Content>>(value.content.emplace<Content>(), shape);
@@ -50,13 +99,20 @@ struct Kind {
   std::unique_ptr<Handler> (*begin)(ValueDescription&);
 };
 
-const std::array<Kind, 7> kinds{{{"double", begin<DoubleArray, doubleShape>},
-                                 {"logical", begin<LogicalArray, logicalShape>},
-                                 {"string", begin<StringScalar, stringShape>},
-                                 {"cell", begin<CellArray, cellShape>},
-                                 {"struct", begin<StructureArray, structureShape>},
-                                 {"structs", begin<StructureArray, structuresShape>},
-                                 {"object", begin<ObjectValue, objectShape>}}};
+const std::array<Kind, 14> kinds{{{"double", begin<DoubleArray, doubleShape>},
+                                  {"logical", begin<LogicalArray, logicalShape>},
+                                  {"string", begin<StringScalar, stringShape>},
+                                  {"cell", begin<CellArray, cellShape>},
+                                  {"struct", begin<StructureArray, structureShape>},
+                                  {"structs", begin<StructureArray, structuresShape>},
+                                  {"object", begin<ObjectValue, objectShape>},
+                                  {"strings", begin<StringArray, stringsShape>},
+                                  {"char", begin<CharacterArray, charactersShape>},
+                                  {"objects", begin<ObjectArray, objectsShape>},
+                                  {"opaque", begin<OpaqueObject, opaqueShape>},
+                                  {"handle", begin<FunctionHandleValue, handleShape>},
+                                  {"class", begin<ClassReferenceValue, classReferenceShape>},
+                                  {"tall", begin<TallValue, tallShape>}}};
 
 /// An object that is a value: what its first key says.
 class ValueHandler final : public Handler {

@@ -24,13 +24,46 @@ void takeSchema(Reader& reader, Event& event, Description&) {
   take(reader, event, schema);
 }
 
+const Shape<ArgumentDescription> argumentShape{
+    .kind = "an argument",
+    .keys = {{"name", into<&ArgumentDescription::name>, Required},
+             {"kind", into<&ArgumentDescription::kind>},
+             {"class", into<&ArgumentDescription::className>},
+             {"size", into<&ArgumentDescription::size>},
+             {"validators", into<&ArgumentDescription::validators>},
+             {"values", into<&ArgumentDescription::values>}},
+};
+
+const Shape<ArgumentsDescription> argumentsShape{
+    .kind = "the object of arguments",
+    .keys = {{"inputs", into<&ArgumentsDescription::inputs>},
+             {"outputs", into<&ArgumentsDescription::outputs>},
+             {"furtherInputs", into<&ArgumentsDescription::furtherInputs>},
+             {"furtherOutputs", into<&ArgumentsDescription::furtherOutputs>}},
+};
+
 const Shape<FunctionDescription> functionShape{
     .kind = "a function",
     .keys = {{"name", into<&FunctionDescription::name>, Required},
              {"component", into<&FunctionDescription::component>},
              {"imports", into<&FunctionDescription::imports>},
              {"hidden", into<&FunctionDescription::hidden>},
-             {"visible", into<&FunctionDescription::visible>}},
+             {"visible", into<&FunctionDescription::visible>},
+             {"arguments", into<&FunctionDescription::arguments>},
+             {"code", into<&FunctionDescription::code>}},
+};
+
+const Shape<PackageDescription> packageShape{
+    .kind = "a package",
+    .keys = {{"name", into<&PackageDescription::name>, Required},
+             {"classes", into<&PackageDescription::classes>},
+             {"functions", into<&PackageDescription::functions>}},
+};
+
+const Shape<ForeignClassDescription> foreignClassShape{
+    .kind = "a foreign class",
+    .keys = {{"name", into<&ForeignClassDescription::name>, Required},
+             {"members", into<&ForeignClassDescription::members>}},
 };
 
 const Shape<VariableDescription> variableShape{
@@ -75,6 +108,8 @@ const Shape<Description> worldShape{
              {"namespaces", into<&Description::namespaces>},
              {"classes", into<&Description::classes>},
              {"functions", into<&Description::functions>},
+             {"packages", into<&Description::packages>},
+             {"foreignClasses", into<&Description::foreignClasses>},
              {"workspace", into<&Description::workspace>},
              {"scopes", into<&Description::scopes>},
              {"path", into<&Description::path>},
@@ -84,8 +119,24 @@ const Shape<Description> worldShape{
 
 }  // namespace
 
+void take(Reader& reader, Event& event, ArgumentDescription& destination) {
+  takeObject(reader, event, destination, argumentShape);
+}
+
+void take(Reader& reader, Event& event, std::optional<ArgumentsDescription>& destination) {
+  takeObject(reader, event, destination.emplace(), argumentsShape);
+}
+
 void take(Reader& reader, Event& event, FunctionDescription& destination) {
   takeObject(reader, event, destination, functionShape);
+}
+
+void take(Reader& reader, Event& event, PackageDescription& destination) {
+  takeObject(reader, event, destination, packageShape);
+}
+
+void take(Reader& reader, Event& event, ForeignClassDescription& destination) {
+  takeObject(reader, event, destination, foreignClassShape);
 }
 
 void take(Reader& reader, Event& event, VariableDescription& destination) {

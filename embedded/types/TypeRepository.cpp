@@ -15,7 +15,7 @@ const std::string anyType = "any";
 ValuePtr possibleValue(const ValueDescription& description) {
   ValuePtr value = makeValue(description, session().classes);
   if (value->object() == nullptr) return value;
-  return {new Value({1, 1}, Objects{{std::move(value)}}), false};
+  return {new Value({1, 1}, Objects{{std::move(value)}, {}, true}), false};
 }
 
 /// It knows every kind of value, so that one serves all types.

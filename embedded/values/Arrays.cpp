@@ -18,11 +18,6 @@ std::string kxGetClassName(const kxArray_tag* value) {
   return valueOf(value).className();
 }
 
-bool kxIsScalar(const kxArray_tag* value) {
-  enter<Operation::isScalar>(value);
-  return valueOf(value).elementCount() == 1;
-}
-
 std::size_t kxGetNumberOfElements(const kxArray_tag* value) {
   enter<Operation::getNumberOfElements>(value);
   return valueOf(value).elementCount();

@@ -39,5 +39,5 @@ bool kxDropReference(const kxArray_tag* value) noexcept {
 
 void kxDestroyArray(const kxArray_tag* value) noexcept {
   enter<Operation::destroyArray>(value);
-  delete &embedded::valueOf(value);
+  embedded::destroyValue(&embedded::valueOf(value));
 }

@@ -24,17 +24,38 @@ constexpr std::array<Kind, std::variant_size_v<Value::Content>> kinds = {{{6, "d
                                                                           {1, "cell"},
                                                                           {2, "struct"},
                                                                           {19, ""},
-                                                                          {17, ""}}};
+                                                                          {19, ""},
+                                                                          {19, ""},
+                                                                          {15, "function_handle"},
+                                                                          {14, "class_reference"},
+                                                                          {14, ""},
+                                                                          {19, "tall"}}};
+
+constexpr int possibleObjects = 17;
+constexpr int structureObject = 18;
 
 }  // namespace
 
-Value::Value(std::vector<std::size_t> size, Content content)
-    : size_(std::move(size)), content_(std::move(content)) {
+Value::Value(Size size, Content content, DimensionForm form)
+    : size_(std::move(size)), content_(std::move(content)), form_(form) {
   countNewValue();
   countAddedReference();
 }
 
 Value::~Value() { countDestroyedValue(); }
+
+void destroyValue(const Value* value) noexcept {
+  static constinit thread_local std::vector<const Value*>* waiting = nullptr;
+  if (waiting != nullptr) return waiting->push_back(value);
+  std::vector<const Value*> values{value};
+  waiting = &values;
+  while (!values.empty()) {
+    const Value* next = values.back();
+    values.pop_back();
+    delete next;
+  }
+  waiting = nullptr;
+}
 
 void Value::addReference() const noexcept {
   references_.fetch_add(1, std::memory_order_relaxed);
@@ -47,15 +68,41 @@ bool Value::dropReference() const noexcept {
 }
 
 const Object* Value::object() const noexcept {
-  if (const auto* array = std::get_if<Objects>(&content_))
+  if (const auto* array = as<Objects>())
     return array->elements.empty() ? nullptr : array->elements.front()->object();
-  return std::get_if<Object>(&content_);
+  return as<Object>();
 }
 
-int Value::classCode() const noexcept { return kinds[content_.index()].code; }
+const Opaque* Value::opaque() const noexcept {
+  if (const auto* array = as<Objects>())
+    return array->elements.empty() ? nullptr : array->elements.front()->opaque();
+  return as<Opaque>();
+}
+
+int Value::classCode() const noexcept {
+  if (const auto* objects = as<Objects>(); objects != nullptr && objects->ofPossibleValues)
+    return possibleObjects;
+  if (const auto* structures = as<Structures>(); structures != nullptr && !structures->className.empty())
+    return structureObject;
+  return kinds[content_.index()].code;
+}
 
 std::string Value::className() const {
-  return object() != nullptr ? object()->className.text() : std::string(kinds[content_.index()].name);
+  if (const Object* found = object()) return found->className.text();
+  if (const Opaque* found = opaque()) return found->className;
+  if (const auto* objects = as<Objects>()) return objects->className;
+  if (const auto* structures = as<Structures>(); structures != nullptr && !structures->className.empty())
+    return structures->className;
+  if (const auto* member = as<ForeignMember>()) return member->className;
+  return std::string(kinds[content_.index()].name);
+}
+
+std::size_t Value::columns() const noexcept {
+  return std::accumulate(size_.begin() + 1, size_.end(), std::size_t{1}, std::multiplies());
+}
+
+void Value::completeDimensions() const noexcept {
+  if (form_ == DimensionForm::Lazy) form_ = DimensionForm::Full;
 }
 
 std::size_t Value::elementCount() const noexcept {

@@ -25,9 +25,15 @@ struct Cells {
   std::vector<ValuePtr> elements;  // null: absent
 };
 
+struct Strings {
+  std::vector<std::optional<std::u16string>> elements;  // without a value: missing
+};
+
 struct Structures {
   std::vector<std::string> fields;
-  std::vector<ValuePtr> values;  // element by element
+  std::vector<ValuePtr> values;  // element by element; null: an empty array
+  std::string className = {};    // of structure-based objects
+  mutable std::vector<const char*> names = {};  // the fields, as they are lent
 };
 
 /// Knows its class by name only, so that it outlives the host.
@@ -40,18 +46,55 @@ struct Object {
   bool failing = false;                // asking for that fails
 };
 
-/// An array of objects, as the conversion of a possible value yields it.
+/// A scalar object of a foreign object system.
+struct Opaque {
+  struct Method {
+    std::string name;
+    ValuePtr answer;  // null: calling it fails
+  };
+
+  std::string className;
+  std::vector<std::pair<std::string, ValuePtr>> fields;
+  std::vector<Method> methods;
+  bool java = false;
+};
+
+/// An array of objects of one class, or of opaque ones.
 struct Objects {
   std::vector<ValuePtr> elements;
+  std::string className = {};     // for an array without elements
+  bool ofPossibleValues = false;  // the conversion of a possible value has yielded it
+};
+
+struct FunctionHandle {
+  std::string function;
+};
+
+/// A reference to a class, by the name that users know.
+struct ClassReference {
+  std::string className;
+};
+
+/// A member of a class of a foreign object system.
+struct ForeignMember {
+  std::string className;
+  std::string name;
+};
+
+struct Tall {
+  ValuePtr inside;
 };
 
 /// A value of the interpreter. Made with one reference.
 class Value final : public kxArray_tag {
  public:
-  using Content = std::variant<std::vector<double>, std::vector<bool>, std::u16string, StringScalar, Cells,
-                               Structures, Object, Objects>;
+  using Content =
+      std::variant<std::vector<double>, std::vector<bool>, std::u16string, Strings, Cells, Structures, Object,
+                   Objects, Opaque, FunctionHandle, ClassReference, ForeignMember, Tall>;
 
-  Value(std::vector<std::size_t> size, Content content);
+  using Size = std::vector<std::size_t>;
+
+  Value(Size size, Content content, DimensionForm form = DimensionForm::Full);
   ~Value();
 
   void addReference() const noexcept;
@@ -60,25 +103,54 @@ class Value final : public kxArray_tag {
 
   /// The object, or the first one of an array of objects; null for any other value.
   const Object* object() const noexcept;
+  /// The same for opaque objects.
+  const Opaque* opaque() const noexcept;
   const Content& content() const noexcept { return content_; }
+  template <class Kind>
+  const Kind* as() const noexcept {
+    return std::get_if<Kind>(&content_);
+  }
   int classCode() const noexcept;
-  /// "double", "logical", "char", "string", "cell", "struct", or the name by which users know the class.
+  /// "double", "logical", "char", "string", "cell", "struct", "function_handle", "class_reference", "tall", or
+  /// the name by which users know the class.
   std::string className() const;
-  const std::vector<std::size_t>& size() const noexcept { return size_; }
+  const Size& size() const noexcept { return size_; }
+  std::size_t rows() const noexcept { return size_[0]; }
+  /// Of the value as a rectangle: of all dimensions but the first.
+  std::size_t columns() const noexcept;
   std::size_t elementCount() const noexcept;
 
+  DimensionForm dimensionForm() const noexcept { return form_; }
+  /// What has been held lazily is held fully from now on.
+  void completeDimensions() const noexcept;
+
  private:
-  std::vector<std::size_t> size_;
+  Size size_;
   Content content_;
+  mutable DimensionForm form_;
   mutable std::atomic<std::uint32_t> references_ = 1;
 };
 
 inline const Value& valueOf(const kxArray_tag* value) { return static_cast<const Value&>(*value); }
 
 inline void intrusive_ptr_add_ref(const Value* value) noexcept { value->addReference(); }
+/// However deep values are nested, this takes little of the stack.
+void destroyValue(const Value* value) noexcept;
+
 inline void intrusive_ptr_release(const Value* value) noexcept {
-  if (value->dropReference()) delete value;
+  if (value->dropReference()) destroyValue(value);
 }
+
+ValuePtr newValue(Value::Size size, Value::Content content, DimensionForm form = DimensionForm::Full);
+ValuePtr newNumber(double number);
+ValuePtr newLogical(bool value);
+/// A row of characters.
+ValuePtr newText(std::u16string text);
+ValuePtr newString(std::optional<std::u16string> text);
+/// The empty array of doubles.
+ValuePtr newEmpty();
+/// A column of rows of characters.
+ValuePtr newCellOfTexts(const std::vector<std::string>& texts);
 
 /// The value of a description that has been checked.
 ValuePtr makeValue(const ValueDescription& description, const ClassSystem& classes);

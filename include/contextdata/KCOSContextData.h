@@ -17,7 +17,9 @@
 //   "the interrupt" is Tamsix::System::InterruptException or anything derived from it.
 // - Class objects belong to the class system, results to the caller.
 
+#include <contextdata/KCOSContextData/ArgumentBlockMetadata.h>
 #include <contextdata/KCOSContextData/ClassInfo.h>
 #include <contextdata/KCOSContextData/CompletionTables.h>
 #include <contextdata/KCOSContextData/MemberNames.h>
+#include <contextdata/KCOSContextData/Namespaces.h>
 #include <contextdata/KCOSContextData/ResolvedClassID.h>

@@ -13,13 +13,14 @@
 // property names are narrow, as the class system has them; an empty one names nothing.
 //
 // A valid class is one that passes its check. Which questions demand validity differs, and which exceptions
-// pass differs; each operation says so. All run on the interpreter thread; none runs Korval code. Class
+// pass differs; each operation says so. All run on the interpreter thread; those that run Korval code say so. Class
 // objects and interfaces are borrowed from the class system; nothing here is to be released.
 
 #include <contextdata/Export.h>
 #include <contextdata/KCOSContextData/ResolvedClassID.h>
 
 #include <string>
+#include <vector>
 
 #include "host/Classes.h"
 #include "host/Members.h"
@@ -86,5 +87,20 @@ CONTEXTDATA_API bool isKCOSNamespace(const std::u16string& namespaceName);
 CONTEXTDATA_API bool isKCOSClassDerivedFrom(const KCOSContextData::ResolvedClassID& derived,
                                             const KCOSContextData::ResolvedClassID& base);
 CONTEXTDATA_API bool isKCOSClassDerivedFrom(const std::u16string& derived, const std::u16string& base);
+
+/// Calls a function of one argument on an object and appends the texts of the cell that it answers; true when all were
+/// appended. Otherwise, also when the answer is no cell of texts, false and nothing is appended. Runs Korval code; whatever
+/// the call throws, the interrupt too, is answered with false. What reading the answer throws passes.
+CONTEXTDATA_API bool callFunctionOnObject(const kxArray_tag* object, const std::string& functionName,
+                                          std::vector<std::u16string>& names);
+
+/// Appends the names of an object's properties: what it answers to "properties", even nothing at all; where it cannot
+/// answer, the visible properties of its class that are public to read or to write. To be asked only of values for which
+/// isKCOSObject() holds. Runs Korval code; what reading the answer, getCOSClass() and the walk throw passes.
+CONTEXTDATA_API void getObjectPropertyNames(const kxArray_tag* object, std::vector<std::u16string>& names);
+
+/// Is the value of a class that completes no methods after the dot, or of one derived from it? Also for values that are no
+/// class-system objects. Every exception passes. Runs no Korval code.
+CONTEXTDATA_API bool isNoDotMethodClass(const kxArray_tag* value);
 
 }  // namespace KCOSIntrospection

@@ -20,7 +20,7 @@ STRING_OR_COMMENT = re.compile(r'"(?:\\.|[^"\\])*"|//[^\n]*|/\*.*?\*/', re.DOTAL
 
 # Faults that a schema cannot express.
 BEYOND = {"unknown-class", "unknown-function", "unknown-property", "unknown-member", "duplicate-class",
-          "duplicate-function", "duplicate-variable", "superclass-cycle", "wrong-size", "kind-first",
+          "duplicate-function", "duplicate-argument", "conflicting-precedence", "duplicate-variable", "superclass-cycle", "wrong-size", "wrong-class", "bad-code", "kind-first",
           "different-fields"}
 
 # Every key, and every kind of value.
@@ -32,18 +32,25 @@ EVERYTHING = {
          "properties": [
              "p", {"name": "q", "access": ["B"]},
              {"name": None, "get": "private", "set": {"level": "public", "classes": ["B"]}, "hidden": True,
-              "dependent": True, "type": "double", "optimized": {"customGetter": True, "flag": False},
+              "dependent": True, "type": "double", "optimized": {"customGetter": True, "flag": False}, "value": {"string": None},
+              "getter": "1",
               "attributes": [{"name": "a", "type": "char", "value": True}]},
              {"name": "r", "constant": True},
              {"name": "s", "validation": {"class": "double", "size": [1, ":"], "functions": ["f"]}},
              {"name": "t", "conversion": False, "values": [
                  1, "a", {"object": "A", "member": "e"}, {"object": "A", "text": "b"}, {"object": "A", "text": None},
                  {"object": "A", "failing": True}]}],
-         "methods": ["m", {"name": "m", "access": "listed", "static": True, "hidden": True, "visible": True}],
+         "methods": ["m", {"name": "m", "access": "listed", "static": True, "hidden": True, "visible": True,
+                           "code": "1"}],
          "members": ["e", {"name": "f", "hidden": True}],
-         "attributeNames": [{"names": ["x"], "further": ["y"]}, {}, {}, {}]},
+         "attributeNames": [{"names": ["x"], "further": ["y"]}, {}, {}, {}], "precedence": ["B", "x.Y", "double"]},
         {"name": "B"}],
-    "functions": [{"name": "f.g", "component": "c", "imports": ["n.*"], "hidden": True, "visible": False}],
+    "functions": [{"name": "f.g", "component": "c", "imports": ["n.*"], "hidden": True, "visible": False, "code": "",
+                   "arguments": {"inputs": [{"name": "x", "kind": "name-value", "class": "C", "size": [1, ":"],
+                                             "validators": ["f"], "values": [""]}],
+                                 "outputs": [{"name": "y"}], "furtherInputs": True, "furtherOutputs": False}}],
+    "packages": [{"name": "p", "classes": ["C"], "functions": ["f"]}],
+    "foreignClasses": [{"name": "x.Y", "members": ["m"]}],
     "workspace": [
         {"name": "number", "value": 1.5}, {"name": "text", "value": "text"}, {"name": "row", "value": [1, "Inf"]},
         {"name": "double", "value": {"double": [1], "size": [1, 1]}},
@@ -53,7 +60,16 @@ EVERYTHING = {
         {"name": "one", "value": {"struct": {"a": True}}},
         {"name": "two", "value": {"structs": [{"a": 1}, {"a": 2}], "size": [2, 1]}},
         {"name": "none", "value": {"structs": [], "fields": ["a"]}},
-        {"name": "object", "value": {"object": "A", "properties": {"p": 1}, "member": "e"}}],
+        {"name": "object", "value": {"object": "A", "properties": {"p": 1}, "member": "e"}},
+        {"name": "strings", "value": {"strings": ["a", None], "size": [2, 1]}},
+        {"name": "char", "value": {"char": "ab", "size": [2, 1]}},
+        {"name": "objects", "value": {"objects": [{"object": "A"}], "class": "A", "size": [1, 1]}},
+        {"name": "opaque", "value": {"opaque": "F", "fields": {"a": 1}, "methods": {"m": None}, "java": True,
+                                     "dimensions": "lazy"}},
+        {"name": "handle", "value": {"handle": "f.g"}}, {"name": "class", "value": {"class": "A"}},
+        {"name": "tall", "value": {"tall": [1]}},
+        {"name": "old", "value": {"struct": {"a": True}, "class": "O"}},
+        {"name": "olds", "value": {"structs": [{"a": 1}], "class": "O"}}],
     "scopes": {"queryable": True, "executing": "f.g", "active": [{"function": "f.g", "eligible": False}],
                "bridge": True, "debugger": {"focus": "x", "first": 1, "second": -1}},
     "path": [{"folder": "a", "kind": "class"}], "currentFolder": "b", "builtins": ["sin"],
@@ -156,7 +172,7 @@ class SchemaTest(unittest.TestCase):
         VALIDATOR.validate(json.loads(without_comments(page.split("```json\n")[1].split("```")[0])))
 
     def test_unknown_keys_are_refused_in_every_object(self):
-        open_objects = {"struct", "structs", "properties"}
+        open_objects = {"struct", "structs", "properties", "fields", "methods"}
         closed = [place for place in places(EVERYTHING) if isinstance(at(EVERYTHING, place), dict)
                   and not (place and place[0] == "workspace" and open_objects & set(place))]
         self.assertGreater(len(closed), 20)

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "host/Exceptions.h"
+#include "tests/faults/State.h"
 #include "tests/support/Text.h"
 
 namespace faults {
@@ -124,13 +125,14 @@ Answer statedAnswer(const Answer& clean, const FaultPoint& point, const Outcome&
 
 void failOnce(embedded::Host& host, const Question& question, const Answer& clean, const FaultPoint& point,
               const Failure& failure, const Reaction& reaction) {
+  if (reaction.effect == Reaction::Open) return;
   const Outcome& outcome = failure.isInterrupt ? reaction.interrupt : reaction.other;
   Answer answer = untouched();
   host.setFault({point.hostOperation, point.call, false, failure.raise});
   const std::string left = askAndCatch(question, answer);
   EXPECT_TRUE(host.clearFault()) << "the fault did not happen";
   EXPECT_EQ(left, outcome ? "" : failure.name);
-  expectSame(answer, statedAnswer(clean, point, outcome));
+  expectSame(answer, reaction.effect == Reaction::Ignored ? clean : statedAnswer(clean, point, outcome));
 }
 
 std::int64_t heldReferences() {
@@ -166,8 +168,11 @@ std::size_t failEveryCall(embedded::Host& host, const Question& question) {
       SCOPED_TRACE(question.operation + " (" + question.form + "), " + point.hostOperation + " call " +
                    std::to_string(point.call) + ", " + failure.name);
       const std::int64_t before = heldReferences();
+      const State state(host, point.hostOperation);
       failOnce(host, question, clean, point, failure, *reaction);
+      state.expectUnchanged();
       failFromThereOn(host, question, point, failure);
+      state.expectUnchanged();
       EXPECT_EQ(heldReferences(), before) << "references";
       expectCleanRepeat(question, clean);
       ++happened;
@@ -178,8 +183,10 @@ std::size_t failEveryCall(embedded::Host& host, const Question& question) {
 
 std::vector<Question> allQuestions() {
   std::vector<Question> all;
-  for (auto questions : {classIdentifierQuestions, gatewayQuestions, completionTableQuestions,
-                         memberNameQuestions, classInfoQuestions}) {
+  for (auto questions : {classIdentifierQuestions, gatewayQuestions, completionTableQuestions, memberNameQuestions,
+                         classInfoQuestions, objectQuestions, namespaceQuestions, packageQuestions,
+                         evaluationQuestions, valueQuestions, searchPathQuestions, variableMethodQuestions,
+                         metadataQuestions}) {
     for (Question& question : questions()) all.push_back(std::move(question));
   }
   return all;

@@ -26,11 +26,18 @@ using Outcome = std::optional<std::string>;
 
 /// What becomes of an interrupt, and of any other exception.
 struct Reaction {
-  Outcome interrupt;
-  Outcome other;
+  /// What the outcome is about: the answer, with what had been appended before; the clean answer; or nothing, since what
+  /// such a failure does is open, as long as nothing leaks and the next answer is clean.
+  enum Effect { Stated, Ignored, Open };
+
+  Outcome interrupt = {};
+  Outcome other = {};
+  Effect effect = Stated;
 };
 
 inline const Reaction passes{};
+inline const Reaction ignored{"", "", Reaction::Ignored};
+inline const Reaction open{"", "", Reaction::Open};
 inline Reaction swallowed(const std::string& answer) { return {answer, answer}; }
 inline Reaction swallowedButInterrupt(const std::string& answer) { return {{}, answer}; }
 
@@ -65,6 +72,14 @@ std::vector<Question> gatewayQuestions();
 std::vector<Question> completionTableQuestions();
 std::vector<Question> memberNameQuestions();
 std::vector<Question> classInfoQuestions();
+std::vector<Question> objectQuestions();
+std::vector<Question> namespaceQuestions();
+std::vector<Question> packageQuestions();
+std::vector<Question> evaluationQuestions();
+std::vector<Question> valueQuestions();
+std::vector<Question> searchPathQuestions();
+std::vector<Question> variableMethodQuestions();
+std::vector<Question> metadataQuestions();
 
 /// Runs the loop over one question in the host, which is active; failures are reported to the running test. Answers how
 /// many faults happened.

@@ -47,6 +47,17 @@ def wrong_references(library, host_library, host_declarations):
             and not symbol.version.startswith(RUNTIME_VERSIONS)]
 
 
+def unasked(library, host_declarations):
+    """Operations of the host that the library does not refer to; what holders and thrown types are made of is not meant."""
+    asked = {symbol.name for symbol in of_library(library) if not symbol.defined}
+    operations = [found.name for found in host_declarations if found.kind == "function" and found.needsSymbol]
+    return sorted({name for name in operations if name not in asked and not is_special(*name.split("::")[-2:])})
+
+
+def is_special(scope, last=""):
+    return last in ("clone", "rethrow", scope, "~" + scope)
+
+
 def is_operation(symbol):
     """Destructors, operators and what belongs to a thrown type come with their class."""
     *scopes, last = symbol.name.split("::")
@@ -76,6 +87,12 @@ class ContextDataLibrary(unittest.TestCase):
     def test_asks_for_host_and_runtime_only(self):
         declared = marked_declarations(source / "host", "KORVAL_HOST_API")
         self.assertEqual([], wrong_references(self.library, self.host_library, declared))
+
+    def test_asks_for_every_operation_of_the_host(self):
+        declared = marked_declarations(source / "host", "KORVAL_HOST_API")
+        # How a host's own text accessor tells texts apart, and where its streams write.
+        self.assertEqual(["Tamsix::String::getString", "Tamsix::String::isString", "services::io::KLStringSink::write"],
+                         unasked(self.library, declared))
 
     def test_refers_to_the_version_of_the_host_contract(self):
         self.assertIn("contextdata_host_abi_1",
@@ -175,6 +192,11 @@ class Plants(unittest.TestCase):
         declared = Reader("namespace h { API void asked(); extern template class API Walk<int*>; }", "API").read()
         self.assertEqual(["neither host nor runtime: h::undeclared()"],
                          wrong_references(self.library, self.host, declared))
+
+    def test_operations_that_nobody_asks_for_are_found(self):
+        declared = Reader("namespace h { API void asked(); API void other(); class API Thrown { Thrown(); ~Thrown(); }; }",
+                          "API").read()
+        self.assertEqual(["h::other"], unasked(self.library, declared))
 
     def test_wrong_operations_are_found(self):
         self.assertEqual(["exported, not in the list: a::unmarked", "in the list, not exported: a::absent"],

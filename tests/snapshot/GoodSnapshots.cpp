@@ -80,7 +80,7 @@ TEST(GoodSnapshots, KeepEveryFieldOfAClass) {
     "superclasses": ["Root", "lab.Top", "base:lab.Top", "Alias"],
     "order": "inherited-first", "hidden": true, "broken": true, "flag": true, "enumeration": true,
     "members": ["On", "On", {"name": "Off", "hidden": true}, {"name": null}],
-    "attributeNames": [{"names": ["x", "y"]}, {"further": ["z"]}, {}, {"names": [""]}]
+    "attributeNames": [{"names": ["x", "y"]}, {"further": ["z"]}, {}, {"names": [""]}], "precedence": ["Root", "char"]
   }, {"name": "Root", "aliases": ["Alias"], "order": "own-first"},
      {"name": "lab.Top", "component": "base"}])");
   const auto& pump = world.classes.at(0);
@@ -97,6 +97,7 @@ TEST(GoodSnapshots, KeepEveryFieldOfAClass) {
   EXPECT_FALSE(pump.members[3].name);
   EXPECT_EQ(pump.attributeNames[0].names, (Names{"x", "y"}));
   EXPECT_EQ(pump.attributeNames[1].further, Names{"z"});
+  EXPECT_EQ(pump.precedence, (Names{"Root", "char"}));
   EXPECT_EQ(pump.attributeNames[3].names, Names{""});
   const auto& root = world.classes.at(1);
   EXPECT_EQ(root.order, embedded::WalkOrder::OwnFirst);
@@ -150,7 +151,9 @@ TEST(GoodSnapshots, KeepEveryFieldOfAMember) {
 TEST(GoodSnapshots, KeepFunctionsScopesAndSurroundings) {
   const auto world = read(R"("components": false, "namespaces": ["a.b", "c"],
     "functions": [{"name": "lab.tune", "component": "k", "imports": ["lab.Pump", "lab.*"], "hidden": true,
-                   "visible": true}, {"name": "f"}],
+                   "visible": true}, {"name": "f", "arguments": {"inputs": [{"name": "x", "size": [":", 3]},
+                   {"name": "y", "kind": "repeating", "class": "P", "validators": ["v"], "values": ["a"]}],
+                   "furtherOutputs": true}}],
     "scopes": {"queryable": true, "executing": "k:lab.tune", "bridge": false,
                "active": [{"function": "f", "eligible": false}, {"function": "lab.tune"}],
                "debugger": {"focus": "nobody", "first": -2147483648, "second": 2147483647}},
@@ -164,6 +167,12 @@ TEST(GoodSnapshots, KeepFunctionsScopesAndSurroundings) {
   EXPECT_EQ(world.functions[0].imports, (Names{"lab.Pump", "lab.*"}));
   EXPECT_TRUE(world.functions[0].hidden && world.functions[0].visible.value());
   EXPECT_FALSE(world.functions[1].hidden || world.functions[1].visible);
+  ASSERT_TRUE(world.functions[1].arguments && !world.functions[0].arguments);
+  const auto& arguments = *world.functions[1].arguments;
+  EXPECT_TRUE(arguments.furtherOutputs && !arguments.furtherInputs && arguments.outputs.empty());
+  const auto& x = arguments.inputs.at(0), &y = arguments.inputs.at(1);
+  EXPECT_TRUE(x.name == "x" && x.kind == x.Positional && x.className.empty() && x.size.size() == 2 && !x.size[0]);
+  EXPECT_TRUE(y.kind == y.Repeating && y.className == "P" && y.validators == Names{"v"} && y.values == Names{"a"});
   EXPECT_TRUE(world.scopes.queryable && !world.scopes.bridge);
   EXPECT_EQ(world.scopes.executing, "k:lab.tune");
   ASSERT_EQ(world.scopes.active.size(), 2U);

@@ -52,12 +52,37 @@ struct Shown {
   std::string operator()(const embedded::StructureArray& array) const {
     return "struct(" + sizeOf(array.size) + ")[" +
            joined(array.fields, [](const auto& field) { return field; }) + ":" +
-           joined(array.values, [](const auto& value) { return shown(value); }) + "]";
+           joined(array.values, [](const auto& value) { return shown(value); }) + "]" + array.className;
   }
   std::string operator()(const embedded::ObjectValue& object) const {
     const auto property = [](const auto& stored) { return stored.name + "=" + shown(stored.value); };
     return object.className + "[" + joined(object.properties, property) + "]" + object.member;
   }
+  std::string operator()(const embedded::StringArray& array) const {
+    const auto element = [](const auto& text) { return text ? shown(*text) : "missing"; };
+    return "strings(" + sizeOf(array.size) + ")[" + joined(array.elements, element) + "]";
+  }
+  std::string operator()(const embedded::CharacterArray& array) const {
+    return "char(" + sizeOf(array.size) + ")[" + shown(array.elements) + "]";
+  }
+  std::string operator()(const embedded::ObjectArray& array) const {
+    return "objects(" + sizeOf(array.size) + ")" + array.className + "[" +
+           joined(array.elements, [](const auto& object) { return shown(object); }) + "]";
+  }
+  std::string operator()(const embedded::OpaqueObject& object) const {
+    const auto field = [](const auto& stored) { return stored.name + "=" + shown(stored.value); };
+    const auto method = [](const auto& known) {
+      return known.name + (known.answer ? "=" + shown(*known.answer) : "");
+    };
+    return "opaque " + object.className + "[" + joined(object.fields, field) + "|" +
+           joined(object.methods, method) + "]" + (object.java ? "java" : "") +
+           std::to_string(static_cast<int>(object.dimensions));
+  }
+  std::string operator()(const embedded::FunctionHandleValue& handle) const { return "@" + handle.function; }
+  std::string operator()(const embedded::ClassReferenceValue& reference) const {
+    return "?" + reference.className;
+  }
+  std::string operator()(const embedded::TallValue& tall) const { return "tall " + shown(tall.inside.at(0)); }
 };
 std::string shown(const ValueDescription& value) { return std::visit(Shown{}, value.content); }
 
@@ -99,6 +124,18 @@ TEST(SnapshotValues, AreWhatTheTextSays) {
       {R"({"object": "c:P", "properties": {"q": 1, "inherited": {"object": "Alias"}}})",
        "c:P[q=double()[1],inherited=Alias[]]"},
       {R"({"object": "P", "member": "On"})", "P[]On"},
+      {R"({"strings": ["a", null], "size": [2, 1]})", "strings(2,1)[97,missing]"},
+      {R"({"char": "ab", "size": [2, 1]})", "char(2,1)[97 98]"},
+      {R"({"objects": [{"object": "P"}, {"object": "c:P"}], "class": "P"})", "objects()P[P[],c:P[]]"},
+      {R"({"objects": [], "class": "P", "size": [0, 0]})", "objects(0,0)P[]"},
+      {R"({"opaque": "F", "fields": {"a": 1}, "methods": {"m": 2, "n": null}, "java": true})",
+       "opaque F[a=double()[1]|m=double()[2],n]java0"},
+      {R"({"opaque": "F", "dimensions": "lazy"})", "opaque F[|]2"},
+      {R"({"handle": "f.g"})", "@f.g"},
+      {R"({"class": "P"})", "?P"},
+      {R"({"tall": [1, 2]})", "tall double()[1,2]"},
+      {R"({"struct": {"a": 1}, "class": "Older"})", "struct()[a:double()[1]]Older"},
+      {R"({"structs": [{"a": 1}], "class": "Older"})", "struct(1,1)[a:double()[1]]Older"},
   };
   for (const auto& [text, expected] : rows) {
     const auto world = embedded::readSnapshotText(

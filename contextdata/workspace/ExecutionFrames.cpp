@@ -1,0 +1,15 @@
+#include <contextdata/Workspace/ExecutionFrames.h>
+
+IExecutionFrame::~IExecutionFrame() = default;
+
+AutoPushingExecutionFrame::AutoPushingExecutionFrame() : guard_(Tamsix::orvo::pushFrame(this)) {}
+
+AutoPushingExecutionFrame::~AutoPushingExecutionFrame() = default;
+
+FunctionExecutionFrame::FunctionExecutionFrame(const Kfh_KORVAL_fn* function) : function_(function) {}
+
+FunctionExecutionFrame::~FunctionExecutionFrame() = default;
+
+void FunctionExecutionFrame::accept(Tamsix::orvo::IFrameVisitor& visitor) const {
+  visitor.visitFunctionFrame(*this);
+}

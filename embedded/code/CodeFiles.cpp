@@ -1,0 +1,87 @@
+#include "embedded/code/CodeFiles.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "embedded/classes/DottedName.h"
+#include "embedded/code/Interpreter.h"
+#include "embedded/text/Unicode.h"
+
+namespace embedded {
+
+namespace {
+
+constexpr std::uintmax_t longestFile = 4U << 20U;
+
+std::u16string textOf(const std::filesystem::path& file) {
+  std::error_code failure;
+  const std::uintmax_t size = std::filesystem::file_size(file, failure);
+  std::ifstream stream(file, std::ios::binary);
+  if (failure || !stream || size > longestFile)
+    failCode("KORVAL:code:UnreadableFile", "The file " + file.string() + " cannot be read");
+  return widened(std::string(std::istreambuf_iterator<char>(stream), {}));
+}
+
+}  // namespace
+
+CodeFiles::CodeFiles(const Description& description)
+    : folders_{description.currentFolder.empty() ? "." : description.currentFolder} {
+  for (const PathItemDescription& item : description.path) {
+    if (item.kind == PathItemDescription::Path)
+      folders_.emplace_back(item.folder);
+    else
+      special_.push_back(item);
+  }
+}
+
+const Routine* CodeFiles::function(const std::string& dottedName) {
+  const std::string package(namespaceOf(dottedName));
+  const std::string file = std::string(simpleNameOf(dottedName)) + ".k";
+  for (const Path& folder : folders_)
+    if (const Routine* found =
+            read(package.empty() ? folder / file : folder / ("+" + package) / file, package))
+      return found;
+  for (const PathItemDescription& item : special_)
+    if (item.kind == PathItemDescription::Package && !package.empty() &&
+        Path(item.folder).filename() == "+" + package)
+      if (const Routine* found = read(Path(item.folder) / file, package)) return found;
+  return nullptr;
+}
+
+bool CodeFiles::isPackage(const std::string& name) const {
+  std::error_code failure;
+  const std::string folderName = "+" + name;
+  return std::ranges::any_of(folders_,
+                             [&](const Path& folder) {
+                               return std::filesystem::is_directory(folder / folderName, failure);
+                             }) ||
+         std::ranges::any_of(special_, [&](const PathItemDescription& item) {
+           return item.kind == PathItemDescription::Package && Path(item.folder).filename() == folderName;
+         });
+}
+
+const Routine* CodeFiles::method(const std::string& className, const std::string& name) {
+  const std::string folderName = "@" + className;
+  for (const Path& folder : folders_)
+    if (const Routine* found = read(folder / folderName / (name + ".k"), "")) return found;
+  for (const PathItemDescription& item : special_)
+    if (item.kind == PathItemDescription::Class && Path(item.folder).filename() == folderName)
+      if (const Routine* found = read(Path(item.folder) / (name + ".k"), "")) return found;
+  return nullptr;
+}
+
+const Routine* CodeFiles::read(const Path& file, const std::string& inNamespace) {
+  std::error_code failure;
+  const auto written = std::filesystem::last_write_time(file, failure);
+  if (failure || !std::filesystem::is_regular_file(file, failure)) return nullptr;
+  File& known = files_[file.string()];
+  if (known.routine != nullptr && known.written == written) return known.routine.get();
+  Routine::Context context{.name = file.string(), .inNamespace = inNamespace, .isFile = true};
+  auto routine = std::make_unique<const Routine>(std::move(context), textOf(file));
+  if (known.routine != nullptr) replaced_.push_back(std::move(known.routine));
+  known = {written, std::move(routine)};
+  return known.routine.get();
+}
+
+}  // namespace embedded

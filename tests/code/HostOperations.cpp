@@ -1,0 +1,237 @@
+#include <gtest/gtest.h>
+
+#include <boost/smart_ptr/make_shared.hpp>
+#include <filesystem>
+#include <fstream>
+
+#include "host/Arrays.h"
+#include "host/Exceptions.h"
+#include "host/Streams.h"
+#include "tests/code/CodeWorld.h"
+
+namespace {
+
+using code::wide;
+using embedded::CodePolicy;
+using Tamsix::orvo::EvalSource;
+using ValuePtr = boost::intrusive_ptr<kxArray_tag>;
+using services::io::KLStream;
+
+std::string idOf(const std::function<void()>& action) {
+  try {
+    action();
+    return "";
+  } catch (const foundation::core::except::Exception& error) {
+    return error.messageId();
+  }
+}
+
+ValuePtr evaluated(const std::string& text, bool valueOfStatement, int& status) {
+  kxArray_tag* result = nullptr;
+  status = inEvalExp(wide(text), 1, &result, valueOfStatement, EvalSource::Query);
+  return {result, false};
+}
+
+std::string classOf(const ValuePtr& value) { return value ? kxGetClassName(value.get()) : "null"; }
+
+TEST(HostOperations, EvaluationAnswersAValueOrAStatus) {
+  code::World world;
+  const auto references = [] {
+    return embedded::Host::references().added - embedded::Host::references().dropped;
+  };
+  struct Row {
+    const char* text;
+    bool valueOfStatement;
+    const char* answer;
+    bool succeeds;
+  };
+  for (const Row& row :
+       {Row{"pump.Flow", false, "double", true}, Row{"pump;", true, "lab.Pump", true},
+        Row{"x = 1; x", true, "double", true}, Row{"x = 1; x", false, "null", false},
+        Row{"y = 1", true, "null", false}, Row{"y = 1", false, "null", false}, Row{"", true, "null", false},
+        Row{"nix", false, "null", false}, Row{"1 +", false, "null", false},
+        Row{"nothing", true, "null", false}, Row{"pump.Failing", true, "null", false},
+        Row{"function f()\nend", true, "null", false}}) {
+    const auto before = references();
+    int status = -1;
+    ValuePtr value = evaluated(row.text, row.valueOfStatement, status);
+    EXPECT_EQ(classOf(value), row.answer) << row.text;
+    EXPECT_EQ(status == 0, row.succeeds) << row.text;
+    EXPECT_EQ(world.host().codeFailure().has_value(), !row.succeeds) << row.text;
+    value.reset();
+    const bool leavesX = std::string(row.text) == "x = 1; x" && row.succeeds;
+    EXPECT_EQ(references(), before + (leavesX ? 1 : 0)) << row.text;
+  }
+  EXPECT_FALSE(world.host().variable("y"));
+}
+
+TEST(HostOperations, CallsPassErrorsOrTrapThem) {
+  code::World world;
+  ValuePtr pump = world.host().variable("pump");
+  kxArray_tag* arguments[] = {pump.get()};
+  kxArray_tag* result = nullptr;
+  const auto call = [&](const char* name) { inCallFcn(1, &result, 1, arguments, name); };
+  const std::vector<std::pair<const char*, const char*>> rows{
+      {"properties", "cell"}, {"fieldnames", "cell"}, {"methods", "cell"}, {"size", "double"},
+      {"class", "char"},      {"describe", "char"},   {"inner", "double"}};
+  for (const auto& [name, className] : rows) {
+    call(name);
+    EXPECT_EQ(classOf(ValuePtr(result, false)), className) << name;
+    ValuePtr same(inCallMethodSingleInputSingleOutput(pump.get(), name, 1), false);
+    EXPECT_EQ(classOf(same), className) << name;
+  }
+  EXPECT_EQ(idOf([&] { call("nix"); }), "KORVAL:code:UndefinedName");
+  EXPECT_EQ(idOf([&] { call("Failing"); }), "KORVAL:code:UndefinedName");
+  EXPECT_EQ(idOf([&] { inCallFcnWithTrap(1, &result, 1, arguments, "declared", false); }),
+            "KORVAL:code:NoCode");
+  EXPECT_NE(inCallFcnWithTrap(1, &result, 1, arguments, "declared", true), 0);
+  EXPECT_EQ(world.host().codeFailure()->id, "KORVAL:code:NoCode");
+  EXPECT_NE(world.host().takeOutput().find(u"KORVAL:code:NoCode"), std::u16string::npos);
+  const ValuePtr package(matrix::create(u"old"), false);
+  kxArray_tag* name[] = {package.get()};
+  ASSERT_EQ(inCallFcnWithTrap(1, &result, 1, name, "findpackage", true), 0);
+  const ValuePtr found(result, false);
+  const ValuePtr classes(kxGetPropertyShared(found.get(), 0, "Classes"), false);
+  EXPECT_EQ(kxGetNumberOfElements(classes.get()), 2U);
+  EXPECT_EQ(matrix::get_ustring(ValuePtr(kxGetPropertyShared(classes.get(), 1, "Name"), false).get()), u"B");
+  EXPECT_EQ(idOf([&] { kxGetPropertyShared(classes.get(), 2, "Name"); }), "KORVAL:code:Index");
+  const ValuePtr function(matrix::create(u"korval.metadata.Namespace.getAllNamespaces"), false);
+  kxArray_tag* named[] = {function.get()};
+  inFullFevalFcn(1, &result, 1, named);
+  const ValuePtr namespaces(result, false);
+  EXPECT_EQ(kxGetNumberOfElements(namespaces.get()), 1U);
+  EXPECT_EQ(matrix::get_ustring(ValuePtr(kxGetTypeProperty(namespaces.get(), 0, "Name"), false).get()),
+            u"lab");
+  EXPECT_EQ(idOf([&] { inFullFevalFcn(1, &result, 1, arguments); }), "KORVAL:host:NoFunctionName");
+}
+
+TEST(HostOperations, PropertiesAreReadAsThePublicClient) {
+  code::World world;
+  const ValuePtr pump = world.host().variable("pump");
+  const ValuePtr pumps = world.host().variable("pumps");
+  const auto read = [](const ValuePtr& object, std::size_t index, const char* name) {
+    return *kxGetDoubles(ValuePtr(kxGetPropertyShared(object.get(), index, name), false).get());
+  };
+  EXPECT_EQ(read(pump, 0, "Flow"), 3);
+  EXPECT_EQ(read(pump, 0, "Double"), 6);
+  EXPECT_EQ(read(pumps, 0, "Double"), 2);
+  EXPECT_EQ(read(pumps, 1, "Flow"), 3);
+  EXPECT_EQ(*kxGetDoubles(ValuePtr(kxGetTypeProperty(pump.get(), 0, "Secret"), false).get()), 1);
+  const std::vector<std::pair<const char*, const char*>> rows{{"Secret", "KORVAL:code:AccessDenied"},
+                                                              {"Failing", "lab:broken"},
+                                                              {"nix", "KORVAL:code:NoSuchMember"},
+                                                              {"Silent", "KORVAL:code:NoValue"}};
+  for (const auto& [name, id] : rows)
+    EXPECT_EQ(idOf([&] { kxGetPropertyShared(pump.get(), 0, name); }), id) << name;
+}
+
+TEST(HostOperations, OneGuardStandsBeforeAllCode) {
+  code::World world;
+  const ValuePtr pump = world.host().variable("pump");
+  kxArray_tag* arguments[] = {pump.get()};
+  kxArray_tag* result = nullptr;
+  int status = 0;
+  const std::vector<std::pair<std::function<void()>, bool>> rows{
+      {[&] { evaluated("1", true, status); }, true},
+      {[&] { inCallFcn(1, &result, 1, arguments, "size"), ValuePtr(result, false); }, true},
+      {[&] { inCallFcnWithTrap(1, &result, 1, arguments, "size", true), ValuePtr(result, false); }, true},
+      {[&] { ValuePtr(inCallMethodSingleInputSingleOutput(pump.get(), "size", 1), false); }, true},
+      {[&] { ValuePtr(kxGetPropertyShared(pump.get(), 0, "Double"), false); }, true},
+      {[&] { ValuePtr(kxGetPropertyShared(pump.get(), 0, "Flow"), false); }, false},
+      {[&] { ValuePtr(kxGetTypeProperty(pump.get(), 0, "Flow"), false); }, false},
+      {[&] { inValidInterpreterAvailable(); }, false}};
+  for (std::size_t at = 0; at < rows.size(); ++at) {
+    const auto& [ask, runsCode] = rows[at];
+    world.host().clearCodeRecord();
+    world.host().startLog();
+    ask();
+    EXPECT_EQ(embedded::Host::ranKorvalCode(world.host().takeLog()), runsCode) << at;
+    EXPECT_EQ(world.host().codeRecord().runs, runsCode ? 1U : 0U) << at;
+    world.host().setCodePolicy(CodePolicy::Refused);
+    EXPECT_EQ(idOf(ask), runsCode ? "KORVAL:host:CodeRefused" : "") << at;
+    EXPECT_EQ(world.host().codeRecord().refusals, runsCode ? 1U : 0U) << at;
+    EXPECT_EQ(world.host().codeRecord().refused.size(), runsCode ? 1U : 0U) << at;
+    world.host().setCodePolicy(CodePolicy::Trap);
+    if (runsCode)
+      EXPECT_DEATH(ask(), "Korval code was about to run") << at;
+    else
+      ask();
+    world.host().setCodePolicy(CodePolicy::Allowed);
+  }
+}
+
+TEST(HostOperations, TextGoesToTheTopSink) {
+  code::World world;
+  std::vector<std::string> printed;
+  world.host().setOutput([&](embedded::OutputKind kind, std::u16string_view text) {
+    printed.push_back((kind == embedded::OutputKind::Output ? "out:" : "err:") + shown(std::u16string(text)));
+  });
+  const auto lower = boost::make_shared<services::io::KLStringSink>();
+  const auto upper = boost::make_shared<services::io::KLStringSink>();
+  world.run("disp('a')");
+  KLStream::KLOut().push(lower);
+  world.run("disp('b')");
+  KLStream::KLOut().push(upper);
+  EXPECT_EQ(lower->text(), u"b\n") << "pushing delivers what was held back";
+  world.run("disp('c')");
+  EXPECT_EQ(upper->text(), u"") << "held back";
+  KLStream::KLOut().flush();
+  EXPECT_EQ(upper->text(), u"c\n");
+  KLStream::KLOut().pop();
+  KLStream::KLOut().pop();
+  EXPECT_EQ(idOf([] { KLStream::KLOut().pop(); }), "KORVAL:host:NoSink");
+  matrix::setErrorMode(matrix::ErrorMode{});
+  inEvalExp(u"x = 1\nnix", 0, nullptr, true, EvalSource::Query);
+  matrix::setErrorMode(matrix::ErrorMode::Silent);
+  inEvalExp(u"nix", 0, nullptr, true, EvalSource::Query);
+  EXPECT_EQ(matrix::getErrorMode(), matrix::ErrorMode::Silent);
+  const std::vector<std::string> expected{"out:a\n", "out:x = 1\n",
+                                          "err:expression:2:1: \"nix\" is no variable, function, class or "
+                                          "namespace [KORVAL:code:UndefinedName]\n"};
+  EXPECT_EQ(printed, expected);
+}
+
+/// A folder with ".k" files.
+class Folder {
+ public:
+  Folder() : path_(std::filesystem::temp_directory_path() / ("code-files-" + std::to_string(::getpid()))) {
+    write("twice.k", "function r = twice(x)\n r = helper(x) + x;\nend\nfunction r = helper(x)\n r = x;\nend");
+    write("script.k", "import lab.Pump\nmade = Pump(seed).Flow;");
+    write("broken.k", "x = (1\n");
+    write("failing.k", "function failing()\n\n  nix();\nend");
+    write("+pack/inner.k", "function r = inner() r = 5; end");
+    write("@Older/size.k", "function r = size(obj) r = [2 3]; end");
+  }
+  ~Folder() { std::filesystem::remove_all(path_); }
+
+  void write(const std::string& name, const std::string& text) const {
+    std::filesystem::create_directories((path_ / name).parent_path());
+    std::ofstream(path_ / name) << text;
+  }
+  std::string path() const { return path_.string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+TEST(CodeFiles, AreFunctionsScriptsAndMethods) {
+  const Folder folder;
+  code::World world(R"({"format": 1, "path": [{"folder": ")" + folder.path() + R"("}],
+    "classes": [{"name": "lab.Pump", "properties": ["Flow"],
+                 "methods": [{"name": "Pump", "code": "function o = Pump(f) o.Flow = f; end"}]}],
+    "workspace": [{"name": "old", "value": {"struct": {"a": 1}, "class": "Older"}}]})");
+  EXPECT_EQ(world.value("twice(4)"), "8");
+  EXPECT_EQ(world.value("seed = 6; script; made"), "made = 6");
+  EXPECT_EQ(world.value("pack.inner + 1"), "6");
+  EXPECT_EQ(world.value("size(old)"), "[2 3]");
+  EXPECT_EQ(world.value("broken"), "!KORVAL:code:Syntax 1:7");
+  EXPECT_EQ(world.host().codeFailure()->source, folder.path() + "/broken.k");
+  EXPECT_EQ(world.value("failing"), "!KORVAL:code:UndefinedName 3:3");
+  EXPECT_EQ(world.host().codeFailure()->source, folder.path() + "/failing.k");
+  folder.write("twice.k", "function r = twice(x) r = 'changed'; end");
+  std::filesystem::last_write_time(folder.path() + "/twice.k",
+                                   std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
+  EXPECT_EQ(world.value("twice(4)"), "'changed'");
+}
+
+}  // namespace

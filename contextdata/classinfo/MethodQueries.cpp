@@ -1,12 +1,11 @@
 #include <contextdata/KCOSContextData/ClassInfo.h>
 
 #include <algorithm>
-#include <iterator>
 #include <string_view>
 #include <unordered_set>
 
 #include "contextdata/classinfo/CompletionContext.h"
-#include "contextdata/classinfo/InheritedAccess.h"
+#include "contextdata/classinfo/Inherited.h"
 #include "host/Classes.h"
 #include "host/Exceptions.h"
 
@@ -22,7 +21,9 @@ constexpr const char16_t* noDotMethodsMixin =
 
 /// Removes the inherited methods that an own hidden one masks. An own visible one masks nothing.
 void mask(Methods& inherited, const Methods& hidden) {
+  if (inherited.empty()) return;
   std::unordered_set<std::u16string_view> names;
+  names.reserve(hidden.size());
   for (const MethodInfo& method : hidden) names.insert(method.name);
   std::erase_if(inherited, [&](const MethodInfo& method) { return names.contains(method.name); });
 }
@@ -67,7 +68,7 @@ std::vector<MethodInfo> ClassInfo::getMethodsOfSuperclasses(const MethodInfo::Ge
   dropFirstPrivateLevel(inheritedOptions.access);
   Methods all;
   for (const auto& superclass : structure.superclasses) {
-    std::ranges::move(superclass->getMethods(inheritedOptions), std::back_inserter(all));
+    append(all, superclass->getMethods(inheritedOptions));
   }
   return all;
 }

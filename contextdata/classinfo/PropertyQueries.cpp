@@ -5,7 +5,7 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "contextdata/classinfo/InheritedAccess.h"
+#include "contextdata/classinfo/Inherited.h"
 #include "host/Classes.h"
 #include "host/Exceptions.h"
 
@@ -17,7 +17,9 @@ using Properties = std::vector<PropertyInfo>;
 
 /// Removes the inherited properties that an own one replaces.
 void shadow(Properties& inherited, const PropertyVisitorMutable& own) {
+  if (inherited.empty()) return;
   std::unordered_set<std::u16string_view> names;
+  names.reserve(own.properties.size() + own.hiddenProperties.size());
   for (const PropertyInfo& property : own.properties) names.insert(property.name);
   for (const PropertyInfo& property : own.hiddenProperties) names.insert(property.name);
   std::erase_if(inherited, [&](const PropertyInfo& property) { return names.contains(property.name); });
@@ -74,7 +76,7 @@ std::vector<PropertyInfo> ClassInfo::getPropertiesOfSuperclasses(
   dropFirstPrivateLevel(inheritedOptions.accessLevels);
   Properties all;
   for (const auto& superclass : structure.superclasses) {
-    std::ranges::move(propertiesOrNone(*superclass, inheritedOptions), std::back_inserter(all));
+    append(all, propertiesOrNone(*superclass, inheritedOptions));
   }
   return all;
 }

@@ -178,8 +178,8 @@ std::size_t failEveryCall(embedded::Host& host, const Question& question) {
 
 std::vector<Question> allQuestions() {
   std::vector<Question> all;
-  for (auto questions :
-       {classIdentifierQuestions, gatewayQuestions, completionTableQuestions, memberNameQuestions}) {
+  for (auto questions : {classIdentifierQuestions, gatewayQuestions, completionTableQuestions,
+                         memberNameQuestions, classInfoQuestions}) {
     for (Question& question : questions()) all.push_back(std::move(question));
   }
   return all;

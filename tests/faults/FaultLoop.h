@@ -64,6 +64,7 @@ std::vector<Question> classIdentifierQuestions();
 std::vector<Question> gatewayQuestions();
 std::vector<Question> completionTableQuestions();
 std::vector<Question> memberNameQuestions();
+std::vector<Question> classInfoQuestions();
 
 /// Runs the loop over one question in the host, which is active; failures are reported to the running test. Answers how
 /// many faults happened.

@@ -17,10 +17,23 @@ constexpr const char* world = R"json({
                     {"name": "Level", "get": "private"}],
      "methods": ["Pump", "start", {"name": "make", "static": true}, {"name": "stop"},
                  {"name": "debug", "hidden": true}]},
-    {"name": "lab.Mode", "enumeration": true, "members": ["Idle", {"name": "Test", "hidden": true}, "Running"]}
+    {"name": "lab.Mode", "enumeration": true, "members": ["Idle", {"name": "Test", "hidden": true}, "Running"]},
+    {"name": "info.Root", "properties": [{"name": "r", "access": {"level": "public", "classes": ["info.Base"]}}],
+     "methods": [{"name": "r", "access": {"level": "public", "classes": ["info.Base"]}}],
+     "attributeNames": [{"names": ["r"]}, {}, {}, {}]},
+    {"name": "info.Base", "superclasses": ["info.Root"], "properties": ["b"], "methods": ["b"],
+     "attributeNames": [{"names": ["b"]}, {}, {}, {}]},
+    {"name": "info.Child", "superclasses": ["info.Base"], "properties": ["c"], "methods": ["c"],
+     "attributeNames": [{"names": ["c"]}, {}, {}, {}]},
+    {"name": "info.Rich", "properties": [
+      {"name": "finite", "type": "t",
+       "values": [1, {"object": "info.Root", "text": "u"}, {"object": "lab.Mode", "member": "Running"}]},
+      {"name": "fast", "optimized": {}, "attributes": [{"name": "QRDGetSet", "type": "logical scalar"}]},
+      {"name": "typed", "validation": {"class": "double", "size": [1, ":"], "functions": ["f"]}}]}
   ],
   "functions": [{"name": "lab.tune", "imports": ["lab.Pump"]}],
-  "workspace": [{"name": "pump", "value": {"object": "lab.Pump", "properties": {"Flow": 3}}}],
+  "workspace": [{"name": "pump", "value": {"object": "lab.Pump", "properties": {"Flow": 3}}},
+                {"name": "root", "value": {"object": "info.Root"}}],
   "scopes": {"queryable": true,
              "active": [{"function": "lab.tune", "eligible": false}, {"function": "lab.tune"}],
              "debugger": {"focus": "elsewhere"}}

@@ -5,6 +5,13 @@ namespace {
 
 using world::Capability;
 
+embedded::ValueDescription describe(const world::PlannedValue& plan) {
+  if (const double* number = std::get_if<double>(&plan)) return {embedded::DoubleArray{{}, {*number}}};
+  if (const auto* text = std::get_if<std::u16string>(&plan)) return {embedded::CharacterRow{*text}};
+  const auto& object = std::get<world::PlannedObject>(plan);
+  return {embedded::ObjectValue{object.className, {}, object.member, object.text, object.failing}};
+}
+
 embedded::ClassDescription describe(const world::PlannedClass& plan) {
   embedded::ClassDescription result;
   result.name = plan.name;
@@ -22,6 +29,13 @@ embedded::ClassDescription describe(const world::PlannedClass& plan) {
     made.hidden = property.hidden;
     made.dependent = property.dependent;
     made.type = property.type;
+    made.conversion = property.conversion;
+    if (property.validation)
+      made.validation = {property.validation->className, property.validation->size,
+                         property.validation->functions};
+    if (property.values)
+      for (made.values.emplace(); const auto& value : *property.values)
+        made.values->push_back(describe(value));
     if (property.customGetter) made.optimized = embedded::OptimizedStorage{*property.customGetter, false};
   }
   for (const auto& method : plan.methods) {
@@ -49,9 +63,9 @@ class EmbeddedWorld : public world::World {
 class EmbeddedHost : public world::TestedHost {
  public:
   std::set<Capability> capabilities() const override {
-    return {Capability::Aliases,      Capability::Components, Capability::BrokenClasses,
-            Capability::MissingNames, Capability::Overloads,  Capability::Optimized,
-            Capability::CountsValues};
+    return {Capability::Aliases,      Capability::Components,  Capability::BrokenClasses,
+            Capability::MissingNames, Capability::Overloads,   Capability::Optimized,
+            Capability::CountsValues, Capability::Validations, Capability::FiniteValues};
   }
 
   std::unique_ptr<world::World> build(const world::Plan& plan) override {

@@ -47,6 +47,22 @@ Plan planOfLab() {
     plan.classes.push_back({.name = "Nameless", .properties = {{.name = {}}}, .methods = {{.name = {}}}});
   if (can(Capability::Optimized))
     plan.classes.push_back({.name = "Fast", .properties = {{.name = "rate", .customGetter = true}}});
+  if (can(Capability::Validations))
+    plan.classes.push_back(
+        {.name = "Sized",
+         .properties = {{.name = "both", .type = "t", .validation = {{"double", {1, {}, 0}, {"f", "g"}}}},
+                        {.name = "none", .type = "t", .validation = {{"", {}, {}}}},
+                        {.name = "plain", .type = "t"}}});
+  if (can(Capability::FiniteValues))
+    plan.classes.push_back(
+        {.name = "Finite",
+         .properties = {{.name = "mixed",
+                         .type = "mixed",
+                         .values = {{2.5, u"text", u"", world::PlannedObject{"lab.Color", "Red"},
+                                     world::PlannedObject{"Base", "", u"shown"}, world::PlannedObject{"Base"},
+                                     world::PlannedObject{"Base", "", {}, true}}}},
+                        {.name = "empty", .type = "empty", .values = {std::vector<world::PlannedValue>{}}},
+                        {.name = "closed", .type = "closed", .values = {{1.0}}, .conversion = false}}});
   plan.functions = {"lab.run", "plain"};
   plan.objects = {{"pump", "lab.Pump"}};
   return plan;

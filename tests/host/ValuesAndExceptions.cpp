@@ -59,6 +59,8 @@ const std::function<void()> questions[] = {
     [] { kcos::cosiToProp(nullptr); },
     [] { omGetCOSClassID(nullptr); },
     [] { omIsKCOS(nullptr); },
+    [] { kcos::COSTypeRepository::getConversion({}, {}); },
+    [] { kcos::COSValidationType::get({}); },
     [] { inGetValueFromCurrentWorkspace(""); },
     [] { IInterpreter::GetInterpreterBridge(); },
     [] { Kdispatcher::getDispatcher(); },
@@ -71,7 +73,8 @@ TEST_F(InLab, OnlyTheThreadOfAnActiveHostMayAsk) {
       ASSERT_TRUE(runs());
       EXPECT_THROW(question(), foundation::core::except::Exception);
     }
-    EXPECT_NO_THROW(kcos::internal::makeInterned(fl::i18n::to_string(u"text")));
+    EXPECT_NO_THROW(kcos::internal::makeInterned(fl::i18n::to_string(fl::i18n::trim(u" a", u" "))));
+    EXPECT_TRUE(fl::i18n::is_ascii_letter(u'a') && !fl::i18n::is_ascii_digit(u'a'));
   };
   for (const auto& question : questions) EXPECT_NO_THROW(question());
   std::thread(everyQuestionFails).join();

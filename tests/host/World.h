@@ -8,6 +8,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace world {
@@ -21,7 +22,25 @@ enum class Capability {
   Overloads,      // several methods of one name in one class
   Optimized,      // optimised property records
   CountsValues,   // liveValues()
+  Validations,    // declared sizes, classes and functions of properties
+  FiniteValues,   // data types with a finite set of values
 };
+
+struct PlannedValidation {
+  std::string className;                         // empty: none
+  std::vector<std::optional<std::size_t>> size;  // without a value: ":"
+  std::vector<std::string> functions;
+};
+
+/// A possible value: a number, a text, or an object with the text that it shows for itself; an object that names an
+/// enumeration member is that member.
+struct PlannedObject {
+  std::string className;
+  std::string member = "";
+  std::optional<std::u16string> text = {};
+  bool failing = false;
+};
+using PlannedValue = std::variant<double, std::u16string, PlannedObject>;
 
 struct PlannedProperty {
   std::optional<std::string> name;
@@ -32,6 +51,9 @@ struct PlannedProperty {
   std::string type = "";  // empty: no data type
   std::vector<std::string> grantedTo = {};
   std::optional<bool> customGetter = {};  // with a value, the record is optimised
+  std::optional<PlannedValidation> validation = {};
+  std::optional<std::vector<PlannedValue>> values = {};
+  bool conversion = true;
 };
 
 struct PlannedMethod {

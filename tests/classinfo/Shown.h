@@ -1,0 +1,26 @@
+#pragma once
+
+#include <contextdata/KCOSContextData/ClassInfo.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/Text.h"
+#include "tests/support/World.h"
+
+/// A record by the identity of its class.
+struct Record : KCOSContextData::ClassInfo {
+  explicit Record(const std::string& id)
+      : ClassInfo(KCOSContextData::ResolvedClassID::fromKnownResolvedClassID(id)) {}
+};
+
+/// The names of members, in their order.
+template <class Member>
+std::string namesOf(const std::vector<Member>& members) {
+  std::string all;
+  for (const Member& member : members) all += (all.empty() ? "" : " ") + shown(member.name);
+  return all;
+}
+
+/// Everything but the name: type, [size], {functions}, kind and values, and the flags that are not as usual.
+std::string shownType(const KCOSContextData::PropertyInfo& property);

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/Text.h"
+#include "tools/Answer.h"
 
 namespace tools {
 
@@ -69,19 +70,19 @@ std::vector<Candidate> membersOfClass(const ResolvedClassID& id, Candidates cand
 std::vector<Candidate> complete(const embedded::Host& host, const std::string& text) {
   const std::size_t dot = text.rfind('.');
   if (dot == std::string::npos) {
-    throw CompletionError{"complete.no-dot", "there is no dot to complete after in '" + text + "'"};
+    throw AnswerError{"complete.no-dot", "there is no dot to complete after in '" + text + "'"};
   }
   const std::string before = text.substr(0, dot);
   Candidates candidates(fl::i18n::to_ustring(text.substr(dot + 1)));
   if (const auto value = host.variable(before)) {
     if (!KCOSIntrospection::isKCOSObject(value.get())) {
-      throw CompletionError{"complete.no-object", "'" + before + "' is no object of a valid class"};
+      throw AnswerError{"complete.no-object", "'" + before + "' is no object of a valid class"};
     }
     return membersOfObject(ResolvedClassID(value.get()), std::move(candidates));
   }
   const ResolvedClassID id(u"", fl::i18n::to_ustring(before));
   if (!KCOSIntrospection::isKCOSClass(id)) {
-    throw CompletionError{"complete.unknown-name", "no variable and no class is called '" + before + "'"};
+    throw AnswerError{"complete.unknown-name", "no variable and no class is called '" + before + "'"};
   }
   return membersOfClass(id, std::move(candidates));
 }

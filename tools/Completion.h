@@ -15,14 +15,8 @@ struct Candidate {
   std::string kind;
 };
 
-/// Why a text cannot be completed. Codes are stable; docs/command.md lists them.
-struct CompletionError {
-  std::string code;
-  std::string message;
-};
-
 /// The candidates for a text like "pump.", "pump.Fl" or "lab.Pump.", kind by kind, each name once. A variable
-/// wins over a class of the same name. `host` is active. Throws CompletionError, and what the library lets
+/// wins over a class of the same name. `host` is active. Throws AnswerError, and what the library lets
 /// out.
 std::vector<Candidate> complete(const embedded::Host& host, const std::string& text);
 

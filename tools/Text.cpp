@@ -73,6 +73,6 @@ std::string printable(std::u16string text) {
   return utf_to_utf<char>(text);
 }
 
-std::size_t columnsOf(const std::u16string& text) { return utf_to_utf<char32_t>(text).size(); }
+std::string printable(const std::string& text) { return printable(utf_to_utf<char16_t>(text)); }
 
 }  // namespace tools

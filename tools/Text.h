@@ -24,9 +24,8 @@ std::optional<std::string> narrowTextOf(const Json& json);
 /// The JSON as one line of UTF-8.
 std::string lineOf(const Json& json);
 
-/// For people: without lone surrogates, and control characters, which a terminal would obey, replaced.
+/// For people: without lone surrogates and what is no UTF-8, and control characters, which a terminal would obey, replaced.
 std::string printable(std::u16string text);
-/// How many characters of that are shown.
-std::size_t columnsOf(const std::u16string& text);
+std::string printable(const std::string& text);
 
 }  // namespace tools

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/Complete.h"
+#include "tools/Describe.h"
 #include "tools/ExitCode.h"
 #include "tools/Interrupt.h"
 #include "tools/Query.h"
@@ -23,6 +24,7 @@ int main(int argc, char** argv) {
   int status = tools::Usage;
   tools::addQuery(app, status);
   tools::addComplete(app, status);
+  tools::addDescribe(app, status);
   tools::handleInterrupts();
   try {
     app.parse(argc, argv);

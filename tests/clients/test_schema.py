@@ -168,7 +168,6 @@ class SchemaTest(unittest.TestCase):
             self.assertFalse(VALIDATOR.is_valid(changed(place, value)), (place, value))
 
 
-@unittest.skipUnless(COMMAND and os.path.exists(COMMAND), "needs the command")
 class AgreementTest(unittest.TestCase):
     """The schema and the reader of the command."""
 

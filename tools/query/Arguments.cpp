@@ -1,5 +1,7 @@
 #include "tools/query/Arguments.h"
 
+#include <algorithm>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -9,10 +11,25 @@ namespace tools::query {
 
 using KCOSContextData::ResolvedClassID;
 
+namespace {
+
+std::optional<std::int32_t> numberOf(const Json& json) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  if (!json.is_number_integer()) return {};
+  if (json.is_number_unsigned() && json.get<std::uint64_t>() > std::uint64_t{Limits::max()}) return {};
+  const std::int64_t number = json.get<std::int64_t>();
+  if (number < Limits::min()) return {};
+  return static_cast<std::int32_t>(number);
+}
+
+}  // namespace
+
 Arguments::Arguments(const Json& object, embedded::Host& host, std::string path)
     : object_(object), host_(host), path_(std::move(path)) {}
 
 bool Arguments::has(const std::string& name) const { return object_.contains(name); }
+
+bool Arguments::hasNull(const std::string& name) const { return has(name) && get(name).is_null(); }
 
 bool Arguments::hasIdentifier(const std::string& name) const {
   return has(name) && object_.at(name).is_object() && !textOf(object_.at(name));
@@ -39,7 +56,6 @@ bool Arguments::flag(const std::string& name) const {
 
 std::vector<std::u16string> Arguments::texts(const std::string& name) const {
   std::vector<std::u16string> texts;
-  if (!has(name)) return texts;
   const Json& list = get(name);
   if (!list.is_array()) wrongType(name, "a list of texts");
   for (const Json& element : list) {
@@ -48,6 +64,26 @@ std::vector<std::u16string> Arguments::texts(const std::string& name) const {
     texts.push_back(*text);
   }
   return texts;
+}
+
+std::vector<std::int32_t> Arguments::numbers(const std::string& name) const {
+  std::vector<std::int32_t> numbers;
+  const Json& list = get(name);
+  if (!list.is_array()) wrongType(name, "a list of 32-bit numbers");
+  for (const Json& element : list) {
+    const std::optional<std::int32_t> number = numberOf(element);
+    if (!number) wrongType(name, "a list of 32-bit numbers");
+    numbers.push_back(*number);
+  }
+  return numbers;
+}
+
+std::int32_t Arguments::numberOrWord(const std::string& name, const std::vector<std::string>& words) const {
+  const Json& given = get(name);
+  if (const std::optional<std::int32_t> number = numberOf(given)) return *number;
+  const auto found = given.is_string() ? std::ranges::find(words, given.get<std::string>()) : words.end();
+  if (found == words.end()) wrongType(name, "a 32-bit number or one of the words for it");
+  return static_cast<std::int32_t>(found - words.begin());
 }
 
 boost::intrusive_ptr<kxArray_tag> Arguments::value(const std::string& name) const {
@@ -108,7 +144,9 @@ const Json& Arguments::get(const std::string& name) const {
 }
 
 Arguments Arguments::nested(const std::string& name) const {
-  return Arguments(get(name), host_, path_ + name + ".");
+  const Json& object = get(name);
+  if (!object.is_object()) wrongType(name, "an object");
+  return Arguments(object, host_, path_ + name + ".");
 }
 
 void Arguments::wrongType(const std::string& name, const std::string& expected) const {

@@ -6,6 +6,7 @@
 #include <contextdata/KCOSContextData/ResolvedClassID.h>
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <cstdint>
 #include <set>
 #include <string>
 #include <vector>
@@ -21,6 +22,7 @@ class Arguments {
   Arguments(const Json& object, embedded::Host& host, std::string path = {});
 
   bool has(const std::string& name) const;
+  bool hasNull(const std::string& name) const;
   /// Is the argument an object that stands for an identifier?
   bool hasIdentifier(const std::string& name) const;
 
@@ -28,8 +30,10 @@ class Arguments {
   std::string narrowText(const std::string& name) const;
   /// false when it is missing.
   bool flag(const std::string& name) const;
-  /// Empty when it is missing.
   std::vector<std::u16string> texts(const std::string& name) const;
+  std::vector<std::int32_t> numbers(const std::string& name) const;
+  /// One of the words, which stand for 0, 1, ...; or any number.
+  std::int32_t numberOrWord(const std::string& name, const std::vector<std::string>& words) const;
   /// A workspace variable's value; null for null.
   boost::intrusive_ptr<kxArray_tag> value(const std::string& name) const;
   /// The same where null is no argument.
@@ -39,6 +43,9 @@ class Arguments {
   /// From text, as it stands; from an object, by the constructor whose arguments it holds, or {"id": text}.
   KCOSContextData::ResolvedClassID identifier(const std::string& name) const;
 
+  /// The arguments in an object. Whoever has read them calls their finish().
+  Arguments nested(const std::string& name) const;
+
   /// What may stand in every request.
   void allow(const std::string& name) const { read_.insert(name); }
   /// Throws for an argument that nobody has read.
@@ -46,7 +53,6 @@ class Arguments {
 
  private:
   const Json& get(const std::string& name) const;
-  Arguments nested(const std::string& name) const;
   [[noreturn]] void wrongType(const std::string& name, const std::string& expected) const;
 
   const Json& object_;

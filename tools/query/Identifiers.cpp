@@ -8,18 +8,6 @@ namespace {
 
 using KCOSContextData::ResolvedClassID;
 
-/// Asks one of two overloads that take a name, the one for narrow text on request.
-template <class Overloads>
-void askByName(Question& question, Overloads overloads) {
-  if (question.arguments.flag("narrow")) {
-    const std::string name = question.arguments.narrowText("name");
-    question.ask([&] { return overloads(name); });
-  } else {
-    const std::u16string name = question.arguments.text("name");
-    question.ask([&] { return overloads(name); });
-  }
-}
-
 void constructor(Question& question) {
   construct(question.arguments, [&](const auto& make) { question.ask(make); });
 }

@@ -8,7 +8,8 @@ const std::vector<Operation>& operations() {
   static const std::vector<Operation> all = [] {
     std::vector<Operation> joined;
     for (const auto& part :
-         {identifierOperations(), gatewayOperations(), tableOperations(), memberNameOperations()}) {
+         {identifierOperations(), gatewayOperations(), tableOperations(), memberNameOperations(),
+          classRecordOperations(), memberRecordOperations(), visitorOperations()}) {
       joined.insert(joined.end(), part.begin(), part.end());
     }
     return joined;

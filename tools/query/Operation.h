@@ -18,6 +18,9 @@ std::vector<Operation> identifierOperations();
 std::vector<Operation> gatewayOperations();
 std::vector<Operation> tableOperations();
 std::vector<Operation> memberNameOperations();
+std::vector<Operation> classRecordOperations();
+std::vector<Operation> memberRecordOperations();
+std::vector<Operation> visitorOperations();
 
 /// All of them.
 const std::vector<Operation>& operations();

@@ -55,4 +55,16 @@ class Question {
   Json answer_ = Json::object();
 };
 
+/// Asks one of two overloads that take a name, the one for narrow text on request.
+template <class Overloads>
+void askByName(Question& question, Overloads overloads) {
+  if (question.arguments.flag("narrow")) {
+    const std::string name = question.arguments.narrowText("name");
+    question.ask([&] { return overloads(name); });
+  } else {
+    const std::u16string name = question.arguments.text("name");
+    question.ask([&] { return overloads(name); });
+  }
+}
+
 }  // namespace tools::query

@@ -2,8 +2,12 @@
 
 // Results of the library as JSON. Some are asked of the host: render only when the query is over.
 
+#include <contextdata/KCOSContextData/ClassInfo.h>
 #include <contextdata/KCOSContextData/ResolvedClassID.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -13,14 +17,34 @@
 
 namespace tools::query {
 
+/// The answer of an operation that has none.
+Json render(std::nullptr_t);
 Json render(bool answer);
 Json render(const std::u16string& text);
 Json render(const std::vector<std::u16string>& texts);
 Json render(const std::vector<std::string>& texts);
 Json render(const std::set<std::u16string>& texts);
+Json render(const std::vector<std::int32_t>& numbers);
+Json render(const std::vector<std::size_t>& numbers);
 /// The component-qualified name; "" for the null identifier.
 Json render(const KCOSContextData::ResolvedClassID& id);
 Json render(const KCOSContextData::ResolvedClassID::DebuggerFocus& focus);
+/// Records with all their fields, under the names of the fields; an accessing class and an owner by identity.
+Json render(const KCOSContextData::PropertyInfo& property);
+Json render(const std::vector<KCOSContextData::PropertyInfo>& properties);
+Json render(const KCOSContextData::MethodInfo& method);
+Json render(const std::vector<KCOSContextData::MethodInfo>& methods);
+Json render(const KCOSContextData::AttributeSets& sets);
+Json render(const KCOSContextData::PropertyVisitorMutable& visitor);
+Json render(const KCOSContextData::MethodVisitorMutable& visitor);
+/// Name, superclasses with theirs, and identity; the visitors' state is told by operations on visitors.
+Json render(const KCOSContextData::ClassInfo& record);
+
+template <class Record>
+Json render(const std::unique_ptr<Record>& record) {
+  return render(*record);
+}
+
 /// The identity of the class, or null.
 Json render(kcos::COSClass* found);
 /// The dotted name of the namespace, or null.

@@ -1,0 +1,74 @@
+#include "tools/Answer.h"
+
+#include <iostream>
+
+#include "host/Exceptions.h"
+#include "tools/Exceptions.h"
+#include "tools/ExitCode.h"
+#include "tools/Interrupt.h"
+#include "tools/Snapshot.h"
+
+namespace tools {
+
+namespace {
+
+int write(const Answer& answer) {
+  if (!answer.notice.empty()) std::cerr << "contextdata: " << answer.notice << '\n';
+  std::cout << answer.output << std::flush;
+  if (std::cout) return Answered;
+  std::cerr << "contextdata: cannot write the answer [command.output]\n";
+  return NoAnswer;
+}
+
+/// For programs the error as JSON, for people its text.
+int fail(const AnswerOptions& options, const Json& error, const std::string& text, int status = NoAnswer) {
+  if (options.json) {
+    std::cout << lineOf({{"error", error}}) << '\n';
+  } else {
+    std::cerr << "contextdata: " << text << '\n';
+  }
+  return status;
+}
+
+int fail(const AnswerOptions& options, const AnswerError& error, int status = NoAnswer) {
+  return fail(options, {{"code", error.code}, {"message", error.message}},
+              error.message + " [" + error.code + "]", status);
+}
+
+int failWithCurrentException(const AnswerOptions& options) {
+  const std::string code = options.command + ".failed";
+  const std::string message = "the class system failed";
+  const Json exception = describeCurrentException();
+  return fail(options, {{"code", code}, {"message", message}, {"exception", exception}},
+              message + ": " + lineOf(exception) + " [" + code + "]");
+}
+
+int answer(const AnswerOptions& options, embedded::Host& host,
+           const std::function<Answer(embedded::Host&)>& ask) {
+  const AnswerError interrupted = {options.command + ".interrupted", "interrupted"};
+  const embedded::Activation active(host);
+  const Interruptible request(host);
+  try {
+    const Answer answer = ask(host);
+    if (host.interruptRequested()) return fail(options, interrupted, Interrupted);
+    return write(answer);
+  } catch (const Tamsix::System::InterruptException&) {
+    return fail(options, interrupted, Interrupted);
+  } catch (const AnswerError& error) {
+    return fail(options, error);
+  } catch (...) {
+    return failWithCurrentException(options);
+  }
+}
+
+}  // namespace
+
+int answerOnce(const AnswerOptions& options, const std::function<Answer(embedded::Host&)>& ask) {
+  try {
+    return answer(options, *loadSnapshot(options.snapshot), ask);
+  } catch (const embedded::SnapshotError& error) {
+    return fail(options, jsonOf(error), describe(error));
+  }
+}
+
+}  // namespace tools

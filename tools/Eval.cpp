@@ -59,14 +59,17 @@ AnswerError errorOf(const EvalOptions& options, const embedded::CodeFailure& fai
   const std::string source = isScript ? options.file : failure.source;
   const std::string place =
       source + ":" + std::to_string(failure.line) + ":" + std::to_string(failure.column) + ": ";
-  return {failure.id, options.json ? failure.message : place + failure.message,
+  return {failure.id,
+          options.json ? failure.message : place + failure.message,
           {{"source", jsonOf(source)}, {"line", failure.line}, {"column", failure.column}}};
 }
 
 /// Takes the code's output for as long as it lives.
 class OutputTo {
  public:
-  OutputTo(embedded::Host& host, embedded::Output output) : host_(host) { host_.setOutput(std::move(output)); }
+  OutputTo(embedded::Host& host, embedded::Output output) : host_(host) {
+    host_.setOutput(std::move(output));
+  }
   ~OutputTo() { host_.setOutput({}); }
   OutputTo(const OutputTo&) = delete;
   OutputTo& operator=(const OutputTo&) = delete;

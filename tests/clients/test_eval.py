@@ -10,7 +10,7 @@ from Command import COMMAND, SOURCE, CommandTest, environment, run
 
 class EvalTest(CommandTest):
     def eval(self, *arguments):
-        return run("eval", *arguments, "--snapshot", self.session)
+        return run("eval", "--snapshot", self.session, *arguments)
 
     def test_output(self):
         for text, output in (("1 + 2", "3\n"), ("1 + 2;", ""), ("x = n * 2", "x = 6\n"), ("disp('gr\u00fcn')", "gr\u00fcn\n"),

@@ -48,7 +48,7 @@ std::u16string textOf(const EvalOptions& options) {
   return boost::locale::conv::utf_to_utf<char16_t>(text);
 }
 
-/// What code prints goes on at once to where people expect it.
+/// What code prints goes to where people expect it, when the host delivers it.
 void print(OutputKind kind, std::u16string_view text) {
   std::ostream& stream = kind == OutputKind::Output ? std::cout : std::cerr;
   stream << boost::locale::conv::utf_to_utf<char>(text.data(), text.data() + text.size()) << std::flush;

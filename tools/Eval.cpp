@@ -48,7 +48,7 @@ std::u16string textOf(const EvalOptions& options) {
   return boost::locale::conv::utf_to_utf<char16_t>(text);
 }
 
-/// What code prints goes on at once to where people expect it.
+/// What code prints goes to where people expect it, when the host delivers it.
 void print(OutputKind kind, std::u16string_view text) {
   std::ostream& stream = kind == OutputKind::Output ? std::cout : std::cerr;
   stream << boost::locale::conv::utf_to_utf<char>(text.data(), text.data() + text.size()) << std::flush;
@@ -59,14 +59,17 @@ AnswerError errorOf(const EvalOptions& options, const embedded::CodeFailure& fai
   const std::string source = isScript ? options.file : failure.source;
   const std::string place =
       source + ":" + std::to_string(failure.line) + ":" + std::to_string(failure.column) + ": ";
-  return {failure.id, options.json ? failure.message : place + failure.message,
+  return {failure.id,
+          options.json ? failure.message : place + failure.message,
           {{"source", jsonOf(source)}, {"line", failure.line}, {"column", failure.column}}};
 }
 
 /// Takes the code's output for as long as it lives.
 class OutputTo {
  public:
-  OutputTo(embedded::Host& host, embedded::Output output) : host_(host) { host_.setOutput(std::move(output)); }
+  OutputTo(embedded::Host& host, embedded::Output output) : host_(host) {
+    host_.setOutput(std::move(output));
+  }
   ~OutputTo() { host_.setOutput({}); }
   OutputTo(const OutputTo&) = delete;
   OutputTo& operator=(const OutputTo&) = delete;

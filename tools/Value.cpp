@@ -52,12 +52,17 @@ class ValueWriter {
     if (level > deepest || count >= elementsLeft_) return summary(value, size);
     elementsLeft_ -= count + 1;
     switch (kxGetClassID(value)) {
-      case Cell: return cell(value, size, level);
+      case Cell:
+        return cell(value, size, level);
       case Structure:
-      case StructureBasedObject: return structures(value, size, level);
-      case Characters: return characters(value, size);
-      case Double: return doubles(value, size);
-      default: return count == 1 ? scalar(value, size) : summary(value, size);
+      case StructureBasedObject:
+        return structures(value, size, level);
+      case Characters:
+        return characters(value, size);
+      case Double:
+        return doubles(value, size);
+      default:
+        return count == 1 ? scalar(value, size) : summary(value, size);
     }
   }
 

@@ -14,8 +14,7 @@ void evaluate(Question& question) {
   const std::uint32_t nlhs = question.arguments.count("nlhs", mostResults);
   const bool flag = question.arguments.flag("flag");
   std::vector<kxArray_tag*> slots(nlhs);
-  question.ask(
-      [&] { return EvalcExpSuccessful(expression, static_cast<int>(nlhs), slots.data(), flag); });
+  question.ask([&] { return EvalcExpSuccessful(expression, static_cast<int>(nlhs), slots.data(), flag); });
   std::vector<boost::intrusive_ptr<kxArray_tag>> plhs;
   for (kxArray_tag* slot : slots) plhs.emplace_back(slot, false);
   question.tell("plhs", plhs);

@@ -56,13 +56,11 @@ void methodsForVariable(Question& question) {
 }  // namespace
 
 std::vector<Operation> objectOperations() {
-  return {{"callFunctionOnObject", callFunctionOnObject},
-          {"getObjectPropertyNames", getObjectPropertyNames},
-          {"isNoDotMethodClass", isNoDotMethodClass},
-          {"isObjectOrIsOpaque", isObject},
-          {"getOpaqueObjectProperties", getOpaqueProperties},
-          {"getOpaqueObjectMethods", getOpaqueMethods},
-          {"getMethodsForWSVariable", methodsForVariable}};
+  return {
+      {"callFunctionOnObject", callFunctionOnObject},     {"getObjectPropertyNames", getObjectPropertyNames},
+      {"isNoDotMethodClass", isNoDotMethodClass},         {"isObjectOrIsOpaque", isObject},
+      {"getOpaqueObjectProperties", getOpaqueProperties}, {"getOpaqueObjectMethods", getOpaqueMethods},
+      {"getMethodsForWSVariable", methodsForVariable}};
 }
 
 }  // namespace tools::query

@@ -97,6 +97,17 @@ boost::intrusive_ptr<kxArray_tag> Host::variable(const std::string& name) const 
 }
 
 std::vector<std::string> Host::variableNames() const { return session_->workspace.names(); }
+
+std::vector<KnownName> Host::functionNames() const { return session_->names.functions(); }
+std::vector<KnownName> Host::classNames() const { return session_->names.classes(); }
+std::vector<KnownName> Host::packageNames() const { return session_->names.packages(); }
+
+std::vector<KnownName> Host::namespaceNames() const {
+  std::vector<KnownName> names;
+  for (std::string& name : session_->classes.namespaceNames()) names.push_back({std::move(name)});
+  return names;
+}
+
 void Host::setComponents(bool on) noexcept { session_->componentsOn = on; }
 std::vector<const IExecutionFrame*> Host::frames() const { return session_->frames.frames(); }
 const Kfh_KORVAL_fn* Host::function(const std::string& name) const {

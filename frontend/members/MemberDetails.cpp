@@ -27,7 +27,7 @@ std::u16string declaredSize(const PropertyInfo& property) {
 kcos::COSPropInfo* ownProperty(const ClassInfo& record, const std::u16string& name) {
   const auto id = ResolvedClassID::fromKnownResolvedClassID(record.classId.text());
   kcos::COSClass* found = KCOSIntrospection::getCOSClass(id);
-  const kcos::COSInternedName& member = ResolvedClassID::fromKnownResolvedClassID(name);
+  const kcos::COSInternedName member = ResolvedClassID::fromKnownResolvedClassID(name);
   const kcos::COSInterfacePtr property = found == nullptr ? nullptr : found->findProperty(member);
   return property ? kcos::cosiToProp(property.get()) : nullptr;
 }
@@ -44,7 +44,7 @@ void describeMethod(const MethodInfo& method, Candidate& candidate) {
   candidate.readRunsCode = true;
   const kcos::COSClass* defining = definingClass(method);
   if (defining == nullptr) return;
-  const kcos::COSInternedName& name = ResolvedClassID::fromKnownResolvedClassID(method.name);
+  const kcos::COSInternedName name = ResolvedClassID::fromKnownResolvedClassID(method.name);
   auto methods = defining->findMethods(name);
   if (!methods.hasMoreElements()) return;
   candidate.access = kcos::cosiToMethod(methods.nextElement().get())->getMemberAccess();

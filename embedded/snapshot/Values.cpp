@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "embedded/snapshot/Object.h"
 #include "embedded/snapshot/Structures.h"
@@ -188,7 +189,8 @@ struct Giver {
 
   Json operator()(const DoubleArray& array) const {
     if (!isRow(array.size, array.elements.size())) return giveObject(writer, array, doubleShape);
-    return array.elements.size() == 1 ? give(writer, array.elements.front()) : give(writer, array.elements);
+    const bool number = array.elements.size() == 1 && std::isfinite(array.elements.front());
+    return number ? give(writer, array.elements.front()) : give(writer, array.elements);
   }
   Json operator()(const LogicalArray& array) const {
     const bool single = array.elements.size() == 1 && isRow(array.size, 1);

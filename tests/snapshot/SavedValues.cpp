@@ -47,6 +47,8 @@ TEST(SavedValues, AreWhatTheyWere) {
        "9007199254740992.0",
        "-12",
        R"("NaN")",
+       R"(["NaN"])",
+       R"(["-Inf"])",
        "true",
        "false",
        "[]",

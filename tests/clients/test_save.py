@@ -25,7 +25,7 @@ def fixtures():
     for file in sorted((SOURCE / "tests").glob("*/*.cpp")):
         for number, found in enumerate(RAW_TEXT.finditer(file.read_text(encoding="utf-8"))):
             try:
-                world = json.loads(without_comments(found[2]))
+                world = json.loads(without_comments(found[2].replace("while true, end", "0")))  # which takes its time
             except ValueError:
                 continue
             if VALIDATOR.is_valid(world):

@@ -5,6 +5,8 @@
 
 #include "embedded/Session.h"
 #include "embedded/snapshot/DescriptionCheck.h"
+#include "embedded/snapshot/InVariable.h"
+#include "embedded/values/DescribeValue.h"
 #include "embedded/values/References.h"
 #include "host/Abi.h"
 
@@ -27,12 +29,25 @@ const Description& checked(const Description& description, const std::string& fi
   return description;
 }
 
+std::string fixedFolder(const std::string& path) {
+  return std::filesystem::absolute(path).lexically_normal().string();
+}
+
+/// Without the variables, and with folders that stay what they are when the process goes elsewhere.
+Description fixedPart(Description description) {
+  description.workspace.clear();
+  for (PathItemDescription& item : description.path) item.folder = fixedFolder(item.folder);
+  const std::string& current = description.currentFolder;
+  description.currentFolder = fixedFolder(current.empty() ? "." : current);
+  return description;
+}
+
 }  // namespace
 
 Host::Host(const Description& description) : Host(description, "") {}
 
 Host::Host(const Description& description, const std::string& file)
-    : session_(std::make_unique<Session>(checked(description, file))) {}
+    : session_(std::make_unique<Session>(checked(description, file))), fixed_(fixedPart(description)) {}
 
 Host::~Host() = default;
 
@@ -110,6 +125,18 @@ std::vector<KnownName> Host::namespaceNames() const {
 
 void Host::setComponents(bool on) noexcept { session_->componentsOn = on; }
 std::vector<const IExecutionFrame*> Host::frames() const { return session_->frames.frames(); }
+
+Description Host::describe() const {
+  Description description = fixed_;
+  description.components = session_->componentsOn;
+  ValueDescriber describer(session_->classes);
+  for (const std::string& name : session_->workspace.names()) {
+    const ValuePtr value = session_->workspace.find(name);
+    snapshot::inVariable(name, [&] { description.workspace.push_back({name, describer.describe(*value)}); });
+  }
+  return description;
+}
+
 const Kfh_KORVAL_fn* Host::function(const std::string& name) const {
   return session_->dispatcher.function(name);
 }

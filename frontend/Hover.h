@@ -1,0 +1,71 @@
+#pragma once
+
+// What an editor shows about a name, and about the call around a cursor.
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "frontend/Completion.h"
+
+namespace frontend {
+
+/// One of a function's declared arguments.
+struct Argument {
+  enum Kind { Positional, Optional, Repeating, NameValue };
+  std::u16string name;
+  Kind kind = Positional;
+  std::u16string className = {};
+  /// "1x:", or empty.
+  std::u16string size = {};
+  std::vector<std::u16string> validators = {};
+  std::vector<std::u16string> values = {};
+};
+
+/// A function and what it declares about its arguments.
+struct Signature {
+  std::u16string name;
+  std::vector<Argument> inputs;
+  std::vector<Argument> outputs;
+  bool furtherInputs = false;
+  bool furtherOutputs = false;
+  /// "[a, b] = name(x, y, Key=value, ...)"
+  std::u16string text() const;
+};
+
+/// What is known of one name.
+struct Hover {
+  Outcome outcome;
+  /// The range of the text that is described, in UTF-16 code units.
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  /// Nothing is known of it.
+  bool isUnknown = true;
+  /// What the name is by itself, with all its details; the label is the whole dotted name as typed.
+  Candidate subject;
+  /// Of functions and methods with declared arguments.
+  std::optional<Signature> signature = {};
+  /// Of classes, and of objects: the classes it derives from, nearest first.
+  std::vector<std::u16string> superclasses = {};
+  /// The values that a property may take.
+  std::vector<std::u16string> possibleValues = {};
+  std::vector<std::u16string> validators = {};
+};
+
+/// What stands at the offset: the dotted name there, up to the end of the part that the offset is in.
+Hover describe(Session& session, const std::u16string& text, std::size_t offset, const Place& place,
+               const Options& options = {});
+
+struct SignatureHelp {
+  Outcome outcome;
+  std::optional<Signature> signature = {};
+  /// The argument that is being typed, an index into the inputs; none when there are no more.
+  std::optional<std::size_t> activeArgument = {};
+};
+
+/// The function whose call is around the cursor.
+SignatureHelp signatureHelp(Session& session, const std::u16string& text, std::size_t cursor, const Place& place,
+                            const Options& options = {});
+
+}  // namespace frontend

@@ -23,7 +23,7 @@ struct CodePlace {
 struct CodeVariable {
   std::string name;
   CodePlace at;
-  /// What is called there: "lab.Pump" of `p = lab.Pump(3)`; empty for any other value.
+  /// What is named or called there: "lab.Pump" of `p = lab.Pump(3)`; empty for any other value.
   std::string maker = {};
 };
 

@@ -80,7 +80,10 @@ std::size_t Document::offsetOf(const Position& position) const {
 
 Position Document::positionOf(std::size_t offset) const {
   const std::size_t number = lineOf(offset);
-  return {number, charactersOf(line(number).substr(0, offset - lineStarts_[number]), encoding_)};
+  const std::u16string_view whole = line(number);
+  std::size_t length = std::min(offset - lineStarts_[number], whole.size());
+  if (length > 0 && length < whole.size() && isHigh(whole[length - 1]) && isLow(whole[length])) --length;
+  return {number, charactersOf(whole.substr(0, length), encoding_)};
 }
 
 void Document::replace(std::u16string text) {

@@ -40,7 +40,8 @@ class Document {
   /// A position behind the end of a line is that end, and one behind the last line the end of the text. Inside a
   /// character it is the start of the character.
   std::size_t offsetOf(const Position& position) const;
-  /// An offset behind the end of the text is that end, and one inside the end of a line the end of the line.
+  /// An offset behind the end of the text is that end, one inside the end of a line the end of the line, and one
+  /// inside a surrogate pair before it.
   Position positionOf(std::size_t offset) const;
   Range rangeOf(std::size_t begin, std::size_t end) const { return {positionOf(begin), positionOf(end)}; }
 

@@ -6,6 +6,7 @@
 #include "tools/ExitCode.h"
 #include "tools/Interrupt.h"
 #include "tools/Query.h"
+#include "tools/Serve.h"
 #include "tools/Version.h"
 
 namespace {
@@ -27,6 +28,7 @@ int main(int argc, char** argv) {
   tools::addComplete(app, status);
   tools::addDescribe(app, status);
   tools::addEval(app, status);
+  tools::addServe(app, status);
   tools::handleInterrupts();
   try {
     app.parse(argc, argv);

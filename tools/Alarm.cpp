@@ -1,6 +1,24 @@
 #include "tools/Alarm.h"
 
+#include <signal.h>
+
 namespace tools {
+
+namespace {
+
+/// The thread is started with all signals held back: they are for the thread that asks, which may be waiting for one.
+template <class Function>
+std::thread threadWithoutSignals(Function function) {
+  sigset_t every;
+  sigset_t before;
+  sigfillset(&every);
+  pthread_sigmask(SIG_SETMASK, &every, &before);
+  std::thread thread(function);
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  return thread;
+}
+
+}  // namespace
 
 Alarm::~Alarm() {
   if (!thread_.joinable()) return;
@@ -18,7 +36,7 @@ void Alarm::set(Time time) {
     time_ = time;
     hasGoneOff_ = false;
   }
-  if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
+  if (!thread_.joinable()) thread_ = threadWithoutSignals([this] { run(); });
   changed_.notify_one();
 }
 

@@ -48,16 +48,20 @@ void addFrontEndOptions(CLI::App& command, FrontEndOptions& options) {
       ->type_name("N");
   command.add_option("--in", options.function, "The function whose code it is")->type_name("FUNCTION");
   command.add_option("--class", options.className, "The class whose code it is")->type_name("CLASS");
-  command
-      .add_option("--code", options.policy,
-                  "How far code may run: never, stored-values (the default), allowed")
-      ->check(CLI::IsMember(policies()))
-      ->type_name("POLICY");
+  addPolicyOption(command, options);
   command.add_option("--limit", options.limit, "How many candidates at most, 200 by default")->type_name("N");
   command.add_option("--timeout", options.milliseconds, "Stop looking after so many milliseconds")
       ->type_name("MS");
   command.add_flag("--hidden", options.hidden, "Hidden names too");
   command.add_flag("--json", options.json, "Print JSON, for programs");
+}
+
+void addPolicyOption(CLI::App& command, FrontEndOptions& options) {
+  command
+      .add_option("--code", options.policy,
+                  "How far code may run: never, stored-values (the default), allowed")
+      ->check(CLI::IsMember(policies()))
+      ->type_name("POLICY");
 }
 
 Line lineOf(const FrontEndOptions& options, const std::string& command) {

@@ -5,6 +5,7 @@
 #include "tools/Eval.h"
 #include "tools/ExitCode.h"
 #include "tools/Interrupt.h"
+#include "tools/Prompt.h"
 #include "tools/Query.h"
 #include "tools/Serve.h"
 #include "tools/Version.h"
@@ -28,6 +29,7 @@ int main(int argc, char** argv) {
   tools::addComplete(app, status);
   tools::addDescribe(app, status);
   tools::addEval(app, status);
+  tools::addPrompt(app, status);
   tools::addServe(app, status);
   tools::handleInterrupts();
   try {

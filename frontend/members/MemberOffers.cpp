@@ -75,7 +75,9 @@ class ClassMembers {
       return constants.contains(name) ? std::optional(Kind::Constant) : std::nullopt;
     });
     offerMethods(MethodInfo::GetContext::Any, Kind::StaticMethod);
-    if (isEnumeration()) gathering_.addInOrder(namesOf(id_, getClassStaticMethodNames), Kind::StaticMethod);
+    if (isEnumeration()) {
+      gathering_.addInOrder(namesOf(id_, getClassStaticMethodNames), Kind::StaticMethod, describePublicMethod());
+    }
     gathering_.addInOrder(namesOf(id_, getClassEnumerationNames), Kind::EnumerationMember,
                           [described = described_](Candidate& candidate) {
                             candidate.declaringClass = described->record.structure.name;
@@ -147,7 +149,7 @@ class ClassMembers {
     if (!inquiry_.mayUse(CodePolicy::StoredValues, u"properties")) return;
     Names names;
     KCOSIntrospection::getObjectPropertyNames(value_.get(), names);
-    gathering_.addInOrder(names, Kind::Property);
+    gathering_.addInOrder(names, Kind::Property, {}, described_->properties.size());
   }
 
   /// What completes behind a variable, whoever asks, as far as a record leaves it out: it offers nothing of enumerations.

@@ -89,19 +89,13 @@ ValuePtr matrixProduct(const Value& left, const Value& right) {
   return newValue({rows, columns}, std::move(result));
 }
 
-using Texts = std::vector<std::optional<std::u16string>>;
-
-Texts textsOf(const ValuePtr& value) {
-  return unified({value, newString(u"")}).front()->as<Strings>()->elements;
-}
-
 /// A missing string equals nothing.
 ValuePtr onStrings(Symbol symbol, const ValuePtr& left, const ValuePtr& right) {
-  const Values both = unified({left, right});
+  const Values both = {asStrings(left), asStrings(right)};
   const Value& model = sizeModel(*both[0], *both[1]);
   const std::size_t count = model.elementCount();
-  const Texts a = textsOf(left);
-  const Texts b = textsOf(right);
+  const auto& a = both[0]->as<Strings>()->elements;
+  const auto& b = both[1]->as<Strings>()->elements;
   const bool equal = symbol == Symbol::Equal;
   if (equal || symbol == Symbol::NotEqual)
     return newValue(model.size(), elementwise<bool>(a, b, count, [equal](const auto& one, const auto& other) {

@@ -216,16 +216,20 @@ Values unified(Values values) {
     if (rankOf(*value) > rankOf(*model)) model = value.get();
   const Rank rank = rankOf(*model);
   const ValuePtr kept(const_cast<Value*>(model));
-  for (ValuePtr& value : values)
-    if (rankOf(*value) != rank || rank >= ObjectArrays) value = asRank(rank, value, *kept);
+  for (std::size_t at = 0; at < values.size(); ++at) {
+    session().interpreter.pollAt(at);
+    if (rankOf(*values[at]) != rank || rank >= ObjectArrays) values[at] = asRank(rank, values[at], *kept);
+  }
   return values;
 }
 
 ValuePtr joined(const Values& unifiedValues) {
   session().interpreter.step();
   Value::Content all = unifiedValues.front()->content();
-  for (std::size_t at = 1; at < unifiedValues.size(); ++at)
+  for (std::size_t at = 1; at < unifiedValues.size(); ++at) {
+    session().interpreter.pollAt(at);
     std::visit(Appender{all}, unifiedValues[at]->content());
+  }
   std::size_t count = 0;
   for (const ValuePtr& value : unifiedValues) count += value->elementCount();
   return newValue({1, count}, std::move(all));

@@ -64,8 +64,10 @@ ValuePtr Evaluator::value(const Matrix& matrix, Position at) {
   for (const Expressions& row : matrix.rows) {
     rows.emplace_back();
     for (const ExpressionPtr& element : row)
-      for (ValuePtr& value : values(*element, 1))
+      for (ValuePtr& value : values(*element, 1)) {
+        interpreter_.pollAt(rows.back().size());
         rows.back().push_back(matrix.isCell ? newValue({1, 1}, Cells{{std::move(value)}}) : std::move(value));
+      }
   }
   if (matrix.isCell && rows.empty()) return newValue({0, 0}, Cells());
   interpreter_.at = at;

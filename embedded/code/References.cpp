@@ -154,8 +154,10 @@ Values Evaluator::field(const ValuePtr& value, const Selector& access, Selectors
     if (meaning.foreignClass != nullptr) return {foreignMember(*meaning.foreignClass, name)};
   }
   Values result;
-  for (std::size_t at = 0; at < value->elementCount(); ++at)
+  for (std::size_t at = 0; at < value->elementCount(); ++at) {
+    interpreter_.pollAt(at);
     result.push_back(readProperty(session_, elementOf(value, at), name, routine_));
+  }
   return result;
 }
 

@@ -40,6 +40,7 @@ TEST(CodeLimits, EndWhatGoesTooFar) {
       {"t = \"a\"; while true, t = t + t; end", "!KORVAL:code:SizeLimit 1:"},
       {"t = ones(1, 900); while true, disp(t), end", "1x900 double\n"},
       {"t = upper(\"" + repeated("a", 99) + "\"); x(1:20) = t;", "!KORVAL:code:SizeLimit 1:"},
+      {"c = {1}; for k = 1:15, c = {c, c}; end, c", "!KORVAL:code:S"},
       {"num2str(1:900)", "!KORVAL:code:SizeLimit 1:1"},
       {"sprintf('%999d', 1:9)", "!KORVAL:code:SizeLimit 1:1"},
       {repeated("(", 99) + "1" + repeated(")", 99), "!KORVAL:code:DepthLimit 1:"},
@@ -95,8 +96,9 @@ TEST(CodeLimits, AnInterruptStopsCodeAtOnce) {
         "while true, [zeros(1, 9e5) 1]; end", "while true, string(1:9e5); end",
         "while true, num2str(1:9e4); end", "c = cell(1, 9e5); while true, strcmp(c, 'a'); end",
         "while true, struct('a', cell(1, 9e5)); end", "x = 1:9e5; while true, [x(x > 3), 1:9]; end",
-        "z.a = 1; while true, z(9e5).a = 2; end", "x = zeros(900, 900); while true, x = x'; end",
-        "while true, sum(char(1:9e5) + 1); end"}) {
+        "z.a = 1; while true, z(9e5).a = 2; end", "c = cell(1, 2e5); while true, x = {c{:}}; end",
+        "while true, sprintf('%d', 1:9e5); end", "c = {1}; for k = 1:60, c = {c, c}; end, disp(c)",
+        "x = zeros(900, 900); while true, x = x'; end", "while true, sum(char(1:9e5) + 1); end"}) {
     code::World world;
     Clock::time_point requested;
     std::thread user([&] {

@@ -121,8 +121,8 @@ TEST(HostOperations, PropertiesAreReadAsThePublicClient) {
                                                               {"Failing", "lab:broken"},
                                                               {"nix", "KORVAL:code:NoSuchMember"},
                                                               {"Silent", "KORVAL:code:NoValue"}};
-  for (const auto& [name, id] : rows)
-    EXPECT_EQ(idOf([&] { kxGetPropertyShared(pump.get(), 0, name); }), id) << name;
+  for (const auto& row : rows)
+    EXPECT_EQ(idOf([&] { kxGetPropertyShared(pump.get(), 0, row.first); }), row.second) << row.first;
   world.host().setCodeLimits({.steps = 10});
   for (int time = 0; time < 20; ++time)
     EXPECT_EQ(read(pumps, 0, "Flow"), 1) << "no code runs, and none is limited";

@@ -218,8 +218,7 @@ class KORVAL_HOST_API Host {
 
  private:
   friend class Activation;
-  /// `file` stands in the errors.
-  Host(const Description& description, const std::string& file);
+  explicit Host(std::unique_ptr<Session> session);
 
   std::unique_ptr<Session> session_;
 };

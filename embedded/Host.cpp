@@ -98,6 +98,7 @@ boost::intrusive_ptr<kxArray_tag> Host::variable(const std::string& name) const 
 
 std::vector<std::string> Host::variableNames() const { return session_->workspace.names(); }
 void Host::setComponents(bool on) noexcept { session_->componentsOn = on; }
+void Host::setInterpreterAvailable(bool available) noexcept { session_->interpreterIsAvailable = available; }
 std::vector<const IExecutionFrame*> Host::frames() const { return session_->frames.frames(); }
 const Kfh_KORVAL_fn* Host::function(const std::string& name) const {
   return session_->dispatcher.function(name);

@@ -197,6 +197,8 @@ class KORVAL_HOST_API Host {
   /// In the order of their making.
   std::vector<std::string> variableNames() const;
   void setComponents(bool on) noexcept;
+  /// Whether expressions can be evaluated now.
+  void setInterpreterAvailable(bool available) noexcept;
   /// The execution frames that have been pushed, innermost first.
   std::vector<const IExecutionFrame*> frames() const;
   /// The function of that name, or null.

@@ -31,8 +31,9 @@ int fail(const AnswerOptions& options, const Json& error, const std::string& tex
 }
 
 int fail(const AnswerOptions& options, const AnswerError& error, int status = NoAnswer) {
-  return fail(options, {{"code", error.code}, {"message", error.message}},
-              error.message + " [" + error.code + "]", status);
+  Json whole = {{"code", error.code}, {"message", error.message}};
+  whole.update(error.details);
+  return fail(options, whole, error.message + " [" + error.code + "]", status);
 }
 
 int failWithCurrentException(const AnswerOptions& options) {

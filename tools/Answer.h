@@ -6,6 +6,7 @@
 #include <string>
 
 #include "embedded/Host.h"
+#include "tools/Text.h"
 
 namespace tools {
 
@@ -13,6 +14,8 @@ namespace tools {
 struct AnswerError {
   std::string code;
   std::string message;
+  /// What programs are told besides.
+  Json details = Json::object();
 };
 
 struct Answer {

@@ -17,6 +17,7 @@ namespace {
 struct QueryOptions {
   std::string snapshot;
   bool trace = false;
+  bool noCode = false;
   bool ops = false;
 };
 
@@ -60,7 +61,9 @@ int listOps() {
 int run(const QueryOptions& options) {
   if (options.ops) return listOps();
   try {
-    return serve(*loadSnapshot(options.snapshot), options.trace);
+    const auto host = loadSnapshot(options.snapshot);
+    if (options.noCode) host->setCodePolicy(embedded::CodePolicy::Refused);
+    return serve(*host, options.trace);
   } catch (const embedded::SnapshotError& error) {
     std::cerr << "contextdata: " << describe(error) << '\n';
     return NoAnswer;
@@ -75,6 +78,7 @@ void addQuery(CLI::App& app, int& status) {
   CLI::Option* snapshot =
       command.add_option("--snapshot", options->snapshot, "The session to ask about")->type_name("FILE");
   command.add_flag("--trace", options->trace, "Tell with each answer what was asked of the host");
+  command.add_flag("--no-code", options->noCode, "Run no Korval code; answers tell what was refused");
   CLI::Option* ops = command.add_flag("--ops", options->ops, "List the operations and end");
   command.callback([=, &status] {
     if (snapshot->empty() && ops->empty()) throw CLI::RequiredError("--snapshot");

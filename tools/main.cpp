@@ -2,6 +2,7 @@
 
 #include "tools/Complete.h"
 #include "tools/Describe.h"
+#include "tools/Eval.h"
 #include "tools/ExitCode.h"
 #include "tools/Interrupt.h"
 #include "tools/Query.h"
@@ -25,6 +26,7 @@ int main(int argc, char** argv) {
   tools::addQuery(app, status);
   tools::addComplete(app, status);
   tools::addDescribe(app, status);
+  tools::addEval(app, status);
   tools::handleInterrupts();
   try {
     app.parse(argc, argv);

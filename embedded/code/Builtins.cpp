@@ -15,7 +15,7 @@ void BuiltinCall::require(std::size_t least, std::size_t most) const {
                                             " arguments, not " + std::to_string(arguments.size()));
 }
 
-const Builtin* findBuiltin(std::string_view name) {
+Builtin* findBuiltin(std::string_view name) {
   for (const auto table : {builtinsOnValues(), builtinsOnText(), builtinsOnObjects()})
     for (const NamedBuiltin& builtin : table)
       if (builtin.name == name) return builtin.function;

@@ -23,7 +23,7 @@ struct BuiltinCall {
 using Builtin = Values(const BuiltinCall&);
 
 /// Null when there is none of that name.
-const Builtin* findBuiltin(std::string_view name);
+Builtin* findBuiltin(std::string_view name);
 
 /// Does a built-in function's dotted name begin with this text?
 bool isOuterNameOfBuiltin(std::string_view start);

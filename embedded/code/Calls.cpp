@@ -15,7 +15,7 @@ Meaning withoutImports(Session& session, const std::string& name, const std::str
   if (function != nullptr && function->routine != nullptr) return {.routine = function->routine.get()};
   if (const Class* found = session.classes.findFor(component, name)) return {.oneClass = found};
   if (const Class* found = session.classes.find(name)) return {.oneClass = found};
-  if (const Builtin* found = findBuiltin(name)) return {.builtin = found};
+  if (Builtin* found = findBuiltin(name)) return {.builtin = found};
   for (const ForeignClassDescription& foreign : session.foreignClasses)
     if (foreign.name == name) return {.foreignClass = &foreign};
   if (const Routine* found = session.interpreter.files.function(name)) return {.routine = found};

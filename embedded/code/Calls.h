@@ -13,7 +13,7 @@ struct Meaning {
   const Routine* routine = nullptr;
   const FunctionSyntax* function = nullptr;  // a function of the routine; null: its main one
   const Class* oneClass = nullptr;
-  const Builtin* builtin = nullptr;
+  Builtin* builtin = nullptr;
   const ForeignClassDescription* foreignClass = nullptr;
   bool isKnownWithoutCode = false;
 

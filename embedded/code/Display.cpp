@@ -91,16 +91,16 @@ std::u16string escapeAt(const std::u16string& format, std::size_t& at) {
 
 std::string printed(const std::string& conversion, double number) {
   const bool wantsWhole = std::string_view("diux").find(conversion.back()) != std::string_view::npos;
-  std::string specification = conversion.substr(0, conversion.size() - 1);
+  std::string format = conversion.substr(0, conversion.size() - 1);
   const bool isWhole = number == std::floor(number) && std::abs(number) < 1e18;
   if (wantsWhole && isWhole)
-    specification += std::string("ll") + conversion.back();
+    format += std::string("ll") + conversion.back();
   else
-    specification += wantsWhole ? 'g' : conversion.back();
+    format += wantsWhole ? 'g' : conversion.back();
   char text[2048];
-  const int length = wantsWhole && isWhole ? std::snprintf(text, sizeof text, specification.c_str(),
+  const int length = wantsWhole && isWhole ? std::snprintf(text, sizeof text, format.c_str(),
                                                            static_cast<long long>(number))
-                                           : std::snprintf(text, sizeof text, specification.c_str(), number);
+                                           : std::snprintf(text, sizeof text, format.c_str(), number);
   return {text, std::min(static_cast<std::size_t>(std::max(length, 0)), sizeof text - 1)};
 }
 

@@ -20,7 +20,8 @@ ValuePtr rowOf(const std::vector<std::optional<std::size_t>>& extents) {
   std::vector<double> row;
   for (const auto& extent : extents)
     row.push_back(extent ? static_cast<double>(*extent) : std::numeric_limits<double>::quiet_NaN());
-  return newValue({1, extents.size()}, std::move(row));
+  const std::size_t count = row.size();
+  return newValue({1, count}, std::move(row));
 }
 
 ValuePtr rowOf(const std::vector<std::string>& texts) {

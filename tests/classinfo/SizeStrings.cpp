@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "host/Text.h"
+#include <boost/algorithm/string/split.hpp>
+
 #include "tests/classinfo/Shown.h"
-#include "tests/support/Table.h"
 
 namespace {
 
@@ -15,49 +15,23 @@ std::string extentsOf(const std::vector<std::u16string>& texts) {
   return all;
 }
 
+// The texts of a row stand between "|".
 TEST(SizeStrings, OneEntry) {
-  for (const auto& [text, expected] :
-       std::vector<std::pair<std::u16string, std::string>>{{u"1", "1"},
-                                                           {u"0", "0"},
-                                                           {u"007", "7"},
-                                                           {u":", "any"},
-                                                           {u"n", "any"},
-                                                           {u"Inf", "any"},
-                                                           {u"NaN", "any"},
-                                                           {u"e3", "any"},
-                                                           {u"a_1Z", "any"},
-                                                           {u"Z9", "any"},
-                                                           {u" 12 ", "12"},
-                                                           {u"\t\n12\v", "12"},
-                                                           {u"\f\r3", "3"},
-                                                           {u" : ", ""},
-                                                           {u" n", ""},
-                                                           {u"::", ""},
-                                                           {u"_n", ""},
-                                                           {u"n-1", ""},
-                                                           {u"n m", ""},
-                                                           {u"\u00e9", ""},
-                                                           {u"n\u00e9", ""},
-                                                           {u"", ""},
-                                                           {u"  ", ""},
-                                                           {u"1 2", ""},
-                                                           {u"+1", ""},
-                                                           {u"-1", ""},
-                                                           {u"2.5", ""},
-                                                           {u"1e3", ""},
-                                                           {u"3n", ""},
-                                                           {u"\u00a03", ""},
-                                                           {u"\uff13", ""},
-                                                           {u"\u0663", ""},
-                                                           {{u'3', u'\0'}, ""},
-                                                           {{u'\0', u'3'}, ""},
-                                                           {{u'n', u'\0'}, ""},
-                                                           {u"18446744073709551614", "18446744073709551614"},
-                                                           {u"18446744073709551615", "any"},
-                                                           {u"18446744073709551616", ""},
-                                                           {u"99999999999999999999", ""}}) {
-    EXPECT_EQ(extentsOf({text}), expected) << shown(text);
-    EXPECT_EQ(extentsOf({u"2", text, u"n"}), expected.empty() ? "" : "2," + expected + ",any") << shown(text);
+  const std::pair<std::u16string, std::string> rows[]{
+      {u"0|000| 0", "0"},
+      {u"7|007| 7 |\t\n7\v|\f\r7", "7"},
+      {u"18446744073709551614", "18446744073709551614"},
+      {u":|n|Inf|NaN|e3|a_1Z|Z9|18446744073709551615", "any"},
+      {u" : | n|n |::|_n|n-1|n m|\u00e9|n\u00e9||  |1 2|+1|-1|2.5|1e3|3n|\u00a03|\uff13|\u0663", ""},
+      {u"18446744073709551616|99999999999999999999", ""},
+      {{u'3', u'\0', u'|', u'\0', u'3', u'|', u'n', u'\0'}, ""}};
+  for (const auto& [row, expected] : rows) {
+    std::vector<std::u16string> texts;
+    for (const std::u16string& text : boost::split(texts, row, [](char16_t unit) { return unit == u'|'; })) {
+      EXPECT_EQ(extentsOf({text}), expected) << shown(text);
+      EXPECT_EQ(extentsOf({u"2", text, u"n"}), expected.empty() ? "" : "2," + expected + ",any")
+          << shown(text);
+    }
   }
   EXPECT_EQ(extentsOf({}), "");
 }

@@ -293,6 +293,64 @@ ANSWERS = [
     ("hasAccessingClass", {"record": BASE, "property": "Guarded"}, {"result": False}),
     ("hasAccessingClass", {"record": TOP, "method": "guard", "options": {"accessingClass": AIDE}}, {"result": True}),
     ("hasAccessingClass", {"record": TOP, "method": "start", "options": {"accessingClass": AIDE}}, {"result": False}),
+    ("callFunctionOnObject", {"object": {"variable": "tool"}, "functionName": "fieldnames", "names": ["kept"]},
+     {"result": True, "names": ["kept", "Tip", "Haft"]}),
+    ("callFunctionOnObject", {"object": {"variable": "n"}, "functionName": "gone"}, {"result": False, "names": []}),
+    ("getObjectPropertyNames", {"object": {"variable": "tool"}}, {"result": None, "names": ["Age", "Kind"]}),
+    ("isNoDotMethodClass", {"value": {"variable": "tool"}}, {"result": False}),
+    ("isObjectOrIsOpaque", {"value": {"variable": "tool"}}, {"result": True}),
+    ("isObjectOrIsOpaque", {"value": {"variable": "far"}}, {"result": True}),
+    ("isObjectOrIsOpaque", {"value": {"variable": "n"}}, {"result": False}),
+    ("getOpaqueObjectProperties", {"value": {"variable": "far"}}, {"result": None, "names": ["x", "y"]}),
+    ("getOpaqueObjectMethods", {"value": {"variable": "far"}, "names": ["kept"]},
+     {"result": None, "names": ["kept", "go", "plus"]}),
+    ("getMethodsForWSVariable", {"name": "far", "value": {"variable": "far"}}, {"result": ["go"]}),
+    ("getMethodsForWSVariable", {"name": "cut", "value": {"variable": "tool"}}, {"result": ["fieldnames"]}),
+    ("getNamespaceFunctionNames", {"ns": "kit"}, {"result": True, "names": ["clean"]}),
+    ("getNamespaceFunctionNames", {"ns": "gone", "names": ["kept"]}, {"result": False, "names": ["kept"]}),
+    ("getNamespaceClassNames", {"ns": "kit.inner"}, None),
+    ("getNamespaceNamespaceNames", {"ns": "kit"}, None),
+    ("getKCOSAllNamespaces", {}, None),
+    ("getArgumentBlockMetadata", {"functionReference": "", "functionName": "kit.clean"},
+     {"result": {"inputArguments": {"struct": {"name": "dirt", "class": "double", "size": [1, "NaN"],
+                                               "validators": {"cell": [], "size": [0, 0]},
+                                               "values": {"cell": [], "size": [0, 0]}, "kind": "positional"}},
+                 "outputArguments": None, "flags": 1}}),
+    ("IsPKXPackage", {"name": "signal"}, {"result": True}),
+    ("IsPKXPackage", {"name": "gone"}, {"result": False}),
+    ("getPackageStrings", {"package": "signal", "names": ["kept"]},
+     {"result": True, "names": ["kept", "Wave", "smooth"]}),
+    ("EvalcExpSuccessful", {"expression": "n + 1", "nlhs": 1}, {"result": True, "plhs": [4]}),
+    ("EvalcExpSuccessful", {"expression": "disp(1)"}, {"result": True, "plhs": []}),
+    ("EvalcExpSuccessful", {"expression": "gone", "nlhs": 1}, {"result": False, "plhs": [None]}),
+    ("EvalcExpSuccessful", {"expression": "m = 8; m", "nlhs": 1, "flag": True}, {"result": True, "plhs": [8]}),
+    ("GetValueFromCurrentWorkspace", {"expression": "s.a.b"}, {"result": 7}),
+    ("GetValueFromCurrentWorkspace", {"expression": "tool.Age"}, {"result": 42}),
+    ("GetValueFromCurrentWorkspace", {"expression": "pump"}, {"result": {"object": "lab.Pump"}}),
+    ("GetValueFromCurrentWorkspace", {"expression": "gone"}, {"result": None}),
+    ("makeSharedPtr", {"value": {"variable": "holes"}}, {"result": {"cell": [None, 1]}}),
+    ("makeSharedPtr", {"value": None}, {"result": None}),
+    ("getSharedProperty", {"object": {"variable": "tool"}, "name": "Kind"}, {"result": "saw"}),
+    ("getSharedProperty", {"object": {"variable": "tool"}, "name": "Kind", "index": 1}, {"result": None}),
+    ("getSharedProperty", {"object": {"variable": "tool"}, "name": "Gone", "index": 0}, {"result": None}),
+    ("getStringsFromKxarray", {"value": {"variable": "texts"}, "strings": ["kept"]},
+     {"result": True, "strings": ["kept", "one", "two"]}),
+    ("getStringsFromKxarray", {"value": {"variable": "holes"}}, {"result": False, "strings": []}),
+    ("getStringsFromKxarray", {"value": None}, {"result": False, "strings": []}),
+    ("getSizeFromKxArray", {"value": {"variable": "texts"}}, {"result": [1, 2]}),
+    ("getSizeFromKxArray", {"value": None}, {"result": []}),
+    ("getStructFieldNames", {"value": {"variable": "s"}, "names": ["kept"]}, {"result": None, "names": ["kept", "a", "t"]}),
+    ("getStructFieldNames", {"value": {"variable": "n"}}, {"result": None, "names": []}),
+    ("GetClassPrecedence", {"classA": "kit.Tool", "classB": "kit.inner.Bit"}, {"result": 2**32 - 1}),
+    ("GetClassPrecedence", {"classA": "kit.inner.Bit", "classB": "kit.Tool"}, {"result": 1}),
+    ("GetClassPrecedence", {"classA": "kit.Tool", "classB": "lab.Pump"}, {"result": 0}),
+    ("IsJavaFunction", {"name": "far.Away.reach"}, {"result": True}),
+    ("IsJavaFunction", {"name": "far.Away.gone"}, {"result": False}),
+    ("getWhatList", {"folder": "nowhere", "kind": ".k", "names": ["kept"]}, {"result": None, "names": ["kept"]}),
+    ("getBuiltinFunctionNames", {}, {"result": ["numel", "sum"]}),
+    ("AutoPushingExecutionFrame", {}, {"result": None, "depth": [0, 1, 0]}),
+    ("FunctionExecutionFrame", {"function": "tune"}, {"result": None, "depth": [0, 1, 0]}),
+    ("accept", {"function": "tune"}, {"result": None, "reachedFunction": True, "depth": [0, 1, 0]}),
 ]
 
 # Some texts of each table, and some that it must not have. What the tables hold exactly is not tested here.
@@ -402,6 +460,12 @@ ERRORS = [
     ({"op": "visit", "record": TOP, "method": "start", "property": "Level"}, "query.unknown-argument", "property"),
     ({"op": "clear", "record": TOP, "property": "Level", "withInfo": True}, "query.unknown-argument", "withInfo"),
     ({"op": "PropertyVisitorMutable", "owner": "rig.Top"}, "query.wrong-type", "owner"),
+    ({"op": "EvalcExpSuccessful", "expression": "1", "nlhs": -1}, "query.wrong-type", "nlhs"),
+    ({"op": "EvalcExpSuccessful", "expression": "1", "nlhs": 1001}, "query.wrong-type", "nlhs"),
+    ({"op": "getSharedProperty", "object": None, "name": "a"}, "query.wrong-type", "object"),
+    ({"op": "getStructFieldNames", "value": None}, "query.wrong-type", "value"),
+    ({"op": "accept", "function": "gone"}, "query.unknown-function", "function"),
+    ({"op": "FunctionExecutionFrame", "function": "tune", "more": 1}, "query.unknown-argument", "more"),
     ({"protocol": 1}, "query.protocol", "protocol"),
 ]
 
@@ -471,6 +535,30 @@ class QueryTest(CommandTest):
                                 + [{"op": "no", "tag": tag} for tag in tags])
         self.assertEqual([answer["tag"] for answer in answers], tags + tags)
         self.assertNotIn("tag", self.exchange([{"op": "GetDebuggerFocus"}])[0])
+
+    def test_refused_code_is_told(self):
+        evaluation = {"op": "EvalcExpSuccessful", "expression": "n", "nlhs": 1}
+        fallback = {"op": "getObjectPropertyNames", "object": {"variable": "tool"}}
+        silent = {"op": "getSizeFromKxArray", "value": {"variable": "n"}}
+        requests = [evaluation, fallback, silent, {"op": "GetValueFromCurrentWorkspace", "expression": "s.a.b"}]
+        refused, poorer, answered, walked = self.exchange(requests, "--no-code")
+        self.assertEqual(refused["exception"]["messageId"], "KORVAL:host:CodeRefused")
+        self.assertEqual((refused["plhs"], len(refused["refused"])), ([None], 1))
+        self.assertEqual((poorer["names"], len(poorer["refused"])), (["Age", "Kind"], 1))
+        self.assertEqual((answered["result"], walked["result"]), ([1, 1], 7))
+        for answer in (answered, walked, *self.exchange(requests)):
+            self.assertNotIn("refused", answer)
+
+    def test_folders_of_the_search_path(self):
+        (self.folder / "path/tools").mkdir(parents=True)
+        for name in ("one.k", "two.k", "fast.kexa64", "notes.txt"):
+            (self.folder / "path/tools" / name).touch()
+        (self.folder / "path/tools/@Saw").mkdir()
+        file = self.snapshot({"format": 1, "path": [{"folder": "path/tools"}]}, "path.json")
+        kinds = {".k": ["one.k", "two.k"], "classes": ["Saw"], ".kex": ["fast.kexa64"]}
+        answers = self.exchange([{"op": "getWhatList", "folder": "tools", "kind": kind} for kind in kinds], snapshot=file)
+        for answer, names in zip(answers, kinds.values()):
+            self.assertEqual(sorted(answer["names"]), names)
 
     def test_the_first_line_may_name_the_protocol(self):
         good, focus = {"op": "isKCOSClass", "id": PUMP}, {"op": "isKCOSClass", "result": True}

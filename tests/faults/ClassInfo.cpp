@@ -1,6 +1,8 @@
 #include <contextdata/KCOSContextData/ClassInfo.h>
 
 #include <memory>
+#include <sstream>
+#include <tuple>
 
 #include "host/Classes.h"
 #include "tests/faults/FaultLoop.h"
@@ -45,52 +47,48 @@ Question ofRecord(const std::string& operation, const std::string& form, const s
   return {n + operation, form, [=](Answer& a) { a.result = ask(*record); }, std::move(rules)};
 }
 
-/// A query asks info.Child, then info.Base, then info.Root: what fails at one level leaves what the levels before it have.
-struct Calls {
-  std::string hostOperation;
-  std::size_t ofEach[3];
-};
-
-Rules byLevel(const std::vector<Calls>& all, Rules rules = {}) {
-  const std::string left[] = {"", "c", "b c"};
-  for (const Calls& calls : all) {
-    std::size_t call = 0;
-    for (int level = 0; level < 3; ++level)
-      for (std::size_t times = 0; times < calls.ofEach[level]; ++times)
-        rules.push_back({calls.hostOperation, swallowedButInterrupt(left[level]), ++call});
+/// A query asks info.Child, then info.Base, then info.Root: what fails at one level leaves what the levels before have.
+/// The table names host operations, each with how often every level asks it.
+Rules byLevel(const std::string& table, Rules rules = {}) {
+  std::istringstream text(table);
+  for (std::string hostOperation; text >> hostOperation;) {
+    std::size_t call = 0, times = 0;
+    for (const char* left : {"", "c", "b c"})
+      for (text >> times; times > 0; --times)
+        rules.push_back({hostOperation, swallowedButInterrupt(left), ++call});
   }
   return rules;
 }
 
-// A failure clears the list of the record whose list is being read, and of no other; what a nested record throws outside of
-// its own list is a failure of the list around it.
+// A failure clears the list of the record whose list is being read, and of no other; what a nested record throws
+// outside of its own list is a failure of the list around it. The table has for each call what is left then.
 std::vector<Question> constructors() {
-  const auto left = [](const std::string& operation, std::size_t call, const std::string& superclasses) {
-    return Rule{operation, swallowedButInterrupt("info.Child: " + superclasses), call};
-  };
-  const std::string child = "info.Child", base = child + " info.Base", root = base + " info.Root";
-  const std::string userName = "kcos::nameresolution::getUserVisibleClassName", wide = "fl::i18n::to_ustring";
-  const std::string getClass = "kcos::COSClass::getClass", supers = "kcos::COSClass::getSuperclasses";
-  const std::string more = "kcos::COSEnumerator::hasMoreElements", next = "kcos::COSEnumerator::nextElement";
-  const std::string getID = "kcos::COSClass::getID";
-  return {
-      {n + "ClassInfo::ClassInfo",
-       "identifier",
-       [id = idOf(child)](Answer& a) { a.result = shownStructure(ClassInfo(id)); },
-       {{userName, passes, 1},   {wide, passes, 1},       left(userName, 2, child), left(wide, 2, child),
-        left(userName, 3, base), left(wide, 3, base),     left(getClass, 1, child), left(getClass, 2, child),
-        left(getClass, 3, base), left(getClass, 4, base), left(getClass, 5, root),  left(supers, 1, child),
-        left(supers, 2, base),   left(supers, 3, root),   left(more, 1, child),     left(more, 2, base),
-        left(more, 3, base),     left(more, 4, child),    left(next, 1, child),     left(next, 2, base),
-        left(getID, 1, child),   left(getID, 2, base)}},
-      {n + "ClassInfo::ClassInfo",
-       "value",
-       [](Answer& a) { a.result = shownStructure(ClassInfo(variable("root").get())); },
-       {{"kcos::internal::makeInterned", swallowed(": "), 1},
-        {getClass, swallowed(": "), 1},
-        {getClass, swallowedButInterrupt("info.Root: info.Root"), 2},
-        {supers, swallowedButInterrupt("info.Root: info.Root")},
-        {"*", passes}}}};
+  Rules nested{{"kcos::nameresolution::getUserVisibleClassName", passes, 1},
+               {"fl::i18n::to_ustring", passes, 1}};
+  const std::string left[] = {"info.Child", "info.Child info.Base", "info.Child info.Base info.Root"};
+  for (const auto& [hostOperation, first, calls] :
+       std::vector<std::tuple<std::string, std::size_t, std::string>>{
+           {"kcos::nameresolution::getUserVisibleClassName", 2, "01"},
+           {"fl::i18n::to_ustring", 2, "01"},
+           {"kcos::COSClass::getClass", 1, "00112"},
+           {"kcos::COSClass::getID", 1, "01"},
+           {"kcos::COSClass::getSuperclasses", 1, "012"},
+           {"kcos::COSEnumerator::hasMoreElements", 1, "0110"},
+           {"kcos::COSEnumerator::nextElement", 1, "01"}})
+    for (std::size_t call = 0; call < calls.size(); ++call)
+      nested.push_back(
+          {hostOperation, swallowedButInterrupt("info.Child: " + left[calls[call] - '0']), first + call});
+  const Reaction alone = swallowedButInterrupt("info.Root: info.Root");
+  return {{n + "ClassInfo::ClassInfo", "identifier",
+           [id = idOf("info.Child")](Answer& a) { a.result = shownStructure(ClassInfo(id)); }, nested},
+          {n + "ClassInfo::ClassInfo",
+           "value",
+           [](Answer& a) { a.result = shownStructure(ClassInfo(variable("root").get())); },
+           {{"kcos::internal::makeInterned", swallowed(": "), 1},
+            {"kcos::COSClass::getClass", swallowed(": "), 1},
+            {"kcos::COSClass::getClass", alone, 2},
+            {"kcos::COSClass::getSuperclasses", alone},
+            {"*", passes}}}};
 }
 
 Rules rulesOfFlags() {
@@ -116,23 +114,14 @@ Rules rulesOfFlags() {
 }
 
 std::vector<Question> propertyQueries() {
-  const std::string c = "kcos::COSClass::", p = "kcos::COSPropT::";
   const Rules getter{{"kcos::internal::makeInterned", swallowedButInterrupt("r b c")},
                      {"kcos::COSInterface::findAttribute", swallowedButInterrupt("r b c")}};
-  const Rules levels = byLevel({{c + "getClass", {1, 1, 1}},
-                                {c + "checkClass", {1, 1, 1}},
-                                {c + "isEnumeration", {1, 1, 1}},
-                                {c + "visitProperties", {1, 1, 1}},
-                                {"kcos::cosiToProp", {3, 2, 1}},
-                                {"kcos::cosiClassOfMember", {3, 2, 1}},
-                                {c + "getID", {3, 2, 1}},
-                                {p + "getName", {3, 2, 1}},
-                                {p + "getMemberGetAccess", {1, 1, 1}},
-                                {p + "getMemberSetAccess", {1, 1, 1}},
-                                {p + "getDataType", {1, 1, 1}},
-                                {p + "isDependent", {1, 1, 1}},
-                                {p + "isVisible", {1, 1, 1}},
-                                {"fl::i18n::to_ustring", {2, 2, 2}}},
+  const Rules levels = byLevel(R"(
+    kcos::COSClass::getClass 1 1 1    kcos::COSClass::checkClass 1 1 1    kcos::COSClass::isEnumeration 1 1 1
+    kcos::COSClass::visitProperties 1 1 1    kcos::cosiToProp 3 2 1    kcos::cosiClassOfMember 3 2 1
+    kcos::COSClass::getID 3 2 1    kcos::COSPropT::getName 3 2 1    kcos::COSPropT::getMemberGetAccess 1 1 1
+    kcos::COSPropT::getMemberSetAccess 1 1 1    kcos::COSPropT::getDataType 1 1 1
+    kcos::COSPropT::isDependent 1 1 1    kcos::COSPropT::isVisible 1 1 1    fl::i18n::to_ustring 2 2 2)",
                                getter);
   const Rules inherited{{"kcos::internal::makeInterned", swallowedButInterrupt("r")},
                         {"kcos::COSInterface::findAttribute", swallowedButInterrupt("r")},
@@ -150,23 +139,13 @@ std::vector<Question> propertyQueries() {
 }
 
 std::vector<Question> methodQueries() {
-  const std::string c = "kcos::COSClass::", m = "kcos::COSMethodInfo::";
-  const Rules levels = byLevel({{c + "getClass", {2, 2, 2}},
-                                {c + "checkClass", {1, 1, 1}},
-                                {c + "isEnumeration", {1, 1, 1}},
-                                {c + "visitMethods", {1, 1, 1}},
-                                {"kcos::cosiToMethod", {3, 2, 1}},
-                                {"kcos::cosiClassOfMember", {3, 2, 1}},
-                                {c + "getID", {3, 2, 1}},
-                                {"kcos::COSMethodBase::getName", {3, 2, 1}},
-                                {c + "getSimpleName", {1, 1, 1}},
-                                {c + "getNamespace", {1, 1, 1}},
-                                {"kcos::COSNamespace::getDottedName", {1, 1, 1}},
-                                {m + "getMemberAccess", {1, 1, 1}},
-                                {m + "isVisible", {1, 1, 1}},
-                                {m + "isStatic", {1, 1, 1}},
-                                {"kcos::internal::makeInterned", {1, 1, 1}},
-                                {"fl::i18n::to_ustring", {3, 3, 3}}});
+  const Rules levels = byLevel(R"(
+    kcos::COSClass::getClass 2 2 2    kcos::COSClass::checkClass 1 1 1    kcos::COSClass::isEnumeration 1 1 1
+    kcos::COSClass::visitMethods 1 1 1    kcos::cosiToMethod 3 2 1    kcos::cosiClassOfMember 3 2 1
+    kcos::COSClass::getID 3 2 1    kcos::COSMethodBase::getName 3 2 1    kcos::COSClass::getSimpleName 1 1 1
+    kcos::COSClass::getNamespace 1 1 1    kcos::COSNamespace::getDottedName 1 1 1
+    kcos::COSMethodInfo::getMemberAccess 1 1 1    kcos::COSMethodInfo::isVisible 1 1 1
+    kcos::COSMethodInfo::isStatic 1 1 1    kcos::internal::makeInterned 1 1 1    fl::i18n::to_ustring 3 3 3)");
   return {
       ofRecord(
           "ClassInfo::getMethods", "levels", "info.Child",
@@ -179,13 +158,10 @@ std::vector<Question> methodQueries() {
 }
 
 std::vector<Question> structureQueries() {
-  const std::string c = "kcos::COSClass::";
-  const Rules levels = byLevel({{c + "getClass", {1, 1, 1}},
-                                {c + "getAttributeNames1", {1, 1, 1}},
-                                {c + "getAttributeNames2", {1, 1, 1}},
-                                {c + "getAttributeNames3", {1, 1, 1}},
-                                {c + "getAttributeNames4", {1, 1, 1}},
-                                {"fl::i18n::to_ustring(codecvt_ascii_to_ustring)", {1, 1, 1}}});
+  const Rules levels = byLevel(R"(
+    kcos::COSClass::getClass 1 1 1    kcos::COSClass::getAttributeNames1 1 1 1
+    kcos::COSClass::getAttributeNames2 1 1 1    kcos::COSClass::getAttributeNames3 1 1 1
+    kcos::COSClass::getAttributeNames4 1 1 1    fl::i18n::to_ustring(codecvt_ascii_to_ustring) 1 1 1)");
   return {
       ofRecord(
           "ClassInfo::getAttributes", "", "info.Child",

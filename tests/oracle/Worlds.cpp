@@ -50,28 +50,11 @@ struct Compared {
   /// Answers how many answers were not empty; stops at the first difference.
   std::size_t agree(std::size_t at, const Question& question) const {
     const auto propertyAnswer = properties(at, question), methodAnswer = methods(at, question);
-    if (propertyAnswer != oracle::properties(description, at, question) ||
-        methodAnswer != oracle::methods(description, at, question)) {
-      EXPECT_EQ(propertyAnswer, oracle::properties(description, at, question)) << shownWorld(question);
-      EXPECT_EQ(methodAnswer, oracle::methods(description, at, question)) << shownWorld(question);
-      throw std::runtime_error("the library and the rules differ for " + description.classes[at].name);
-    }
+    EXPECT_EQ(propertyAnswer, oracle::properties(description, at, question));
+    EXPECT_EQ(methodAnswer, oracle::methods(description, at, question));
+    if (testing::Test::HasFailure())
+      throw std::runtime_error(description.classes[at].name + ": the answers differ");
     return (propertyAnswer.empty() ? 0 : 1) + (methodAnswer.empty() ? 0 : 1);
-  }
-
-  std::string shownWorld(const Question& question) const {
-    std::string text = "accessing " + std::to_string(question.accessing) + ", context " +
-                       std::to_string(question.context) + ", hidden " +
-                       std::to_string(question.includeHidden);
-    for (const int level : question.levels) text += ", level " + std::to_string(level);
-    for (const ClassDescription& made : description.classes) {
-      text += "\n" + made.name + " <";
-      for (const std::string& superclass : made.superclasses) text += " " + superclass;
-      for (const auto& method : made.methods)
-        text += " | " + *method.name + " " + std::to_string(method.access.level) +
-                (method.hidden ? " hidden" : "");
-    }
-    return text;
   }
 
   const Description& description;
@@ -111,6 +94,7 @@ TEST(Oracle, AgreesOnEveryWorldOfThreeClassesWithOneMember) {
   for (const bool derived : {false, true})
     for (const auto& parents : parentsOfC)
       for (int forms = 0; forms < 7 * 7 * 7; ++forms, ++worlds) {
+        SCOPED_TRACE("world " + std::to_string(worlds));
         Description world;
         world.classes.resize(3);
         for (int at = 0, rest = forms; at < 3; ++at, rest /= 7) {
@@ -188,18 +172,18 @@ class Seeded {
 
 TEST(Oracle, AgreesOnSeededWorlds) {
   std::size_t found = 0;
-  for (std::uint32_t seed = 1; seed <= 4000; ++seed) {
+  for (std::uint32_t seed = 1; seed <= 3000; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     Seeded seeded(seed);
     const Description description = seeded.world();
     const Compared world(description);
     const int classes = static_cast<int>(description.classes.size());
-    for (int questions = 0; questions < 20; ++questions) {
+    for (int questions = 0; questions < 8; ++questions) {
       const Question question = seeded.question(classes);
       for (std::size_t at = 0; at < description.classes.size(); ++at) found += world.agree(at, question);
     }
   }
-  EXPECT_GT(found, 100000U);
+  EXPECT_GT(found, 50000U);
 }
 
 }  // namespace

@@ -66,6 +66,19 @@ std::vector<std::u16string> Arguments::texts(const std::string& name) const {
   return texts;
 }
 
+std::vector<std::u16string> Arguments::textsOrNone(const std::string& name) const {
+  return has(name) ? texts(name) : std::vector<std::u16string>();
+}
+
+std::uint32_t Arguments::count(const std::string& name, std::uint32_t largest) const {
+  if (!has(name)) return 0;
+  const std::optional<std::int32_t> number = numberOf(get(name));
+  if (!number || *number < 0 || static_cast<std::uint32_t>(*number) > largest) {
+    wrongType(name, "a number from 0 to " + std::to_string(largest));
+  }
+  return static_cast<std::uint32_t>(*number);
+}
+
 std::vector<std::int32_t> Arguments::numbers(const std::string& name) const {
   std::vector<std::int32_t> numbers;
   const Json& list = get(name);

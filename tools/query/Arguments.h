@@ -31,7 +31,11 @@ class Arguments {
   /// false when it is missing.
   bool flag(const std::string& name) const;
   std::vector<std::u16string> texts(const std::string& name) const;
+  /// The same; empty when it is missing.
+  std::vector<std::u16string> textsOrNone(const std::string& name) const;
   std::vector<std::int32_t> numbers(const std::string& name) const;
+  /// 0 when it is missing.
+  std::uint32_t count(const std::string& name, std::uint32_t largest) const;
   /// One of the words, which stand for 0, 1, ...; or any number.
   std::int32_t numberOrWord(const std::string& name, const std::vector<std::string>& words) const;
   /// A workspace variable's value; null for null.

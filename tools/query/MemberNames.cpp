@@ -15,7 +15,7 @@ using ByName = bool (*)(const std::u16string&, Names&, bool&);
 template <ByIdentifier byIdentifier, ByName byName>
 void answerNames(Question& question) {
   const Arguments& arguments = question.arguments;
-  Names names = arguments.has("names") ? arguments.texts("names") : Names();
+  Names names = arguments.textsOrNone("names");
   bool classFlag = arguments.flag("classFlag");
   if (arguments.has("id")) {
     const ResolvedClassID id = arguments.identifier("id");

@@ -9,7 +9,9 @@ const std::vector<Operation>& operations() {
     std::vector<Operation> joined;
     for (const auto& part :
          {identifierOperations(), gatewayOperations(), tableOperations(), memberNameOperations(),
-          classRecordOperations(), memberRecordOperations(), visitorOperations()}) {
+          classRecordOperations(), memberRecordOperations(), visitorOperations(), objectOperations(),
+          namespaceOperations(), valueOperations(), evaluationOperations(), frameOperations(),
+          searchPathOperations()}) {
       joined.insert(joined.end(), part.begin(), part.end());
     }
     return joined;

@@ -21,6 +21,12 @@ std::vector<Operation> memberNameOperations();
 std::vector<Operation> classRecordOperations();
 std::vector<Operation> memberRecordOperations();
 std::vector<Operation> visitorOperations();
+std::vector<Operation> objectOperations();
+std::vector<Operation> namespaceOperations();
+std::vector<Operation> valueOperations();
+std::vector<Operation> evaluationOperations();
+std::vector<Operation> frameOperations();
+std::vector<Operation> searchPathOperations();
 
 /// All of them.
 const std::vector<Operation>& operations();

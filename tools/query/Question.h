@@ -41,6 +41,9 @@ class Question {
     answer_[name] = render(parameter);
   }
 
+  /// The execution frames that have been pushed, innermost first.
+  std::vector<const IExecutionFrame*> frames() const { return host_.frames(); }
+
   /// The whole answer.
   Json takeAnswer();
 
@@ -52,6 +55,7 @@ class Question {
   const bool trace_;
   bool interrupted_ = false;
   std::vector<embedded::Call> log_;
+  std::vector<std::string> refused_;
   Json answer_ = Json::object();
 };
 

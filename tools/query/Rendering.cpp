@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "tools/Value.h"
+
 namespace tools::query {
 
 namespace {
@@ -30,6 +32,8 @@ Json render(std::nullptr_t) { return nullptr; }
 
 Json render(bool answer) { return answer; }
 
+Json render(unsigned int number) { return number; }
+
 Json render(const std::u16string& text) { return jsonOf(text); }
 
 Json render(const std::vector<std::u16string>& texts) { return listOf(texts); }
@@ -38,9 +42,23 @@ Json render(const std::vector<std::string>& texts) { return listOf(texts); }
 
 Json render(const std::set<std::u16string>& texts) { return listOf(texts); }
 
+Json render(const std::unordered_set<std::u16string>& texts) {
+  return render(std::set<std::u16string>(texts.begin(), texts.end()));
+}
+
 Json render(const std::vector<std::int32_t>& numbers) { return numbers; }
 
 Json render(const std::vector<std::size_t>& numbers) { return numbers; }
+
+Json render(const boost::intrusive_ptr<kxArray_tag>& value) { return jsonOfValue(value.get()); }
+
+Json render(const std::vector<boost::intrusive_ptr<kxArray_tag>>& values) { return listOfRecords(values); }
+
+Json render(const FunctionMetadata& metadata) {
+  return {{"inputArguments", render(metadata.inputArguments)},
+          {"outputArguments", render(metadata.outputArguments)},
+          {"flags", metadata.flags}};
+}
 
 Json render(const KCOSContextData::PropertyInfo& property) {
   return {{"name", jsonOf(property.name)},

@@ -54,7 +54,9 @@ TEST_F(InLab, CellsHoldWhatIsStoredInThem) {
     EXPECT_TRUE(kxIsEmpty(adopted(kxCreateCell(2, none.data())).get()));
     EXPECT_FALSE(kxIsEmpty(cell.get()) || kxIsScalar(cell.get()));
   }
-  if (runs(world::Capability::CountsValues)) EXPECT_EQ(world::testedHost().liveValues(), before);
+  if (runs(world::Capability::CountsValues)) {
+    EXPECT_EQ(world::testedHost().liveValues(), before);
+  }
 }
 
 TEST_F(InLab, TextsAreThoseOfStringsAndRows) {
@@ -137,7 +139,7 @@ TEST_F(InLab, FoldersAreThoseOnDisk) {
   EXPECT_EQ(fl::filesystem::status(path + u"/a.k").type(), file_type::regular);
   for (const std::u16string& name : {path + u"/none", path + u"/a.k/none", std::u16string(), path + std::u16string(300, u'x')})
     EXPECT_EQ(fl::filesystem::status(name).type(), file_type::not_found);
-  std::vector<FileNameWithStat> entries{{u"kept", {}}}, again;
+  std::vector<FileNameWithStat> entries(1), again;
   ioGetDirList(path + u"/*", entries, 1);
   ioGetDirList(path + u"/*", again, 1);
   ASSERT_EQ(entries.size(), 5U);

@@ -1,110 +1,106 @@
 #include <contextdata/Workspace/Evaluation.h>
 #include <contextdata/Workspace/Values.h>
 
-#include <boost/smart_ptr/make_shared.hpp>
 #include <chrono>
 #include <functional>
 #include <stdexcept>
 #include <thread>
 
-#include "host/Dispatcher.h"
 #include "host/Exceptions.h"
-#include "host/Interpreter.h"
 #include "host/Streams.h"
+#include "tests/support/State.h"
 #include "tests/workspace/Workspace.h"
 
 namespace {
 
 using namespace workspace;
 using matrix::ErrorMode;
-using services::io::KLStream;
 using Tamsix::System::InterruptException;
 
-constexpr auto ownMode = static_cast<ErrorMode>(0x1234U);
+/// How an evaluation that has printed ends, and what becomes of it.
+struct Ending {
+  const char* name;
+  const char16_t* expression;
+  std::function<void()> raise;
+  std::string outcome;
+};
 
-/// Sinks on both streams from before the query, which must get nothing and be on top again afterwards.
+const Ending endings[] = {
+    {"success", u"disp('loud'); x", [] {}, "true 5"},
+    {"no value", u"disp('loud')", [] {}, "false nothing"},
+    {"error", u"disp('loud'); error('ws:bad', 'text')", [] {}, "false nothing"},
+    {"syntax", u"disp('loud'); x +", [] {}, "false nothing"},
+    {"getter", u"pump.Loud", [] {}, "true 4"},
+    {"interrupt", u"disp('loud'); x", [] { throw InterruptException(); }, "interrupt"},
+    {"exception", u"disp('loud'); x", [] { throw std::runtime_error("x"); }, "exception"}};
+
+constexpr const char* inside = "results in their slots";
+
 class Silence : public Workspace {
  protected:
-  Silence() {
-    KLStream::KLOut().push(output_);
-    KLStream::KLErr().push(errors_);
-    matrix::setErrorMode(ownMode);
-  }
-
-  void expectSilence(const std::string& what) {
-    EXPECT_EQ(matrix::getErrorMode(), ownMode) << what;
-    EXPECT_EQ(host_->takeOutput(), u"") << what;
-    EXPECT_TRUE(host_->frames().empty()) << what;
-    EXPECT_EQ(host_->variableNames(), variables_) << what;
-    EXPECT_EQ(folder(), folder_) << what;
-    for (KLStream* stream : {&KLStream::KLOut(), &KLStream::KLErr()}) stream->flush();
-    EXPECT_EQ(output_->text() + errors_->text(), u"") << what;
-    // Now something is printed, to see that these sinks are on top.
-    inEvalExpHere(u"disp('mark')");
-    KLStream::KLOut().flush();
-    EXPECT_EQ(output_->text(), u"mark\n") << what;
-    KLStream::KLOut().pop();
-    KLStream::KLOut().push(output_ = boost::make_shared<services::io::KLStringSink>());
-  }
-
- private:
-  static void inEvalExpHere(const std::u16string& text) {
-    inEvalExp(text, 0, nullptr, false, Tamsix::orvo::EvalSource::Query);
-  }
-  static std::u16string folder() {
-    return Kdispatcher::getDispatcher()->GetCurrentWorkingFolder()->get().getLocation().text();
-  }
-
-  boost::shared_ptr<services::io::KLStringSink> output_{new services::io::KLStringSink()};
-  boost::shared_ptr<services::io::KLStringSink> errors_{new services::io::KLStringSink()};
-  std::vector<std::string> variables_ = host_->variableNames();
-  std::u16string folder_ = folder();
-};
-
-struct Row {
-  const char16_t* expression;
-  int results;
-  bool flag;
-  bool answer;
-};
-
-TEST_F(Silence, AfterSuccessAndAfterErrors) {
-  const Row rows[] = {{u"disp('loud')", 0, false, true},   {u"x", 0, false, true},
-                      {u"pump.Loud", 1, false, true},      {u"error('ws:bad', 'text')", 0, false, false},
-                      {u"x +", 0, false, false},           {u"disp('loud'); nope", 0, false, false},
-                      {u"nope()", 1, true, false},         {u"disp('loud'); x", 1, true, true},
-                      {u"disp('loud'); x", 1, false, false}, {u"", 0, false, true}};
-  for (const Row& row : rows) {
+  /// What `during` does happens when the evaluation has run its code, before the host's raising.
+  std::string evaluate(
+      const Ending& ending, const std::function<void()>& during = [] {}) {
     kxArray_tag* slot = nullptr;
-    EXPECT_EQ(EvalcExpSuccessful(row.expression, row.results, &slot, row.flag), row.answer) << shown(row.expression);
-    EXPECT_EQ(makeSharedPtr(slot) != nullptr, row.results == 1 && row.answer) << shown(row.expression);
-    expectSilence(shown(row.expression));
+    if (std::string(ending.outcome) != "false nothing")
+      host_->setFault({inside, 1, false, [&] {
+                         during();
+                         ending.raise();
+                       }});
+    try {
+      const bool answer = EvalcExpSuccessful(ending.expression, 1, &slot, true);
+      return shown(answer) + " " + shownValue(makeSharedPtr(slot));
+    } catch (const InterruptException&) {
+      makeSharedPtr(slot);
+      return "interrupt";
+    } catch (const std::runtime_error&) {
+      makeSharedPtr(slot);
+      return "exception";
+    }
   }
-  EXPECT_EQ(shownValue(GetValueFromCurrentWorkspace(u"pump(1).Loud")), "4");
-  expectSilence("value");
+};
+
+TEST_F(Silence, SurroundsEveryEndingAndEveryEndingInsideIt) {
+  for (const Ending& outer : endings)
+    for (const Ending& inner : endings) {
+      SCOPED_TRACE(std::string(outer.name) + " around " + inner.name);
+      const State state(*host_);
+      std::string nested = inner.outcome;
+      EXPECT_EQ(evaluate(outer, [&] { nested = evaluate(inner); }), outer.outcome);
+      EXPECT_EQ(nested, inner.outcome);
+      host_->clearFault();
+      state.expectUnchanged();
+    }
 }
 
-TEST_F(Silence, AfterExceptionsAndInterrupts) {
-  const auto fail = [&](const std::function<void()>& raise) {
-    host_->setFault({"results in their slots", 1, false, raise});
-    return [] {
+TEST_F(Silence, LastsWhenRestoringFails) {
+  for (const char* operation : {"matrix::getErrorMode", "matrix::setErrorMode"})
+    for (const auto& raise : {std::function<void()>([] { throw InterruptException(); }),
+                              std::function<void()>([] { throw 42; })}) {
+      const State state(*host_, operation);
+      host_->setFault({operation, 2, false, raise});
       kxArray_tag* slot = nullptr;
-      EvalcExpSuccessful(u"disp('loud'); 1", 0, &slot, true);
-    };
-  };
-  EXPECT_THROW(fail([] { throw InterruptException(); })(), InterruptException);
-  expectSilence("interrupt");
-  EXPECT_THROW(fail([] { throw std::runtime_error("x"); })(), std::runtime_error);
-  expectSilence("exception");
-  host_->setFault({"results in their slots", 1, false, [] { throw InterruptException(); }});
-  EXPECT_FALSE(GetValueFromCurrentWorkspace(u"s(1).a"));
-  expectSilence("swallowed interrupt");
+      EXPECT_TRUE(EvalcExpSuccessful(u"disp('loud'); x", 1, &slot, true)) << operation;
+      EXPECT_EQ(shownValue(makeSharedPtr(slot)), "5");
+      EXPECT_TRUE(host_->clearFault());
+      EXPECT_EQ(matrix::getErrorMode(), ErrorMode::Silent);
+      state.expectUnchanged();
+    }
 }
 
-TEST_F(Silence, AfterAnInterruptOfEndlessCode) {
+TEST_F(Silence, LastsWhenTheSecondSinkCannotBePushed) {
+  const State state(*host_);
+  host_->setFault({"services::io::KLStream::push", 2, false, [] { throw 42; }});
+  EXPECT_THROW(EvalcExpSuccessful(u"disp('loud')", 0, nullptr, false), int);
+  state.expectUnchanged();
+  EXPECT_FALSE(GetValueFromCurrentWorkspace(u"s(1).gone"));
+}
+
+TEST_F(Silence, LastsThroughAnInterruptOfEndlessCode) {
   using Clock = std::chrono::steady_clock;
   host_->setCodeLimits({.steps = ~std::uint64_t{0}});
   for (const char16_t* expression : {u"pump.Endless", u"x(pump.Endless)"}) {
+    const State state(*host_);
     Clock::time_point asked;
     std::thread user([&] {
       std::this_thread::sleep_for(std::chrono::milliseconds(20));
@@ -117,11 +113,12 @@ TEST_F(Silence, AfterAnInterruptOfEndlessCode) {
     EXPECT_LT(ended - asked, std::chrono::milliseconds(100)) << shown(expression);
     EXPECT_TRUE(host_->interruptRequested());
     host_->clearInterrupt();
-    expectSilence(shown(expression));
+    state.expectUnchanged();
   }
 }
 
 TEST_F(Silence, IsPreparedAndUndoneInThisOrder) {
+  const State state(*host_);
   host_->startLog();
   EvalcExpSuccessful(u"x", 0, nullptr, true);
   std::string order;
@@ -130,11 +127,13 @@ TEST_F(Silence, IsPreparedAndUndoneInThisOrder) {
     order += name + (name == "setErrorMode" ? "(" + call.arguments + ") " : " ");
   }
   EXPECT_EQ(order,
-            "inValidInterpreterAvailable KLOut push KLErr push getErrorMode setErrorMode(4294967295) inEvalExp Korval "
-            "code results in their slots getErrorMode setErrorMode(4660) flush pop flush pop ");
+            "inValidInterpreterAvailable KLOut push KLErr push getErrorMode setErrorMode(4294967295) "
+            "inEvalExp Korval "
+            "code results in their slots getErrorMode setErrorMode(23130) flush pop flush pop ");
+  state.expectUnchanged();
 }
 
-TEST_F(Silence, WithoutAnInterpreterNothingIsTouched) {
+TEST_F(Silence, WithoutAnInterpreterTouchesNothing) {
   host_->setInterpreterAvailable(false);
   host_->startLog();
   kxArray_tag* slot = nullptr;
@@ -143,15 +142,6 @@ TEST_F(Silence, WithoutAnInterpreterNothingIsTouched) {
   EXPECT_EQ(host_->takeLog().size(), 1U);
   EXPECT_FALSE(GetValueFromCurrentWorkspace(u"x + 1"));
   EXPECT_EQ(shownValue(GetValueFromCurrentWorkspace(u"s.a.b")), "5");
-}
-
-TEST_F(Silence, RestoringThatFailsStillPopsTheStreams) {
-  host_->setFault({"matrix::setErrorMode", 2, false, [] { throw InterruptException(); }});
-  EXPECT_TRUE(EvalcExpSuccessful(u"disp('loud')", 0, nullptr, false));
-  EXPECT_TRUE(host_->clearFault());
-  EXPECT_EQ(matrix::getErrorMode(), ErrorMode::Silent);
-  matrix::setErrorMode(ownMode);
-  expectSilence("failed restoring");
 }
 
 }  // namespace

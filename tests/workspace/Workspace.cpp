@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "host/Interpreter.h"
+
 namespace workspace {
 
 namespace {
@@ -22,11 +24,11 @@ std::string shownElement(const kxArray_tag* value, std::size_t index) {
 
 Workspace::Workspace() : host_(world()), active_(*host_) {}
 
-std::vector<std::string> Workspace::callsOf(const std::string& operation) const {
-  std::vector<std::string> calls;
-  for (const embedded::Call& call : host_->takeLog())
-    if (call.operation == operation) calls.push_back(call.arguments);
-  return calls;
+Value evaluatedText(const std::string& text) {
+  kxArray_tag* slot = nullptr;
+  if (text != "nothing") inEvalExp(wide(text), 1, &slot, true, Tamsix::orvo::EvalSource::Query);
+  EXPECT_EQ(slot == nullptr, text == "nothing") << text;
+  return {slot, false};
 }
 
 std::string shownValue(const Value& value) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <boost/locale/encoding_utf.hpp>
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <memory>
 #include <string>
@@ -21,8 +22,6 @@ class Workspace : public testing::Test {
   Workspace();
 
   Value variable(const std::string& name) const { return host_->variable(name); }
-  /// The calls of one host operation, each with its arguments, since the log began.
-  std::vector<std::string> callsOf(const std::string& operation) const;
 
   std::unique_ptr<embedded::Host> host_;
   embedded::Activation active_;
@@ -31,7 +30,13 @@ class Workspace : public testing::Test {
 /// The value in a few characters; "nothing" for none.
 std::string shownValue(const Value& value);
 
-/// ASCII as UTF-16.
-inline std::u16string wide(const std::string& text) { return {text.begin(), text.end()}; }
+/// The value of an expression, or of the last statement; null for "nothing".
+Value evaluatedText(const std::string& text);
+
+/// UTF-8 as UTF-16, without asking the host.
+inline std::u16string wide(const std::string& text) {
+  return boost::locale::conv::utf_to_utf<char16_t>(text);
+}
+inline std::string narrow(const std::u16string& text) { return boost::locale::conv::utf_to_utf<char>(text); }
 
 }  // namespace workspace

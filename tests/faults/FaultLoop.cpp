@@ -151,6 +151,9 @@ std::size_t failEveryCall(embedded::Host& host, const Question& question) {
   host.startLog();
   EXPECT_EQ(askAndCatch(question, clean), "");
   const std::vector<FaultPoint> points = faultPoints(question, host.takeLog());
+  const State state(host);
+  expectCleanRepeat(question, clean);
+  state.expectUnchanged();
   std::size_t happened = 0;
   for (const FaultPoint& point : points) {
     const Reaction* reaction = reactionOf(question, point);

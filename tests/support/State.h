@@ -22,5 +22,6 @@ class State {
   embedded::Host& host_;
   bool modeMayStay_;
   bool sinkMayStay_;
+  bool mayPrint_;
   std::vector<std::string> before_;
 };

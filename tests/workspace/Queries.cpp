@@ -169,11 +169,12 @@ std::string unescaped(std::string cell) {
   boost::trim(cell);
   boost::replace_all(cell, "<NUL>", std::string(1, '\0'));
   boost::replace_all(cell, "<SPACE>", " ");
-  const std::regex repeated("<([0-9]+)\\*([^>]+)>");
+  static const std::regex repeated("<([0-9]+)\\*([^>]+)>");
   std::string all, rest = cell;
   for (std::sregex_iterator found(cell.begin(), cell.end(), repeated), end; found != end; ++found) {
     all += found->prefix();
-    for (std::size_t count = std::stoul((*found)[1]); count > 0; --count) all += (*found)[2];
+    const std::string part = (*found)[2];
+    for (std::size_t count = std::stoul((*found)[1]); count > 0; --count) all += part;
     rest = found->suffix();
   }
   return all + rest;

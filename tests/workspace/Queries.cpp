@@ -25,8 +25,8 @@ using Texts = std::vector<std::u16string>;
 
 struct Query {
   /// Whether its first argument stands for a value.
-  bool ofValue;
-  bool mayRunCode;
+  bool asksValue;
+  bool runsCode;
   std::function<std::string(const kxArray_tag*, const Texts&)> ask;
 };
 
@@ -42,11 +42,40 @@ std::string answered(const std::function<bool(Names&)>& ask) {
   return shown(answer) + " " + names;
 }
 
-std::string shownSize(const kxArray_tag* value) {
+std::string answerText(bool answer) { return shown(answer); }
+std::string answerText(unsigned answer) { return std::to_string(answer); }
+std::string answerText(const Value& answer) { return shownValue(answer); }
+std::string answerText(const std::vector<unsigned long>& extents) {
   std::string all;
-  for (const unsigned long extent : getSizeFromKxArray(value))
-    all += (all.empty() ? "" : "x") + std::to_string(extent);
+  for (const unsigned long extent : extents) all += (all.empty() ? "" : "x") + std::to_string(extent);
   return all;
+}
+
+constexpr bool isQuiet = false, mayRunCode = true;
+
+template <auto query>
+Query ofValue(bool runs) {
+  return {true, runs, [](const kxArray_tag* value, const Texts&) { return answerText(query(value)); }};
+}
+template <auto query>
+Query ofText(bool runs) {
+  return {false, runs, [](auto, const Texts& t) { return answerText(query(t.at(0))); }};
+}
+template <auto append>
+Query listOfValue(bool runs) {
+  return {true, runs, [](const kxArray_tag* value, const Texts&) {
+            return kept([&](Names& names) { append(value, names); });
+          }};
+}
+template <auto list>
+Query listOfText(bool runs) {
+  return {false, runs,
+          [](auto, const Texts& t) { return answered([&](Names& names) { return list(t.at(0), names); }); }};
+}
+using Ask = std::function<std::string(const kxArray_tag*, const Texts&)>;
+Query valueAndTexts(bool runs, Ask ask) { return {true, runs, std::move(ask)}; }
+Query texts(bool runs, const std::function<std::string(const Texts&)>& ask) {
+  return {false, runs, [ask](auto, const Texts& t) { return ask(t); }};
 }
 
 std::string shownShape(const Value& value) {
@@ -54,9 +83,9 @@ std::string shownShape(const Value& value) {
   return std::to_string(dimensions[0]) + "x" + std::to_string(dimensions[1]) + " " + shownValue(value);
 }
 
-std::string shownEvaluation(const std::u16string& expression) {
+std::string shownEvaluation(const Texts& t) {
   kxArray_tag* slot = nullptr;
-  const bool answer = EvalcExpSuccessful(expression, 1, &slot, true);
+  const bool answer = EvalcExpSuccessful(t.at(0), 1, &slot, true);
   return shown(answer) + " " + shownValue(makeSharedPtr(slot));
 }
 
@@ -64,87 +93,60 @@ std::string shownArguments(const Texts& t) {
   return std::to_string(KCOSContextData::getArgumentBlockMetadata(t.at(0), t.at(1)).flags);
 }
 
-using NamespaceList = bool (*)(const std::u16string&, Names&);
-Query namespaceList(NamespaceList list) {
-  return {false, false, [list](auto, const Texts& t) {
-            return answered([&](Names& names) { return list(t.at(0), names); });
-          }};
+std::string shownBuiltins(const Texts&) {
+  const auto names = getBuiltinFunctionNames();
+  return std::to_string(names.size()) + " " + shownList(std::set(names.begin(), names.end()));
 }
 
-using ValueList = void (*)(const kxArray_tag*, Names&);
-Query valueList(bool mayRunCode, ValueList list) {
-  return {true, mayRunCode, [list](const kxArray_tag* value, const Texts&) {
-            return kept([&](Names& names) { list(value, names); });
-          }};
+std::string shownCall(const kxArray_tag* value, const Texts& t) {
+  return answered(
+      [&](Names& names) { return KCOSIntrospection::callFunctionOnObject(value, narrow(t.at(0)), names); });
+}
+
+std::string shownProperty(const kxArray_tag* value, const Texts& t) {
+  return shownValue(getSharedProperty(value, narrow(t.at(0)), std::stoul(narrow(t.at(1)))));
 }
 
 const std::map<std::string, Query>& queries() {
   using namespace KCOSContextData;
   using namespace KCOSIntrospection;
   static const std::map<std::string, Query> all{
-      {"value",
-       {false, true, [](auto, const Texts& t) { return shownValue(GetValueFromCurrentWorkspace(t.at(0))); }}},
-      {"evaluates", {false, true, [](auto, const Texts& t) { return shownEvaluation(t.at(0)); }}},
-      {"size", {true, true, [](const kxArray_tag* value, const Texts&) { return shownSize(value); }}},
-      {"property",
-       {true, true,
-        [](const kxArray_tag* value, const Texts& t) {
-          return shownValue(getSharedProperty(value, narrow(t.at(0)), std::stoul(narrow(t.at(1)))));
-        }}},
-      {"is object",
-       {true, false,
-        [](const kxArray_tag* value, const Texts&) { return shown(isObjectOrIsOpaque(value)); }}},
-      {"fields", valueList(false, StructContextData::getStructFieldNames)},
-      {"opaque properties", valueList(true, getOpaqueObjectProperties)},
-      {"opaque methods", valueList(true, getOpaqueObjectMethods)},
-      {"property names", valueList(true, getObjectPropertyNames)},
-      {"texts",
-       {true, false,
-        [](const kxArray_tag* value, const Texts&) {
-          return answered([&](Names& names) { return getStringsFromKxarray(value, names); });
-        }}},
-      {"call",
-       {true, true,
-        [](const kxArray_tag* value, const Texts& t) {
-          return answered([&](Names& names) { return callFunctionOnObject(value, narrow(t.at(0)), names); });
-        }}},
-      {"no-dot class",
-       {true, false,
-        [](const kxArray_tag* value, const Texts&) { return shown(isNoDotMethodClass(value)); }}},
-      {"methods",
-       {true, true,
-        [](const kxArray_tag* value, const Texts& t) {
-          return shownList(getMethodsForWSVariable(t.at(0), value));
-        }}},
+      {"value", ofText<GetValueFromCurrentWorkspace>(mayRunCode)},
+      {"evaluates", texts(mayRunCode, shownEvaluation)},
+      {"size", ofValue<getSizeFromKxArray>(mayRunCode)},
+      {"property", valueAndTexts(mayRunCode, shownProperty)},
+      {"is object", ofValue<isObjectOrIsOpaque>(isQuiet)},
+      {"fields", listOfValue<StructContextData::getStructFieldNames>(isQuiet)},
+      {"opaque properties", listOfValue<getOpaqueObjectProperties>(mayRunCode)},
+      {"opaque methods", listOfValue<getOpaqueObjectMethods>(mayRunCode)},
+      {"property names", listOfValue<getObjectPropertyNames>(mayRunCode)},
+      {"texts", valueAndTexts(isQuiet,
+                              [](auto value, const Texts&) {
+                                return answered(
+                                    [&](Names& names) { return getStringsFromKxarray(value, names); });
+                              })},
+      {"call", valueAndTexts(mayRunCode, shownCall)},
+      {"no-dot class", ofValue<isNoDotMethodClass>(isQuiet)},
+      {"methods", valueAndTexts(mayRunCode,
+                                [](auto value, const Texts& t) {
+                                  return shownList(getMethodsForWSVariable(t.at(0), value));
+                                })},
       {"precedence",
-       {false, false,
-        [](auto, const Texts& t) { return std::to_string(GetClassPrecedence(t.at(0), t.at(1))); }}},
-      {"foreign", {false, false, [](auto, const Texts& t) { return shown(IsJavaFunction(t.at(0))); }}},
-      {"arguments", {false, false, [](auto, const Texts& t) { return shownArguments(t); }}},
-      {"arguments without components",
-       {false, false, [](auto, const Texts& t) { return shownArguments(t); }}},
-      {"list",
-       {false, false,
-        [](auto, const Texts& t) {
-          return kept([&](Names& names) { getWhatList(t.at(0), names, narrow(t.at(1))); });
-        }}},
-      {"builtins",
-       {false, false,
-        [](auto, const Texts&) {
-          const auto names = getBuiltinFunctionNames();
-          return std::to_string(names.size()) + " " + shownList(std::set(names.begin(), names.end()));
-        }}},
-      {"package",
-       {false, true,
-        [](auto, const Texts& t) {
-          return answered([&](Names& names) { return PKXContextData::getPackageStrings(t.at(0), names); });
-        }}},
-      {"is package", {false, true, [](auto, const Texts& t) { return shown(IsPKXPackage(t.at(0))); }}},
-      {"functions", namespaceList(getNamespaceFunctionNames)},
-      {"classes", namespaceList(getNamespaceClassNames)},
-      {"namespaces", namespaceList(getNamespaceNamespaceNames)},
-      {"all namespaces",
-       {false, true, [](auto, const Texts&) { return shownShape(getKCOSAllNamespaces()); }}}};
+       texts(isQuiet, [](const Texts& t) { return answerText(GetClassPrecedence(t.at(0), t.at(1))); })},
+      {"foreign", ofText<IsJavaFunction>(isQuiet)},
+      {"arguments", texts(isQuiet, shownArguments)},
+      {"arguments without components", texts(isQuiet, shownArguments)},
+      {"list", texts(isQuiet,
+                     [](const Texts& t) {
+                       return kept([&](Names& names) { getWhatList(t.at(0), names, narrow(t.at(1))); });
+                     })},
+      {"builtins", texts(isQuiet, shownBuiltins)},
+      {"package", listOfText<PKXContextData::getPackageStrings>(mayRunCode)},
+      {"is package", ofText<IsPKXPackage>(mayRunCode)},
+      {"functions", listOfText<getNamespaceFunctionNames>(isQuiet)},
+      {"classes", listOfText<getNamespaceClassNames>(isQuiet)},
+      {"namespaces", listOfText<getNamespaceNamespaceNames>(isQuiet)},
+      {"all namespaces", texts(mayRunCode, [](const Texts&) { return shownShape(getKCOSAllNamespaces()); })}};
   return all;
 }
 
@@ -212,18 +214,18 @@ std::vector<std::string> queryNames() {
 }
 
 Value valueFor(const Row& row) {
-  return queries().at(row.query).ofValue ? evaluatedText(row.arguments.at(0)) : Value();
+  return queries().at(row.query).asksValue ? evaluatedText(row.arguments.at(0)) : Value();
 }
 
 std::string answerTo(embedded::Host& host, const Row& row, const Value& value) {
   const Query& query = queries().at(row.query);
-  Texts texts;
-  for (std::size_t at = query.ofValue ? 1 : 0; at < row.arguments.size(); ++at)
-    texts.push_back(wide(row.arguments[at]));
+  Texts given;
+  for (std::size_t at = query.asksValue ? 1 : 0; at < row.arguments.size(); ++at)
+    given.push_back(wide(row.arguments[at]));
   host.setComponents(row.query != "arguments without components");
-  host.setCodePolicy(query.mayRunCode ? embedded::CodePolicy::Allowed : embedded::CodePolicy::Trap);
+  host.setCodePolicy(query.runsCode ? embedded::CodePolicy::Allowed : embedded::CodePolicy::Trap);
   host.startLog();
-  std::string answer = query.ask(value.get(), texts);
+  std::string answer = query.ask(value.get(), given);
   const std::vector<embedded::Call> log = host.takeLog();
   host.setCodePolicy(embedded::CodePolicy::Allowed);
   if (!row.hostOperation.empty()) return shownCalls(log, row.hostOperation);

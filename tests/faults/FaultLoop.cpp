@@ -180,10 +180,10 @@ std::size_t failEveryCall(embedded::Host& host, const Question& question) {
 
 std::vector<Question> allQuestions() {
   std::vector<Question> all;
-  for (auto questions : {classIdentifierQuestions, gatewayQuestions, completionTableQuestions, memberNameQuestions,
-                         classInfoQuestions, objectQuestions, namespaceQuestions, packageQuestions,
-                         evaluationQuestions, valueQuestions, searchPathQuestions, variableMethodQuestions,
-                         metadataQuestions}) {
+  for (auto questions :
+       {classIdentifierQuestions, gatewayQuestions, completionTableQuestions, memberNameQuestions,
+        classInfoQuestions, objectQuestions, namespaceQuestions, packageQuestions, evaluationQuestions,
+        valueQuestions, searchPathQuestions, variableMethodQuestions, metadataQuestions}) {
     for (Question& question : questions()) all.push_back(std::move(question));
   }
   return all;

@@ -109,6 +109,7 @@ std::vector<KnownName> Host::namespaceNames() const {
 }
 
 void Host::setComponents(bool on) noexcept { session_->componentsOn = on; }
+void Host::setInterpreterAvailable(bool available) noexcept { session_->interpreterIsAvailable = available; }
 std::vector<const IExecutionFrame*> Host::frames() const { return session_->frames.frames(); }
 const Kfh_KORVAL_fn* Host::function(const std::string& name) const {
   return session_->dispatcher.function(name);

@@ -211,6 +211,8 @@ class KORVAL_HOST_API Host {
   /// Of the older object system.
   std::vector<KnownName> packageNames() const;
   void setComponents(bool on) noexcept;
+  /// Whether expressions can be evaluated now.
+  void setInterpreterAvailable(bool available) noexcept;
   /// The execution frames that have been pushed, innermost first.
   std::vector<const IExecutionFrame*> frames() const;
   /// The function of that name, or null.

@@ -39,7 +39,11 @@ void fill(Values results, int nlhs, kxArray_tag** plhs) {
 
 Values borrowed(int count, kxArray_tag** values) {
   Values result;
-  for (int at = 0; at < count; ++at) result.emplace_back(static_cast<Value*>(values[at]));
+  for (int at = 0; at < count; ++at) {
+    if (values[at] == nullptr)
+      throw foundation::core::except::Exception("KORVAL:host:NoValue", "There is no value to call a function with.");
+    result.emplace_back(static_cast<Value*>(values[at]));
+  }
   return result;
 }
 
@@ -93,7 +97,7 @@ using namespace embedded;
 
 bool inValidInterpreterAvailable() {
   enter<Operation::validInterpreterAvailable>();
-  return true;
+  return session().interpreterIsAvailable;
 }
 
 int inEvalExp(const std::u16string& expression, int nlhs, kxArray_tag** plhs, bool valueOfStatement,

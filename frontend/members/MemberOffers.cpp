@@ -45,7 +45,7 @@ std::set<std::u16string> namesOf(const Infos& infos) {
 
 /// A class's record, what it offers, and what describes that; kept as long as the candidates are gathered.
 struct Described {
-  Described(const Inquiry& inquiry, const ResolvedClassID& id, ValuePtr value)
+  Described(Inquiry& inquiry, const ResolvedClassID& id, ValuePtr value)
       : record(id), details(inquiry, record, std::move(value)) {}
   const ClassInfo record;
   PropertyDetails details;

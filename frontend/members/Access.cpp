@@ -118,7 +118,10 @@ std::vector<PropertyInfo> usableProperties(Inquiry& inquiry, const ClassInfo& as
 std::vector<MethodInfo> usableMethods(Inquiry& inquiry, const ClassInfo& asked,
                                       MethodInfo::GetContext context, bool includeHidden) {
   const ClassInfo* caller = inquiry.caller();
-  MethodInfo::GetOptions options{usableLevels(caller, asked), caller, context, false, false, includeHidden};
+  const Lenience& lenience = inquiry.lenience();
+  if (lenience.anyContext) context = MethodInfo::GetContext::Any;
+  MethodInfo::GetOptions options{usableLevels(caller, asked), caller,       context, lenience.constructors,
+                                 lenience.operators,          includeHidden};
   std::vector<MethodInfo> methods = asked.getMethods(options);
   if (isBystander(caller, asked, options.access)) {
     options.access = {publicLevel};

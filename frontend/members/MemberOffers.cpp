@@ -153,14 +153,15 @@ class ClassMembers {
   /// What completes behind a variable, whoever asks, as far as a record leaves it out: it offers nothing of enumerations.
   void offerPublicMethods() {
     const auto& record = described_->record;
-    if (isNoDotClass()) return;
+    if (isNoDotClass() && !inquiry_.lenience().anyContext) return;
     Names names;
-    if (value_) {
+    if (value_ && !inquiry_.lenience().operators) {
       names = getMethodsForWSVariable(KCOSIntrospection::getConstructorName(record.structure.name), value_);
     } else {
       names = namesOf(id_, getClassMethodNames);
       const Names statics = namesOf(id_, getClassStaticMethodNames);
-      const auto excluded = getKCOSMethodsExcludeSet();
+      const auto excluded =
+          inquiry_.lenience().operators ? std::set<std::u16string>() : getKCOSMethodsExcludeSet();
       std::erase_if(names, [&](const std::u16string& name) {
         return excluded.contains(name) || std::ranges::count(statics, name) > 0;
       });

@@ -76,12 +76,7 @@ class ClassMembers {
     });
     offerMethods(MethodInfo::GetContext::Any, Kind::StaticMethod);
     if (isEnumeration()) gathering_.addInOrder(namesOf(id_, getClassStaticMethodNames), Kind::StaticMethod);
-    gathering_.addInOrder(namesOf(id_, getClassEnumerationNames), Kind::EnumerationMember,
-                          [described = described_](Candidate& candidate) {
-                            candidate.declaringClass = described->record.structure.name;
-                            candidate.type = described->record.structure.name;
-                            candidate.size = u"1x1";
-                          });
+    offerEnumerationMembers();
   }
 
   void offerMethods(MethodInfo::GetContext context) { offerMethods(context, Kind::Method); }
@@ -120,6 +115,26 @@ class ClassMembers {
           [described = described_, at](Candidate& candidate) {
             describeMethod(described->methods[at], candidate);
           });
+    }
+  }
+
+  void offerEnumerationMembers() {
+    const auto describe = [described = described_](Candidate& candidate) {
+      candidate.declaringClass = described->record.structure.name;
+      candidate.type = described->record.structure.name;
+      candidate.size = u"1x1";
+    };
+    gathering_.addInOrder(namesOf(id_, getClassEnumerationNames), Kind::EnumerationMember, describe);
+    const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id_);
+    if (found == nullptr || !gathering_.wantsHidden()) return;
+    for (kcos::COSIterator members = found->getEnumerationMembers(); members.hasMoreElements();) {
+      const kcos::COSEnumInfo* member = kcos::cosiToEnum(members.nextElement().get());
+      if (member == nullptr || !member->isHidden() || member->getName() == nullptr) continue;
+      gathering_.add({.label = wide(member->getName()),
+                      .insertion = {},
+                      .kind = Kind::EnumerationMember,
+                      .isHidden = true},
+                     describe);
     }
   }
 

@@ -211,6 +211,8 @@ class KORVAL_HOST_API Host {
   /// Of the older object system.
   std::vector<KnownName> packageNames() const;
   void setComponents(bool on) noexcept;
+  /// Whether expressions can be evaluated now.
+  void setInterpreterAvailable(bool available) noexcept;
   /// The execution frames that have been pushed, innermost first.
   std::vector<const IExecutionFrame*> frames() const;
   /// The function of that name, or null.
@@ -218,8 +220,7 @@ class KORVAL_HOST_API Host {
 
  private:
   friend class Activation;
-  /// `file` stands in the errors.
-  Host(const Description& description, const std::string& file);
+  explicit Host(std::unique_ptr<Session> session);
 
   std::unique_ptr<Session> session_;
 };

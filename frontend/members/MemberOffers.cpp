@@ -75,7 +75,10 @@ class ClassMembers {
       return constants.contains(name) ? std::optional(Kind::Constant) : std::nullopt;
     });
     offerMethods(MethodInfo::GetContext::Any, Kind::StaticMethod);
-    if (isEnumeration()) gathering_.addInOrder(namesOf(id_, getClassStaticMethodNames), Kind::StaticMethod);
+    if (isEnumeration()) {
+      gathering_.addInOrder(namesOf(id_, getClassStaticMethodNames), Kind::StaticMethod,
+                            describePublicMethod());
+    }
     offerEnumerationMembers();
   }
 
@@ -159,10 +162,10 @@ class ClassMembers {
   /// What an object says itself, when its class has a say.
   void offerDynamicProperties() {
     if (!value_ || !KCOSIntrospection::hasMethod(value_.get(), "properties")) return;
-    if (!inquiry_.mayUse(CodePolicy::StoredValues, u"properties")) return;
+    if (!inquiry_.mayUse(CodePolicy::Allowed, u"what the object says of its properties")) return;
     Names names;
     KCOSIntrospection::getObjectPropertyNames(value_.get(), names);
-    gathering_.addInOrder(names, Kind::Property);
+    gathering_.addInOrder(names, Kind::Property, {}, described_->properties.size());
   }
 
   /// What completes behind a variable, whoever asks, as far as a record leaves it out: it offers nothing of enumerations.
@@ -222,7 +225,7 @@ void offerFields(const Inquiry& inquiry, const ValuePtr& structure, Gathering& g
 
 /// An object of another object system answers itself.
 void offerForeignObject(Inquiry& inquiry, const ValuePtr& value, Gathering& gathering) {
-  if (!inquiry.mayUse(CodePolicy::StoredValues, u"what an opaque object offers")) return;
+  if (!inquiry.mayUse(CodePolicy::Allowed, u"what an opaque object offers")) return;
   Names properties;
   getOpaqueObjectProperties(value.get(), properties);
   gathering.addInOrder(properties, Kind::Property,

@@ -3,6 +3,7 @@
 #include <contextdata/KCOSContextData/CompletionTables.h>
 #include <contextdata/KCOSContextData/Namespaces.h>
 #include <contextdata/PKXContextData.h>
+#include <contextdata/Workspace/SearchPath.h>
 
 #include <algorithm>
 #include <vector>
@@ -68,13 +69,13 @@ void offerNamespace(Inquiry& inquiry, const std::u16string& name, Gathering& gat
 }
 
 void offerPackage(Inquiry& inquiry, const std::u16string& name, Gathering& gathering) {
-  if (!inquiry.mayUse(CodePolicy::StoredValues, u"the package " + name)) return;
   Names names;
-  PKXContextData::getPackageStrings(name, names);
-  for (std::u16string& found : names) {
-    if (found.ends_with(u".k")) found.resize(found.size() - 2);
-    if (const auto dot = found.rfind(u".kex"); dot != std::u16string::npos) found.resize(dot);
+  if (inquiry.mayUse(CodePolicy::Allowed, u"what the package " + name + u" says of itself")) {
+    PKXContextData::getPackageStrings(name, names);
+  } else {
+    for (const char* kind : {".k", ".kex", "classes"}) getWhatList(u"@" + name, names, kind);
   }
+  for (std::u16string& found : names) found.resize(std::min(found.size(), found.find(u'.')));
   gathering.addNames(names, Kind::Function);
 }
 

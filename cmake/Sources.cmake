@@ -1,5 +1,5 @@
 # Every source of a room is built: nothing is listed by hand, so nothing can be forgotten.
-foreach(room IN ITEMS contextdata embedded tools)
+foreach(room IN ITEMS contextdata embedded frontend tools)
   file(GLOB_RECURSE ${room}Sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${room}/*.cpp)
   if(NOT ${room}Sources)
     message(FATAL_ERROR "${room}/ has no sources")

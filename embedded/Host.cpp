@@ -22,22 +22,22 @@ std::optional<Operation> operationNamed(const std::string& name) {
 
 bool isFaulty(Operation operation) { return ruleOf(operation) != Rule::NoThrow; }
 
-const Description& checked(const Description& description, const std::string& file) {
-  checkDescription(description, file);
+const Description& checked(const Description& description) {
+  checkDescription(description, "");
   return description;
 }
 
 }  // namespace
 
-Host::Host(const Description& description) : Host(description, "") {}
+Host::Host(const Description& description) : Host(std::make_unique<Session>(checked(description))) {}
 
-Host::Host(const Description& description, const std::string& file)
-    : session_(std::make_unique<Session>(checked(description, file))) {}
+Host::Host(std::unique_ptr<Session> session) : session_(std::move(session)) {}
 
 Host::~Host() = default;
 
+/// Reading has checked what the file says.
 std::unique_ptr<Host> Host::load(const std::filesystem::path& file, const LoadProgress& progress) {
-  return std::unique_ptr<Host>(new Host(readSnapshot(file, progress), file.string()));
+  return std::unique_ptr<Host>(new Host(std::make_unique<Session>(readSnapshot(file, progress))));
 }
 
 void Host::requestInterrupt() noexcept { session_->requestInterrupt(); }
@@ -97,7 +97,19 @@ boost::intrusive_ptr<kxArray_tag> Host::variable(const std::string& name) const 
 }
 
 std::vector<std::string> Host::variableNames() const { return session_->workspace.names(); }
+
+std::vector<KnownName> Host::functionNames() const { return session_->names.functions(); }
+std::vector<KnownName> Host::classNames() const { return session_->names.classes(); }
+std::vector<KnownName> Host::packageNames() const { return session_->names.packages(); }
+
+std::vector<KnownName> Host::namespaceNames() const {
+  std::vector<KnownName> names;
+  for (std::string& name : session_->classes.namespaceNames()) names.push_back({std::move(name)});
+  return names;
+}
+
 void Host::setComponents(bool on) noexcept { session_->componentsOn = on; }
+void Host::setInterpreterAvailable(bool available) noexcept { session_->interpreterIsAvailable = available; }
 std::vector<const IExecutionFrame*> Host::frames() const { return session_->frames.frames(); }
 const Kfh_KORVAL_fn* Host::function(const std::string& name) const {
   return session_->dispatcher.function(name);

@@ -134,6 +134,12 @@ struct ReferenceAudit {
   std::uint64_t dropped = 0;
 };
 
+/// A name of a session, dotted when it is in a namespace.
+struct KnownName {
+  std::string name;
+  bool hidden = false;
+};
+
 class KORVAL_HOST_API Host {
  public:
   /// Throws SnapshotError for a description that names unknown classes or functions, repeats names, or has a
@@ -197,7 +203,17 @@ class KORVAL_HOST_API Host {
   boost::intrusive_ptr<kxArray_tag> variable(const std::string& name) const;
   /// In the order of their making.
   std::vector<std::string> variableNames() const;
+  /// Those of the description, and the code files that the folders of the path hold now, package folders in them included.
+  std::vector<KnownName> functionNames() const;
+  /// Those of the description, and the class folders in the folders of the path.
+  std::vector<KnownName> classNames() const;
+  /// In ascending order.
+  std::vector<KnownName> namespaceNames() const;
+  /// Of the older object system.
+  std::vector<KnownName> packageNames() const;
   void setComponents(bool on) noexcept;
+  /// Whether expressions can be evaluated now.
+  void setInterpreterAvailable(bool available) noexcept;
   /// The execution frames that have been pushed, innermost first.
   std::vector<const IExecutionFrame*> frames() const;
   /// The function of that name, or null.
@@ -205,8 +221,7 @@ class KORVAL_HOST_API Host {
 
  private:
   friend class Activation;
-  /// `file` stands in the errors.
-  Host(const Description& description, const std::string& file);
+  explicit Host(std::unique_ptr<Session> session);
 
   std::unique_ptr<Session> session_;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "embedded/KnownNames.h"
 #include "embedded/classes/ClassSystem.h"
 #include "embedded/code/Interpreter.h"
 #include "embedded/dispatcher/Debugger.h"
@@ -23,6 +24,7 @@ struct Session : Gate {
         objectSystem(description, classes),
         packages(description.packages),
         foreignClasses(description.foreignClasses),
+        names(description),
         interpreter(description),
         debugger(description.scopes.debugger),
         debuggerIsReachable(description.scopes.bridge),
@@ -34,12 +36,14 @@ struct Session : Gate {
   ObjectSystem objectSystem;
   std::vector<PackageDescription> packages;
   std::vector<ForeignClassDescription> foreignClasses;
+  KnownNames names;
   Interpreter interpreter;
   Streams streams;
   FrameStack frames;
   Debugger debugger;
   bool debuggerIsReachable;
   bool componentsOn;
+  bool interpreterIsAvailable = true;
 };
 
 /// The calling thread's session, behind a gate that has been entered.

@@ -65,7 +65,7 @@ struct SignatureHelp {
 };
 
 /// The function whose call is around the cursor.
-SignatureHelp signatureHelp(Session& session, const std::u16string& text, std::size_t cursor, const Place& place,
-                            const Options& options = {});
+SignatureHelp signatureHelp(Session& session, const std::u16string& text, std::size_t cursor,
+                            const Place& place, const Options& options = {});
 
 }  // namespace frontend

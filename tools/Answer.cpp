@@ -21,7 +21,7 @@ int write(const Answer& answer) {
 }
 
 /// For programs the error as JSON, for people its text.
-int fail(const AnswerOptions& options, const Json& error, const std::string& text, int status = NoAnswer) {
+int fail(const AnswerOptions& options, const Json& error, const std::string& text, int status) {
   if (options.json) {
     std::cout << lineOf({{"error", error}}) << '\n';
   } else {
@@ -30,10 +30,10 @@ int fail(const AnswerOptions& options, const Json& error, const std::string& tex
   return status;
 }
 
-int fail(const AnswerOptions& options, const AnswerError& error, int status = NoAnswer) {
+int fail(const AnswerOptions& options, const AnswerError& error) {
   Json whole = {{"code", error.code}, {"message", error.message}};
   whole.update(error.details);
-  return fail(options, whole, error.message + " [" + error.code + "]", status);
+  return fail(options, whole, error.message + " [" + error.code + "]", error.status);
 }
 
 int failWithCurrentException(const AnswerOptions& options) {
@@ -41,20 +41,20 @@ int failWithCurrentException(const AnswerOptions& options) {
   const std::string message = "the class system failed";
   const Json exception = describeCurrentException();
   return fail(options, {{"code", code}, {"message", message}, {"exception", exception}},
-              message + ": " + lineOf(exception) + " [" + code + "]");
+              message + ": " + lineOf(exception) + " [" + code + "]", NoAnswer);
 }
 
 int answer(const AnswerOptions& options, embedded::Host& host,
            const std::function<Answer(embedded::Host&)>& ask) {
-  const AnswerError interrupted = {options.command + ".interrupted", "interrupted"};
+  const AnswerError interrupted = {options.command + ".interrupted", "interrupted", {}, Interrupted};
   const embedded::Activation active(host);
   const Interruptible request(host);
   try {
     const Answer answer = ask(host);
-    if (host.interruptRequested()) return fail(options, interrupted, Interrupted);
+    if (host.interruptRequested()) return fail(options, interrupted);
     return write(answer);
   } catch (const Tamsix::System::InterruptException&) {
-    return fail(options, interrupted, Interrupted);
+    return fail(options, interrupted);
   } catch (const AnswerError& error) {
     return fail(options, error);
   } catch (...) {
@@ -68,7 +68,7 @@ int answerOnce(const AnswerOptions& options, const std::function<Answer(embedded
   try {
     return answer(options, *loadSnapshot(options.snapshot), ask);
   } catch (const embedded::SnapshotError& error) {
-    return fail(options, jsonOf(error), describe(error));
+    return fail(options, jsonOf(error), describe(error), NoAnswer);
   }
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "embedded/Host.h"
+#include "tools/ExitCode.h"
 #include "tools/Text.h"
 
 namespace tools {
@@ -16,6 +17,7 @@ struct AnswerError {
   std::string message;
   /// What programs are told besides.
   Json details = Json::object();
+  int status = NoAnswer;
 };
 
 struct Answer {

@@ -4,60 +4,64 @@
 #include <string>
 #include <vector>
 
+#include "frontend/Completion.h"
 #include "tools/Answer.h"
-#include "tools/Completion.h"
+#include "tools/FrontEnd.h"
+#include "tools/HostSession.h"
 #include "tools/Table.h"
-#include "tools/Text.h"
 
 namespace tools {
 
 namespace {
 
-struct CompleteOptions {
-  std::string text;
-  std::string snapshot;
-  bool json = false;
-};
+using frontend::Completion;
+using frontend::Status;
 
-std::string textOf(const std::vector<Candidate>& candidates) {
+std::string textOf(const Completion& completion) {
   std::vector<std::vector<std::string>> rows;
-  for (const Candidate& candidate : candidates) rows.push_back({printable(candidate.name), candidate.kind});
+  for (const frontend::Candidate& candidate : completion.candidates) {
+    rows.push_back({printable(candidate.label), kindOf(candidate), detailsOf(candidate)});
+  }
   return tableOf(rows);
 }
 
-std::string jsonTextOf(const std::vector<Candidate>& candidates) {
-  Json list = Json::array();
-  for (const Candidate& candidate : candidates) {
-    list.push_back({{"name", jsonOf(candidate.name)}, {"kind", candidate.kind}});
+std::string jsonTextOf(const Completion& completion) {
+  Json answer = jsonOf(completion.outcome);
+  answer["begin"] = completion.begin;
+  answer["end"] = completion.end;
+  answer["total"] = completion.total;
+  answer["candidates"] = Json::array();
+  for (const auto& candidate : completion.candidates) answer["candidates"].push_back(jsonOf(candidate));
+  return lineOf(answer) + '\n';
+}
+
+Answer answerOf(const FrontEndOptions& options, embedded::Host& host) {
+  const Line line = lineOf(options, "complete");
+  HostSession session(host);
+  const Completion completion =
+      frontend::complete(session, line.text, line.cursor, placeOf(options), optionsOf(options));
+  const frontend::Outcome& outcome = completion.outcome;
+  if (outcome.status == Status::Interrupted)
+    throw AnswerError{"complete.interrupted", "interrupted", {}, Interrupted};
+  if (outcome.status == Status::Failed && completion.candidates.empty()) {
+    throw AnswerError{"complete.failed", printable(outcome.reason)};
   }
-  return lineOf({{"candidates", std::move(list)}}) + '\n';
-}
-
-Answer answerOf(const CompleteOptions& options, const std::vector<Candidate>& candidates) {
-  if (options.json) return {jsonTextOf(candidates)};
-  if (candidates.empty()) return {"", "no members fit '" + options.text + "'"};
-  return {textOf(candidates)};
-}
-
-int run(const CompleteOptions& options) {
-  return answerOnce({"complete", options.snapshot, options.json},
-                    [&](embedded::Host& host) { return answerOf(options, complete(host, options.text)); });
+  if (options.json) return {jsonTextOf(completion)};
+  const std::string notice = noticeOf(outcome);
+  const bool isEmpty = completion.candidates.empty() && notice.empty();
+  return {textOf(completion), isEmpty ? "nothing completes '" + printable(line.text) + "'" : notice};
 }
 
 }  // namespace
 
 void addComplete(CLI::App& app, int& status) {
-  const auto options = std::make_shared<CompleteOptions>();
-  CLI::App& command =
-      *app.add_subcommand("complete", "Lists what can follow a variable or a class and a dot");
-  command.add_option("TEXT", options->text, "For instance 'pump.', 'pump.Fl' or 'lab.Pump.'")
-      ->type_name("")
-      ->required();
-  command.add_option("--snapshot", options->snapshot, "The session to ask about")
-      ->type_name("FILE")
-      ->required();
-  command.add_flag("--json", options->json, "Print JSON, for programs");
-  command.callback([options, &status] { status = run(*options); });
+  const auto options = std::make_shared<FrontEndOptions>();
+  CLI::App& command = *app.add_subcommand("complete", "Lists what can be typed at a place in a line of code");
+  addFrontEndOptions(command, *options);
+  command.callback([options, &status] {
+    status = answerOnce({"complete", options->snapshot, options->json},
+                        [&](embedded::Host& host) { return answerOf(*options, host); });
+  });
 }
 
 }  // namespace tools

@@ -17,9 +17,10 @@ TEST = re.compile(r"^(?:TYPED_)?TEST(?:_[FP])?\(", re.MULTILINE)
 
 
 def tests_in(source):
-    """(file, line) of each test that a source holds."""
+    """(file name, line) of each test that a source holds. A program's sources are of one folder; where that is, the
+    program says as the compiler was told, and a compiler cache may have changed that."""
     text = Path(source).read_text(encoding="utf-8")
-    return {(source, text.count("\n", 0, found.start()) + 1) for found in TEST.finditer(text)}
+    return {(Path(source).name, text.count("\n", 0, found.start()) + 1) for found in TEST.finditer(text)}
 
 
 def run_program(program, sources):
@@ -29,7 +30,7 @@ def run_program(program, sources):
             sys.exit(status if status > 0 else f"run-counted: ended by signal {-status}")
         suites = json.loads(Path(report.name).read_text(encoding="utf-8"))["testsuites"]
     ran = [test for suite in suites for test in suite["testsuite"] if test["result"] == "COMPLETED"]
-    places = {(test["file"], test["line"]) for test in ran}
+    places = {(Path(test["file"]).name, test["line"]) for test in ran}
     missing = sorted(set().union(*map(tests_in, sources)) - places)
     for file, line in missing:
         print(f"{file}:{line}: this test did not run", file=sys.stderr)

@@ -1,0 +1,179 @@
+#include "frontend/inquiry/Denotation.h"
+
+#include <contextdata/KCOSContextData/MemberNames.h>
+#include <contextdata/KCOSIntrospection.h>
+#include <contextdata/Workspace/Evaluation.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "frontend/line/Tokens.h"
+#include "frontend/members/Access.h"
+#include "frontend/members/ValueFacts.h"
+#include "frontend/names/Namespaces.h"
+
+namespace frontend {
+
+using namespace KCOSContextData;
+
+namespace {
+
+using ValuePtr = boost::intrusive_ptr<kxArray_tag>;
+
+/// A part of a dotted expression with the bracketed groups behind it: "levels", "(3)".
+struct Part {
+  std::u16string name;
+  bool isCalled = false;
+  bool isUnpacked = false;
+};
+
+/// Empty when the expression is no such chain.
+std::vector<Part> partsOf(const std::u16string& expression) {
+  std::vector<Part> parts;
+  std::size_t depth = 0;
+  for (const Token& token : tokensOf(expression, 0, expression.size())) {
+    const char16_t first = expression[token.begin];
+    if (first == u')' || first == u']' || first == u'}') {
+      if (depth-- == 0) return {};
+    } else if (first == u'(' || first == u'[' || first == u'{') {
+      if (parts.empty()) return {};
+      if (depth++ == 0) (first == u'(' ? parts.back().isCalled : parts.back().isUnpacked) = true;
+    } else if (depth == 0 && token.kind == TokenKind::Name) {
+      parts.push_back({expression.substr(token.begin, token.end - token.begin)});
+    } else if (depth == 0 && first != u'.') {
+      return {};
+    }
+  }
+  return parts;
+}
+
+bool isPlain(const std::vector<Part>& parts) {
+  return std::ranges::none_of(parts, [](const Part& part) { return part.isCalled || part.isUnpacked; });
+}
+
+Denotation declared(const Inquiry& inquiry, const std::u16string& className) {
+  if (auto id = classNamed(inquiry, className)) return {Denotation::Object, {}, std::move(id), className};
+  return {};
+}
+
+/// What a member of an object or a class denotes by what the class declares.
+Denotation declaredMember(Inquiry& inquiry, const ResolvedClassID& id, const std::u16string& name) {
+  const ClassInfo record(id);
+  for (const PropertyInfo& property : usableProperties(inquiry, record, true)) {
+    if (property.name == name) return declared(inquiry, property.type);
+  }
+  return {};
+}
+
+Denotation declaredPath(Inquiry& inquiry, Denotation from, const std::vector<Part>& parts, std::size_t at) {
+  for (; at < parts.size() && from.id; ++at) from = declaredMember(inquiry, *from.id, parts[at].name);
+  return from;
+}
+
+/// A field of a scalar structure, without running code.
+ValuePtr fieldOf(const kxArray_tag* value, const std::u16string& name) {
+  if (!isStructure(value) || !kxIsScalar(value)) return {};
+  return ValuePtr(kxGetField(value, 0, narrow(name).c_str()));
+}
+
+/// Follows the parts through structures as long as these hold them, and through declarations from there on.
+Denotation walk(Inquiry& inquiry, ValuePtr value, const std::vector<Part>& parts) {
+  std::size_t at = 1;
+  while (at < parts.size() && !parts[at - 1].isUnpacked) {
+    ValuePtr field = fieldOf(value.get(), parts[at].name);
+    if (!field) break;
+    value = std::move(field);
+    ++at;
+  }
+  Denotation denotation{Denotation::Value, value};
+  const bool isElement = parts[at - 1].isCalled || parts[at - 1].isUnpacked;
+  if (at == parts.size() && !isElement) return denotation;
+  if (parts[at - 1].isUnpacked) return {};
+  if (at == parts.size() && isStructure(value.get())) return denotation;
+  denotation.id = classOf(denotation);
+  if (!denotation.id) return {};
+  Denotation object{Denotation::Object, {}, denotation.id};
+  return declaredPath(inquiry, std::move(object), parts, at);
+}
+
+Denotation ofVariable(Inquiry& inquiry, const ValuePtr& value, const std::vector<Part>& parts,
+                      const std::u16string& expression) {
+  if (parts.size() == 1 && isPlain(parts)) return {Denotation::Value, value};
+  const Denotation walked = walk(inquiry, value, parts);
+  if (walked.kind == Denotation::Value && isPlain(parts)) return walked;
+  if (!inquiry.mayUse(CodePolicy::StoredValues, expression)) return walked;
+  if (ValuePtr found = GetValueFromCurrentWorkspace(expression)) return {Denotation::Value, found};
+  return walked;
+}
+
+std::u16string joined(const std::vector<Part>& parts, std::size_t count) {
+  std::u16string name = parts[0].name;
+  for (std::size_t at = 1; at < count; ++at) name += u"." + parts[at].name;
+  return name;
+}
+
+/// A class, an object made by calling it, or what one of its constants and enumeration members denotes.
+Denotation ofClass(Inquiry& inquiry, const ResolvedClassID& id, const std::vector<Part>& parts,
+                   std::size_t count) {
+  Denotation object{Denotation::Object, {}, id};
+  if (parts[count - 1].isCalled) return declaredPath(inquiry, std::move(object), parts, count);
+  if (count == parts.size()) return {Denotation::Class, {}, id, joined(parts, count)};
+  std::vector<std::u16string> members;
+  bool classFlag = false;
+  getClassEnumerationNames(id, members, classFlag);
+  if (std::ranges::count(members, parts[count].name) > 0) {
+    return declaredPath(inquiry, std::move(object), parts, count + 1);
+  }
+  return declaredPath(inquiry, std::move(object), parts, count);
+}
+
+Denotation ofName(Inquiry& inquiry, const std::vector<Part>& parts) {
+  for (std::size_t count = parts.size(); count > 0; --count) {
+    const bool isBroken = std::any_of(parts.begin(), parts.begin() + static_cast<std::ptrdiff_t>(count) - 1,
+                                      [](const Part& part) { return part.isCalled || part.isUnpacked; });
+    if (isBroken || parts[count - 1].isUnpacked) continue;
+    if (const auto id = classNamed(inquiry, joined(parts, count))) return ofClass(inquiry, *id, parts, count);
+  }
+  if (!isPlain(parts)) return {};
+  const std::u16string name = joined(parts, parts.size());
+  const bool isNamespace = KCOSIntrospection::isKCOSNamespace(name) || isFolderNamespace(inquiry, name);
+  if (isNamespace) return {Denotation::Namespace, {}, {}, name};
+  for (const SessionName& package : inquiry.session().packageNames()) {
+    if (package.name == name) return {Denotation::Package, {}, {}, name};
+  }
+  return {};
+}
+
+}  // namespace
+
+std::optional<ResolvedClassID> classNamed(const Inquiry& inquiry, const std::u16string& name) {
+  if (name.empty()) return {};
+  ResolvedClassID id(inquiry.place().function, name);
+  if (!KCOSIntrospection::isKCOSClass(id)) return {};
+  return id;
+}
+
+std::optional<ResolvedClassID> classOf(const Denotation& denotation) {
+  if (denotation.id) return denotation.id;
+  if (!denotation.value || !KCOSIntrospection::isKCOSObject(denotation.value.get())) return {};
+  return ResolvedClassID(denotation.value.get());
+}
+
+Denotation denote(Inquiry& inquiry, const std::u16string& expression) {
+  const std::vector<Part> parts = partsOf(expression);
+  if (parts.empty()) return {};
+  for (const LocalName& local : inquiry.place().locals) {
+    if (local.name != parts[0].name) continue;
+    if (parts[0].isUnpacked) return {};
+    return declaredPath(inquiry, declared(inquiry, local.className), parts, 1);
+  }
+  if (inquiry.place().workspace) {
+    if (const ValuePtr value = inquiry.session().variable(parts[0].name)) {
+      return ofVariable(inquiry, value, parts, expression);
+    }
+  }
+  return ofName(inquiry, parts);
+}
+
+}  // namespace frontend

@@ -1,0 +1,94 @@
+#include "frontend/inquiry/Inquiry.h"
+
+#include <boost/locale/encoding_utf.hpp>
+#include <exception>
+#include <utility>
+
+namespace frontend {
+
+using namespace KCOSContextData;
+
+Inquiry::Inquiry(Session& session, const Place& place, const Options& options)
+    : session_(session), place_(place), options_(options), needed_(options.policy) {
+  session_.beginRequest(options.policy, options.deadline);
+}
+
+Inquiry::~Inquiry() {
+  if (isRunning_) session_.endRequest();
+}
+
+bool Inquiry::mayUse(CodePolicy policy, const std::u16string& what) {
+  if (policy <= options_.policy) return true;
+  if (policy > needed_) needed_ = policy;
+  if (withheld_.empty()) withheld_ = what;
+  return false;
+}
+
+void Inquiry::check() const {
+  if (session_.stopRequested()) throw Stopped();
+}
+
+const ClassInfo* Inquiry::caller() {
+  if (!std::exchange(hasLookedForCaller_, true) && !place_.className.empty()) {
+    auto record = std::make_unique<ClassInfo>(u"", place_.className);
+    if (!record->classId.isNull()) caller_ = std::move(record);
+  }
+  return caller_.get();
+}
+
+Outcome Inquiry::finish(const std::u16string& failure) {
+  isRunning_ = false;
+  return outcomeOf(session_.endRequest(), failure);
+}
+
+Outcome Inquiry::outcomeOf(const RequestRecord& record, const std::u16string& failure) const {
+  Outcome outcome{Status::Complete, {}, needed_, record.printed};
+  if (record.codeRefusals > 0) outcome.neededPolicy = CodePolicy::Allowed;
+  if (record.interrupted) {
+    outcome.status = Status::Interrupted;
+    outcome.reason = u"interrupted";
+  } else if (record.timedOut) {
+    outcome.status = Status::TimedOut;
+    outcome.reason = u"the deadline has passed";
+  } else if (!failure.empty()) {
+    outcome.status = Status::Failed;
+    outcome.reason = failure;
+  } else if (outcome.neededPolicy > options_.policy) {
+    outcome.status = Status::RefusedCode;
+    const std::u16string what = record.refused.empty() ? withheld_ : wide(record.refused.front());
+    outcome.reason = u"not looked at under the policy \"" + wide(nameOf(options_.policy)) + u"\": " + what;
+  }
+  return outcome;
+}
+
+std::u16string failureOfCurrentException() {
+  try {
+    throw;
+  } catch (const Stopped&) {
+    return {};
+  } catch (const Tamsix::System::InterruptException&) {
+    return {};
+  } catch (const foundation::core::except::Exception& exception) {
+    return wide(exception.message() + " [" + exception.messageId() + "]");
+  } catch (const std::exception& exception) {
+    return wide(exception.what());
+  } catch (...) {
+    return u"the class system failed";
+  }
+}
+
+std::u16string wide(const std::string& text) { return boost::locale::conv::utf_to_utf<char16_t>(text); }
+std::string narrow(const std::u16string& text) { return boost::locale::conv::utf_to_utf<char>(text); }
+
+const char* nameOf(CodePolicy policy) {
+  static constexpr const char* names[] = {"never", "stored-values", "allowed"};
+  return names[static_cast<int>(policy)];
+}
+
+const char* nameOf(Status status) {
+  static constexpr const char* names[] = {"complete",  "limited",     "refused-code",
+                                          "timed-out", "interrupted", "failed"};
+  return names[static_cast<int>(status)];
+}
+
+}  // namespace frontend

@@ -1,0 +1,83 @@
+#pragma once
+
+// One request while it is being answered.
+
+#include <contextdata/KCOSContextData/ClassInfo.h>
+
+#include <memory>
+#include <string>
+
+#include "frontend/Request.h"
+
+namespace frontend {
+
+/// Thrown to stop answering: the request has been asked to stop.
+struct Stopped {};
+
+class Inquiry {
+ public:
+  /// Begins the request; what the session throws passes.
+  Inquiry(Session& session, const Place& place, const Options& options);
+  ~Inquiry();
+  Inquiry(const Inquiry&) = delete;
+  Inquiry& operator=(const Inquiry&) = delete;
+
+  /// Ends the request. `failure`: why it could not be answered to its end, or empty.
+  Outcome finish(const std::u16string& failure);
+
+  Session& session() const noexcept { return session_; }
+  const Place& place() const noexcept { return place_; }
+  const Options& options() const noexcept { return options_; }
+
+  /// The policy goes at least so far. Otherwise it is noted that more was needed, to look at `what`.
+  bool mayUse(CodePolicy policy, const std::u16string& what);
+  /// Throws Stopped when the request has been asked to stop.
+  void check() const;
+
+  /// The class whose code asks, or null.
+  const KCOSContextData::ClassInfo* caller();
+
+ private:
+  Outcome outcomeOf(const RequestRecord& record, const std::u16string& failure) const;
+
+  Session& session_;
+  const Place& place_;
+  const Options& options_;
+  bool isRunning_ = true;
+  CodePolicy needed_;
+  std::u16string withheld_;
+  bool hasLookedForCaller_ = false;
+  std::unique_ptr<KCOSContextData::ClassInfo> caller_;
+};
+
+/// Runs what answers a request, and says how it ended. Nothing but std::bad_alloc passes.
+template <class Answering>
+Outcome answer(Session& session, const Place& place, const Options& options, Answering answering);
+
+/// Why the exception that is being handled was thrown; empty for an interrupt and for Stopped.
+std::u16string failureOfCurrentException();
+
+std::u16string wide(const std::string& text);
+std::string narrow(const std::u16string& text);
+
+template <class Answering>
+Outcome answer(Session& session, const Place& place, const Options& options, Answering answering) {
+  std::u16string failure;
+  try {
+    Inquiry inquiry(session, place, options);
+    try {
+      answering(inquiry);
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (...) {
+      failure = failureOfCurrentException();
+    }
+    return inquiry.finish(failure);
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (...) {
+    return {Status::Failed, failureOfCurrentException(), options.policy, {}};
+  }
+}
+
+}  // namespace frontend

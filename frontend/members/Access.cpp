@@ -1,0 +1,109 @@
+#include "frontend/members/Access.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace frontend {
+
+using namespace KCOSContextData;
+
+namespace {
+
+constexpr std::int32_t publicLevel = 0;
+constexpr std::int32_t protectedLevel = 1;
+constexpr std::int32_t privateLevel = 2;
+
+bool sharesAncestor(const ClassInfo& caller, const ClassInfo& asked) {
+  return caller.isA(asked.classId) ||
+         std::ranges::any_of(asked.structure.superclasses,
+                             [&](const auto& superclass) { return sharesAncestor(caller, *superclass); });
+}
+
+bool isWider(const std::vector<std::int32_t>& levels) { return levels.size() > 1; }
+
+template <class Infos>
+void dropRepeated(Infos& infos) {
+  std::set<std::u16string> seen;
+  std::erase_if(infos, [&](const auto& info) { return !seen.insert(info.name).second; });
+}
+
+template <class Infos>
+std::set<std::u16string> namesOf(const Infos& infos) {
+  std::set<std::u16string> names;
+  for (const auto& info : infos) names.insert(info.name);
+  return names;
+}
+
+/// Code of a class that shares an ancestor with the class, but does not derive from it, may use what both inherit.
+bool isBystander(const ClassInfo* caller, const ClassInfo& asked, const std::vector<std::int32_t>& levels) {
+  return isWider(levels) && !caller->isA(asked.classId);
+}
+
+}  // namespace
+
+LoneRecord::LoneRecord(const ClassInfo& record)
+    : ClassInfo(ResolvedClassID::fromKnownResolvedClassID(std::string())) {
+  structure.name = record.structure.name;
+  classId = record.classId;
+}
+
+std::vector<std::int32_t> usableLevels(const ClassInfo* caller, const ClassInfo& asked) {
+  if (caller == nullptr || asked.classId.isNull()) return {publicLevel};
+  if (caller->classId == asked.classId) return {publicLevel, protectedLevel, privateLevel};
+  if (sharesAncestor(*caller, asked)) return {publicLevel, protectedLevel};
+  return {publicLevel};
+}
+
+std::vector<PropertyInfo> usableProperties(Inquiry& inquiry, const ClassInfo& asked, bool includeHidden) {
+  using Options = PropertyInfo::GetOptions;
+  const ClassInfo* caller = inquiry.caller();
+  Options options{usableLevels(caller, asked), {Options::Read, Options::Write}, caller, includeHidden};
+  std::vector<PropertyInfo> properties = asked.getProperties(options);
+  if (isBystander(caller, asked, options.accessLevels)) {
+    const DeclaringClasses declaring(asked, options);
+    options.accessLevels = {publicLevel};
+    const auto others = namesOf(asked.getProperties(options));
+    std::erase_if(properties, [&](const PropertyInfo& property) {
+      if (others.contains(property.name)) return false;
+      const ClassInfo* declares = declaring.of(property.name);
+      return declares == nullptr || !caller->isA(declares->classId);
+    });
+  }
+  dropRepeated(properties);
+  return properties;
+}
+
+std::vector<MethodInfo> usableMethods(Inquiry& inquiry, const ClassInfo& asked,
+                                      MethodInfo::GetContext context, bool includeHidden) {
+  const ClassInfo* caller = inquiry.caller();
+  MethodInfo::GetOptions options{usableLevels(caller, asked), caller, context, false, false, includeHidden};
+  std::vector<MethodInfo> methods = asked.getMethods(options);
+  if (isBystander(caller, asked, options.access)) {
+    options.access = {publicLevel};
+    const auto others = namesOf(asked.getMethods(options));
+    std::erase_if(methods, [&](const MethodInfo& method) {
+      return !others.contains(method.name) && !caller->isA(method.definingClass);
+    });
+  }
+  dropRepeated(methods);
+  return methods;
+}
+
+DeclaringClasses::DeclaringClasses(const ClassInfo& record, PropertyInfo::GetOptions options) {
+  collect(record, options);
+}
+
+void DeclaringClasses::collect(const ClassInfo& record, const PropertyInfo::GetOptions& options) {
+  classes_.push_back({&record, namesOf(LoneRecord(record).getProperties(options))});
+  PropertyInfo::GetOptions inherited = options;
+  std::erase(inherited.accessLevels, privateLevel);
+  for (const auto& superclass : record.structure.superclasses) collect(*superclass, inherited);
+}
+
+const ClassInfo* DeclaringClasses::of(const std::u16string& property) const {
+  const auto found =
+      std::ranges::find_if(classes_, [&](const Own& own) { return own.names.contains(property); });
+  return found == classes_.end() ? nullptr : found->record;
+}
+
+}  // namespace frontend

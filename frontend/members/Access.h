@@ -1,0 +1,58 @@
+#pragma once
+
+// Which members of a class the code at a place may use.
+
+#include <contextdata/KCOSContextData/ClassInfo.h>
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "frontend/inquiry/Inquiry.h"
+
+namespace frontend {
+
+/// A record without superclasses, which answers for its class alone.
+class LoneRecord : public KCOSContextData::ClassInfo {
+ public:
+  explicit LoneRecord(const KCOSContextData::ClassInfo& record);
+};
+
+/// The access levels at which code of the caller may use members of the class: public, to code of the class and of those
+/// that derive from it, or share an ancestor with it, protected; to its own code private.
+std::vector<std::int32_t> usableLevels(const KCOSContextData::ClassInfo* caller,
+                                       const KCOSContextData::ClassInfo& asked);
+
+/// The properties of the class, own and inherited, that code of the place may read or write; hidden ones among them when
+/// they are wanted. In the library's order, each name once.
+std::vector<KCOSContextData::PropertyInfo> usableProperties(Inquiry& inquiry,
+                                                            const KCOSContextData::ClassInfo& asked,
+                                                            bool includeHidden);
+
+/// The same for methods that are completed in this context.
+std::vector<KCOSContextData::MethodInfo> usableMethods(Inquiry& inquiry,
+                                                       const KCOSContextData::ClassInfo& asked,
+                                                       KCOSContextData::MethodInfo::GetContext context,
+                                                       bool includeHidden);
+
+/// Which class of a record's tree declares a property that the record offers.
+class DeclaringClasses {
+ public:
+  DeclaringClasses(const KCOSContextData::ClassInfo& record,
+                   KCOSContextData::PropertyInfo::GetOptions options);
+  /// Null when none does.
+  const KCOSContextData::ClassInfo* of(const std::u16string& property) const;
+
+ private:
+  struct Own {
+    const KCOSContextData::ClassInfo* record;
+    std::set<std::u16string> names;
+  };
+  void collect(const KCOSContextData::ClassInfo& record,
+               const KCOSContextData::PropertyInfo::GetOptions& options);
+  /// Nearest first.
+  std::vector<Own> classes_;
+};
+
+}  // namespace frontend

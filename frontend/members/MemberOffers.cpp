@@ -1,0 +1,264 @@
+#include "frontend/members/MemberOffers.h"
+
+#include <contextdata/KCOSContextData/CompletionTables.h>
+#include <contextdata/KCOSContextData/MemberNames.h>
+#include <contextdata/KCOSContextData/Namespaces.h>
+#include <contextdata/KCOSIntrospection.h>
+#include <contextdata/PKXContextData.h>
+#include <contextdata/StructContextData.h>
+#include <contextdata/Workspace/Values.h>
+#include <contextdata/Workspace/VariableMethods.h>
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <set>
+#include <utility>
+
+#include "frontend/members/MemberDetails.h"
+#include "frontend/members/ValueFacts.h"
+#include "frontend/names/Namespaces.h"
+
+namespace frontend {
+
+using namespace KCOSContextData;
+
+namespace {
+
+using Names = std::vector<std::u16string>;
+using ValuePtr = boost::intrusive_ptr<kxArray_tag>;
+using List = bool (*)(const ResolvedClassID&, Names&, bool&);
+
+Names namesOf(const ResolvedClassID& id, List list) {
+  Names names;
+  bool classFlag = false;
+  list(id, names, classFlag);
+  return names;
+}
+
+template <class Infos>
+std::set<std::u16string> namesOf(const Infos& infos) {
+  std::set<std::u16string> names;
+  for (const auto& info : infos) names.insert(info.name);
+  return names;
+}
+
+/// A class's record, what it offers, and what describes that; kept as long as the candidates are gathered.
+struct Described {
+  Described(const Inquiry& inquiry, const ResolvedClassID& id, ValuePtr value)
+      : record(id), details(inquiry, record, std::move(value)) {}
+  const ClassInfo record;
+  PropertyDetails details;
+  std::vector<PropertyInfo> properties;
+  std::vector<MethodInfo> methods;
+};
+
+class ClassMembers {
+ public:
+  ClassMembers(Inquiry& inquiry, const ResolvedClassID& id, ValuePtr value, Gathering& gathering)
+      : inquiry_(inquiry),
+        id_(id),
+        value_(value),
+        described_(gathering.keep(std::make_shared<Described>(inquiry, id, std::move(value)))),
+        gathering_(gathering) {}
+
+  void offerObject() {
+    offerProperties([](const std::u16string&) { return std::optional(Kind::Property); });
+    offerDynamicProperties();
+    offerMethods(MethodInfo::GetContext::AfterDot);
+    offerPublicMethods();
+  }
+
+  void offerClass() {
+    const auto constants = namesOf(constantProperties());
+    offerProperties([&](const std::u16string& name) {
+      return constants.contains(name) ? std::optional(Kind::Constant) : std::nullopt;
+    });
+    offerMethods(MethodInfo::GetContext::Any, Kind::StaticMethod);
+    if (isEnumeration()) {
+      gathering_.addInOrder(namesOf(id_, getClassStaticMethodNames), Kind::StaticMethod, describePublicMethod());
+    }
+    gathering_.addInOrder(namesOf(id_, getClassEnumerationNames), Kind::EnumerationMember,
+                          [described = described_](Candidate& candidate) {
+                            candidate.declaringClass = described->record.structure.name;
+                            candidate.type = described->record.structure.name;
+                            candidate.size = u"1x1";
+                          });
+  }
+
+  void offerMethods(MethodInfo::GetContext context) { offerMethods(context, Kind::Method); }
+
+ private:
+  /// `kindOf` tells the kind of a property, or that it is not wanted.
+  template <class KindOf>
+  void offerProperties(KindOf kindOf) {
+    auto& properties = described_->properties;
+    properties = usableProperties(inquiry_, described_->record, gathering_.wantsHidden());
+    const auto visible =
+        namesOfVisible(properties, [&] { return usableProperties(inquiry_, described_->record, false); });
+    for (std::size_t at = 0; at < properties.size(); ++at) {
+      const std::optional<Kind> kind = kindOf(properties[at].name);
+      if (!kind) continue;
+      const bool isHidden = !visible.contains(properties[at].name);
+      gathering_.add(
+          {.label = properties[at].name, .insertion = {}, .kind = *kind, .isHidden = isHidden, .order = at},
+          [described = described_, at](Candidate& candidate) {
+            described->details.describe(described->properties[at], candidate);
+          });
+    }
+    if (isEnumeration()) gathering_.addInOrder(namesOf(id_, getClassPropertyNames), Kind::Property);
+  }
+
+  void offerMethods(MethodInfo::GetContext context, Kind kind) {
+    auto& methods = described_->methods;
+    methods = usableMethods(inquiry_, described_->record, context, gathering_.wantsHidden());
+    const auto visible =
+        namesOfVisible(methods, [&] { return usableMethods(inquiry_, described_->record, context, false); });
+    for (std::size_t at = 0; at < methods.size(); ++at) {
+      if (methods[at].isStatic != (kind == Kind::StaticMethod)) continue;
+      const bool isHidden = !visible.contains(methods[at].name);
+      gathering_.add(
+          {.label = methods[at].name, .insertion = {}, .kind = kind, .isHidden = isHidden, .order = at},
+          [described = described_, at](Candidate& candidate) {
+            describeMethod(described->methods[at], candidate);
+          });
+    }
+  }
+
+  /// Asks once more, without hidden members, when they are among these.
+  template <class Infos, class AskVisible>
+  std::set<std::u16string> namesOfVisible(const Infos& infos, AskVisible askVisible) const {
+    return gathering_.wantsHidden() ? namesOf(askVisible()) : namesOf(infos);
+  }
+
+  /// Constants are written by nobody, which the library tells as an access level of its own.
+  std::vector<PropertyInfo> constantProperties() const {
+    return described_->record.getProperties(
+        {{kcos::ConstantAccess}, {PropertyInfo::GetOptions::Write}, nullptr, true});
+  }
+
+  /// A record of an enumeration offers nothing of its own.
+  bool isEnumeration() const {
+    const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id_);
+    return found != nullptr && found->isEnumeration();
+  }
+
+  /// What an object says itself, when its class has a say.
+  void offerDynamicProperties() {
+    if (!value_ || !KCOSIntrospection::hasMethod(value_.get(), "properties")) return;
+    if (!inquiry_.mayUse(CodePolicy::StoredValues, u"properties")) return;
+    Names names;
+    KCOSIntrospection::getObjectPropertyNames(value_.get(), names);
+    gathering_.addInOrder(names, Kind::Property, {}, described_->properties.size());
+  }
+
+  /// What completes behind a variable, whoever asks, as far as a record leaves it out: it offers nothing of enumerations.
+  void offerPublicMethods() {
+    const auto& record = described_->record;
+    if (isNoDotClass()) return;
+    Names names;
+    if (value_) {
+      names = getMethodsForWSVariable(KCOSIntrospection::getConstructorName(record.structure.name), value_);
+    } else {
+      names = namesOf(id_, getClassMethodNames);
+      const Names statics = namesOf(id_, getClassStaticMethodNames);
+      const auto excluded = getKCOSMethodsExcludeSet();
+      std::erase_if(names, [&](const std::u16string& name) {
+        return excluded.contains(name) || std::ranges::count(statics, name) > 0;
+      });
+    }
+    const auto known = namesOf(described_->methods);
+    std::erase_if(names, [&](const std::u16string& name) { return known.contains(name); });
+    gathering_.addInOrder(names, Kind::Method, describePublicMethod(), described_->methods.size());
+  }
+
+  bool isNoDotClass() const {
+    if (value_) return KCOSIntrospection::isNoDotMethodClass(value_.get());
+    return std::ranges::any_of(getNoDotMethodClassesExcludeSet(),
+                               [&](const std::u16string& name) { return described_->record.isA(name); });
+  }
+
+  /// Fills in the details of methods that are known by name only.
+  Gathering::Details describePublicMethod() const {
+    return [described = described_](Candidate& candidate) {
+      const MethodInfo::GetOptions all{{0}, nullptr, MethodInfo::GetContext::Any, false, false, true};
+      for (const MethodInfo& method : described->record.getMethods(all)) {
+        if (method.name == candidate.label) return describeMethod(method, candidate);
+      }
+      candidate.declaringClass = described->record.structure.name;
+    };
+  }
+
+  Inquiry& inquiry_;
+  const ResolvedClassID id_;
+  const ValuePtr value_;
+  Described* const described_;
+  Gathering& gathering_;
+};
+
+void offerFields(const Inquiry& inquiry, const ValuePtr& structure, Gathering& gathering) {
+  Names names;
+  StructContextData::getStructFieldNames(structure.get(), names);
+  gathering.addInOrder(names, Kind::Field, [&inquiry, structure](Candidate& candidate) {
+    if (!kxIsScalar(structure.get())) return;
+    const kxArray_tag* field = kxGetField(structure.get(), 0, narrow(candidate.label).c_str());
+    if (field != nullptr) describeValue(inquiry, field, candidate);
+  });
+}
+
+/// An object of another object system answers itself.
+void offerForeignObject(Inquiry& inquiry, const ValuePtr& value, Gathering& gathering) {
+  if (!inquiry.mayUse(CodePolicy::StoredValues, u"what an opaque object offers")) return;
+  Names properties;
+  getOpaqueObjectProperties(value.get(), properties);
+  gathering.addInOrder(properties, Kind::Property,
+                       [](Candidate& candidate) { candidate.readRunsCode = true; });
+  if (KCOSIntrospection::isNoDotMethodClass(value.get())) return;
+  Names methods;
+  getOpaqueObjectMethods(value.get(), methods);
+  gathering.addInOrder(methods, Kind::Method, [](Candidate& candidate) { candidate.readRunsCode = true; });
+}
+
+bool offerValue(Inquiry& inquiry, const ValuePtr& value, Gathering& gathering) {
+  if (KCOSIntrospection::isKCOSObject(value.get())) {
+    ClassMembers(inquiry, ResolvedClassID(value.get()), value, gathering).offerObject();
+  } else if (isStructure(value.get())) {
+    offerFields(inquiry, value, gathering);
+  } else if (isObjectOrIsOpaque(value.get())) {
+    offerForeignObject(inquiry, value, gathering);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool offerMembers(Inquiry& inquiry, const Denotation& denotation, Gathering& gathering) {
+  switch (denotation.kind) {
+    case Denotation::Value:
+      return offerValue(inquiry, denotation.value, gathering);
+    case Denotation::Object:
+      ClassMembers(inquiry, *denotation.id, {}, gathering).offerObject();
+      return true;
+    case Denotation::Class:
+      ClassMembers(inquiry, *denotation.id, {}, gathering).offerClass();
+      return true;
+    case Denotation::Namespace:
+      offerNamespace(inquiry, denotation.name, gathering);
+      return true;
+    case Denotation::Package:
+      offerPackage(inquiry, denotation.name, gathering);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void offerMethodsBeforeDot(Inquiry& inquiry, const Denotation& argument, Gathering& gathering) {
+  const auto id = classOf(argument);
+  if (!id || argument.kind == Denotation::Class) return;
+  ClassMembers(inquiry, *id, argument.value, gathering).offerMethods(MethodInfo::GetContext::BeforeDot);
+}
+
+}  // namespace frontend

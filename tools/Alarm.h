@@ -1,0 +1,42 @@
+#pragma once
+
+// Requests a host's interrupt at a time.
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+#include "embedded/Host.h"
+
+namespace tools {
+
+class Alarm {
+ public:
+  using Time = std::chrono::steady_clock::time_point;
+
+  explicit Alarm(embedded::Host& host) : host_(host) {}
+  ~Alarm();
+  Alarm(const Alarm&) = delete;
+  Alarm& operator=(const Alarm&) = delete;
+
+  /// Starts a thread when it is set for the first time.
+  void set(Time time);
+  /// Afterwards it does not go off; answers whether it has.
+  bool stop() noexcept;
+
+ private:
+  void run();
+
+  embedded::Host& host_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::optional<Time> time_;
+  bool hasGoneOff_ = false;
+  bool ends_ = false;
+  std::thread thread_;
+};
+
+}  // namespace tools

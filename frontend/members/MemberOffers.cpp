@@ -76,7 +76,8 @@ class ClassMembers {
     });
     offerMethods(MethodInfo::GetContext::Any, Kind::StaticMethod);
     if (isEnumeration()) {
-      gathering_.addInOrder(namesOf(id_, getClassStaticMethodNames), Kind::StaticMethod, describePublicMethod());
+      gathering_.addInOrder(namesOf(id_, getClassStaticMethodNames), Kind::StaticMethod,
+                            describePublicMethod());
     }
     gathering_.addInOrder(namesOf(id_, getClassEnumerationNames), Kind::EnumerationMember,
                           [described = described_](Candidate& candidate) {
@@ -146,7 +147,7 @@ class ClassMembers {
   /// What an object says itself, when its class has a say.
   void offerDynamicProperties() {
     if (!value_ || !KCOSIntrospection::hasMethod(value_.get(), "properties")) return;
-    if (!inquiry_.mayUse(CodePolicy::StoredValues, u"properties")) return;
+    if (!inquiry_.mayUse(CodePolicy::Allowed, u"what the object says of its properties")) return;
     Names names;
     KCOSIntrospection::getObjectPropertyNames(value_.get(), names);
     gathering_.addInOrder(names, Kind::Property, {}, described_->properties.size());
@@ -208,7 +209,7 @@ void offerFields(const Inquiry& inquiry, const ValuePtr& structure, Gathering& g
 
 /// An object of another object system answers itself.
 void offerForeignObject(Inquiry& inquiry, const ValuePtr& value, Gathering& gathering) {
-  if (!inquiry.mayUse(CodePolicy::StoredValues, u"what an opaque object offers")) return;
+  if (!inquiry.mayUse(CodePolicy::Allowed, u"what an opaque object offers")) return;
   Names properties;
   getOpaqueObjectProperties(value.get(), properties);
   gathering.addInOrder(properties, Kind::Property,

@@ -27,11 +27,11 @@ using frontend::CodePolicy;
 /// "initializationOptions": what an editor's settings can change. What is not understood is left as it was.
 void readOptions(const Json& options, Abilities& client) {
   for (const CodePolicy policy : {CodePolicy::Never, CodePolicy::StoredValues, CodePolicy::Allowed}) {
-    if (valueAt(options, Path("/policy")) == frontend::nameOf(policy)) client.policy = policy;
+    if (valueAt(options, Path("/code")) == frontend::nameOf(policy)) client.policy = policy;
   }
   const Json& limit = valueAt(options, Path("/limit"));
   if (limit.is_number_unsigned()) client.limit = limit.get<std::size_t>();
-  const Json& patience = valueAt(options, Path("/milliseconds"));
+  const Json& patience = valueAt(options, Path("/timeout"));
   if (patience.is_number_unsigned())
     client.patience = std::chrono::milliseconds(patience.get<std::uint32_t>());
   client.hidden = flagAt(options, Path("/hidden"));

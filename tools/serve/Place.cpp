@@ -1,6 +1,7 @@
-#include <algorithm>
 #include <boost/locale/encoding_utf.hpp>
+#include <map>
 #include <set>
+#include <utility>
 
 #include "tools/serve/Spot.h"
 #include "tools/serve/Uri.h"
@@ -9,20 +10,24 @@ namespace tools::serve {
 
 namespace {
 
+using embedded::CodeFunction;
 using frontend::LocalName;
 using frontend::Place;
 
 std::u16string wide(const std::string& text) { return boost::locale::conv::utf_to_utf<char16_t>(text); }
 
-/// Names of classes as code of a namespace writes them.
+/// Names of classes as code of a namespace writes them; asked for when the first one is needed.
 class ClassNames {
  public:
-  ClassNames(frontend::Session& session, std::u16string inNamespace) : inNamespace_(std::move(inNamespace)) {
-    for (frontend::SessionName& known : session.classNames()) names_.insert(std::move(known.name));
-  }
+  ClassNames(frontend::Session& session, std::u16string inNamespace)
+      : session_(session), inNamespace_(std::move(inNamespace)) {}
 
   /// The class as users name it; empty when there is none.
-  std::u16string find(const std::string& name) const {
+  std::u16string find(const std::string& name) {
+    if (name.empty()) return {};
+    if (names_.empty()) {
+      for (frontend::SessionName& known : session_.classNames()) names_.insert(std::move(known.name));
+    }
     const std::u16string plain = wide(name);
     const std::u16string inside = inNamespace_ + plain;
     if (names_.contains(inside)) return inside;
@@ -30,6 +35,7 @@ class ClassNames {
   }
 
  private:
+  frontend::Session& session_;
   const std::u16string inNamespace_;
   std::set<std::u16string> names_;
 };
@@ -56,30 +62,36 @@ struct FileName {
   std::u16string inNamespace;
 };
 
-const embedded::CodeFunction* functionAt(const OpenDocument& document, const embedded::CodeOutline& outline,
-                                         std::size_t offset) {
-  const auto offsetOf = [&](embedded::CodePlace place) {
-    return document.content.offsetInCode(place.line, place.column);
-  };
-  for (const embedded::CodeFunction& function : outline.functions) {
-    if (offset >= offsetOf(function.begin) && offset <= offsetOf(function.end)) return &function;
+/// An open document, from its beginning to an offset.
+struct Beginning {
+  const Document& content;
+  std::size_t end;
+
+  bool has(embedded::CodePlace place) const { return content.offsetInCode(place.line, place.column) < end; }
+};
+
+/// The function that a statement at the end belongs to.
+const CodeFunction* functionAt(const Beginning& beginning, const std::vector<CodeFunction>& functions) {
+  const CodeFunction* found = nullptr;
+  for (const CodeFunction& function : functions) {
+    if (beginning.has(function.begin) && !beginning.has(function.end)) found = &function;
   }
-  return nullptr;
+  return found;
 }
 
 std::vector<LocalName> namesOf(const std::vector<embedded::CodeVariable>& variables,
-                               const ClassNames& classes) {
+                               const Beginning& beginning, ClassNames& classes) {
   std::vector<LocalName> names;
   for (const embedded::CodeVariable& variable : variables) {
-    names.push_back(
-        {wide(variable.name), variable.maker.empty() ? std::u16string() : classes.find(variable.maker)});
+    if (!beginning.has(variable.at)) continue;
+    names.push_back({wide(variable.name), classes.find(variable.maker)});
   }
   return names;
 }
 
 /// Arguments, results and variables. A method is given its object first, a constructor makes it.
-std::vector<LocalName> namesIn(const embedded::CodeFunction& function, const FileName& file,
-                               const ClassNames& classes) {
+std::vector<LocalName> namesIn(const CodeFunction& function, const Beginning& beginning, const FileName& file,
+                               ClassNames& classes) {
   std::vector<LocalName> names;
   const std::u16string simpleName = file.className.substr(file.className.rfind(u'.') + 1);
   const bool isConstructor = file.stem == simpleName;
@@ -90,21 +102,21 @@ std::vector<LocalName> namesIn(const embedded::CodeFunction& function, const Fil
     names.push_back({wide(output), isConstructor && output == function.outputs.front() ? file.className
                                                                                        : std::u16string()});
   }
-  const auto variables = namesOf(function.variables, classes);
+  const auto variables = namesOf(function.variables, beginning, classes);
   names.insert(names.end(), variables.begin(), variables.end());
   return names;
 }
 
-/// One entry a name: the first one that tells the class, or the first one.
+/// One entry a name: where it stands first, with the first class that is told.
 std::vector<LocalName> onceEach(const std::vector<LocalName>& names) {
   std::vector<LocalName> once;
+  std::map<std::u16string, std::size_t> places;
   for (const LocalName& name : names) {
-    const auto same = [&](const LocalName& known) { return known.name == name.name; };
-    const auto known = std::find_if(once.begin(), once.end(), same);
-    if (known == once.end()) {
+    const auto [place, isNew] = places.insert({name.name, once.size()});
+    if (isNew) {
       once.push_back(name);
-    } else if (known->className.empty()) {
-      known->className = name.className;
+    } else if (once[place->second].className.empty()) {
+      once[place->second].className = name.className;
     }
   }
   return once;
@@ -112,28 +124,29 @@ std::vector<LocalName> onceEach(const std::vector<LocalName>& names) {
 
 /// A script works on the variables that are there: they are known better than what the script says of them.
 std::vector<LocalName> newNames(frontend::Session& session, std::vector<LocalName> names) {
-  const std::vector<std::u16string> known = session.variableNames();
-  std::erase_if(names, [&](const LocalName& name) {
-    return name.className.empty() && std::find(known.begin(), known.end(), name.name) != known.end();
-  });
+  const std::vector<std::u16string> list = session.variableNames();
+  const std::set<std::u16string> known(list.begin(), list.end());
+  std::erase_if(names,
+                [&](const LocalName& name) { return name.className.empty() && known.contains(name.name); });
   return names;
 }
 
 }  // namespace
 
 Place placeIn(frontend::Session& session, const std::string& uri, OpenDocument& document,
-              std::size_t offset) {
+              std::size_t statement) {
   const FileName file(pathOf(uri));
-  const ClassNames classes(session, file.inNamespace);
+  ClassNames classes(session, file.inNamespace);
   const embedded::CodeOutline& outline = document.outline();
+  const Beginning beginning{document.content, statement};
   Place place;
   place.className = file.className;
   if (!file.stem.empty() && file.className.empty()) place.function = file.inNamespace + file.stem;
   place.workspace = outline.functions.empty();
-  if (const auto* function = functionAt(document, outline, offset)) {
-    place.locals = onceEach(namesIn(*function, file, classes));
+  if (const auto* function = functionAt(beginning, outline.functions)) {
+    place.locals = onceEach(namesIn(*function, beginning, file, classes));
   } else {
-    place.locals = newNames(session, onceEach(namesOf(outline.variables, classes)));
+    place.locals = newNames(session, onceEach(namesOf(outline.variables, beginning, classes)));
   }
   return place;
 }

@@ -35,7 +35,7 @@ std::optional<Spot> spotOf(Context& context, const Json& params) {
   spot.text =
       content.text().substr(spot.start, content.lineStart(line) + content.line(line).size() - spot.start);
   spot.cursor = offset - spot.start;
-  spot.place = placeIn(context.session.session(), uri, *document, offset);
+  spot.place = placeIn(context.session.session(), uri, *document, spot.start);
   return spot;
 }
 

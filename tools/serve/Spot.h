@@ -31,8 +31,9 @@ struct Spot {
 /// for what is no position.
 std::optional<Spot> spotOf(Context& context, const Json& params);
 
-/// Whose code a document is, as far as its name and its text tell.
+/// Whose code a document is, as far as its name and its text tell. Variables count that have been given a value before
+/// the statement, which begins at the offset.
 frontend::Place placeIn(frontend::Session& session, const std::string& uri, OpenDocument& document,
-                        std::size_t offset);
+                        std::size_t statement);
 
 }  // namespace tools::serve

@@ -1,6 +1,7 @@
 #include "tools/serve/Symbols.h"
 
 #include <algorithm>
+#include <boost/algorithm/string/predicate.hpp>
 #include <tuple>
 
 #include "frontend/Completion.h"
@@ -109,6 +110,12 @@ frontend::Match matchOf(const std::u16string& typed, const std::u16string& name)
                   frontend::matchOf(typed, name.substr(name.rfind(u'.') + 1)));
 }
 
+/// For people who look for a name, it is enough that it has the text somewhere.
+bool fits(const std::u16string& typed, const Found& found) {
+  return found.match != frontend::Match::None ||
+         boost::algorithm::icontains(utf8Of(found.name), utf8Of(typed));
+}
+
 }  // namespace
 
 Json documentSymbols(Context& context, const Json& params) {
@@ -124,8 +131,8 @@ Json workspaceSymbols(Context& context, const Json& params) {
   std::vector<Found> found;
   const auto add = [&](const std::vector<frontend::SessionName>& names, SymbolKind kind) {
     for (const frontend::SessionName& known : names) {
-      const frontend::Match match = matchOf(typed, known.name);
-      if (match != frontend::Match::None && !known.hidden) found.push_back({match, known.name, kind});
+      const Found each{matchOf(typed, known.name), known.name, kind};
+      if (!known.hidden && fits(typed, each)) found.push_back(each);
     }
   };
   add(context.session.session().classNames(), SymbolKind::Class);

@@ -27,6 +27,7 @@
 #include <vector>
 
 #include "embedded/Description.h"
+#include "embedded/Outline.h"
 #include "host/Arrays.h"
 #include "host/Export.h"
 

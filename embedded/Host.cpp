@@ -24,8 +24,8 @@ std::optional<Operation> operationNamed(const std::string& name) {
 
 bool isFaulty(Operation operation) { return ruleOf(operation) != Rule::NoThrow; }
 
-const Description& checked(const Description& description, const std::string& file) {
-  checkDescription(description, file);
+const Description& checked(const Description& description) {
+  checkDescription(description, "");
   return description;
 }
 
@@ -44,15 +44,19 @@ Description fixedPart(Description description) {
 
 }  // namespace
 
-Host::Host(const Description& description) : Host(description, "") {}
+Host::Host(const Description& description)
+    : Host(std::make_unique<Session>(checked(description)), fixedPart(description)) {}
 
-Host::Host(const Description& description, const std::string& file)
-    : session_(std::make_unique<Session>(checked(description, file))), fixed_(fixedPart(description)) {}
+Host::Host(std::unique_ptr<Session> session, Description fixed)
+    : session_(std::move(session)), fixed_(std::move(fixed)) {}
 
 Host::~Host() = default;
 
+/// Reading has checked what the file says.
 std::unique_ptr<Host> Host::load(const std::filesystem::path& file, const LoadProgress& progress) {
-  return std::unique_ptr<Host>(new Host(readSnapshot(file, progress), file.string()));
+  Description description = readSnapshot(file, progress);
+  auto session = std::make_unique<Session>(description);
+  return std::unique_ptr<Host>(new Host(std::move(session), fixedPart(std::move(description))));
 }
 
 void Host::requestInterrupt() noexcept { session_->requestInterrupt(); }
@@ -124,6 +128,7 @@ std::vector<KnownName> Host::namespaceNames() const {
 }
 
 void Host::setComponents(bool on) noexcept { session_->componentsOn = on; }
+void Host::setInterpreterAvailable(bool available) noexcept { session_->interpreterIsAvailable = available; }
 std::vector<const IExecutionFrame*> Host::frames() const { return session_->frames.frames(); }
 
 Description Host::describe() const {

@@ -222,6 +222,8 @@ class KORVAL_HOST_API Host {
   /// Of the older object system.
   std::vector<KnownName> packageNames() const;
   void setComponents(bool on) noexcept;
+  /// Whether expressions can be evaluated now.
+  void setInterpreterAvailable(bool available) noexcept;
   /// The session as it is now, of which another host can be made that answers every query the same: what this host
   /// was made of, with the variables as they are, and with folders that no longer depend on the process. What a client
   /// has set up for its own work is no part of it: policy, limits, interrupt, log, fault plan, output, error mode, frames
@@ -236,8 +238,7 @@ class KORVAL_HOST_API Host {
 
  private:
   friend class Activation;
-  /// `file` stands in the errors.
-  Host(const Description& description, const std::string& file);
+  Host(std::unique_ptr<Session> session, Description fixed);
 
   std::unique_ptr<Session> session_;
   /// What the session was made of, without the variables.

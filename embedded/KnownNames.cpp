@@ -10,8 +10,8 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Of a class folder "@Pump" or a package folder "+lab": the name without its mark.
-std::string markedName(const std::string& folder) {
-  const std::string name = fs::path(folder).filename().string();
+std::string markedName(const fs::path& folder) {
+  const std::string name = folder.filename().string();
   return name.empty() ? name : name.substr(1);
 }
 
@@ -45,8 +45,16 @@ KnownNames::KnownNames(const Description& description) {
   for (const PathItemDescription& item : description.path) {
     if (item.kind == PathItemDescription::Path) folders_.emplace_back(item.folder);
     if (item.kind == PathItemDescription::Class) classes_.push_back({markedName(item.folder)});
-    if (item.kind == PathItemDescription::Package)
-      addCodeFiles(item.folder, markedName(item.folder) + ".", functions_);
+    if (item.kind == PathItemDescription::Package) addPackage(item.folder);
+  }
+}
+
+/// "+lab" is a namespace of functions, "@lab" a package of the older object system.
+void KnownNames::addPackage(const fs::path& folder) {
+  if (folder.filename().string().starts_with('+')) {
+    addCodeFiles(folder, markedName(folder) + ".", functions_);
+  } else {
+    packages_.push_back({markedName(folder)});
   }
 }
 

@@ -20,6 +20,8 @@ class KnownNames {
   const std::vector<KnownName>& packages() const noexcept { return packages_; }
 
  private:
+  void addPackage(const std::filesystem::path& folder);
+
   std::vector<std::filesystem::path> folders_;
   std::vector<KnownName> functions_;
   std::vector<KnownName> classes_;

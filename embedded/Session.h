@@ -43,6 +43,7 @@ struct Session : Gate {
   Debugger debugger;
   bool debuggerIsReachable;
   bool componentsOn;
+  bool interpreterIsAvailable = true;
 };
 
 /// The calling thread's session, behind a gate that has been entered.

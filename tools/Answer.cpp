@@ -46,7 +46,8 @@ int failWithCurrentException(const AnswerOptions& options) {
 
 int answer(const AnswerOptions& options, embedded::Host& host,
            const std::function<Answer(embedded::Host&)>& ask) {
-  const AnswerError interrupted = {options.command + ".interrupted", "interrupted", {}, Interrupted};
+  const AnswerError interrupted = {options.command + ".interrupted", "interrupted", Json::object(),
+                                   Interrupted};
   const embedded::Activation active(host);
   const Interruptible request(host);
   try {

@@ -42,7 +42,7 @@ Answer answerOf(const FrontEndOptions& options, embedded::Host& host) {
       frontend::complete(session, line.text, line.cursor, placeOf(options), optionsOf(options));
   const frontend::Outcome& outcome = completion.outcome;
   if (outcome.status == Status::Interrupted)
-    throw AnswerError{"complete.interrupted", "interrupted", {}, Interrupted};
+    throw AnswerError{"complete.interrupted", "interrupted", Json::object(), Interrupted};
   if (outcome.status == Status::Failed && completion.candidates.empty()) {
     throw AnswerError{"complete.failed", printable(outcome.reason)};
   }

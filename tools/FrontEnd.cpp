@@ -45,12 +45,16 @@ void addFrontEndOptions(CLI::App& command, FrontEndOptions& options) {
       ->type_name("FILE")
       ->required();
   command.add_option("--cursor", options.cursor, "How many characters are before the cursor; by default all")
+      ->check(CLI::NonNegativeNumber)
       ->type_name("N");
   command.add_option("--in", options.function, "The function whose code it is")->type_name("FUNCTION");
   command.add_option("--class", options.className, "The class whose code it is")->type_name("CLASS");
   addPolicyOption(command, options);
-  command.add_option("--limit", options.limit, "How many candidates at most, 200 by default")->type_name("N");
+  command.add_option("--limit", options.limit, "How many candidates at most, 200 by default")
+      ->check(CLI::NonNegativeNumber)
+      ->type_name("N");
   command.add_option("--timeout", options.milliseconds, "Stop looking after so many milliseconds")
+      ->check(CLI::NonNegativeNumber)
       ->type_name("MS");
   command.add_flag("--hidden", options.hidden, "Hidden names too");
   command.add_flag("--json", options.json, "Print JSON, for programs");

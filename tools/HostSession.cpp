@@ -94,6 +94,7 @@ frontend::RequestRecord HostSession::endRequest() noexcept {
   frontend::RequestRecord record;
   record.timedOut = alarm_.stop();
   record.interrupted = host_.interruptRequested() && !record.timedOut;
+  host_.clearInterrupt();
   host_.setCodePolicy(embedded::CodePolicy::Allowed);
   const embedded::CodeRecord& code = host_.codeRecord();
   record.codeRuns = code.runs;
@@ -101,7 +102,6 @@ frontend::RequestRecord HostSession::endRequest() noexcept {
   record.refused = code.refused;
   record.printed = silence_->take();
   silence_.reset();
-  host_.clearInterrupt();
   return record;
 }
 

@@ -44,6 +44,12 @@ bool isInside(const Value& value, const std::vector<Subscript>& subscripts) {
   return true;
 }
 
+/// What something is assigned into: the element, or what a new one is at first; null: nothing yet.
+ValuePtr elementAt(const Value& value, const std::vector<Subscript>& subscripts) {
+  if (isInside(value, subscripts)) return indexed(value, subscripts);
+  return value.as<Structures>() ? gathered(value, {noElement}, {1, 1}) : nullptr;
+}
+
 }  // namespace
 
 void Evaluator::assign(const Reference& target, ValuePtr value) {
@@ -89,10 +95,7 @@ ValuePtr Evaluator::withIndex(const ValuePtr& base, Selectors accesses, ValuePtr
   ValuePtr whole = base == nullptr ? newEmpty() : base;
   const std::vector<Subscript> places = subscripts(access, *whole);
   if (places.empty()) failCode("KORVAL:code:Index", "An index is missing");
-  if (!rest.empty()) {
-    const ValuePtr old = isInside(*whole, places) ? indexed(*whole, places) : nullptr;
-    value = assigned(old, rest, std::move(value));
-  }
+  if (!rest.empty()) value = assigned(elementAt(*whole, places), rest, std::move(value));
   interpreter_.at = access.at;
   value = withFieldsOf(value, whole);
   return withElements(withFieldsOf(whole, value), places, value);

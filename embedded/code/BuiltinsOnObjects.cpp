@@ -71,6 +71,9 @@ Values methods(const BuiltinCall& call) {
   call.require(1, 1);
   if (const Class* oneClass = classOf(call.caller.session(), call[0]))
     return {newCellOfTexts(methodNames(*oneClass))};
+  CodeFiles& files = call.caller.session().interpreter.files;
+  if (const auto* structures = call[0].as<Structures>(); structures && !structures->className.empty())
+    return {newCellOfTexts(files.methodNames(structures->className))};
   const Opaque* opaque = call[0].opaque();
   if (opaque == nullptr) failWithout(call, "methods");
   std::vector<std::string> names;
@@ -103,7 +106,11 @@ Values isProperty(const BuiltinCall& call) {
 
 Values isMethod(const BuiltinCall& call) {
   call.require(2, 2);
-  return {newLogical(hasMethod(call.caller.session(), call[0], nameOf(call[1])))};
+  Session& session = call.caller.session();
+  const auto* structures = call[0].as<Structures>();
+  const bool hasFile = structures != nullptr && !structures->className.empty() &&
+                       session.interpreter.files.method(structures->className, nameOf(call[1])) != nullptr;
+  return {newLogical(hasFile || hasMethod(session, call[0], nameOf(call[1])))};
 }
 
 Values isObject(const BuiltinCall& call) {

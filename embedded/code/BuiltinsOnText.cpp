@@ -92,18 +92,22 @@ Values num2str(const BuiltinCall& call) {
   call.require(1, 1);
   if (isText(call[0])) return {call.arguments[0]};
   std::string text;
-  for (const double number : numbersOf(call[0])) text += (text.empty() ? "" : "  ") + shownNumber(number);
+  for (const double number : numbersOf(call[0])) {
+    call.caller.session().interpreter.step();
+    text += (text.empty() ? "" : "  ") + shownNumber(number);
+  }
+  call.caller.session().interpreter.checkSize({text.size()});
   return {newText(widened(text))};
 }
 
 Values string(const BuiltinCall& call) {
   call.require(1, 1);
-  return {unified({call.arguments[0], newString(u"")}).front()};
+  return {asStrings(call.arguments[0])};
 }
 
 Values characters(const BuiltinCall& call) {
   call.require(1, 1);
-  return {isText(call[0]) ? newText(textOf(call[0])) : unified({call.arguments[0], newText(u"")}).front()};
+  return {isText(call[0]) ? newText(textOf(call[0])) : asCharacters(call.arguments[0])};
 }
 
 Values doubles(const BuiltinCall& call) {

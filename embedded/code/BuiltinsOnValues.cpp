@@ -21,9 +21,15 @@ Values missing(const BuiltinCall& call) {
   return {newString(std::nullopt)};
 }
 
-Values notANumber(const BuiltinCall&) { return {newNumber(std::numeric_limits<double>::quiet_NaN())}; }
-Values infinity(const BuiltinCall&) { return {newNumber(std::numeric_limits<double>::infinity())}; }
-Values pi(const BuiltinCall&) { return {newNumber(3.14159265358979323846)}; }
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double pi = 3.14159265358979323846;
+
+template <const double& number>
+Values constant(const BuiltinCall& call) {
+  call.require(0, 0);
+  return {newNumber(number)};
+}
 
 Values numel(const BuiltinCall& call) {
   call.require(1, 1);
@@ -47,7 +53,8 @@ Values size(const BuiltinCall& call) {
   const Value::Size& extents = call[0].size();
   if (call.arguments.size() == 2) {
     const double dimension = numberOf(call[1]);
-    if (!(dimension >= 1)) failCode("KORVAL:code:Index", "Dimensions count from 1");
+    if (!(dimension >= 1) || dimension != std::floor(dimension))
+      failCode("KORVAL:code:Index", "A dimension is a whole number from 1 on");
     return {newNumber(dimension > static_cast<double>(extents.size())
                           ? 1
                           : static_cast<double>(extents[static_cast<std::size_t>(dimension) - 1]))};
@@ -77,7 +84,7 @@ Value::Size sizeOf(const BuiltinCall& call) {
     size.push_back(static_cast<std::size_t>(std::clamp(extent, 0.0, 1e18)));
   }
   session().interpreter.checkSize(size);
-  return size;
+  return withoutTrailingOnes(std::move(size));
 }
 
 std::size_t countOf(const Value::Size& size) {
@@ -172,9 +179,9 @@ Values modulo(const BuiltinCall& call) {
 constexpr NamedBuiltin table[] = {{"true", logicalLiteral<true>},
                                   {"false", logicalLiteral<false>},
                                   {"missing", missing},
-                                  {"NaN", notANumber},
-                                  {"Inf", infinity},
-                                  {"pi", pi},
+                                  {"NaN", constant<notANumber>},
+                                  {"Inf", constant<infinity>},
+                                  {"pi", constant<pi>},
                                   {"numel", numel},
                                   {"length", length},
                                   {"isempty", isEmpty},

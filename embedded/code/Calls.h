@@ -35,8 +35,8 @@ Values call(Evaluator& caller, const std::string& name, const Meaning& meaning, 
 std::optional<Values> callMethodOfArguments(Evaluator& caller, const std::string& name,
                                             const Values& arguments, std::size_t wanted);
 
-/// Runs a text with these arguments: that function of it, or its main one (null). A file without any function is a
-/// script, and works on the variables of its caller.
+/// Runs a text with these arguments: that function of it, or its main one (null). A file without any function
+/// is a script, and works on the variables of its caller.
 Values callRoutine(Session& session, const Routine& routine, const FunctionSyntax* function, Values arguments,
                    std::size_t wanted, Workspace* variablesOfCaller = nullptr);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <set>
 
 #include "embedded/classes/DottedName.h"
 #include "embedded/code/Interpreter.h"
@@ -61,14 +62,31 @@ bool CodeFiles::isPackage(const std::string& name) const {
          });
 }
 
-const Routine* CodeFiles::method(const std::string& className, const std::string& name) {
+std::vector<CodeFiles::Path> CodeFiles::foldersOfClass(const std::string& className) const {
   const std::string folderName = "@" + className;
-  for (const Path& folder : folders_)
-    if (const Routine* found = read(folder / folderName / (name + ".k"), "")) return found;
+  std::vector<Path> result;
+  for (const Path& folder : folders_) result.push_back(folder / folderName);
   for (const PathItemDescription& item : special_)
     if (item.kind == PathItemDescription::Class && Path(item.folder).filename() == folderName)
-      if (const Routine* found = read(Path(item.folder) / (name + ".k"), "")) return found;
+      result.emplace_back(item.folder);
+  return result;
+}
+
+const Routine* CodeFiles::method(const std::string& className, const std::string& name) {
+  for (const Path& folder : foldersOfClass(className))
+    if (const Routine* found = read(folder / (name + ".k"), "")) return found;
   return nullptr;
+}
+
+std::vector<std::string> CodeFiles::methodNames(const std::string& className) const {
+  std::set<std::string> names;
+  for (const Path& folder : foldersOfClass(className)) {
+    std::error_code failure;
+    std::filesystem::directory_iterator entry(folder, failure);
+    for (; !failure && entry != std::filesystem::directory_iterator(); entry.increment(failure))
+      if (entry->path().extension() == ".k") names.insert(entry->path().stem().string());
+  }
+  return {names.begin(), names.end()};
 }
 
 const Routine* CodeFiles::read(const Path& file, const std::string& inNamespace) {

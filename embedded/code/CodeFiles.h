@@ -16,12 +16,15 @@ class CodeFiles {
  public:
   explicit CodeFiles(const Description& description);
 
-  /// "name.k" of a folder, or for "package.name" that of a package folder "+package"; null when there is none.
+  /// "name.k" of a folder, or for "package.name" that of a package folder "+package"; null when there is
+  /// none.
   const Routine* function(const std::string& dottedName);
   /// Is there a package folder "+name"?
   bool isPackage(const std::string& name) const;
   /// "@className/name.k", or null.
   const Routine* method(const std::string& className, const std::string& name);
+  /// Of all methods of the class, in ascending order.
+  std::vector<std::string> methodNames(const std::string& className) const;
 
  private:
   using Path = std::filesystem::path;
@@ -30,6 +33,8 @@ class CodeFiles {
     std::unique_ptr<const Routine> routine;
   };
 
+  /// Where "@className" may be.
+  std::vector<Path> foldersOfClass(const std::string& className) const;
   const Routine* read(const Path& file, const std::string& inNamespace);
 
   std::vector<Path> folders_;  // in which functions are looked for

@@ -84,22 +84,6 @@ Rank rankOf(const Value& value) {
   return value.as<Cells>() ? CellArrays : Others;
 }
 
-ValuePtr asStrings(const ValuePtr& value) {
-  if (value->as<Strings>()) return value;
-  if (value->as<std::u16string>()) return newString(textOf(*value));
-  Strings strings;
-  for (const double number : numbersOf(*value)) strings.elements.emplace_back(widened(shownNumber(number)));
-  return newValue(value->size(), std::move(strings));
-}
-
-ValuePtr asCharacters(const ValuePtr& value) {
-  if (value->as<std::u16string>()) return value;
-  std::u16string text;
-  for (const double number : numbersOf(*value))
-    text += static_cast<char16_t>(std::clamp(number, 0.0, 65535.0));
-  return newValue(value->size(), std::move(text));
-}
-
 ValuePtr asObjects(const ValuePtr& value, const std::string& className) {
   if (value->className() != className) failKind("An object of class \"" + className + "\"", *value);
   return value->as<Objects>() ? value : newValue({1, 1}, Objects{{value}, className});
@@ -195,11 +179,35 @@ std::string shownNumber(double number) {
   return {text, end};
 }
 
+Value::Size withoutTrailingOnes(Value::Size size) {
+  while (size.size() > 2 && size.back() == 1) size.pop_back();
+  return size;
+}
+
+ValuePtr asStrings(const ValuePtr& value) {
+  if (value->as<Strings>()) return value;
+  if (value->as<std::u16string>()) return newString(textOf(*value));
+  Strings strings;
+  for (const double number : numbersOf(*value)) {
+    session().interpreter.pollAt(strings.elements.size());
+    strings.elements.emplace_back(widened(shownNumber(number)));
+  }
+  return newValue(value->size(), std::move(strings));
+}
+
+ValuePtr asCharacters(const ValuePtr& value) {
+  if (value->as<std::u16string>()) return value;
+  std::u16string text;
+  for (const double number : numbersOf(*value))
+    text += static_cast<char16_t>(std::clamp(number, 0.0, 65535.0));
+  return newValue(value->size(), std::move(text));
+}
+
 ValuePtr gathered(const Value& value, const std::vector<std::size_t>& elements, Value::Size size) {
   Value::Content content = std::visit(Gatherer{elements, value}, value.content());
   if (auto* objects = std::get_if<Objects>(&content); objects != nullptr && elements.size() == 1)
     return objects->elements.front();
-  return newValue(std::move(size), std::move(content));
+  return newValue(withoutTrailingOnes(std::move(size)), std::move(content));
 }
 
 Values unified(Values values) {
@@ -208,16 +216,20 @@ Values unified(Values values) {
     if (rankOf(*value) > rankOf(*model)) model = value.get();
   const Rank rank = rankOf(*model);
   const ValuePtr kept(const_cast<Value*>(model));
-  for (ValuePtr& value : values)
-    if (rankOf(*value) != rank || rank >= ObjectArrays) value = asRank(rank, value, *kept);
+  for (std::size_t at = 0; at < values.size(); ++at) {
+    session().interpreter.pollAt(at);
+    if (rankOf(*values[at]) != rank || rank >= ObjectArrays) values[at] = asRank(rank, values[at], *kept);
+  }
   return values;
 }
 
 ValuePtr joined(const Values& unifiedValues) {
   session().interpreter.step();
   Value::Content all = unifiedValues.front()->content();
-  for (std::size_t at = 1; at < unifiedValues.size(); ++at)
+  for (std::size_t at = 1; at < unifiedValues.size(); ++at) {
+    session().interpreter.pollAt(at);
     std::visit(Appender{all}, unifiedValues[at]->content());
+  }
   std::size_t count = 0;
   for (const ValuePtr& value : unifiedValues) count += value->elementCount();
   return newValue({1, count}, std::move(all));

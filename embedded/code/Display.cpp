@@ -53,12 +53,14 @@ std::u16string sizeAndClass(const Value& value) {
 
 std::u16string listed(const Value& value) {
   const bool isCell = value.as<Cells>() != nullptr;
+  Interpreter& interpreter = session().interpreter;
   std::u16string text = isCell ? u"{" : u"[";
   for (std::size_t row = 0; row < value.rows(); ++row) {
     if (row > 0) text += u"; ";
     for (std::size_t column = 0; column < value.columns(); ++column) {
       if (column > 0) text += isCell ? u", " : u" ";
       text += std::visit(ElementText{row + column * value.rows()}, value.content());
+      if (text.size() > interpreter.limits.elements) interpreter.checkSize({text.size()});
     }
   }
   return text + (isCell ? u"}" : u"]");
@@ -98,9 +100,9 @@ std::string printed(const std::string& conversion, double number) {
   else
     format += wantsWhole ? 'g' : conversion.back();
   char text[2048];
-  const int length = wantsWhole && isWhole ? std::snprintf(text, sizeof text, format.c_str(),
-                                                           static_cast<long long>(number))
-                                           : std::snprintf(text, sizeof text, format.c_str(), number);
+  const int length = wantsWhole && isWhole
+                         ? std::snprintf(text, sizeof text, format.c_str(), static_cast<long long>(number))
+                         : std::snprintf(text, sizeof text, format.c_str(), number);
   return {text, std::min(static_cast<std::size_t>(std::max(length, 0)), sizeof text - 1)};
 }
 
@@ -117,7 +119,10 @@ std::vector<Argument> flattened(const Values& arguments) {
     if (isText(*value))
       result.push_back({textOf(*value), 0, true});
     else
-      for (const double number : numbersOf(*value)) result.push_back({widened(shownNumber(number)), number});
+      for (const double number : numbersOf(*value)) {
+        session().interpreter.pollAt(result.size());
+        result.push_back({widened(shownNumber(number)), number});
+      }
   }
   return result;
 }
@@ -132,6 +137,7 @@ std::u16string put(const std::string& conversion, const Argument& argument) {
 
 std::u16string shownValue(const Value& value) {
   const CodeLevel level(session().interpreter);
+  session().interpreter.step();
   if (const auto* text = value.as<std::u16string>(); text != nullptr && isText(value))
     return quoted(*text, u'\'');
   if (const auto* handle = value.as<FunctionHandle>()) return u"@" + widened(handle->function);

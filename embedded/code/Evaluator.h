@@ -58,13 +58,14 @@ class Evaluator {
   bool condition(const Expression& expression);
 
   // Expressions.
-  ValuePtr value(const Matrix& matrix);
+  double number(const Expression& expression);
+  ValuePtr value(const Matrix& matrix, Position at);
   ValuePtr value(const Range& range, Position at);
   ValuePtr value(const Prefixed& prefixed, Position at);
   ValuePtr value(const Chain& chain, Position at);
   ValuePtr shortCircuit(const Chain& chain);
   ValuePtr lastIndexValue() const;
-  Values arguments(const Expressions& expressions, const Value* indexed);
+  Values arguments(const Expressions& expressions);
   std::vector<Subscript> subscripts(const Selector& access, const Value& indexed);
 
   // References.

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "embedded/code/Calls.h"
+#include "embedded/code/Concatenation.h"
 #include "embedded/code/Convert.h"
 #include "embedded/code/Evaluator.h"
 #include "embedded/code/Operators.h"
@@ -49,7 +50,7 @@ Values Evaluator::values(const Expression& expression, std::size_t wanted) {
   if (const auto* text = std::get_if<StringLiteral>(&form)) return {newString(text->text)};
   if (const auto* handle = std::get_if<HandleLiteral>(&form))
     return {newValue({1, 1}, FunctionHandle{handle->function})};
-  if (const auto* matrix = std::get_if<Matrix>(&form)) return {value(*matrix)};
+  if (const auto* matrix = std::get_if<Matrix>(&form)) return {value(*matrix, expression.at)};
   if (const auto* range = std::get_if<Range>(&form)) return {value(*range, expression.at)};
   if (const auto* prefixed = std::get_if<Prefixed>(&form)) return {value(*prefixed, expression.at)};
   if (const auto* chain = std::get_if<Chain>(&form)) return {value(*chain, expression.at)};
@@ -58,22 +59,31 @@ Values Evaluator::values(const Expression& expression, std::size_t wanted) {
   failCode("KORVAL:code:Syntax", "\"~\" stands here without a value");
 }
 
-ValuePtr Evaluator::value(const Matrix& matrix) {
+ValuePtr Evaluator::value(const Matrix& matrix, Position at) {
   std::vector<Values> rows;
   for (const Expressions& row : matrix.rows) {
     rows.emplace_back();
     for (const ExpressionPtr& element : row)
-      for (ValuePtr& value : values(*element, 1))
+      for (ValuePtr& value : values(*element, 1)) {
+        interpreter_.pollAt(rows.back().size());
         rows.back().push_back(matrix.isCell ? newValue({1, 1}, Cells{{std::move(value)}}) : std::move(value));
+      }
   }
   if (matrix.isCell && rows.empty()) return newValue({0, 0}, Cells());
+  interpreter_.at = at;
   return concatenated(rows);
 }
 
+double Evaluator::number(const Expression& expression) {
+  const ValuePtr result = value(expression);
+  interpreter_.at = expression.at;
+  return numberOf(*result);
+}
+
 ValuePtr Evaluator::value(const Range& range, Position at) {
-  const double first = numberOf(*value(*range.first));
-  const double step = range.step == nullptr ? 1 : numberOf(*value(*range.step));
-  const double last = numberOf(*value(*range.last));
+  const double first = number(*range.first);
+  const double step = range.step == nullptr ? 1 : number(*range.step);
+  const double last = number(*range.last);
   interpreter_.at = at;
   return rangeOf(first, step, last);
 }
@@ -115,17 +125,15 @@ ValuePtr Evaluator::shortCircuit(const Chain& chain) {
 }
 
 ValuePtr Evaluator::lastIndexValue() const {
-  if (indexed_ == nullptr || indexed_->value == nullptr)
-    failCode("KORVAL:code:Index", "\"end\" stands for no index here");
+  if (indexed_ == nullptr) failCode("KORVAL:code:Index", "\"end\" stands for no index here");
   return newNumber(static_cast<double>(lastIndex(*indexed_->value, indexed_->place, indexed_->count)));
 }
 
-Values Evaluator::arguments(const Expressions& expressions, const Value* indexed) {
+/// Of a call: `end` in it means what it means around the call, as in x(f(end)).
+Values Evaluator::arguments(const Expressions& expressions) {
   Values result;
-  for (std::size_t place = 0; place < expressions.size(); ++place) {
-    const IndexedValue context{indexed, place, expressions.size()};
-    const Indexing indexing(*this, context);
-    Values more = values(*expressions[place], 1);
+  for (const ExpressionPtr& expression : expressions) {
+    Values more = values(*expression, 1);
     result.insert(result.end(), more.begin(), more.end());
   }
   return result;

@@ -26,7 +26,6 @@ void report(Session& session, const CodeError& error) {
   session.streams.error.write(widened(error.source() + ":" + std::to_string(error.at().line) + ":" +
                                       std::to_string(error.at().column) + ": " + error.message() + " [" +
                                       error.messageId() + "]\n"));
-  session.streams.flushToHost();
 }
 
 /// Missing results are null.
@@ -40,7 +39,11 @@ void fill(Values results, int nlhs, kxArray_tag** plhs) {
 
 Values borrowed(int count, kxArray_tag** values) {
   Values result;
-  for (int at = 0; at < count; ++at) result.emplace_back(static_cast<Value*>(values[at]));
+  for (int at = 0; at < count; ++at) {
+    if (values[at] == nullptr)
+      throw foundation::core::except::Exception("KORVAL:host:NoValue", "There is no value to call a function with.");
+    result.emplace_back(static_cast<Value*>(values[at]));
+  }
   return result;
 }
 
@@ -55,8 +58,8 @@ Values callFunction(Session& session, const std::string& name, Values arguments,
 
 /// Without `valueOfStatement` the text is one expression; with it, statements may stand before.
 const ExpressionStatement& answeringStatement(const Unit& unit, bool valueOfStatement) {
-  const bool answers = !unit.script.empty() && unit.functions.empty() &&
-                       std::holds_alternative<ExpressionStatement>(unit.script.back().form);
+  const bool answers =
+      !unit.script.empty() && std::holds_alternative<ExpressionStatement>(unit.script.back().form);
   if (!answers || (unit.script.size() > 1 && !valueOfStatement))
     failCode("KORVAL:code:NoValue", "A value is wanted, but the text is no expression");
   return std::get<ExpressionStatement>(unit.script.back().form);
@@ -66,6 +69,10 @@ Values evaluate(Session& session, const std::u16string& text, int nlhs, bool val
   const CodeSource source(session.interpreter, expressionSource);
   const Routine routine({.name = expressionSource}, text);
   const Unit& unit = routine.unit();
+  if (!unit.functions.empty()) {
+    session.interpreter.at = unit.functions.front().at;
+    failCode("KORVAL:code:Syntax", "An evaluation runs statements, and defines no functions");
+  }
   Evaluator evaluator(session, session.workspace, &routine);
   if (nlhs < 1) {
     evaluator.run(unit.script);
@@ -74,7 +81,8 @@ Values evaluate(Session& session, const std::u16string& text, int nlhs, bool val
   const ExpressionStatement& last = answeringStatement(unit, valueOfStatement);
   for (const Statement& statement : unit.script) {
     if (&statement == &unit.script.back()) break;
-    if (evaluator.runOne(statement) != Evaluator::Exit::AtEnd) break;
+    if (evaluator.runOne(statement) != Evaluator::Exit::AtEnd)
+      failCode("KORVAL:code:NoValue", "The code returns before the expression whose value is wanted");
   }
   Values results = evaluator.valuesOf(last, countOf(nlhs));
   if (results.size() < countOf(nlhs)) failCode("KORVAL:code:NoValue", "The expression gives too few values");
@@ -89,7 +97,7 @@ using namespace embedded;
 
 bool inValidInterpreterAvailable() {
   enter<Operation::validInterpreterAvailable>();
-  return true;
+  return session().interpreterIsAvailable;
 }
 
 int inEvalExp(const std::u16string& expression, int nlhs, kxArray_tag** plhs, bool valueOfStatement,

@@ -120,6 +120,38 @@ Positions originsOf(const Size& bigger, const Size& smaller) {
   return origins;
 }
 
+/// Replaces elements where nothing grows and no kind changes: the usual case, without a look at every element.
+struct Replacer {
+  const Positions& targets;
+  Value::Content& all;
+
+  template <class Elements>
+  bool replaced(Elements& elements, const Elements& by) const {
+    for (std::size_t at = 0; at < targets.size(); ++at) elements[targets[at]] = by[by.size() == 1 ? 0 : at];
+    return true;
+  }
+  bool operator()(const std::vector<double>& by) const {
+    return replaced(std::get<std::vector<double>>(all), by);
+  }
+  bool operator()(const std::vector<bool>& by) const {
+    return replaced(std::get<std::vector<bool>>(all), by);
+  }
+  bool operator()(const std::u16string& by) const { return replaced(std::get<std::u16string>(all), by); }
+  bool operator()(const Cells& by) const { return replaced(std::get<Cells>(all).elements, by.elements); }
+  template <class Other>
+  bool operator()(const Other&) const {
+    return false;
+  }
+};
+
+/// Null when that takes more.
+ValuePtr withReplaced(const Value& value, const Positions& targets, const Value& elements) {
+  if (value.content().index() != elements.content().index()) return nullptr;
+  Value::Content content = value.content();
+  if (!std::visit(Replacer{targets, content}, elements.content())) return nullptr;
+  return newValue(value.size(), std::move(content));
+}
+
 Subscript fromLogicals(const std::vector<bool>& logicals, const Size& size) {
   Subscript result{.size = size};
   for (std::size_t at = 0; at < logicals.size(); ++at)
@@ -171,6 +203,8 @@ ValuePtr withElements(const ValuePtr& value, std::span<const Subscript> subscrip
   if (count != 1 && count != targets.size())
     failCode("KORVAL:code:SizeMismatch", std::to_string(count) + " elements do not go into " +
                                              std::to_string(targets.size()) + " places");
+  if (size == value->size())
+    if (ValuePtr result = withReplaced(*value, targets, *elements)) return result;
   const bool isNew = value->elementCount() == 0 && !value->as<Structures>() && !value->as<Cells>();
   const Values both = isNew ? unified({elements}) : unified({value, elements});
   const ValuePtr all = isNew ? both.front() : joined(both);
@@ -191,62 +225,6 @@ ValuePtr transposed(const Value& value) {
     for (std::size_t column = 0; column < value.columns(); ++column)
       elements.push_back(row + column * value.rows());
   return gathered(value, elements, {value.columns(), value.rows()});
-}
-
-ValuePtr concatenated(const std::vector<Values>& rows) {
-  Values pieces;
-  for (const Values& row : rows) pieces.insert(pieces.end(), row.begin(), row.end());
-  const bool allEmpty =
-      std::ranges::all_of(pieces, [](const ValuePtr& piece) { return piece->elementCount() == 0; });
-  if (pieces.empty()) return newEmpty();
-  if (allEmpty) return unified(pieces).front();
-  std::vector<Values> kept;
-  Values flat;
-  for (const Values& row : rows) {
-    kept.emplace_back();
-    for (const ValuePtr& piece : row)
-      if (piece->elementCount() > 0) kept.back().push_back(piece);
-    flat.insert(flat.end(), kept.back().begin(), kept.back().end());
-  }
-  // An empty text still makes characters of the whole; an empty array of doubles says nothing.
-  flat = unified(std::move(flat));
-  const ValuePtr all = joined(flat);
-  std::size_t height = 0;
-  std::size_t width = 0;
-  std::size_t next = 0;
-  for (const Values& row : kept) {
-    std::size_t rowWidth = 0;
-    for (std::size_t at = 0; at < row.size(); ++at) rowWidth += flat[next + at]->columns();
-    if (row.empty()) continue;
-    if (width != 0 && rowWidth != width)
-      failCode("KORVAL:code:SizeMismatch",
-               "The rows have " + std::to_string(width) + " and " + std::to_string(rowWidth) + " columns");
-    width = rowWidth;
-    height += flat[next]->rows();
-    next += row.size();
-  }
-  session().interpreter.checkSize({height, width});
-  Positions origins(height * width);
-  next = 0;
-  std::size_t top = 0;
-  std::size_t offset = 0;
-  for (const Values& row : kept) {
-    std::size_t left = 0;
-    const std::size_t rowHeight = row.empty() ? 0 : flat[next]->rows();
-    for (std::size_t at = 0; at < row.size(); ++at, ++next) {
-      const Value& piece = *flat[next];
-      if (piece.rows() != rowHeight)
-        failCode("KORVAL:code:SizeMismatch", "Values of " + std::to_string(rowHeight) + " and " +
-                                                 std::to_string(piece.rows()) +
-                                                 " rows cannot stand side by side");
-      for (std::size_t element = 0; element < piece.elementCount(); ++element)
-        origins[top + element % rowHeight + (left + element / rowHeight) * height] = offset + element;
-      left += piece.columns();
-      offset += piece.elementCount();
-    }
-    top += rowHeight;
-  }
-  return gathered(*all, origins, {height, width});
 }
 
 }  // namespace embedded

@@ -29,7 +29,4 @@ std::size_t lastIndex(const Value& value, std::size_t place, std::size_t count);
 
 ValuePtr transposed(const Value& value);
 
-/// Rows of values side by side, below each other.
-ValuePtr concatenated(const std::vector<Values>& rows);
-
 }  // namespace embedded

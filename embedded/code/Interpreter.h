@@ -20,11 +20,10 @@ class Interpreter {
  public:
   explicit Interpreter(const Description& description) : files(description) {}
 
-  /// One step of code: obeys the interrupt and the limit of steps.
+  /// One step: obeys the interrupt, and while code runs the limit of steps.
   void step(std::uint64_t count = 1) {
-    steps_ += count;
     if (interruptRequested()) raiseInterrupt();
-    if (steps_ > limits.steps) failForSteps();
+    if (runs_ > 0 && (steps_ += count) > limits.steps) failForSteps();
   }
   /// Obeys the interrupt now and then in a loop over elements.
   void pollAt(std::size_t index) {

@@ -141,6 +141,9 @@ ValuePtr withProperty(Session& session, const Value& value, const std::string& n
 
 Values construct(Evaluator& caller, const Class& oneClass, Values arguments) {
   const Method* constructor = oneClass.method(alreadyInterned(oneClass.simpleName()));
+  if (oneClass.enumeration())
+    failCode("KORVAL:code:NoValue",
+             "Of the enumeration \"" + oneClass.names().dotted.text() + "\" there are only its members");
   if (constructor == nullptr || constructor->content().routine == nullptr) {
     if (arguments.empty()) return {newObject(oneClass)};
     failCode("KORVAL:code:ArgumentCount",

@@ -89,19 +89,13 @@ ValuePtr matrixProduct(const Value& left, const Value& right) {
   return newValue({rows, columns}, std::move(result));
 }
 
-using Texts = std::vector<std::optional<std::u16string>>;
-
-Texts textsOf(const ValuePtr& value) {
-  return unified({value, newString(u"")}).front()->as<Strings>()->elements;
-}
-
 /// A missing string equals nothing.
 ValuePtr onStrings(Symbol symbol, const ValuePtr& left, const ValuePtr& right) {
-  const Values both = unified({left, right});
+  const Values both = {asStrings(left), asStrings(right)};
   const Value& model = sizeModel(*both[0], *both[1]);
   const std::size_t count = model.elementCount();
-  const Texts a = textsOf(left);
-  const Texts b = textsOf(right);
+  const auto& a = both[0]->as<Strings>()->elements;
+  const auto& b = both[1]->as<Strings>()->elements;
   const bool equal = symbol == Symbol::Equal;
   if (equal || symbol == Symbol::NotEqual)
     return newValue(model.size(), elementwise<bool>(a, b, count, [equal](const auto& one, const auto& other) {
@@ -120,16 +114,34 @@ ValuePtr onStrings(Symbol symbol, const ValuePtr& left, const ValuePtr& right) {
   return newValue(model.size(), std::move(result));
 }
 
-bool isEnumeration(const Value& value) { return value.as<Object>() && !value.as<Object>()->member.empty(); }
+/// Enumeration members; no elements when the value holds anything else.
+std::vector<const Object*> membersOf(const Value& value) {
+  std::vector<const Object*> members;
+  if (const auto* one = value.as<Object>()) members.push_back(one);
+  if (const auto* array = value.as<Objects>())
+    for (const ValuePtr& element : array->elements) members.push_back(element->as<Object>());
+  const bool all =
+      std::ranges::all_of(members, [](const Object* one) { return one && !one->member.empty(); });
+  return all ? members : std::vector<const Object*>();
+}
+
+ValuePtr onMembers(bool equal, const Value& left, const Value& right) {
+  const Value& model = sizeModel(left, right);
+  return newValue(model.size(), elementwise<bool>(membersOf(left), membersOf(right), model.elementCount(),
+                                                  [equal](const Object* one, const Object* other) {
+                                                    return (one->classId == other->classId &&
+                                                            one->member == other->member) == equal;
+                                                  }));
+}
 
 }  // namespace
 
 const char* methodOf(Symbol binary) { return effectOf(binary).method; }
 
 ValuePtr calculated(Symbol binary, const ValuePtr& left, const ValuePtr& right) {
-  if (isEnumeration(*left) && isEnumeration(*right) &&
-      (binary == Symbol::Equal || binary == Symbol::NotEqual))
-    return newLogical(isEqual(*left, *right) == (binary == Symbol::Equal));
+  const bool compares = binary == Symbol::Equal || binary == Symbol::NotEqual;
+  if (compares && !membersOf(*left).empty() && !membersOf(*right).empty())
+    return onMembers(binary == Symbol::Equal, *left, *right);
   if (left->as<Strings>() || right->as<Strings>()) return onStrings(binary, left, right);
   const bool scalar = left->elementCount() == 1 || right->elementCount() == 1;
   if (binary == Symbol::Times && !scalar) return matrixProduct(*left, *right);
@@ -160,16 +172,6 @@ ValuePtr rangeOf(double first, double step, double last) {
   std::vector<double> numbers(length);
   for (std::size_t at = 0; at < length; ++at) numbers[at] = first + static_cast<double>(at) * step;
   return newValue({1, length}, std::move(numbers));
-}
-
-bool isEqual(const Value& left, const Value& right) {
-  if (left.size() != right.size()) return false;
-  if (isEnumeration(left) && isEnumeration(right))
-    return left.object()->classId == right.object()->classId &&
-           left.as<Object>()->member == right.as<Object>()->member;
-  if (left.as<std::u16string>() && right.as<std::u16string>())
-    return *left.as<std::u16string>() == *right.as<std::u16string>();
-  return false;
 }
 
 }  // namespace embedded

@@ -17,7 +17,4 @@ ValuePtr calculated(Symbol prefix, const ValuePtr& operand);
 /// first:step:last
 ValuePtr rangeOf(double first, double step, double last);
 
-/// Are both the same kind of value with equal elements?
-bool isEqual(const Value& left, const Value& right);
-
 }  // namespace embedded

@@ -149,8 +149,7 @@ ExpressionPtr Parser::primary() {
   if (token_.kind == Token::String) return make(at, StringLiteral{take().text});
   if (inIndex_ && accept(End)) return make(at, LastIndex{});
   if (accept(At)) return make(at, HandleLiteral{dottedName()});
-  if (accept(OpenBracket)) return matrix(false);
-  if (accept(OpenBrace)) return matrix(true);
+  if (token_.is(OpenBracket) || token_.is(OpenBrace)) return matrix(token_.is(OpenBrace));
   if (!accept(OpenParen)) refuse("an expression");
   const Nested nested(*this, false, inIndex_);
   ExpressionPtr inside = expression();
@@ -160,7 +159,7 @@ ExpressionPtr Parser::primary() {
 }
 
 ExpressionPtr Parser::matrix(bool isCell) {
-  const Position at = token_.at;
+  const Position at = take().at;
   const Symbol closer = isCell ? CloseBrace : CloseBracket;
   const Nested nested(*this, true, inIndex_);
   Matrix result{{}, isCell};

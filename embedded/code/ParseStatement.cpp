@@ -1,6 +1,8 @@
 #include <utility>
 
 #include "embedded/code/Nested.h"
+#include "embedded/gate/Gate.h"
+#include "host/Exceptions.h"
 
 namespace embedded {
 
@@ -46,6 +48,8 @@ Block Parser::block() {
 Statement Parser::statement() {
   const Position at = token_.at;
   Statement result{at, false, Break{}};
+  if (loops_ == 0 && (token_.is(Symbol::Break) || token_.is(Symbol::Continue)))
+    lexer_.refuse("This stands in loops only", at);
   if (accept(Symbol::If))
     result.form = ifStatement();
   else if (accept(Symbol::While))
@@ -109,7 +113,7 @@ If Parser::ifStatement() {
 While Parser::whileStatement() {
   const Nested nested(*this, false, false);
   ExpressionPtr condition = expression();
-  While result{std::move(condition), block()};
+  While result{std::move(condition), loopBlock()};
   nested.close(Symbol::End, "\"end\"");
   return result;
 }
@@ -119,8 +123,15 @@ For Parser::forStatement() {
   std::string variable = expectName("the variable of the loop");
   expect(Symbol::Assign, "\"=\"");
   ExpressionPtr values = expression();
-  For result{std::move(variable), std::move(values), block()};
+  For result{std::move(variable), std::move(values), loopBlock()};
   nested.close(Symbol::End, "\"end\"");
+  return result;
+}
+
+Block Parser::loopBlock() {
+  ++loops_;
+  Block result = block();
+  --loops_;
   return result;
 }
 
@@ -175,7 +186,12 @@ std::vector<std::string> Parser::inputs() {
   return result;
 }
 
-Token Parser::take() { return std::exchange(token_, lexer_.next()); }
+/// Long texts take their time, so an interrupt stops the reading too.
+Token Parser::take() {
+  if (++taken_ % 1024 == 0 && activeGate != nullptr && activeGate->interruptRequested())
+    throw Tamsix::System::InterruptException();
+  return std::exchange(token_, lexer_.next());
+}
 
 bool Parser::accept(Symbol symbol) {
   if (!token_.is(symbol)) return false;

@@ -11,8 +11,8 @@ namespace embedded {
 /// How deep brackets and blocks may nest, unless a host says otherwise.
 constexpr std::size_t defaultNesting = 100;
 
-/// Reads a text of code. Throws CodeError: "KORVAL:code:Syntax", or "KORVAL:code:NestingLimit" for what nests too
-/// deep. `source` names the text in errors.
+/// Reads a text of code. Throws CodeError: "KORVAL:code:Syntax", or "KORVAL:code:NestingLimit" for what nests
+/// too deep. `source` names the text in errors.
 class Parser {
  public:
   Parser(std::u16string_view text, const std::string& source, std::size_t nesting = defaultNesting);
@@ -25,6 +25,7 @@ class Parser {
   // Statements.
   Block block();
   Statement statement();
+  Block loopBlock();
   void finishStatement(Statement& statement);
   Statement assignmentOrExpression();
   Assignment assignment(ExpressionPtr target);
@@ -67,6 +68,8 @@ class Parser {
   Token token_;
   std::size_t nesting_;
   std::size_t depth_ = 0;
+  std::size_t loops_ = 0;
+  std::size_t taken_ = 0;
   bool inMatrix_ = false;
   bool inIndex_ = false;
   std::vector<std::string> imports_;

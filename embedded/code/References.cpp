@@ -39,7 +39,7 @@ Values Evaluator::takeArguments(Selectors& accesses) {
   if (accesses.empty() || accesses.front().kind != Selector::Paren) return {};
   const Selector& access = accesses.front();
   accesses = accesses.subspan(1);
-  return arguments(access.arguments, nullptr);
+  return arguments(access.arguments);
 }
 
 /// A name that is no variable: a function, a class, a namespace and what is in it.
@@ -110,7 +110,7 @@ Values Evaluator::follow(Values current, Selectors accesses, std::size_t wanted)
 /// value(...): elements, or the call of a function handle.
 Values Evaluator::index(const ValuePtr& value, const Selector& access, std::size_t wanted) {
   if (const auto* handle = value->as<FunctionHandle>()) {
-    Values given = arguments(access.arguments, nullptr);
+    Values given = arguments(access.arguments);
     interpreter_.at = access.at;
     return callNamed(*this, handle->function, std::move(given), wanted);
   }
@@ -154,8 +154,10 @@ Values Evaluator::field(const ValuePtr& value, const Selector& access, Selectors
     if (meaning.foreignClass != nullptr) return {foreignMember(*meaning.foreignClass, name)};
   }
   Values result;
-  for (std::size_t at = 0; at < value->elementCount(); ++at)
+  for (std::size_t at = 0; at < value->elementCount(); ++at) {
+    interpreter_.pollAt(at);
     result.push_back(readProperty(session_, elementOf(value, at), name, routine_));
+  }
   return result;
 }
 

@@ -13,7 +13,8 @@ class Class;
 /// A text of code that can be called, and what names mean in it.
 class Routine {
  public:
-  /// What a text without a `function` line is given as `obj`: nothing, the object, or the new object, which it answers.
+  /// What a text without a `function` line is given as `obj`: nothing, the object, or the new object, which
+  /// it answers.
   enum class Receiver { None, Object, NewObject };
 
   struct Context {

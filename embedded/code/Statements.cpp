@@ -28,7 +28,11 @@ Evaluator::Exit Evaluator::run(const Statement& statement) {
   return Exit::AtEnd;
 }
 
-bool Evaluator::condition(const Expression& expression) { return isTrue(*value(expression)); }
+bool Evaluator::condition(const Expression& expression) {
+  const ValuePtr result = value(expression);
+  interpreter_.at = expression.at;
+  return isTrue(*result);
+}
 
 Evaluator::Exit Evaluator::run(const If& statement) {
   for (const Branch& branch : statement.branches)

@@ -23,18 +23,18 @@ class ValueCheck {
   using Names = std::unordered_set<std::string>;
 
   void checkContent(const DoubleArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
+    checkSize(context_, array.size, array.elements.size(), place);
   }
   void checkContent(const LogicalArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
+    checkSize(context_, array.size, array.elements.size(), place);
   }
   void checkContent(const CharacterRow&, const Place&) {}
   void checkContent(const StringScalar&, const Place&) {}
   void checkContent(const StringArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
+    checkSize(context_, array.size, array.elements.size(), place);
   }
   void checkContent(const CharacterArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
+    checkSize(context_, array.size, array.elements.size(), place);
   }
   void checkContent(const FunctionHandleValue& handle, const Place& place) {
     checkDottedName(context_, handle.function, {place, "handle"});
@@ -62,7 +62,7 @@ class ValueCheck {
   }
 
   void checkContent(const ObjectArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
+    checkSize(context_, array.size, array.elements.size(), place);
     const Place classPlace(place, "class");
     if (array.foreign)
       checkName(context_, array.className, classPlace);
@@ -112,7 +112,7 @@ class ValueCheck {
   }
 
   void checkContent(const CellArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
+    checkSize(context_, array.size, array.elements.size(), place);
     const Place cell(place, "cell");
     for (std::size_t index = 0; index < array.elements.size(); ++index) {
       if (array.elements[index]) check(*array.elements[index], {cell, index});
@@ -121,8 +121,8 @@ class ValueCheck {
 
   void checkContent(const StructureArray& array, const Place& place) {
     checkFields(array, place);
-    if (array.fields.empty()) return checkBareSize(array.size, place);
-    checkSize(array.size, array.values.size() / array.fields.size(), place);
+    if (array.fields.empty()) return checkBareSize(context_, array.size, place);
+    checkSize(context_, array.size, array.values.size() / array.fields.size(), place);
     for (std::size_t index = 0; index < array.values.size(); ++index) checkFieldValue(array, index, place);
   }
 
@@ -195,35 +195,6 @@ class ValueCheck {
         if (met.insert(superclass).second) open.push_back(superclass);
       }
     }
-  }
-
-  void checkSize(const std::vector<std::size_t>& size, std::size_t count, const Place& place) const {
-    if (size.empty()) return;
-    if (size.size() == 1) refuseSize(place, "a size has at least two dimensions");
-    if (productOf(size) == count) return;
-    refuseSize(place, "there are " + std::to_string(count) +
-                          " elements, which is not the product of the dimensions");
-  }
-
-  /// Structures without fields have no values to hold the size against.
-  void checkBareSize(const std::vector<std::size_t>& size, const Place& place) const {
-    if (size.size() == 1) refuseSize(place, "a size has at least two dimensions");
-    if (!productOf(size)) refuseSize(place, "the product of the dimensions is too big");
-  }
-
-  [[noreturn]] void refuseSize(const Place& place, const std::string& reason) const {
-    context_.fail("snapshot.wrong-size", {place, "size"}, reason);
-  }
-
-  /// Without a value when it is too big for any array.
-  static std::optional<std::size_t> productOf(const std::vector<std::size_t>& size) {
-    std::size_t product = 1;
-    bool tooBig = false;
-    for (const std::size_t dimension : size) {
-      if (dimension == 0) return 0;
-      tooBig = tooBig || __builtin_mul_overflow(product, dimension, &product);
-    }
-    return tooBig ? std::nullopt : std::optional(product);
   }
 
   const CheckContext& context_;

@@ -18,11 +18,7 @@ void HostSink::write(OutputKind kind, std::u16string_view text) {
 
 void Stream::write(std::u16string_view text) {
   held_ += text;
-  if (held_.size() >= longestHeld) deliver();
-}
-
-void Stream::flushToHost() {
-  if (sinks_.empty()) deliver();
+  if (sinks_.empty() || held_.size() >= longestHeld) deliver();
 }
 
 /// Takes the text off before it is delivered, so that a sink that fails does not get it again.
@@ -50,11 +46,7 @@ void Stream::pop() {
   if (sinks_.empty())
     throw foundation::core::except::Exception("KORVAL:host:NoSink", "No sink is left to take away.");
   sinks_.pop_back();
-}
-
-void Streams::flushToHost() {
-  out.flushToHost();
-  error.flushToHost();
+  held_.clear();
 }
 
 }  // namespace embedded

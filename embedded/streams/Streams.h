@@ -26,14 +26,12 @@ class Stream final : public services::io::KLStream {
  public:
   Stream(OutputKind kind, HostSink& host) : kind_(kind), host_(host) {}
 
-  /// Text is held back until it is flushed, another sink is pushed, or it is long.
+  /// The host's own sink has it at once. A pushed one has it when the stream is flushed, another sink is pushed, or
+  /// there is much of it.
   void write(std::u16string_view text);
-  /// Delivers what is still held back when no sink is pushed.
-  void flushToHost();
-
   void push(boost::shared_ptr<klutil::io::KLSink> sink) override;
   void flush() override;
-  /// What was not flushed goes to the sink below.
+  /// What was not flushed is lost with its sink: it is not for the one below.
   void pop() override;
 
  private:
@@ -50,8 +48,6 @@ struct Streams {
   HostSink host;
   Stream out{OutputKind::Output, host};
   Stream error{OutputKind::Error, host};
-
-  void flushToHost();
 };
 
 }  // namespace embedded

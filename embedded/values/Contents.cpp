@@ -11,8 +11,8 @@ namespace {
 Value* fieldOf(const Structures& structures, std::size_t index, std::string_view name) {
   const auto field = std::ranges::find(structures.fields, name);
   if (field == structures.fields.end()) return nullptr;
-  const std::size_t at = index * structures.fields.size() +
-                         static_cast<std::size_t>(field - structures.fields.begin());
+  const std::size_t at =
+      index * structures.fields.size() + static_cast<std::size_t>(field - structures.fields.begin());
   ValuePtr& value = const_cast<ValuePtr&>(structures.values.at(at));
   if (value == nullptr) value = newEmpty();
   return value.get();
@@ -46,7 +46,8 @@ kxArray_tag* kxGetCell(const kxArray_tag* cell, std::size_t index) {
 
 kxArray_tag* kxCreateCell(std::size_t numberOfDimensions, const std::size_t* dimensions) {
   enter<Operation::createCell>(numberOfDimensions);
-  const Value::Size size(dimensions, dimensions + numberOfDimensions);
+  Value::Size size(dimensions, dimensions + numberOfDimensions);
+  if (size.size() < 2) size.resize(2, 1);
   session().interpreter.checkSize(size);
   ValuePtr cell = newValue(size, Cells());
   const_cast<Cells*>(cell->as<Cells>())->elements.resize(cell->elementCount());

@@ -124,7 +124,10 @@ void offerArguments(Inquiry& inquiry, const Position& position, Gathering& gathe
   if (const auto active = activeArgument(*signature, *position.call)) {
     offerValuesOf(inquiry, signature->inputs[*active], position, gathering);
   }
-  if (position.call->name.empty()) offerArgumentNames(*signature, position, gathering);
+  const bool isNamed = std::ranges::any_of(signature->inputs, [&](const Argument& argument) {
+    return argument.kind == Argument::NameValue && argument.name == position.call->name;
+  });
+  if (!isNamed) offerArgumentNames(*signature, position, gathering);
 }
 
 void offerFilesInText(const std::u16string& folder, Gathering& gathering) {

@@ -92,6 +92,7 @@ class Reader {
         position.kind = Position::Handle;
         return;
       }
+      if (count > 0 && is(count - 1, u'.')) return;
       if (position.typed.empty() && endsValue(count)) return;
       position.kind = Position::Name;
     }

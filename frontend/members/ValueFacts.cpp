@@ -10,8 +10,8 @@ namespace frontend {
 
 namespace {
 
-/// From here on values are objects of user-defined classes, which may say themselves what their size is.
-constexpr int firstUserClass = 19;
+/// From here on values are objects, whose classes may say themselves what their size is.
+constexpr int firstObject = 17;
 
 template <class Extents>
 std::u16string sizeText(const Extents& extents) {
@@ -39,7 +39,7 @@ bool isStructure(const kxArray_tag* value) {
 }
 
 std::u16string sizeOf(const Inquiry& inquiry, const kxArray_tag* value) {
-  const bool runsNoCode = kxGetClassID(value) < firstUserClass && !kxIsOpaque(value);
+  const bool runsNoCode = kxGetClassID(value) < firstObject && !kxIsOpaque(value);
   if (runsNoCode || inquiry.options().policy == CodePolicy::Allowed)
     return sizeText(getSizeFromKxArray(value));
   return ownSizeOf(value);

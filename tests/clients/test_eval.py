@@ -74,6 +74,14 @@ class EvalTest(CommandTest):
             self.assertEqual(self.eval(*arguments).returncode, 2, arguments)
         self.assertEqual(run("eval", "1").returncode, 2)
 
+    def test_output_comes_while_the_code_runs(self):
+        command = [COMMAND, "eval", "disp('first'), while true, end", "--snapshot", self.session]
+        with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=environment()) as process:
+            self.assertEqual(process.stdout.readline(), b"first\n")
+            process.send_signal(signal.SIGINT)
+            error = process.communicate(timeout=30)[1]
+            self.assertEqual((process.returncode, error.decode().strip()[-18:]), (130, "[eval.interrupted]"))
+
     def test_an_interrupt_stops_code_that_loops(self):
         command = [COMMAND, "eval", "while true, end", "--snapshot", self.session]
         for attempt in range(1, 30):  # one that comes before the code runs ends the command without a word

@@ -30,6 +30,9 @@ class World {
   embedded::Activation active_;
 };
 
+/// A file beside these tests.
+std::string fixture(const std::string& name);
+
 /// ASCII as UTF-16.
 std::u16string wide(const std::string& text);
 

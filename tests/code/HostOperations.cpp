@@ -51,7 +51,7 @@ TEST(HostOperations, EvaluationAnswersAValueOrAStatus) {
         Row{"y = 1", true, "null", false}, Row{"y = 1", false, "null", false}, Row{"", true, "null", false},
         Row{"nix", false, "null", false}, Row{"1 +", false, "null", false},
         Row{"nothing", true, "null", false}, Row{"pump.Failing", true, "null", false},
-        Row{"function f()\nend", true, "null", false}}) {
+        Row{"if true, return, end, x = 1; x", true, "null", false}}) {
     const auto before = references();
     int status = -1;
     ValuePtr value = evaluated(row.text, row.valueOfStatement, status);
@@ -121,8 +121,11 @@ TEST(HostOperations, PropertiesAreReadAsThePublicClient) {
                                                               {"Failing", "lab:broken"},
                                                               {"nix", "KORVAL:code:NoSuchMember"},
                                                               {"Silent", "KORVAL:code:NoValue"}};
-  for (const auto& [name, id] : rows)
-    EXPECT_EQ(idOf([&] { kxGetPropertyShared(pump.get(), 0, name); }), id) << name;
+  for (const auto& row : rows)
+    EXPECT_EQ(idOf([&] { kxGetPropertyShared(pump.get(), 0, row.first); }), row.second) << row.first;
+  world.host().setCodeLimits({.steps = 10});
+  for (int time = 0; time < 20; ++time)
+    EXPECT_EQ(read(pumps, 0, "Flow"), 1) << "no code runs, and none is limited";
 }
 
 TEST(HostOperations, OneGuardStandsBeforeAllCode) {
@@ -191,6 +194,23 @@ TEST(HostOperations, TextGoesToTheTopSink) {
   EXPECT_EQ(printed, expected);
 }
 
+TEST(HostOperations, TheHostHasTextWhileTheCodeRuns) {
+  code::World world;
+  std::u16string printed;
+  world.host().setOutput([&](embedded::OutputKind, std::u16string_view text) {
+    if (printed.empty()) world.host().requestInterrupt();
+    printed += text;
+  });
+  EXPECT_THROW(world.run("disp('a'), while true, end"), Tamsix::System::InterruptException);
+  EXPECT_EQ(printed, u"a\n");
+  world.host().clearInterrupt();
+  KLStream::KLOut().push(boost::make_shared<services::io::KLStringSink>());
+  world.run("disp('b')");
+  KLStream::KLOut().pop();
+  world.run("disp('c')");
+  EXPECT_EQ(printed, u"a\nc\n") << "what a sink was not given is lost with it";
+}
+
 /// A folder with ".k" files.
 class Folder {
  public:
@@ -223,7 +243,7 @@ TEST(CodeFiles, AreFunctionsScriptsAndMethods) {
   EXPECT_EQ(world.value("twice(4)"), "8");
   EXPECT_EQ(world.value("seed = 6; script; made"), "made = 6");
   EXPECT_EQ(world.value("pack.inner + 1"), "6");
-  EXPECT_EQ(world.value("size(old)"), "[2 3]");
+  EXPECT_EQ(world.value("size(old), methods(old), ismethod(old, 'size')"), "[2 3]\n{'size'}\ntrue");
   EXPECT_EQ(world.value("broken"), "!KORVAL:code:Syntax 1:7");
   EXPECT_EQ(world.host().codeFailure()->source, folder.path() + "/broken.k");
   EXPECT_EQ(world.value("failing"), "!KORVAL:code:UndefinedName 3:3");

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include "host/Exceptions.h"
 #include "tests/faults/FaultLoop.h"
 #include "tests/faults/FaultWorld.h"
 
@@ -41,6 +42,58 @@ TEST_F(FaultLoop, EveryCallFailsInEveryWay) {
   for (const faults::Question& question : faults::allQuestions())
     happened += failEveryCall(*world_, question);
   EXPECT_GT(happened, 1000U);
+}
+
+/// The operations that may run Korval code; no other one does.
+const std::set<std::string> runners{"KCOSIntrospection::callFunctionOnObject",
+                                    "KCOSIntrospection::getObjectPropertyNames",
+                                    "KCOSContextData::getKCOSAllNamespaces",
+                                    "getMethodsForWSVariable",
+                                    "EvalcExpSuccessful",
+                                    "GetValueFromCurrentWorkspace",
+                                    "getSharedProperty",
+                                    "getOpaqueObjectProperties",
+                                    "getOpaqueObjectMethods",
+                                    "getSizeFromKxArray",
+                                    "IsPKXPackage",
+                                    "PKXContextData::getPackageStrings"};
+
+/// Did the question run code? The log and the guard's record agree.
+bool runsCode(embedded::Host& host, const faults::Question& question) {
+  faults::Answer answer;
+  host.clearCodeRecord();
+  host.startLog();
+  question.ask(answer);
+  const bool ran = embedded::Host::ranKorvalCode(host.takeLog());
+  EXPECT_EQ(ran, host.codeRecord().runs > 0) << question.operation;
+  return ran;
+}
+
+TEST_F(FaultLoop, OnlyTheStatedOperationsRunKorvalCode) {
+  std::set<std::string> ran;
+  for (const faults::Question& question : faults::allQuestions()) {
+    world_->setCodePolicy(runners.contains(question.operation) ? embedded::CodePolicy::Allowed
+                                                               : embedded::CodePolicy::Trap);
+    if (runsCode(*world_, question)) ran.insert(question.operation);
+  }
+  EXPECT_EQ(ran, runners);
+}
+
+TEST_F(FaultLoop, RefusedCodeIsRecordedWhateverTheAnswerIs) {
+  std::set<std::string> refused;
+  world_->setCodePolicy(embedded::CodePolicy::Refused);
+  for (const faults::Question& question : faults::allQuestions()) {
+    faults::Answer answer;
+    world_->clearCodeRecord();
+    try {
+      question.ask(answer);
+    } catch (const foundation::core::except::Exception& caught) {
+      EXPECT_EQ(caught.messageId(), "KORVAL:host:CodeRefused") << question.operation;
+    }
+    EXPECT_EQ(world_->codeRecord().runs, 0U);
+    if (world_->codeRecord().refusals > 0) refused.insert(question.operation);
+  }
+  EXPECT_EQ(refused, runners);
 }
 
 }  // namespace

@@ -33,7 +33,9 @@ Rules evaluationsSwallowed() {
 
 Question valueOf(const std::u16string& expression, Rules rules) {
   return {"GetValueFromCurrentWorkspace", shown(expression),
-          [expression](Answer& a) { a.result = GetValueFromCurrentWorkspace(expression) ? "a value" : "nothing"; },
+          [expression](Answer& a) {
+            a.result = GetValueFromCurrentWorkspace(expression) ? "a value" : "nothing";
+          },
           std::move(rules)};
 }
 
@@ -47,7 +49,10 @@ struct OwnFrame : AutoPushingExecutionFrame {
 };
 
 std::vector<Question> frameQuestions() {
-  return {{"AutoPushingExecutionFrame::AutoPushingExecutionFrame", "", [](Answer&) { OwnFrame(); }, {{"*", passes}}},
+  return {{"AutoPushingExecutionFrame::AutoPushingExecutionFrame",
+           "",
+           [](Answer&) { OwnFrame(); },
+           {{"*", passes}}},
           {"FunctionExecutionFrame::FunctionExecutionFrame",
            "",
            [](Answer&) { FunctionExecutionFrame(activeWorld()->function("ws.f")); },

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "host/Exceptions.h"
-#include "tests/faults/State.h"
+#include "tests/support/State.h"
 #include "tests/support/Text.h"
 
 namespace faults {
@@ -135,11 +135,6 @@ void failOnce(embedded::Host& host, const Question& question, const Answer& clea
   expectSame(answer, reaction.effect == Reaction::Ignored ? clean : statedAnswer(clean, point, outcome));
 }
 
-std::int64_t heldReferences() {
-  const embedded::ReferenceAudit audit = embedded::Host::references();
-  return static_cast<std::int64_t>(audit.added) - static_cast<std::int64_t>(audit.dropped);
-}
-
 /// From that call on every call fails: the answer is open, but nothing may crash, leak or stay broken.
 void failFromThereOn(embedded::Host& host, const Question& question, const FaultPoint& point,
                      const Failure& failure) {
@@ -156,6 +151,9 @@ std::size_t failEveryCall(embedded::Host& host, const Question& question) {
   host.startLog();
   EXPECT_EQ(askAndCatch(question, clean), "");
   const std::vector<FaultPoint> points = faultPoints(question, host.takeLog());
+  const State state(host);
+  expectCleanRepeat(question, clean);
+  state.expectUnchanged();
   std::size_t happened = 0;
   for (const FaultPoint& point : points) {
     const Reaction* reaction = reactionOf(question, point);
@@ -167,14 +165,13 @@ std::size_t failEveryCall(embedded::Host& host, const Question& question) {
     for (const Failure& failure : failures()) {
       SCOPED_TRACE(question.operation + " (" + question.form + "), " + point.hostOperation + " call " +
                    std::to_string(point.call) + ", " + failure.name);
-      const std::int64_t before = heldReferences();
       const State state(host, point.hostOperation);
       failOnce(host, question, clean, point, failure, *reaction);
       state.expectUnchanged();
       failFromThereOn(host, question, point, failure);
       state.expectUnchanged();
-      EXPECT_EQ(heldReferences(), before) << "references";
       expectCleanRepeat(question, clean);
+      state.expectUnchanged();
       ++happened;
     }
   }
@@ -183,10 +180,10 @@ std::size_t failEveryCall(embedded::Host& host, const Question& question) {
 
 std::vector<Question> allQuestions() {
   std::vector<Question> all;
-  for (auto questions : {classIdentifierQuestions, gatewayQuestions, completionTableQuestions, memberNameQuestions,
-                         classInfoQuestions, objectQuestions, namespaceQuestions, packageQuestions,
-                         evaluationQuestions, valueQuestions, searchPathQuestions, variableMethodQuestions,
-                         metadataQuestions}) {
+  for (auto questions :
+       {classIdentifierQuestions, gatewayQuestions, completionTableQuestions, memberNameQuestions,
+        classInfoQuestions, objectQuestions, namespaceQuestions, packageQuestions, evaluationQuestions,
+        valueQuestions, searchPathQuestions, variableMethodQuestions, metadataQuestions}) {
     for (Question& question : questions()) all.push_back(std::move(question));
   }
   return all;

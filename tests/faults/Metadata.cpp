@@ -10,7 +10,8 @@ namespace {
 
 void askMetadata(Answer& answer) {
   const FunctionMetadata metadata = KCOSContextData::getArgumentBlockMetadata(u"lab.tune", u"tune");
-  answer.result = std::to_string(metadata.flags) + (metadata.inputArguments && metadata.outputArguments ? " both" : "");
+  answer.result =
+      std::to_string(metadata.flags) + (metadata.inputArguments && metadata.outputArguments ? " both" : "");
 }
 
 }  // namespace

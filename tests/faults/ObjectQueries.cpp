@@ -27,7 +27,9 @@ std::vector<Question> objectQuestions() {
   return {
       {n + "callFunctionOnObject",
        "",
-       [](Answer& a) { a.result = shown(callFunctionOnObject(variable("own").get(), "properties", a.names)); },
+       [](Answer& a) {
+         a.result = shown(callFunctionOnObject(variable("own").get(), "properties", a.names));
+       },
        {{call, swallowed("false")}, {results, swallowed("false")}, {"*", passes}}},
       {n + "getObjectPropertyNames",
        "own answer",

@@ -13,7 +13,8 @@ using Rules = std::vector<Rule>;
 
 std::string shownSize(const std::string& name) {
   std::string all;
-  for (const unsigned long extent : getSizeFromKxArray(variable(name).get())) all += std::to_string(extent) + " ";
+  for (const unsigned long extent : getSizeFromKxArray(variable(name).get()))
+    all += std::to_string(extent) + " ";
   return all;
 }
 
@@ -35,7 +36,8 @@ std::vector<Question> sizeQuestions() {
           sizeOf("far", ofMethod), sizeOf("pair", ofMethod)};
 }
 
-Question listing(const std::string& operation, void (*list)(const kxArray_tag*, std::vector<std::u16string>&)) {
+Question listing(const std::string& operation,
+                 void (*list)(const kxArray_tag*, std::vector<std::u16string>&)) {
   return {operation,
           "",
           [list](Answer& a) { list(variable("far").get(), a.names); },
@@ -63,7 +65,9 @@ std::vector<Question> valueQuestions() {
        {}},
       {"getSharedProperty",
        "",
-       [](Answer& a) { a.result = getSharedProperty(variable("sized").get(), "Read", 0) ? "a value" : "nothing"; },
+       [](Answer& a) {
+         a.result = getSharedProperty(variable("sized").get(), "Read", 0) ? "a value" : "nothing";
+       },
        {{"*", swallowed("nothing")}}},
       {"isObjectOrIsOpaque",
        "",

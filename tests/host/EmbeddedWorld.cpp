@@ -20,6 +20,7 @@ embedded::ClassDescription describe(const world::PlannedClass& plan) {
   result.superclasses = plan.superclasses;
   result.broken = plan.broken;
   result.flag = plan.flag;
+  result.precedence = plan.precedence;
   result.enumeration = !plan.members.empty();
   for (const auto& property : plan.properties) {
     embedded::PropertyDescription& made = result.properties.emplace_back();
@@ -63,15 +64,25 @@ class EmbeddedWorld : public world::World {
 class EmbeddedHost : public world::TestedHost {
  public:
   std::set<Capability> capabilities() const override {
-    return {Capability::Aliases,      Capability::Components,  Capability::BrokenClasses,
-            Capability::MissingNames, Capability::Overloads,   Capability::Optimized,
-            Capability::CountsValues, Capability::Validations, Capability::FiniteValues};
+    return {Capability::Aliases,       Capability::Components,
+            Capability::BrokenClasses, Capability::MissingNames,
+            Capability::Overloads,     Capability::Optimized,
+            Capability::CountsValues,  Capability::Validations,
+            Capability::FiniteValues,  Capability::ArgumentDeclarations,
+            Capability::Precedence};
   }
 
   std::unique_ptr<world::World> build(const world::Plan& plan) override {
     embedded::Description description;
     for (const auto& oneClass : plan.classes) description.classes.push_back(describe(oneClass));
     for (const std::string& name : plan.functions) description.functions.emplace_back().name = name;
+    using Argument = embedded::ArgumentDescription;
+    if (plan.declaresArguments)
+      description.functions.push_back(
+          {.name = "lab.declared",
+           .arguments = {{.inputs = {{"x", Argument::Positional, "double", {{}, 3}, {"f", "g"}},
+                                     {"mode", Argument::NameValue, "", {}, {}, {"on", "off"}}},
+                          .furtherOutputs = true}}});
     for (const auto& [name, className] : plan.objects)
       description.workspace.push_back({name, {embedded::ObjectValue{className, {}, ""}}});
     description.workspace.push_back({"number", {embedded::DoubleArray{{}, {1, 2, 3}}}});

@@ -63,6 +63,8 @@ Plan planOfLab() {
                                      world::PlannedObject{"Base", "", {}, true}}}},
                         {.name = "empty", .type = "empty", .values = {std::vector<world::PlannedValue>{}}},
                         {.name = "closed", .type = "closed", .values = {{1.0}}, .conversion = false}}});
+  if (can(Capability::Precedence)) plan.classes[2].precedence = {"double", "lab.Color"};
+  plan.declaresArguments = can(Capability::ArgumentDeclarations);
   plan.functions = {"lab.run", "plain"};
   plan.objects = {{"pump", "lab.Pump"}};
   return plan;

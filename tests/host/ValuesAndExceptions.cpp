@@ -4,6 +4,9 @@
 #include "host/Arrays.h"
 #include "host/Components.h"
 #include "host/Dispatcher.h"
+#include "host/Files.h"
+#include "host/Frames.h"
+#include "host/FunctionMetadata.h"
 #include "host/Interpreter.h"
 #include "host/Text.h"
 #include "tests/host/Rows.h"
@@ -64,6 +67,12 @@ const std::function<void()> questions[] = {
     [] { inGetValueFromCurrentWorkspace(""); },
     [] { IInterpreter::GetInterpreterBridge(); },
     [] { Kdispatcher::getDispatcher(); },
+    [] { kdGetObjectSystem(); },
+    [] { omGetFunctionMetadata("", nullptr); },
+    [] { Tamsix::orvo::pushFrame(nullptr); },
+    [] { fl::filesystem::status(u""); },
+    [] { boost::intrusive_ptr<kxArray_tag>(kxCreateString(""), false); },
+    [] { kxCreateClassArray(""); },
     [] { Tamsix::KorvalComponents::ComponentFeature::IsOn(); },
 };
 

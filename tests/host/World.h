@@ -15,15 +15,17 @@ namespace world {
 
 /// What a host may be unable to build. The rows that need it are then printed and counted, not run.
 enum class Capability {
-  Aliases,        // names that stand for a class beside its own
-  Components,     // identities that differ from the name that users know
-  BrokenClasses,  // classes that fail their check
-  MissingNames,   // members without a name
-  Overloads,      // several methods of one name in one class
-  Optimized,      // optimised property records
-  CountsValues,   // liveValues()
-  Validations,    // declared sizes, classes and functions of properties
-  FiniteValues,   // data types with a finite set of values
+  Aliases,               // names that stand for a class beside its own
+  Components,            // identities that differ from the name that users know
+  BrokenClasses,         // classes that fail their check
+  MissingNames,          // members without a name
+  Overloads,             // several methods of one name in one class
+  Optimized,             // optimised property records
+  CountsValues,          // liveValues()
+  Validations,           // declared sizes, classes and functions of properties
+  FiniteValues,          // data types with a finite set of values
+  ArgumentDeclarations,  // functions that declare their arguments
+  Precedence,            // classes that take precedence over others
 };
 
 struct PlannedValidation {
@@ -69,6 +71,7 @@ struct PlannedClass {
   std::vector<std::string> superclasses = {};
   bool broken = false;
   bool flag = false;
+  std::vector<std::string> precedence = {};
   std::vector<PlannedProperty> properties = {};
   std::vector<PlannedMethod> methods = {};
   /// Names of enumeration members; the ones that begin with "~" are hidden. Not empty: an enumeration.
@@ -79,6 +82,9 @@ struct Plan {
   std::vector<PlannedClass> classes;
   /// Dotted names.
   std::vector<std::string> functions;
+  /// A function "lab.declared" takes "x", of class double and size [: 3] with the validators f and g, and "mode", by
+  /// name, on or off; and it gives further outputs.
+  bool declaresArguments = false;
   /// Variables that hold a scalar object of the class, and one named "number" that holds 1x3 doubles.
   std::vector<std::pair<std::string, std::string>> objects;
 };

@@ -1,18 +1,78 @@
 #include <gtest/gtest.h>
 
+#include <boost/algorithm/string.hpp>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <set>
-#include <sstream>
 
-#include "tests/snapshot/BrokenTexts.h"
 #include "tests/snapshot/Faults.h"
 
 namespace {
 
+const char* const source = std::getenv("CONTEXTDATA_SOURCE");
+
+std::ifstream fileOfSource(const std::string& name) {
+  return std::ifstream(std::string(source == nullptr ? "." : source) + "/" + name);
+}
+
+/// A text that is no snapshot. The reason holds the culprit, or what was expected.
+struct BrokenText {
+  std::string text, code, pointer, reason;
+};
+
+/// What the cases leave out around their texts: a snapshot with a class, its property, a variable, an object.
+std::string completed(const std::string& around, const std::string& text) {
+  static const std::map<std::string, std::pair<std::string, std::string>> surroundings{
+      {"text", {"", ""}},
+      {"world", {R"({"format": 1, )", "}"}},
+      {"oneClass", {R"({"format": 1, "classes": [{"name": "lab.Pump", )", "}]}"}},
+      {"property",
+       {R"({"format": 1, "classes": [{"name": "lab.Pump", "properties": [{"name": "Flow", )", "}]}]}"}},
+      {"value", {R"({"format": 1, "workspace": [{"name": "x", "value": )", "}]}"}},
+      {"object",
+       {R"({"format": 1, "classes": [{"name": "P", "properties": ["a"], "members": ["m"]}],
+            "workspace": [{"name": "x", "value": {"object": "P", )",
+        "}}]}"}}};
+  const auto& [before, behind] = surroundings.at(around);
+  return before + text + behind;
+}
+
+/// Cells in cells.
+std::string nested(std::size_t depth) {
+  std::string text = "1";
+  for (std::size_t level = 0; level < depth; ++level) text = R"({"cell": [)" + text + "]}";
+  return completed("value", text);
+}
+
+/// Those that a line of a file does not hold.
+const std::vector<BrokenText> strangeTexts{
+    {"", "snapshot.empty", "", "nothing"},
+    {" \n\t", "snapshot.empty", "", "nothing"},
+    {"\xEF\xBB\xBF\n", "snapshot.empty", "", "nothing"},
+    {"{\"format\": 1,\n  \"classes\": [,]}", "snapshot.syntax", "/classes", "line 2, column 15"},
+    {"{\"format\": 1,\n\n \"components\": yes}", "snapshot.syntax", "/components", "line 3, column 16"},
+    {"{\"format\": 1, \"name\nspaces\": []}", "snapshot.syntax", "/format", "line 1"},
+    {std::string("{\"format\": 1\0}", 14), "snapshot.syntax", "/format", "column 13"},
+    {"{\"format\": 1, \"namespaces\": [\"l\xFF\"]}", "snapshot.not-utf8", "", "line 1, column 32"},
+    {"{\"format\": 1}\n// caf\xE9\n", "snapshot.not-utf8", "", "line 2, column 7"},
+    {"{\"format\": 1}\n// \xC3", "snapshot.not-utf8", "", "line 2, column 4"},
+    {std::string("\xFF\xFE{\0}\0", 6), "snapshot.not-utf8", "", "line 1, column 1"},
+    {nested(100), "snapshot.too-deep", "", "200 levels"},
+    {nested(50000), "snapshot.too-deep", "", "200 levels"},
+};
+
 std::vector<BrokenText> everyBrokenText() {
-  std::vector<BrokenText> texts = brokenShapes;
-  texts.insert(texts.end(), brokenWorlds.begin(), brokenWorlds.end());
+  std::vector<BrokenText> texts = strangeTexts;
+  std::ifstream file = fileOfSource("tests/snapshot/broken.cases");
+  std::vector<std::string> cells;
+  for (std::string line; std::getline(file, line);) {
+    if (line.empty() || line.starts_with('#')) continue;
+    boost::iter_split(cells, line += ' ', boost::algorithm::first_finder(" | "));
+    cells.resize(5);
+    texts.push_back({completed(cells[0], cells[1]), cells[2], cells[3], boost::trim_copy(cells[4])});
+  }
+  EXPECT_GT(texts.size(), 150U);
   return texts;
 }
 
@@ -48,7 +108,8 @@ TEST(BrokenSnapshots, NameTheLineOfTheCulprit) {
 
 // Wherever a good snapshot is cut off, it is no snapshot.
 TEST(BrokenSnapshots, TruncatedAtEveryByte) {
-  const std::string whole = object(R"("properties": {"a": {"structs": [{"s": "ä€😀"}]}}, "member": "m")");
+  const std::string whole =
+      completed("object", R"("properties": {"a": {"structs": [{"s": "ä€😀"}]}}, "member": "m")");
   ASSERT_FALSE(faultOfText(whole));
   for (std::size_t length = 0; length < whole.size(); ++length) {
     const auto fault = faultOfText(whole.substr(0, length));
@@ -60,7 +121,7 @@ TEST(BrokenSnapshots, TruncatedAtEveryByte) {
 
 TEST(BrokenSnapshots, LongCulpritsAreCut) {
   const std::string name(1000000, 'n');
-  const auto fault = faultOfText(oneClass(R"("superclasses": [")" + name + "\"]"));
+  const auto fault = faultOfText(completed("oneClass", R"("superclasses": [")" + name + "\"]"));
   ASSERT_TRUE(fault);
   EXPECT_EQ(fault->code(), "snapshot.unknown-class");
   EXPECT_LT(fault->reason().size(), 300U);
@@ -68,8 +129,7 @@ TEST(BrokenSnapshots, LongCulpritsAreCut) {
 
 /// The codes in the first column of the page's tables.
 std::set<std::string> documentedCodes() {
-  const char* source = std::getenv("CONTEXTDATA_SOURCE");
-  std::ifstream page(std::string(source ? source : ".") + "/docs/snapshot.md");
+  std::ifstream page = fileOfSource("docs/snapshot.md");
   const std::string rowStart = "| `snapshot.";
   std::set<std::string> codes;
   for (std::string line; std::getline(page, line);) {

@@ -107,8 +107,8 @@ class LanguageClient:
     def take_response(self, number):
         return self.take(lambda message: "method" not in message and message["id"] == number)
 
-    def take_notification(self, method):
-        return self.take(lambda message: message.get("method") == method)["params"]
+    def take_notification(self, method, wanted=lambda params: True):
+        return self.take(lambda message: message.get("method") == method and wanted(message["params"]))["params"]
 
     # Both.
 
@@ -119,9 +119,10 @@ class LanguageClient:
             raise AssertionError(response["error"])
         return response["result"]
 
-    def start(self, **capabilities):
+    def start(self, options=None, **capabilities):
         """Both halves of the beginning; what the server can do."""
-        abilities = self.ask("initialize", {"processId": None, "rootUri": None, "capabilities": capabilities})
+        abilities = self.ask("initialize", {"processId": None, "rootUri": None, "capabilities": capabilities,
+                                            "initializationOptions": options})
         self.notify("initialized", {})
         return abilities
 

@@ -22,7 +22,28 @@ PositionEncoding encodingOf(const Json& params) {
   return PositionEncoding::Utf16;
 }
 
+using frontend::CodePolicy;
+
+/// "initializationOptions": what an editor's settings can change. What is not understood is left as it was.
+void readOptions(const Json& options, Abilities& client) {
+  for (const CodePolicy policy : {CodePolicy::Never, CodePolicy::StoredValues, CodePolicy::Allowed}) {
+    if (valueAt(options, Path("/code")) == frontend::nameOf(policy)) client.policy = policy;
+  }
+  const Json& limit = valueAt(options, Path("/limit"));
+  if (limit.is_number_unsigned()) client.limit = limit.get<std::size_t>();
+  const Json& patience = valueAt(options, Path("/timeout"));
+  if (patience.is_number_unsigned())
+    client.patience = std::chrono::milliseconds(patience.get<std::uint32_t>());
+  client.hidden = flagAt(options, Path("/hidden"));
+}
+
 }  // namespace
+
+frontend::Options Abilities::options() const {
+  frontend::Options options{.policy = policy, .limit = limit, .hidden = hidden};
+  if (patience.count() > 0) options.deadline = std::chrono::steady_clock::now() + patience;
+  return options;
+}
 
 Abilities abilitiesOf(const Json& params) {
   const Path document("/capabilities/textDocument");
@@ -34,6 +55,10 @@ Abilities abilitiesOf(const Json& params) {
   client.markdownHover = listAtHas(params, document / "hover" / "contentFormat", "markdown");
   client.markdownDocumentation =
       listAtHas(params, document / "completion" / "completionItem" / "documentationFormat", "markdown");
+  client.newKinds = !valueAt(params, document / "completion" / "completionItemKind" / "valueSet").is_null();
+  client.parameterOffsets = flagAt(params, document / "signatureHelp" / "signatureInformation" /
+                                               "parameterInformation" / "labelOffsetSupport");
+  readOptions(valueAt(params, Path("/initializationOptions")), client);
   const Json& process = valueAt(params, Path("/processId"));
   if (process.is_number_unsigned()) client.process = process.get<int>();
   return client;

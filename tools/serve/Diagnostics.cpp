@@ -1,6 +1,5 @@
 #include "tools/serve/Diagnostics.h"
 
-#include <algorithm>
 #include <cstddef>
 
 #include "tools/Snapshot.h"
@@ -19,13 +18,6 @@ Json diagnostic(const Range& range, const std::string& code, const std::string& 
           {"code", code},
           {"source", "contextdata"},
           {"message", message}};
-}
-
-/// A line and a column of code, whose lines end with "\n" only, as an offset.
-std::size_t offsetOf(const std::u16string& text, int line, int column) {
-  std::size_t offset = 0;
-  for (; line > 1; --line) offset = std::min(text.find(u'\n', offset), text.size() - 1) + 1;
-  return std::min(offset + static_cast<std::size_t>(column) - 1, text.size());
 }
 
 bool isWord(char16_t unit) {
@@ -49,8 +41,8 @@ Json problemsOf(const Document& content) {
   }
   const auto failure = embedded::checkCode(text);
   if (!failure) return Json::array();
-  const std::size_t offset = offsetOf(text, failure->line, failure->column);
-  return Json::array({diagnostic(rangeAt(content, offset), failure->id, failure->message)});
+  const Range range = rangeAt(content, content.offsetInCode(failure->line, failure->column));
+  return Json::array({diagnostic(range, failure->id, failure->message)});
 }
 
 void publish(Client& client, Json params) {

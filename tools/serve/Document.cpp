@@ -51,10 +51,12 @@ Document::Document(std::u16string text, PositionEncoding encoding)
 
 void Document::findLines() {
   lineStarts_ = {0};
+  codeLineStarts_ = {0};
   for (std::size_t at = text_.find_first_of(u"\r\n"); at != std::u16string::npos;
        at = text_.find_first_of(u"\r\n", at)) {
     at += text_[at] == u'\r' && at + 1 < text_.size() && text_[at + 1] == u'\n' ? 2 : 1;
     lineStarts_.push_back(at);
+    if (text_[at - 1] == u'\n') codeLineStarts_.push_back(at);
   }
 }
 
@@ -84,6 +86,12 @@ Position Document::positionOf(std::size_t offset) const {
   std::size_t length = std::min(offset - lineStarts_[number], whole.size());
   if (length > 0 && length < whole.size() && isHigh(whole[length - 1]) && isLow(whole[length])) --length;
   return {number, charactersOf(whole.substr(0, length), encoding_)};
+}
+
+std::size_t Document::offsetInCode(int line, int column) const {
+  const auto number = static_cast<std::size_t>(line) - 1;
+  if (number >= codeLineStarts_.size()) return text_.size();
+  return std::min(codeLineStarts_[number] + static_cast<std::size_t>(column) - 1, text_.size());
 }
 
 void Document::replace(std::u16string text) {

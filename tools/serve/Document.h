@@ -43,6 +43,8 @@ class Document {
   /// An offset behind the end of the text is that end, one inside the end of a line the end of the line, and one
   /// inside a surrogate pair before it.
   Position positionOf(std::size_t offset) const;
+  /// The offset of a place as code counts it: from 1, and lines end with "\n" only.
+  std::size_t offsetInCode(int line, int column) const;
   Range rangeOf(std::size_t begin, std::size_t end) const { return {positionOf(begin), positionOf(end)}; }
 
   void replace(std::u16string text);
@@ -55,6 +57,7 @@ class Document {
   PositionEncoding encoding_;
   std::u16string text_;
   std::vector<std::size_t> lineStarts_;
+  std::vector<std::size_t> codeLineStarts_;
 };
 
 }  // namespace tools::serve

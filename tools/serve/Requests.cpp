@@ -2,12 +2,29 @@
 
 #include <map>
 
+#include "tools/serve/Completion.h"
 #include "tools/serve/Diagnostics.h"
+#include "tools/serve/Symbols.h"
+#include "tools/serve/Trace.h"
 
 namespace tools::serve {
 
-Json answerRequest(Context&, const std::string& method, const Json&) {
-  throw ResponseError{ErrorCode::MethodNotFound, "\"" + method + "\" is unknown"};
+namespace {
+
+using Answerer = Json (*)(Context& context, const Json& params);
+
+const std::map<std::string, Answerer> answerers = {{"textDocument/completion", completion},
+                                                   {"textDocument/documentSymbol", documentSymbols},
+                                                   {"workspace/symbol", workspaceSymbols},
+                                                   {"contextdata/trace", trace}};
+
+}  // namespace
+
+Json answerRequest(Context& context, const std::string& method, const Json& params) {
+  const auto found = answerers.find(method);
+  if (found == answerers.end())
+    throw ResponseError{ErrorCode::MethodNotFound, "\"" + method + "\" is unknown"};
+  return found->second(context, params);
 }
 
 void takeNotification(Context& context, const std::string& method, const Json& params) {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "frontend/Completion.h"
 #include "tools/serve/Abilities.h"
 #include "tools/serve/Client.h"
 #include "tools/serve/ClientProcess.h"
@@ -12,12 +15,22 @@
 
 namespace tools::serve {
 
+/// What the latest completion offered: what its items are resolved from.
+struct LatestCompletion {
+  std::uint64_t number = 0;
+  /// The text before what the candidates replace.
+  std::u16string before = {};
+  frontend::Place place = {};
+  std::vector<frontend::Candidate> candidates = {};
+};
+
 /// What every answer is made from.
 struct Context {
   Client& client;
   SessionFile& session;
   Abilities abilities = {};
   Documents documents = {};
+  LatestCompletion completion = {};
 };
 
 /// Answers what comes into the inbox, one after the other, on the thread that has activated the host.

@@ -17,8 +17,8 @@ SessionFile::~SessionFile() { inbox_.attach(nullptr); }
 void SessionFile::use(std::unique_ptr<embedded::Host> host) {
   inbox_.attach(nullptr);
   active_.reset();  // gives the thread back before it is taken again
-  active_.emplace(std::move(host));
-  inbox_.attach(&active_->host());
+  active_.emplace(std::move(host), inbox_);
+  inbox_.attach(active_->host.get());
 }
 
 void SessionFile::reload(Client& client) {

@@ -3,8 +3,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "embedded/Host.h"
+#include "frontend/Session.h"
+#include "tools/serve/CancellableSession.h"
 #include "tools/serve/Client.h"
 #include "tools/serve/Inbox.h"
 
@@ -20,21 +23,21 @@ class SessionFile {
   SessionFile& operator=(const SessionFile&) = delete;
 
   const std::string& file() const noexcept { return file_; }
-  embedded::Host& host() noexcept { return active_->host(); }
+  embedded::Host& host() noexcept { return *active_->host; }
+  frontend::Session& session() noexcept { return active_->session; }
 
   /// Takes the file as it is now, or tells the client why not and keeps what there is.
   void reload(Client& client);
 
  private:
-  /// A host, and this thread's.
-  class Active {
-   public:
-    explicit Active(std::unique_ptr<embedded::Host> host) : host_(std::move(host)), activation_(*host_) {}
-    embedded::Host& host() noexcept { return *host_; }
+  /// A host that is this thread's.
+  struct Active {
+    Active(std::unique_ptr<embedded::Host> loaded, Inbox& inbox)
+        : host(std::move(loaded)), activation(*host), session(*host, inbox) {}
 
-   private:
-    std::unique_ptr<embedded::Host> host_;
-    embedded::Activation activation_;
+    std::unique_ptr<embedded::Host> host;
+    embedded::Activation activation;
+    CancellableSession session;
   };
 
   void use(std::unique_ptr<embedded::Host> host);

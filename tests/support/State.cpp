@@ -1,4 +1,4 @@
-#include "tests/faults/State.h"
+#include "tests/support/State.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,6 @@
 #include "host/Exceptions.h"
 #include "host/Streams.h"
 #include "tests/support/Text.h"
-
-namespace faults {
 
 namespace {
 
@@ -33,13 +31,17 @@ int sinksLeftOn(KLStream& stream) {
 State::State(embedded::Host& host, const std::string& hostOperation)
     : host_(host),
       modeMayStay_(hostOperation.starts_with("matrix::") && hostOperation.ends_with("ErrorMode")),
-      sinkMayStay_(hostOperation == "services::io::KLStream::pop") {
+      sinkMayStay_(hostOperation.ends_with("KLStream::pop")),
+      mayPrint_(sinkMayStay_ || hostOperation.ends_with("KLStream::flush")) {
   matrix::setErrorMode(ownMode);
+  host_.takeOutput();
   before_ = shown();
 }
 
 std::vector<std::string> State::shown() const {
-  std::vector<std::string> all{"frames " + std::to_string(host_.frames().size())};
+  const embedded::ReferenceAudit audit = embedded::Host::references();
+  std::vector<std::string> all{"references " + std::to_string(audit.added - audit.dropped),
+                               "frames " + std::to_string(host_.frames().size())};
   const auto* folder = Kdispatcher::getDispatcher()->GetCurrentWorkingFolder();
   all.push_back("folder " + ::shown(folder->get().getLocation().text()));
   for (const std::string& name : host_.variableNames()) {
@@ -52,6 +54,8 @@ std::vector<std::string> State::shown() const {
 
 void State::expectUnchanged() const {
   EXPECT_EQ(before_, shown());
+  const std::u16string printed = host_.takeOutput();
+  EXPECT_TRUE(printed.empty() || mayPrint_) << ::shown(printed);
   for (KLStream* stream : {&KLStream::KLOut(), &KLStream::KLErr()}) {
     const int left = sinksLeftOn(*stream);
     EXPECT_TRUE(left == 0 || sinkMayStay_) << left << " sinks are left";
@@ -59,5 +63,3 @@ void State::expectUnchanged() const {
   EXPECT_TRUE(matrix::getErrorMode() == ownMode || modeMayStay_) << "error mode";
   matrix::setErrorMode(ownMode);
 }
-
-}  // namespace faults

@@ -1,0 +1,156 @@
+// What the array API says of values, all of them made by code.
+
+#include <boost/algorithm/string/join.hpp>
+
+#include "host/Arrays.h"
+#include "host/Interpreter.h"
+#include "host/Text.h"
+#include "tests/host/Rows.h"
+
+namespace {
+
+using world::InLab;
+using world::runs;
+using Value = boost::intrusive_ptr<kxArray_tag>;
+namespace text = Tamsix::String;
+
+Value valueOf(const std::string& expression) {
+  kxArray_tag* slot = nullptr;
+  EXPECT_EQ(0, inEvalExp(fl::i18n::to_ustring(expression), 1, &slot, false, Tamsix::orvo::EvalSource::Query))
+      << expression;
+  return {slot, false};
+}
+
+/// Class, size, and which of the questions the value answers with yes.
+std::string about(const kxArray_tag* value) {
+  std::vector<std::string> words{kxGetClassName(value)};
+  kxCompleteDimensions(value);
+  for (std::size_t at = 0; at < kxGetNumberOfDimensions(value); ++at)
+    words.push_back(std::to_string(kxGetDimensions(value)[at]));
+  const std::pair<const char*, bool> answers[] = {
+      {"scalar", kxIsScalar(value)},       {"empty", kxIsEmpty(value)},
+      {"object", kxIsObject(value)},       {"opaque", kxIsOpaque(value)},
+      {"string", text::isString(value)},   {"text", text::isNonMissingScalarText(value)},
+      {"kcos", omIsKCOS(value)},           {"true", kxIsLogicalScalarTrue(value)},
+      {"lazy", kxHasLazyDimensions(value)}};
+  for (const auto& [word, answer] : answers)
+    if (answer) words.emplace_back(word);
+  return boost::algorithm::join(words, " ");
+}
+
+TEST_F(InLab, ValuesSayWhatTheyAre) {
+  struct {
+    const char* expression;
+    int code;
+    const char* about;
+  } const rows[] = {{"5", 6, "double 1 1 scalar"},
+                    {"[1 2; 3 4; 5 6]", 6, "double 3 2"},
+                    {"[]", 6, "double 0 0 empty"},
+                    {"zeros(2, 3, 2)", 6, "double 2 3 2"},
+                    {"true", 3, "logical 1 1 scalar true"},
+                    {"false", 3, "logical 1 1 scalar"},
+                    {"[true true]", 3, "logical 1 2"},
+                    {"'text'", 4, "char 1 4 text"},
+                    {"['a'; 'b']", 4, "char 2 1"},
+                    {"\"text\"", 16, "string 1 1 scalar string text"},
+                    {"missing", 16, "string 1 1 scalar string"},
+                    {"[\"a\" \"b\"]", 16, "string 1 2 string"},
+                    {"{1, 'a'}", 1, "cell 1 2"},
+                    {"{}", 1, "cell 0 0 empty"},
+                    {"struct('a', {1, 2})", 2, "struct 1 2"},
+                    {"pump", 19, "lab.Pump 1 1 scalar object kcos"},
+                    {"[pump pump]", 19, "lab.Pump 1 2 object kcos"}};
+  for (const auto& row : rows) {
+    ASSERT_TRUE(runs());
+    const Value value = valueOf(row.expression);
+    EXPECT_EQ(row.about, about(value.get())) << row.expression;
+    EXPECT_EQ(row.code, std::min(kxGetClassID(value.get()), 19)) << row.expression;
+    EXPECT_TRUE(kxIsA(value.get(), kxGetClassName(value.get()).c_str())) << row.expression;
+    EXPECT_FALSE(kxIsA(value.get(), "tall") || kxIsA(value.get(), "java")) << row.expression;
+  }
+}
+
+/// The text of a value by each accessor, or "-" where that throws.
+std::string textsOf(const kxArray_tag* value) {
+  std::string all;
+  for (auto* accessor : {&matrix::get_ustring, &text::getScalarText, &text::getString}) try {
+      all += fl::i18n::to_string(accessor(value)) + "|";
+    } catch (const foundation::core::except::Exception&) {
+      all += "-|";
+    }
+  return all;
+}
+
+TEST_F(InLab, TextIsThatOfRowsAndOfStringScalars) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"'text'", "text|text|-|"},  {"\"text\"", "text|text|text|"}, {"''", "||-|"},  {"missing", "-|-|-|"},
+      {"[\"a\" \"b\"]", "-|-|-|"}, {"['a'; 'b']", "-|-|-|"},        {"5", "-|-|-|"}, {"{'a'}", "-|-|-|"}};
+  for (const auto& [expression, texts] : rows) {
+    ASSERT_TRUE(runs());
+    EXPECT_EQ(texts, textsOf(valueOf(expression).get())) << expression;
+  }
+  EXPECT_THROW(text::getScalarText(valueOf("missing").get()), KORVAL::string::MissingNotSupported);
+  EXPECT_THROW(text::getScalarText(nullptr), KORVAL::string::MustBeStringScalarOrCharacterVector);
+  EXPECT_EQ(u"\u00e4", text::getString(Value(matrix::create(u"\u00e4"), false).get()));
+  EXPECT_EQ("string 1 1 scalar string text", about(Value(kxCreateString("a"), false).get()));
+}
+
+TEST_F(InLab, ContentsAreBorrowedAndInColumnOrder) {
+  ASSERT_TRUE(runs());
+  const Value grid = valueOf("[1 2; 3 4]"), word = valueOf("'ab'"), cell = valueOf("{1, 'a'}");
+  EXPECT_EQ((std::vector<double>{1, 3, 2, 4}),
+            std::vector<double>(kxGetDoubles(grid.get()), kxGetDoubles(grid.get()) + 4));
+  EXPECT_EQ(u"ab", std::u16string(kxGetCharacters(word.get()), 2));
+  EXPECT_EQ("char 1 1 scalar text", about(kxGetCell(cell.get(), 1)));
+  EXPECT_ANY_THROW(kxGetCell(cell.get(), 2));
+  const Value structures = valueOf("struct('a', {1, 2}, 'b', 'c')");
+  ASSERT_EQ(2, structures->get_number_of_struct_fields());
+  EXPECT_STREQ("b", structures->get_struct_field_names()[1]);
+  EXPECT_EQ(2, *kxGetDoubles(kxGetField(structures.get(), 1, "a")));
+  EXPECT_EQ(nullptr, kxGetField(structures.get(), 0, "A"));
+  EXPECT_LE(grid->get_number_of_struct_fields(), 0);
+}
+
+TEST_F(InLab, CellsTakeOverWhatIsStored) {
+  ASSERT_TRUE(runs());
+  const std::int64_t before = world::testedHost().liveValues();
+  const std::size_t size[] = {2, 2};
+  Value cell(kxCreateCell(2, size), false);
+  EXPECT_EQ("cell 2 2", about(cell.get()));
+  EXPECT_EQ(nullptr, kxGetCell(cell.get(), 3));
+  kxArray_tag* const first = kxCreateString("a");
+  kxSetCell(cell.get(), 3, first);
+  EXPECT_EQ(first, kxGetCell(cell.get(), 3));
+  kxSetCell(cell.get(), 3, kxCreateString("b"));
+  kxSetCell(cell.get(), 0, kxCreateString("c"));
+  kxSetCell(cell.get(), 0, nullptr);
+  EXPECT_ANY_THROW(kxSetCell(cell.get(), 4, kxCreateString("d")));
+  EXPECT_EQ(nullptr, kxGetCell(cell.get(), 0));
+  cell.reset();
+  if (runs(world::Capability::CountsValues)) {
+    EXPECT_EQ(before, world::testedHost().liveValues());
+  }
+}
+
+TEST_F(InLab, ClassReferencesLeadToMembers) {
+  ASSERT_TRUE(runs());
+  const Value pump(kxCreateClassArray("lab.Pump"), false), color(kxCreateClassArray("lab.Color"), false);
+  ASSERT_TRUE(pump && color);
+  EXPECT_FALSE(Value(kxCreateClassArray("lab.Nothing"), false));
+  EXPECT_FALSE(Value(kxFindTypeMember(pump.get(), "nothing"), false));
+  EXPECT_TRUE(Value(kxFindTypeMember(pump.get(), "stop"), false));
+  const Value red(kxFindTypeMember(color.get(), "Red"), false);
+  ASSERT_TRUE(red);
+  EXPECT_EQ("Red", world::classNamed("lab.Color").getEnumerationMemberName(red.get()));
+}
+
+TEST(ValidNames, AreCountedFromTheStart) {
+  const std::pair<const char*, int> rows[] = {{"", 0},   {"a", 1},   {"a1_b c", 4}, {"1a", 0},
+                                              {"_a", 0}, {"a.b", 1}, {" a", 0},     {"a\xc3\xa4", 1}};
+  for (const auto& [name, count] : rows) {
+    ASSERT_TRUE(runs());
+    EXPECT_EQ(count, kxIsValidKorvalNameCount(name)) << name;
+  }
+}
+
+}  // namespace

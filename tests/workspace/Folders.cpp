@@ -1,0 +1,92 @@
+#include <contextdata/Workspace/SearchPath.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+#include "tests/workspace/Workspace.h"
+
+namespace {
+
+using workspace::Names;
+namespace files = std::filesystem;
+
+/// Two folders of one name on the path; the second one's folder is the current one.
+class Folders : public testing::Test {
+ protected:
+  Folders() {
+    for (const char* name : {"first/@p", "second/@p"}) {
+      files::create_directories(root_ / name);
+      description_.path.push_back({embedded::PathItemDescription::Package, (root_ / name).string()});
+    }
+    write("first/@p/first.k");
+    description_.currentFolder = (root_ / "second").string();
+    host_ = std::make_unique<embedded::Host>(description_);
+    active_.emplace(*host_);
+  }
+  ~Folders() override {
+    active_.reset();
+    files::remove_all(root_);
+  }
+
+  void write(const std::string& name) { std::ofstream(root_ / name).flush(); }
+  static Names listed(const std::u16string& folder) {
+    Names names;
+    getWhatList(folder, names, ".k");
+    return names;
+  }
+
+  files::path root_ = files::temp_directory_path() / ("folders-" + std::to_string(::getpid()));
+  embedded::Description description_;
+  std::unique_ptr<embedded::Host> host_;
+  std::optional<embedded::Activation> active_;
+};
+
+TEST_F(Folders, OfTwentyThousandEntriesAreListedQuickly) {
+  for (int count = 0; count < 20000; ++count) write("second/@p/f" + std::to_string(100000 + count) + ".k");
+  const auto before = std::chrono::steady_clock::now();
+  const Names names = listed(u"@p");
+  EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(2));
+  ASSERT_EQ(names.size(), 20001U);
+  EXPECT_EQ(names[0], u"first.k");
+  EXPECT_TRUE(std::is_sorted(names.begin() + 1, names.end()));
+}
+
+TEST_F(Folders, AreAskedForByTheirPathAndAStarAlsoAtTheRoot) {
+  const std::pair<std::string, std::string> rows[] = {{root_ / "second", root_ / "second/*"}, {"/", "//*"}};
+  for (const auto& [folder, pattern] : rows) {
+    description_.currentFolder = folder;
+    embedded::Host host(description_);
+    const embedded::Activation active(host);
+    host.startLog();
+    listed(u"");
+    std::string asked;
+    for (const embedded::Call& call : host.takeLog())
+      if (call.operation == "ioGetDirList") asked += call.arguments;
+    EXPECT_EQ(asked, "\"" + pattern + "\", 1");
+  }
+}
+
+TEST_F(Folders, ThatVanishHoldNothing) {
+  host_->setFault({"ioGetDirList", 1, false, [&] { files::remove_all(root_ / "first"); }});
+  write("second/@p/left.k");
+  EXPECT_EQ(listed(u"@p"), Names{u"left.k"});
+  files::remove_all(root_ / "second");
+  EXPECT_EQ(listed(u""), Names{});
+}
+
+TEST_F(Folders, ThatCannotBeReadCostTheWholeVisit) {
+  files::permissions(root_ / "second", files::perms::all);
+  files::permissions(root_ / "second/@p", files::perms::none);
+  // Permissions are nothing to the superuser, who becomes somebody else for as long as the query takes.
+  const uid_t user = ::geteuid();
+  ASSERT_TRUE(user != 0 || ::seteuid(65534) == 0) << "whoever may read everything cannot see this";
+  EXPECT_EQ(listed(u"@p"), Names{});
+  ASSERT_EQ(::seteuid(user), 0);
+  files::permissions(root_ / "second/@p", files::perms::all);
+  EXPECT_EQ(listed(u"@p"), Names{u"first.k"});
+}
+
+}  // namespace

@@ -1,0 +1,92 @@
+#include <contextdata/Workspace/ExecutionFrames.h>
+
+#include <cstring>
+#include <optional>
+
+#include "tests/workspace/Workspace.h"
+
+namespace {
+
+using namespace workspace;
+using Frames = std::vector<const IExecutionFrame*>;
+
+/// Notes the functions of the frames that it meets.
+struct Walk : Tamsix::orvo::IFrameVisitor {
+  void visitFunctionFrame(const FunctionExecutionFrame& frame) override {
+    met.push_back(&frame);
+    functions.push_back(frame.function());
+  }
+  Frames met;
+  std::vector<const Kfh_KORVAL_fn*> functions;
+};
+
+class ExecutionFrames : public Workspace {};
+
+TEST_F(ExecutionFrames, AreOnTheStackAsLongAsTheyLive) {
+  std::optional<FunctionExecutionFrame> outer(std::in_place, host_->function("plain"));
+  {
+    const FunctionExecutionFrame inner(nullptr);
+    EXPECT_EQ(host_->frames(), (Frames{&inner, &*outer}));
+    try {
+      const FunctionExecutionFrame unwound(host_->function("ns.f"));
+      EXPECT_EQ(host_->frames(), (Frames{&unwound, &inner, &*outer}));
+      throw 1;
+    } catch (int) {
+    }
+    EXPECT_EQ(host_->frames(), (Frames{&inner, &*outer}));
+    // They need not go in the order of their coming.
+    const IExecutionFrame* left = &inner;
+    outer.reset();
+    EXPECT_EQ(host_->frames(), Frames{left});
+  }
+  EXPECT_TRUE(host_->frames().empty());
+}
+
+TEST_F(ExecutionFrames, AreVisitedAsWhatTheyAre) {
+  const Kfh_KORVAL_fn* plain = host_->function("plain");
+  const Kfh_KORVAL_fn* other = host_->function("ns.f");
+  const FunctionExecutionFrame outer(plain), middle(nullptr), inner(other);
+  Walk walk;
+  for (const IExecutionFrame* frame : host_->frames()) frame->accept(walk);
+  EXPECT_EQ(walk.met, (Frames{&inner, &middle, &outer}));
+  EXPECT_EQ(walk.functions, (std::vector<const Kfh_KORVAL_fn*>{other, nullptr, plain}));
+}
+
+TEST_F(ExecutionFrames, LeaveTheirFunctionAlone) {
+  // No function is there: whoever followed the reference would crash.
+  const auto* nowhere = reinterpret_cast<const Kfh_KORVAL_fn*>(0x10);
+  const FunctionExecutionFrame frame(nowhere);
+  EXPECT_EQ(frame.function(), nowhere);
+}
+
+TEST_F(ExecutionFrames, AreNotMadeWhenPushingFails) {
+  host_->setFault({"Tamsix::orvo::pushFrame", 1, false, [] { throw 42; }});
+  EXPECT_THROW(FunctionExecutionFrame(nullptr), int);
+  EXPECT_TRUE(host_->frames().empty());
+}
+
+TEST_F(ExecutionFrames, MayOutliveTheirHost) {
+  std::optional<FunctionExecutionFrame> frame;
+  {
+    embedded::Host other((embedded::Description()));
+    const embedded::Activation active(other);
+    frame.emplace(nullptr);
+    EXPECT_EQ(other.frames().size(), 1U);
+  }
+  EXPECT_TRUE(host_->frames().empty());
+  frame.reset();
+}
+
+/// The place of a virtual operation behind the destructor's two, as the interpreter's own compiler sees it.
+TEST_F(ExecutionFrames, HaveTheirOperationsInOrder) {
+  const auto slotOf = [](auto operation) {
+    long slot = 0;
+    std::memcpy(&slot, &operation, sizeof slot);
+    return (slot & ~1L) / static_cast<long>(sizeof(void*));
+  };
+  EXPECT_EQ(slotOf(&IExecutionFrame::accept), 2);
+  EXPECT_EQ(slotOf(&FunctionExecutionFrame::accept), 2);
+  EXPECT_EQ(slotOf(&Tamsix::orvo::IFrameVisitor::visitFunctionFrame), 2);
+}
+
+}  // namespace

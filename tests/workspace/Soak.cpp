@@ -1,0 +1,59 @@
+#include <malloc.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+
+#include "tests/workspace/Queries.h"
+
+namespace {
+
+using namespace workspace;
+
+#if defined(__SANITIZE_ADDRESS__)
+// Freed memory stays resident there, and leaks are found otherwise: only the references are counted.
+constexpr bool memoryIsComparable = false;
+#elif defined(__has_feature)
+constexpr bool memoryIsComparable = !__has_feature(address_sanitizer);
+#else
+constexpr bool memoryIsComparable = true;
+#endif
+
+std::size_t residentBytes() {
+  ::malloc_trim(0);
+  std::size_t total = 0, resident = 0;
+  std::ifstream("/proc/self/statm") >> total >> resident;
+  return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+}
+
+std::uint64_t queryCount() {
+  const char* asked = std::getenv("CONTEXTDATA_SOAK");
+  if (asked != nullptr) return std::strtoull(asked, nullptr, 10);
+  return memoryIsComparable ? 100'000 : 20'000;
+}
+
+class Soak : public Workspace {};
+
+TEST_F(Soak, OfMixedQueriesKeepsMemoryFlat) {
+  std::vector<Row> rows;
+  for (Row& row : rowsOfQueries())
+    if (row.text.find('*') == std::string::npos) rows.push_back(std::move(row));
+  const auto ask = [&](std::uint64_t from, std::uint64_t to) {
+    for (std::uint64_t at = from; at < to; ++at) {
+      const Row& row = rows[at % rows.size()];
+      answerTo(*host_, row, valueFor(row));
+    }
+    return std::pair(residentBytes(), embedded::Host::references().values);
+  };
+  // Both ends are in the same place of the table.
+  const std::uint64_t first = 10'000 - 10'000 % rows.size(), last = queryCount() - queryCount() % rows.size();
+  ASSERT_GT(last, first);
+  const auto [bytesBefore, valuesBefore] = ask(0, first);
+  const auto [bytesAfter, valuesAfter] = ask(first, last);
+  EXPECT_EQ(valuesAfter, valuesBefore);
+  EXPECT_TRUE(!memoryIsComparable || bytesAfter <= bytesBefore + (1U << 20U))
+      << last << " queries: from " << bytesBefore << " to " << bytesAfter;
+  RecordProperty("queries", std::to_string(last));
+}
+
+}  // namespace

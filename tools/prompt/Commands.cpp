@@ -10,6 +10,7 @@
 
 #include "tools/Snapshot.h"
 #include "tools/Text.h"
+#include "tools/prompt/Questions.h"
 
 namespace tools::prompt {
 
@@ -30,6 +31,12 @@ struct Command {
   CommandEnding (*run)(LiveSession& live, const std::string& argument);
 };
 
+CommandEnding explainName(LiveSession& live, const std::string& argument) {
+  if (argument.empty()) throw CommandError{"prompt.usage", ":explain needs a name"};
+  std::cout << explain(live, utf_to_utf<char16_t>(argument)) << std::flush;
+  return CommandEnding::Fine;
+}
+
 CommandEnding trace(LiveSession& live, const std::string& argument) {
   if (argument != "on" && argument != "off") throw CommandError{"prompt.usage", ":trace on, or :trace off"};
   live.trace.turn(argument == "on");
@@ -49,6 +56,8 @@ CommandEnding quit(LiveSession&, const std::string&) { return CommandEnding::Qui
 CommandEnding help(LiveSession& live, const std::string& argument);
 
 constexpr std::array commands = {
+    Command{":explain", "NAME", "why a name is offered, or is not, for instance pump.Calibration",
+            explainName},
     Command{":trace", "on|off", "show what each request asks the host, and whether code ran", trace},
     Command{":save", "FILE", "write the session as it is now to a snapshot", save},
     Command{":help", "", "show this", help},
@@ -59,7 +68,8 @@ CommandEnding help(LiveSession&, const std::string&) {
   std::cout << "Lines are code, and run in the session when Enter is pressed. TAB completes, a second TAB\n"
                "shows hidden names, too. Ctrl-C stops what is running, or drops the line.\n";
   for (const Command& command : commands) {
-    std::string usage = std::string(command.name) + " " + std::string(command.argument);
+    std::string usage =
+        std::string(command.name) + (command.name == "?" ? "" : " ") + std::string(command.argument);
     usage.resize(std::max<std::size_t>(usage.size(), 16), ' ');
     std::cout << "  " << usage << " " << command.help << '\n';
   }

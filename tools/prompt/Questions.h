@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+#include "tools/prompt/LiveSession.h"
+
+namespace tools::prompt {
+
+/// Why a dotted name is offered at the place it names, or is not; whole lines.
+std::string explain(LiveSession& live, const std::u16string& name);
+
+}  // namespace tools::prompt

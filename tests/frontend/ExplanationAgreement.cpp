@@ -1,0 +1,304 @@
+// Explanations of every name of generated worlds: they say what completion offers, and each reason that names a way to the
+// name is followed.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+#include <set>
+
+#include "frontend/Explanation.h"
+#include "tests/frontend/LineCases.h"
+#include "tests/support/Text.h"
+
+namespace {
+
+using embedded::ClassDescription;
+using embedded::Description;
+using frontend::Explanation;
+using frontend::Rule;
+
+const char* const mixin = "korval.mixin.internal.indexing.DisallowCompletionOfDotMethodNames";
+
+std::u16string wide(const std::string& text) { return {text.begin(), text.end()}; }
+
+/// A world that a seed stands for: some classes, and an object of each that can have one.
+class Seeded {
+ public:
+  explicit Seeded(std::uint32_t seed) : random_(seed) {}
+
+  Description world() {
+    Description world;
+    for (int at = 0, count = below(4) + 2; at < count; ++at) addClass(world, at);
+    world.classes.push_back({.name = mixin});
+    for (const ClassDescription& made : world.classes) {
+      if (made.broken) continue;
+      embedded::ObjectValue object{.className = made.name, .properties = {}};
+      if (made.enumeration) object.member = "m";
+      world.workspace.push_back({"o" + made.name.substr(0, 2), {object}});
+    }
+    return world;
+  }
+
+ private:
+  int below(int limit) { return static_cast<int>(random_() % static_cast<std::uint32_t>(limit)); }
+  bool oneIn(int count) { return below(count) == 0; }
+
+  void addClass(Description& world, int at) {
+    ClassDescription made;
+    made.name = at == 0 && oneIn(8) ? "table" : "C" + std::to_string(at);
+    for (const ClassDescription& above : world.classes)
+      if (oneIn(2) && !above.enumeration) made.superclasses.push_back(above.name);
+    if (oneIn(10)) made.superclasses.push_back(mixin);
+    made.order = oneIn(2) ? embedded::WalkOrder::OwnFirst : embedded::WalkOrder::InheritedFirst;
+    made.enumeration = oneIn(8);
+    made.broken = !made.enumeration && oneIn(10);
+    if (made.enumeration) made.members = {{.name = "m"}, {.name = "h", .hidden = true}};
+    for (int member = below(5); member > 0; --member) addMembers(world, made);
+    world.classes.push_back(made);
+  }
+
+  void addMembers(const Description& world, ClassDescription& to) {
+    static const char* const names[] = {"a", "b", "c", "plus", "subsref"};
+    embedded::PropertyDescription property{.name = names[below(3)]};
+    property.get = access(world, to);
+    property.set = oneIn(3) ? embedded::Access{5, {}} : access(world, to);
+    property.hidden = oneIn(3);
+    if (oneIn(4)) property.getter = "1";
+    const bool isKnown =
+        std::ranges::any_of(to.properties, [&](const auto& other) { return other.name == property.name; });
+    if (!isKnown) to.properties.push_back(property);
+    to.methods.push_back({.name = oneIn(6) ? to.name : names[below(5)],
+                          .access = access(world, to),
+                          .isStatic = oneIn(3),
+                          .hidden = oneIn(3)});
+  }
+
+  embedded::Access access(const Description& world, const ClassDescription& here) {
+    static const int levels[] = {0, 0, 0, 1, 2, 2, 4, 3};
+    embedded::Access access{levels[below(8)], {}};
+    if (access.level == 4 || oneIn(6))
+      access.classes = {world.classes.empty() ? here.name
+                                              : world.classes[random_() % world.classes.size()].name};
+    return access;
+  }
+
+  std::mt19937 random_;
+};
+
+/// What is asked: behind an object, behind its class, or as a function of the object.
+struct Line {
+  std::u16string text;
+  std::size_t cursor = 0;
+};
+
+class Checked {
+ public:
+  Checked(const Description& world, frontend::Session& session, frontend::CodePolicy policy)
+      : world_(world), session_(session) {
+    options_.policy = policy;
+    options_.limit = 10000;
+    for (const auto& variable : world.workspace) variables_.insert(variable.name);
+  }
+
+  void check() {
+    for (const ClassDescription& asked : world_.classes) {
+      const auto lines = linesOf(asked);
+      for (const Line& line : lines)
+        for (const std::string& caller : callers())
+          for (const bool hidden : {false, true}) check(asked, line, lines, caller, hidden);
+    }
+  }
+
+  std::map<Rule, std::size_t> counts;
+
+ private:
+  std::vector<Line> linesOf(const ClassDescription& asked) const {
+    std::vector<Line> lines{{wide(asked.name + "."), asked.name.size() + 1}};
+    const std::string variable = "o" + asked.name.substr(0, 2);
+    if (!variables_.contains(variable)) return lines;
+    lines.push_back({wide(variable + "."), variable.size() + 1});
+    lines.push_back({wide("(" + variable + ")"), 0});
+    return lines;
+  }
+
+  std::vector<std::string> callers() const {
+    std::vector<std::string> names{""};
+    for (const ClassDescription& made : world_.classes) names.push_back(made.name);
+    return names;
+  }
+
+  void check(const ClassDescription& asked, const Line& line, const std::vector<Line>& lines,
+             const std::string& caller, bool hidden) {
+    frontend::Options options = options_;
+    options.hidden = hidden;
+    const auto offered = offers(line, caller, options);
+    for (const std::string& name : namesToAsk()) {
+      SCOPED_TRACE(shown(line.text) + " " + name + ", class '" + caller + "'" + (hidden ? ", hidden" : ""));
+      const Explanation explanation =
+          frontend::explain(session_, line.text, line.cursor, wide(name), placeOf(caller), options);
+      ASSERT_EQ(explanation.isOffered, offered.contains(wide(name))) << reasonsOf(explanation);
+      ASSERT_EQ(has(explanation, Rule::Offered), explanation.isOffered) << reasonsOf(explanation);
+      ASSERT_FALSE(explanation.reasons.empty());
+      for (const frontend::Reason& reason : explanation.reasons) ++counts[reason.rule];
+      if (!explanation.isOffered) followReasons(asked, explanation, wide(name), line, lines, caller, options);
+    }
+  }
+
+  /// Does what the reasons say is in the way, and looks whether the name comes.
+  void followReasons(const ClassDescription& asked, const Explanation& explanation,
+                     const std::u16string& name, const Line& line, const std::vector<Line>& lines,
+                     const std::string& caller, frontend::Options options) {
+    const bool exists = declares(asked, name);
+    const bool isUnknown = has(explanation, Rule::NotInThisClass) || has(explanation, Rule::Unknown);
+    EXPECT_EQ(exists, !isUnknown) << reasonsOf(explanation);
+    if (isUnknown) return;
+    if (has(explanation, Rule::NotOfferedHere)) return expectNothingHelps(asked, name, lines);
+    const std::pair<Rule, bool> facts[] = {{Rule::Constructor, isConstructor(asked, name)},
+                                           {Rule::Operator, name == u"plus" || name == u"subsref"},
+                                           {Rule::Mixin, derives(asked, mixin)},
+                                           {Rule::ExclusionTable, derives(asked, "table")},
+                                           {Rule::ShadowedBy, declarers(asked, name).size() > 1}};
+    for (const auto& [rule, isSo] : facts) EXPECT_TRUE(isSo || !has(explanation, rule)) << nameOf(rule);
+    for (const Rule rule : {Rule::Constructor, Rule::Operator, Rule::Mixin, Rule::ExclusionTable})
+      if (has(explanation, rule)) return;
+    options.hidden = options.hidden || has(explanation, Rule::Hidden);
+    std::set<std::string> asking{caller};
+    if (has(explanation, Rule::AccessLevel)) asking = declarers(asked, name);
+    if (has(explanation, Rule::AccessList)) asking = listed(asked, name);
+    const bool isElsewhere = has(explanation, Rule::Position);
+    const auto isOffered = [&](const Line& other) {
+      if (isElsewhere == (other.text == line.text)) return false;
+      return std::ranges::any_of(
+          asking, [&](const std::string& who) { return offers(other, who, options).contains(name); });
+    };
+    EXPECT_TRUE(std::ranges::any_of(lines, isOffered) || (isElsewhere && lines.size() == 1))
+        << reasonsOf(explanation);
+    if (asking != std::set{caller} || isElsewhere || !options.hidden) ++followed;
+  }
+
+  /// Wherever, whoever and however it is asked.
+  void expectNothingHelps(const ClassDescription& asked, const std::u16string& name,
+                          const std::vector<Line>& lines) {
+    frontend::Options options = options_;
+    options.hidden = true;
+    for (const Line& line : lines) {
+      if (line.cursor == 0 && isConstructor(asked, name)) continue;  // There it is the name of the class.
+      for (const std::string& caller : declarers(asked, name))
+        EXPECT_FALSE(offers(line, caller, options).contains(name)) << caller;
+    }
+  }
+
+  const std::set<std::u16string>& offers(const Line& line, const std::string& caller,
+                                         const frontend::Options& options) {
+    const auto key = std::tuple(line.text, caller, options.hidden);
+    if (const auto known = offers_.find(key); known != offers_.end()) return known->second;
+    auto& labels = offers_[key];
+    for (const auto& candidate :
+         frontend::complete(session_, line.text, line.cursor, placeOf(caller), options).candidates)
+      labels.insert(candidate.label);
+    return labels;
+  }
+
+  const ClassDescription& named(const std::string& name) const {
+    return *std::ranges::find(world_.classes, name, &ClassDescription::name);
+  }
+
+  /// The class and its ancestors.
+  void collect(const ClassDescription& from, std::set<std::string>& names) const {
+    names.insert(from.name);
+    for (const std::string& superclass : from.superclasses) collect(named(superclass), names);
+  }
+  std::set<std::string> tree(const ClassDescription& from) const {
+    std::set<std::string> names;
+    collect(from, names);
+    return names;
+  }
+  bool derives(const ClassDescription& from, const std::string& name) const {
+    return tree(from).contains(name);
+  }
+  bool isConstructor(const ClassDescription& asked, const std::u16string& name) const {
+    const auto names = tree(asked);
+    return std::ranges::any_of(names, [&](const std::string& known) { return wide(known) == name; });
+  }
+
+  template <class Use>
+  void eachDeclaration(const ClassDescription& asked, const std::u16string& name, Use use) const {
+    for (const std::string& at : tree(asked)) {
+      const ClassDescription& here = named(at);
+      for (const auto& property : here.properties)
+        if (wide(*property.name) == name) use(here, property.get), use(here, property.set);
+      for (const auto& method : here.methods)
+        if (wide(*method.name) == name) use(here, method.access);
+      for (const auto& member : here.members)
+        if (wide(*member.name) == name) use(here, embedded::Access{});
+    }
+  }
+  std::set<std::string> declarers(const ClassDescription& asked, const std::u16string& name) const {
+    std::set<std::string> names;
+    eachDeclaration(asked, name, [&](const ClassDescription& here, const auto&) { names.insert(here.name); });
+    return names;
+  }
+  std::set<std::string> listed(const ClassDescription& asked, const std::u16string& name) const {
+    std::set<std::string> names;
+    eachDeclaration(asked, name, [&](const ClassDescription&, const embedded::Access& access) {
+      names.insert(access.classes.begin(), access.classes.end());
+    });
+    return names;
+  }
+  bool declares(const ClassDescription& asked, const std::u16string& name) const {
+    return !declarers(asked, name).empty();
+  }
+
+  std::vector<std::string> namesToAsk() const {
+    std::vector<std::string> names{"a", "b", "c", "plus", "subsref", "m", "h", "nowhere"};
+    for (const ClassDescription& made : world_.classes)
+      if (made.name != mixin) names.push_back(made.name);
+    return names;
+  }
+
+  static bool has(const Explanation& explanation, Rule rule) {
+    return std::ranges::count(explanation.reasons, rule, &frontend::Reason::rule) > 0;
+  }
+  static std::string reasonsOf(const Explanation& explanation) {
+    std::string text;
+    for (const auto& reason : explanation.reasons)
+      text += std::string(nameOf(reason.rule)) + ": " + shown(reason.detail) + "\n";
+    return text;
+  }
+  static frontend::Place placeOf(const std::string& caller) { return {u"", wide(caller)}; }
+
+  const Description& world_;
+  frontend::Session& session_;
+  frontend::Options options_;
+  std::set<std::string> variables_;
+  std::map<std::tuple<std::u16string, std::string, bool>, std::set<std::u16string>> offers_;
+
+ public:
+  std::size_t followed = 0;
+};
+
+TEST(ExplanationAgreement, HoldsForEveryNameOfGeneratedWorlds) {
+  std::map<Rule, std::size_t> counts;
+  std::size_t followed = 0;
+  for (std::uint32_t seed = 1; seed <= 150 && !HasFailure(); ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const Description world = Seeded(seed).world();
+    embedded::Host host(world);
+    const embedded::Activation active(host);
+    tools::HostSession session(host);
+    TrappedSession trapped(host);
+    const bool never = seed % 2 == 0;
+    Checked checked(world, never ? static_cast<frontend::Session&>(trapped) : session,
+                    never ? frontend::CodePolicy::Never : frontend::CodePolicy::StoredValues);
+    checked.check();
+    for (const auto& [rule, count] : checked.counts) counts[rule] += count;
+    followed += checked.followed;
+  }
+  for (const auto& [rule, count] : counts) RecordProperty(nameOf(rule), static_cast<int>(count));
+  for (const auto& [rule, count] : counts) printf("%s %zu\n", nameOf(rule), count);
+  printf("followed %zu\n", followed);
+}
+
+}  // namespace

@@ -4,6 +4,7 @@
 #include "tools/Describe.h"
 #include "tools/Eval.h"
 #include "tools/ExitCode.h"
+#include "tools/Explain.h"
 #include "tools/Interrupt.h"
 #include "tools/Query.h"
 #include "tools/Serve.h"
@@ -26,6 +27,7 @@ int main(int argc, char** argv) {
   int status = tools::Usage;
   tools::addQuery(app, status);
   tools::addComplete(app, status);
+  tools::addExplain(app, status);
   tools::addDescribe(app, status);
   tools::addEval(app, status);
   tools::addServe(app, status);

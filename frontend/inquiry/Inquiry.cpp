@@ -13,6 +13,14 @@ Inquiry::Inquiry(Session& session, const Place& place, const Options& options)
   session_.beginRequest(options.policy, options.deadline);
 }
 
+Inquiry::Inquiry(const Inquiry& running, const Place& place, const Options& options, Lenience lenience)
+    : session_(running.session_),
+      place_(place),
+      options_(options),
+      lenience_(lenience),
+      isRunning_(false),
+      needed_(options.policy) {}
+
 Inquiry::~Inquiry() {
   if (isRunning_) session_.endRequest();
 }

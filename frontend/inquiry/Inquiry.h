@@ -14,10 +14,20 @@ namespace frontend {
 /// Thrown to stop answering: the request has been asked to stop.
 struct Stopped {};
 
+/// What completion leaves out on purpose, and what it would be like without that. Only explanations ask so.
+struct Lenience {
+  bool constructors = false;
+  bool operators = false;
+  /// Methods of classes that complete none at the position.
+  bool anyContext = false;
+};
+
 class Inquiry {
  public:
   /// Begins the request; what the session throws passes.
   Inquiry(Session& session, const Place& place, const Options& options);
+  /// A running request asked otherwise: begins none, and ends none. Borrows all it is given.
+  Inquiry(const Inquiry& running, const Place& place, const Options& options, Lenience lenience);
   ~Inquiry();
   Inquiry(const Inquiry&) = delete;
   Inquiry& operator=(const Inquiry&) = delete;
@@ -28,6 +38,7 @@ class Inquiry {
   Session& session() const noexcept { return session_; }
   const Place& place() const noexcept { return place_; }
   const Options& options() const noexcept { return options_; }
+  const Lenience& lenience() const noexcept { return lenience_; }
 
   /// The policy goes at least so far. Otherwise it is noted that more was needed, to look at `what`.
   bool mayUse(CodePolicy policy, const std::u16string& what);
@@ -43,6 +54,7 @@ class Inquiry {
   Session& session_;
   const Place& place_;
   const Options& options_;
+  const Lenience lenience_ = {};
   bool isRunning_ = true;
   CodePolicy needed_;
   std::u16string withheld_;

@@ -1,7 +1,12 @@
 #include "frontend/members/Access.h"
 
+#include <contextdata/KCOSIntrospection.h>
+
 #include <algorithm>
+#include <iterator>
+#include <map>
 #include <memory>
+#include <utility>
 
 namespace frontend {
 
@@ -12,6 +17,7 @@ namespace {
 constexpr std::int32_t publicLevel = 0;
 constexpr std::int32_t protectedLevel = 1;
 constexpr std::int32_t privateLevel = 2;
+constexpr std::int32_t listedLevel = 4;
 
 bool sharesAncestor(const ClassInfo& caller, const ClassInfo& asked) {
   return caller.isA(asked.classId) ||
@@ -21,10 +27,24 @@ bool sharesAncestor(const ClassInfo& caller, const ClassInfo& asked) {
 
 bool isWider(const std::vector<std::int32_t>& levels) { return levels.size() > 1; }
 
-template <class Infos>
-void dropRepeated(Infos& infos) {
+void dropRepeated(std::vector<PropertyInfo>& properties) {
   std::set<std::u16string> seen;
-  std::erase_if(infos, [&](const auto& info) { return !seen.insert(info.name).second; });
+  std::erase_if(properties, [&](const PropertyInfo& property) { return !seen.insert(property.name).second; });
+}
+
+/// Of methods that are defined anew the new one stays, where the first one stood.
+void dropRepeated(std::vector<MethodInfo>& methods) {
+  std::map<std::u16string, MethodInfo*> kept;
+  std::vector<MethodInfo> first;
+  first.reserve(methods.size());
+  for (MethodInfo& method : methods) {
+    MethodInfo*& known = kept[method.name];
+    if (known == nullptr)
+      known = &first.emplace_back(std::move(method));
+    else if (KCOSIntrospection::isKCOSClassDerivedFrom(method.definingClass, known->definingClass))
+      *known = std::move(method);
+  }
+  methods = std::move(first);
 }
 
 template <class Infos>
@@ -37,6 +57,24 @@ std::set<std::u16string> namesOf(const Infos& infos) {
 /// Code of a class that shares an ancestor with the class, but does not derive from it, may use what both inherit.
 bool isBystander(const ClassInfo* caller, const ClassInfo& asked, const std::vector<std::int32_t>& levels) {
   return isWider(levels) && !caller->isA(asked.classId);
+}
+
+/// What code of a class may use although others may not, also of objects of classes that derive from it.
+std::vector<std::int32_t> ownLevels() { return {privateLevel, listedLevel}; }
+
+bool isOwnCode(const ClassInfo* caller, const ClassInfo& asked) {
+  return caller != nullptr && !asked.classId.isNull() && asked.isA(caller->classId);
+}
+
+template <class Infos>
+void addUnknown(const Infos& more, Infos& infos) {
+  const auto known = namesOf(infos);
+  std::ranges::copy_if(more, std::back_inserter(infos),
+                       [&](const auto& info) { return !known.contains(info.name); });
+}
+
+bool takesPart(const ClassInfo& asked, MethodInfo::GetContext context) {
+  return !asked.getMethods({{0, 1, 2, 3, 4, 5}, nullptr, context, true, true, true}).empty();
 }
 
 }  // namespace
@@ -69,6 +107,10 @@ std::vector<PropertyInfo> usableProperties(Inquiry& inquiry, const ClassInfo& as
       return declares == nullptr || !caller->isA(declares->classId);
     });
   }
+  if (isOwnCode(caller, asked)) {
+    options.accessLevels = ownLevels();
+    addUnknown(LoneRecord(*caller).getProperties(options), properties);
+  }
   dropRepeated(properties);
   return properties;
 }
@@ -76,7 +118,10 @@ std::vector<PropertyInfo> usableProperties(Inquiry& inquiry, const ClassInfo& as
 std::vector<MethodInfo> usableMethods(Inquiry& inquiry, const ClassInfo& asked,
                                       MethodInfo::GetContext context, bool includeHidden) {
   const ClassInfo* caller = inquiry.caller();
-  MethodInfo::GetOptions options{usableLevels(caller, asked), caller, context, false, false, includeHidden};
+  const Lenience& lenience = inquiry.lenience();
+  if (lenience.anyContext) context = MethodInfo::GetContext::Any;
+  MethodInfo::GetOptions options{usableLevels(caller, asked), caller,       context, lenience.constructors,
+                                 lenience.operators,          includeHidden};
   std::vector<MethodInfo> methods = asked.getMethods(options);
   if (isBystander(caller, asked, options.access)) {
     options.access = {publicLevel};
@@ -84,6 +129,10 @@ std::vector<MethodInfo> usableMethods(Inquiry& inquiry, const ClassInfo& asked,
     std::erase_if(methods, [&](const MethodInfo& method) {
       return !others.contains(method.name) && !caller->isA(method.definingClass);
     });
+  }
+  if (isOwnCode(caller, asked) && takesPart(asked, context)) {
+    options.access = ownLevels();
+    addUnknown(LoneRecord(*caller).getMethods(options), methods);
   }
   dropRepeated(methods);
   return methods;

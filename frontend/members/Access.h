@@ -25,12 +25,12 @@ std::vector<std::int32_t> usableLevels(const KCOSContextData::ClassInfo* caller,
                                        const KCOSContextData::ClassInfo& asked);
 
 /// The properties of the class, own and inherited, that code of the place may read or write; hidden ones among them when
-/// they are wanted. In the library's order, each name once.
+/// they are wanted. In the library's order, each name once; last what is private to the code of an ancestor that asks.
 std::vector<KCOSContextData::PropertyInfo> usableProperties(Inquiry& inquiry,
                                                             const KCOSContextData::ClassInfo& asked,
                                                             bool includeHidden);
 
-/// The same for methods that are completed in this context.
+/// The same for methods that are completed in this context. Of one that is defined anew it is the new one.
 std::vector<KCOSContextData::MethodInfo> usableMethods(Inquiry& inquiry,
                                                        const KCOSContextData::ClassInfo& asked,
                                                        KCOSContextData::MethodInfo::GetContext context,

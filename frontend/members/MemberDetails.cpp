@@ -14,10 +14,6 @@ using namespace KCOSContextData;
 
 namespace {
 
-/// Everything that a class declares, whoever may use it.
-const PropertyInfo::GetOptions everything{
-    {0, 1, 2, 3, 4, 5}, {PropertyInfo::GetOptions::Read}, nullptr, true};
-
 std::u16string declaredSize(const PropertyInfo& property) {
   std::u16string text;
   for (const std::u16string& extent : property.sizeStrings) text += (text.empty() ? u"" : u"x") + extent;
@@ -50,15 +46,21 @@ void describeMethod(const MethodInfo& method, Candidate& candidate) {
   candidate.access = kcos::cosiToMethod(methods.nextElement().get())->getMemberAccess();
 }
 
-PropertyDetails::PropertyDetails(const Inquiry& inquiry, const ClassInfo& record,
+PropertyDetails::PropertyDetails(Inquiry& inquiry, const ClassInfo& record,
                                  boost::intrusive_ptr<kxArray_tag> value)
     : inquiry_(inquiry), record_(record), value_(std::move(value)) {}
 
+/// The nearest class whose property the caller may use; else it is one that only the caller's own code may use.
 const ClassInfo& PropertyDetails::declaring(const std::u16string& property) {
+  using Options = PropertyInfo::GetOptions;
   if (record_.structure.superclasses.empty()) return record_;
-  if (!declaring_) declaring_.emplace(record_, everything);
-  const ClassInfo* found = declaring_->of(property);
-  return found == nullptr ? record_ : *found;
+  const ClassInfo* caller = inquiry_.caller();
+  if (!declaring_) {
+    declaring_.emplace(record_,
+                       Options{usableLevels(caller, record_), {Options::Read, Options::Write}, caller, true});
+  }
+  if (const ClassInfo* found = declaring_->of(property)) return *found;
+  return caller != nullptr && record_.isA(caller->classId) ? *caller : record_;
 }
 
 void PropertyDetails::describe(const PropertyInfo& property, Candidate& candidate) {

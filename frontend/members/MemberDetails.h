@@ -20,7 +20,7 @@ void describeMethod(const KCOSContextData::MethodInfo& method, Candidate& candid
 class PropertyDetails {
  public:
   /// `value` may be null: then the declarations have to do.
-  PropertyDetails(const Inquiry& inquiry, const KCOSContextData::ClassInfo& record,
+  PropertyDetails(Inquiry& inquiry, const KCOSContextData::ClassInfo& record,
                   boost::intrusive_ptr<kxArray_tag> value);
   void describe(const KCOSContextData::PropertyInfo& property, Candidate& candidate);
 
@@ -28,7 +28,7 @@ class PropertyDetails {
   const KCOSContextData::ClassInfo& declaring(const std::u16string& property);
   void describeStored(const KCOSContextData::PropertyInfo& property, Candidate& candidate) const;
 
-  const Inquiry& inquiry_;
+  Inquiry& inquiry_;
   const KCOSContextData::ClassInfo& record_;
   const boost::intrusive_ptr<kxArray_tag> value_;
   std::optional<DeclaringClasses> declaring_;

@@ -45,7 +45,7 @@ std::set<std::u16string> namesOf(const Infos& infos) {
 
 /// A class's record, what it offers, and what describes that; kept as long as the candidates are gathered.
 struct Described {
-  Described(const Inquiry& inquiry, const ResolvedClassID& id, ValuePtr value)
+  Described(Inquiry& inquiry, const ResolvedClassID& id, ValuePtr value)
       : record(id), details(inquiry, record, std::move(value)) {}
   const ClassInfo record;
   PropertyDetails details;
@@ -79,12 +79,7 @@ class ClassMembers {
       gathering_.addInOrder(namesOf(id_, getClassStaticMethodNames), Kind::StaticMethod,
                             describePublicMethod());
     }
-    gathering_.addInOrder(namesOf(id_, getClassEnumerationNames), Kind::EnumerationMember,
-                          [described = described_](Candidate& candidate) {
-                            candidate.declaringClass = described->record.structure.name;
-                            candidate.type = described->record.structure.name;
-                            candidate.size = u"1x1";
-                          });
+    offerEnumerationMembers();
   }
 
   void offerMethods(MethodInfo::GetContext context) { offerMethods(context, Kind::Method); }
@@ -126,6 +121,26 @@ class ClassMembers {
     }
   }
 
+  void offerEnumerationMembers() {
+    const auto describe = [described = described_](Candidate& candidate) {
+      candidate.declaringClass = described->record.structure.name;
+      candidate.type = described->record.structure.name;
+      candidate.size = u"1x1";
+    };
+    gathering_.addInOrder(namesOf(id_, getClassEnumerationNames), Kind::EnumerationMember, describe);
+    const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id_);
+    if (found == nullptr || !gathering_.wantsHidden()) return;
+    for (kcos::COSIterator members = found->getEnumerationMembers(); members.hasMoreElements();) {
+      const kcos::COSEnumInfo* member = kcos::cosiToEnum(members.nextElement().get());
+      if (member == nullptr || !member->isHidden() || member->getName() == nullptr) continue;
+      gathering_.add({.label = wide(member->getName()),
+                      .insertion = {},
+                      .kind = Kind::EnumerationMember,
+                      .isHidden = true},
+                     describe);
+    }
+  }
+
   /// Asks once more, without hidden members, when they are among these.
   template <class Infos, class AskVisible>
   std::set<std::u16string> namesOfVisible(const Infos& infos, AskVisible askVisible) const {
@@ -156,14 +171,15 @@ class ClassMembers {
   /// What completes behind a variable, whoever asks, as far as a record leaves it out: it offers nothing of enumerations.
   void offerPublicMethods() {
     const auto& record = described_->record;
-    if (isNoDotClass()) return;
+    if (isNoDotClass() && !inquiry_.lenience().anyContext) return;
     Names names;
-    if (value_) {
+    if (value_ && !inquiry_.lenience().operators) {
       names = getMethodsForWSVariable(KCOSIntrospection::getConstructorName(record.structure.name), value_);
     } else {
       names = namesOf(id_, getClassMethodNames);
       const Names statics = namesOf(id_, getClassStaticMethodNames);
-      const auto excluded = getKCOSMethodsExcludeSet();
+      const auto excluded =
+          inquiry_.lenience().operators ? std::set<std::u16string>() : getKCOSMethodsExcludeSet();
       std::erase_if(names, [&](const std::u16string& name) {
         return excluded.contains(name) || std::ranges::count(statics, name) > 0;
       });

@@ -18,15 +18,23 @@ using Names = std::vector<std::u16string>;
 
 std::u16string lastPart(const std::u16string& name) { return name.substr(name.rfind(u'.') + 1); }
 
-/// Functions that only the session knows, from folders of the path.
-Names functionsBelow(Inquiry& inquiry, const std::u16string& name) {
-  Names names;
-  for (const SessionName& function : inquiry.session().functionNames()) {
-    const std::size_t dot = function.name.rfind(u'.');
-    const bool isInside = dot == name.size() && function.name.starts_with(name);
-    if (isInside && !function.hidden) names.push_back(function.name.substr(dot + 1));
+/// What the session knows directly inside the namespace, by the last parts of the names.
+std::vector<SessionName> namesBelow(const std::vector<SessionName>& known, const std::u16string& name) {
+  std::vector<SessionName> names;
+  for (const SessionName& whole : known) {
+    const std::size_t dot = whole.name.rfind(u'.');
+    const bool isInside = dot == name.size() && whole.name.starts_with(name);
+    if (isInside) names.push_back({whole.name.substr(dot + 1), whole.hidden});
   }
   return names;
+}
+
+/// The library lists what is not hidden; these are hidden, or in folders of the path.
+void offerKnown(const std::vector<SessionName>& known, const std::u16string& name, Kind kind,
+                Gathering& gathering) {
+  for (const SessionName& inside : namesBelow(known, name)) {
+    gathering.add({.label = inside.name, .insertion = {}, .kind = kind, .isHidden = inside.hidden});
+  }
 }
 
 }  // namespace
@@ -39,11 +47,13 @@ bool isExcludedNamespace(const std::u16string& name) {
 }
 
 bool isFolderNamespace(Inquiry& inquiry, const std::u16string& name) {
-  return !functionsBelow(inquiry, name).empty();
+  return std::ranges::any_of(namesBelow(inquiry.session().functionNames(), name),
+                             [](const SessionName& function) { return !function.hidden; });
 }
 
 void offerNamespace(Inquiry& inquiry, const std::u16string& name, Gathering& gathering) {
-  gathering.addNames(functionsBelow(inquiry, name), Kind::Function);
+  offerKnown(inquiry.session().functionNames(), name, Kind::Function, gathering);
+  offerKnown(inquiry.session().classNames(), name, Kind::Class, gathering);
   Names functions;
   getNamespaceFunctionNames(name, functions);
   gathering.addNames(functions, Kind::Function);

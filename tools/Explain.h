@@ -1,0 +1,15 @@
+#pragma once
+
+#include <CLI/App.hpp>
+
+#include "frontend/Explanation.h"
+#include "tools/Text.h"
+
+namespace tools {
+
+/// The subcommand `explain`: why a name is offered at a place in a line of code, or is not. Sets `status` when it has run.
+void addExplain(CLI::App& app, int& status);
+
+Json jsonOf(const frontend::Explanation& explanation);
+
+}  // namespace tools

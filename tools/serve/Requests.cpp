@@ -4,6 +4,7 @@
 
 #include "tools/serve/Completion.h"
 #include "tools/serve/Diagnostics.h"
+#include "tools/serve/Explain.h"
 #include "tools/serve/Symbols.h"
 #include "tools/serve/Trace.h"
 
@@ -16,6 +17,7 @@ using Answerer = Json (*)(Context& context, const Json& params);
 const std::map<std::string, Answerer> answerers = {{"textDocument/completion", completion},
                                                    {"textDocument/documentSymbol", documentSymbols},
                                                    {"workspace/symbol", workspaceSymbols},
+                                                   {"contextdata/explain", explain},
                                                    {"contextdata/trace", trace}};
 
 }  // namespace

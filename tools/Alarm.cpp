@@ -1,5 +1,7 @@
 #include "tools/Alarm.h"
 
+#include <utility>
+
 namespace tools {
 
 Alarm::~Alarm() {
@@ -15,8 +17,9 @@ Alarm::~Alarm() {
 void Alarm::set(Time time) {
   {
     const std::lock_guard lock(mutex_);
-    time_ = time;
     hasGoneOff_ = false;
+    if (time <= std::chrono::steady_clock::now()) return goOff();
+    time_ = time;
   }
   if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
   changed_.notify_one();
@@ -25,7 +28,7 @@ void Alarm::set(Time time) {
 bool Alarm::stop() noexcept {
   const std::lock_guard lock(mutex_);
   time_.reset();
-  return hasGoneOff_;
+  return std::exchange(hasGoneOff_, false);
 }
 
 void Alarm::run() {
@@ -36,11 +39,15 @@ void Alarm::run() {
     } else if (const Time time = *time_; std::chrono::steady_clock::now() < time) {
       changed_.wait_until(lock, time);
     } else {
-      time_.reset();
-      hasGoneOff_ = true;
-      host_.requestInterrupt();
+      goOff();
     }
   }
+}
+
+void Alarm::goOff() noexcept {
+  time_.reset();
+  hasGoneOff_ = true;
+  host_.requestInterrupt();
 }
 
 }  // namespace tools

@@ -66,12 +66,14 @@ Abilities abilitiesOf(const Json& params) {
 
 Json serverAbilities(const Abilities& client) {
   const Json synchronization = {{"openClose", true}, {"change", incremental}, {"save", false}};
-  const Json completion = {{"triggerCharacters", {".", "'", "\"", "@", "=", "("}},
-                           {"resolveProvider", false}};
+  const Json completion = {{"triggerCharacters", {".", "'", "\"", "@", "=", "("}}, {"resolveProvider", true}};
+  const Json signatures = {{"triggerCharacters", {"(", ","}}, {"retriggerCharacters", {"="}}};
   const Json capabilities = {
       {"positionEncoding", client.encoding == PositionEncoding::Utf8 ? "utf-8" : "utf-16"},
       {"textDocumentSync", synchronization},
       {"completionProvider", completion},
+      {"hoverProvider", true},
+      {"signatureHelpProvider", signatures},
       {"documentSymbolProvider", true},
       {"workspaceSymbolProvider", true},
       {"experimental", {{"contextdata/explain", true}, {"contextdata/trace", true}}}};

@@ -5,6 +5,8 @@
 
 #include "embedded/Session.h"
 #include "embedded/snapshot/DescriptionCheck.h"
+#include "embedded/snapshot/InVariable.h"
+#include "embedded/values/DescribeValue.h"
 #include "embedded/values/References.h"
 #include "host/Abi.h"
 
@@ -27,17 +29,34 @@ const Description& checked(const Description& description) {
   return description;
 }
 
+std::string fixedFolder(const std::string& path) {
+  return std::filesystem::absolute(path).lexically_normal().string();
+}
+
+/// Without the variables, and with folders that stay what they are when the process goes elsewhere.
+Description fixedPart(Description description) {
+  description.workspace.clear();
+  for (PathItemDescription& item : description.path) item.folder = fixedFolder(item.folder);
+  const std::string& current = description.currentFolder;
+  description.currentFolder = fixedFolder(current.empty() ? "." : current);
+  return description;
+}
+
 }  // namespace
 
-Host::Host(const Description& description) : Host(std::make_unique<Session>(checked(description))) {}
+Host::Host(const Description& description)
+    : Host(std::make_unique<Session>(checked(description)), fixedPart(description)) {}
 
-Host::Host(std::unique_ptr<Session> session) : session_(std::move(session)) {}
+Host::Host(std::unique_ptr<Session> session, Description fixed)
+    : session_(std::move(session)), fixed_(std::move(fixed)) {}
 
 Host::~Host() = default;
 
 /// Reading has checked what the file says.
 std::unique_ptr<Host> Host::load(const std::filesystem::path& file, const LoadProgress& progress) {
-  return std::unique_ptr<Host>(new Host(std::make_unique<Session>(readSnapshot(file, progress))));
+  Description description = readSnapshot(file, progress);
+  auto session = std::make_unique<Session>(description);
+  return std::unique_ptr<Host>(new Host(std::move(session), fixedPart(std::move(description))));
 }
 
 void Host::requestInterrupt() noexcept { session_->requestInterrupt(); }
@@ -111,6 +130,18 @@ std::vector<KnownName> Host::namespaceNames() const {
 void Host::setComponents(bool on) noexcept { session_->componentsOn = on; }
 void Host::setInterpreterAvailable(bool available) noexcept { session_->interpreterIsAvailable = available; }
 std::vector<const IExecutionFrame*> Host::frames() const { return session_->frames.frames(); }
+
+Description Host::describe() const {
+  Description description = fixed_;
+  description.components = session_->componentsOn;
+  ValueDescriber describer(session_->classes);
+  for (const std::string& name : session_->workspace.names()) {
+    const ValuePtr value = session_->workspace.find(name);
+    snapshot::inVariable(name, [&] { description.workspace.push_back({name, describer.describe(*value)}); });
+  }
+  return description;
+}
+
 const Kfh_KORVAL_fn* Host::function(const std::string& name) const {
   return session_->dispatcher.function(name);
 }

@@ -27,6 +27,7 @@
 #include <vector>
 
 #include "embedded/Description.h"
+#include "embedded/Outline.h"
 #include "host/Arrays.h"
 #include "host/Export.h"
 
@@ -66,6 +67,16 @@ KORVAL_HOST_API Description readSnapshot(const std::filesystem::path& file,
 
 /// The same from text; `name` stands for the file in errors.
 KORVAL_HOST_API Description readSnapshotText(std::string_view text, const std::string& name);
+
+/// Writes a snapshot that reads as this description, whose folders become relative to the file. The same description
+/// makes the same bytes, and one that was read from what was written here makes them again. The file is replaced as a
+/// whole: until the new one stands complete beside it, it is left alone, also when this throws. Throws SnapshotError for a
+/// file that cannot be written ("snapshot.unwritable"), for a description that Host would refuse, and for text that
+/// JSON does not carry; for a fault of a variable the reason names it.
+KORVAL_HOST_API void writeSnapshot(const Description& description, const std::filesystem::path& file);
+
+/// The same as text, with folders as they are.
+KORVAL_HOST_API std::string snapshotText(const Description& description);
 
 /// One call of a host operation: its qualified name, and its arguments as text.
 struct Call {
@@ -213,6 +224,13 @@ class KORVAL_HOST_API Host {
   void setComponents(bool on) noexcept;
   /// Whether expressions can be evaluated now.
   void setInterpreterAvailable(bool available) noexcept;
+  /// The session as it is now, of which another host can be made that answers every query the same: what this host
+  /// was made of, with the variables as they are, and with folders that no longer depend on the process. What a client
+  /// has set up for its own work is no part of it: policy, limits, interrupt, log, fault plan, output, error mode, frames
+  /// that have been pushed. Values have no identity: what variables share, each has for itself afterwards. Throws
+  /// SnapshotError when a variable, which the reason names, holds what no description says: values that are nested
+  /// too deep ("snapshot.too-deep") or too many ("snapshot.too-big").
+  Description describe() const;
   /// The execution frames that have been pushed, innermost first.
   std::vector<const IExecutionFrame*> frames() const;
   /// The function of that name, or null.
@@ -220,9 +238,11 @@ class KORVAL_HOST_API Host {
 
  private:
   friend class Activation;
-  explicit Host(std::unique_ptr<Session> session);
+  Host(std::unique_ptr<Session> session, Description fixed);
 
   std::unique_ptr<Session> session_;
+  /// What the session was made of, without the variables.
+  Description fixed_;
 };
 
 /// Makes a host the calling thread's own for as long as it lives, and then gives the thread back what it had

@@ -74,8 +74,10 @@ struct ObjectValue {
 struct ObjectArray {
   std::vector<std::size_t> size;
   std::string className;
-  /// Each an ObjectValue of that class.
+  /// Each an ObjectValue of that class, or an OpaqueObject when the array is foreign.
   std::vector<ValueDescription> elements;
+  /// The class is one of a foreign object system.
+  bool foreign = false;
 };
 
 /// What an opaque object answers to a call of that name: a value, or an error when there is none.
@@ -99,6 +101,11 @@ struct FunctionHandleValue {
 struct ClassReferenceValue {
   std::string className;
 };
+/// A member of a class of a foreign object system.
+struct ForeignMemberValue {
+  std::string className;
+  std::string member;
+};
 /// A value that is computed only when it is asked for; nothing here ever asks.
 struct TallValue {
   /// One value.
@@ -108,7 +115,7 @@ struct TallValue {
 struct ValueDescription {
   std::variant<DoubleArray, LogicalArray, CharacterRow, StringScalar, CellArray, StructureArray, ObjectValue,
                StringArray, CharacterArray, ObjectArray, OpaqueObject, FunctionHandleValue,
-               ClassReferenceValue, TallValue>
+               ClassReferenceValue, TallValue, ForeignMemberValue>
       content;
 };
 

@@ -7,6 +7,7 @@
 #include "tools/Explain.h"
 #include "tools/Interrupt.h"
 #include "tools/Query.h"
+#include "tools/Serve.h"
 #include "tools/Version.h"
 
 namespace {
@@ -29,6 +30,7 @@ int main(int argc, char** argv) {
   tools::addExplain(app, status);
   tools::addDescribe(app, status);
   tools::addEval(app, status);
+  tools::addServe(app, status);
   tools::handleInterrupts();
   try {
     app.parse(argc, argv);

@@ -152,7 +152,7 @@ Values findPackage(const BuiltinCall& call) {
 /// An array of objects with the dotted name of each namespace, in ascending order.
 Values allNamespaces(const BuiltinCall& call) {
   call.require(0, 0);
-  const kcos::COSInternedName className = interned("korval.metadata.Namespace");
+  const kcos::COSInternedName className = interned(namespaceObjectClass);
   Objects objects{{}, className.text()};
   const std::vector<std::string> names = call.caller.session().classes.namespaceNames();
   for (const std::string& name : names)

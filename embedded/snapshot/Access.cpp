@@ -23,9 +23,15 @@ void takeLevel(Reader& reader, Event& event, Access& access) {
   access.level = static_cast<int>(found - levels.begin());
 }
 
+Json giveLevel(Writer& writer, const Access& access) {
+  if (access.level < 0 || access.level >= static_cast<int>(levels.size()))
+    writer.fail("snapshot.bad-level", std::to_string(access.level) + " is no access level");
+  return levels[static_cast<std::size_t>(access.level)];
+}
+
 const Shape<Access> accessShape{
     .kind = "an access",
-    .keys = {{"level", takeLevel, Required}, {"classes", into<&Access::classes>}},
+    .keys = {{"level", takeLevel, giveLevel, Required}, key<&Access::classes>("classes")},
 };
 
 }  // namespace
@@ -36,6 +42,11 @@ void take(Reader& reader, Event& event, Access& destination) {
   if (event.kind != Event::Array) reader.refuseType(event, "a level, a list of classes or an object of both");
   destination.level = listed;
   take(reader, event, destination.classes);
+}
+
+Json give(Writer& writer, const Access& access) {
+  if (access.level == listed) return give(writer, access.classes);
+  return access.classes.empty() ? giveLevel(writer, access) : giveObject(writer, access, accessShape);
 }
 
 }  // namespace embedded::snapshot

@@ -30,6 +30,12 @@ void checkName(const CheckContext& context, const std::string& name, const Place
 /// Neither has a part of a dotted name.
 void checkDottedName(const CheckContext& context, const std::string& name, const Place& place);
 
+/// An array without a size is a row.
+void checkSize(const CheckContext& context, const std::vector<std::size_t>& size, std::size_t count,
+               const Place& place);
+/// The size of structures without fields, which have no values to hold it against.
+void checkBareSize(const CheckContext& context, const std::vector<std::size_t>& size, const Place& place);
+
 /// Names, aliases, members. Fills the names of the context.
 void checkClassNames(CheckContext& context);
 /// Superclasses and access lists. Fills the superclasses of the context.

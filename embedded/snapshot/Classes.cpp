@@ -6,7 +6,7 @@ namespace {
 
 const Shape<AttributeNames> attributeNamesShape{
     .kind = "the object of a list of attribute names",
-    .keys = {{"names", into<&AttributeNames::names>}, {"further", into<&AttributeNames::further>}},
+    .keys = {key<&AttributeNames::names>("names"), key<&AttributeNames::further>("further")},
 };
 
 /// The lists of attribute names: always all of them.
@@ -35,20 +35,15 @@ class AttributeListsHandler final : public Handler {
 
 const Shape<ClassDescription> classShape{
     .kind = "a class",
-    .keys = {{"name", into<&ClassDescription::name>, Required},
-             {"component", into<&ClassDescription::component>},
-             {"aliases", into<&ClassDescription::aliases>},
-             {"superclasses", into<&ClassDescription::superclasses>},
-             {"order", into<&ClassDescription::order>},
-             {"hidden", into<&ClassDescription::hidden>},
-             {"broken", into<&ClassDescription::broken>},
-             {"flag", into<&ClassDescription::flag>},
-             {"enumeration", into<&ClassDescription::enumeration>},
-             {"properties", into<&ClassDescription::properties>},
-             {"methods", into<&ClassDescription::methods>},
-             {"members", into<&ClassDescription::members>},
-             {"attributeNames", into<&ClassDescription::attributeNames>},
-             {"precedence", into<&ClassDescription::precedence>}},
+    .keys = {key<&ClassDescription::name>("name", Required), key<&ClassDescription::component>("component"),
+             key<&ClassDescription::aliases>("aliases"), key<&ClassDescription::superclasses>("superclasses"),
+             key<&ClassDescription::order>("order"), key<&ClassDescription::hidden>("hidden"),
+             key<&ClassDescription::broken>("broken"), key<&ClassDescription::flag>("flag"),
+             key<&ClassDescription::enumeration>("enumeration"),
+             key<&ClassDescription::properties>("properties"), key<&ClassDescription::methods>("methods"),
+             key<&ClassDescription::members>("members"),
+             key<&ClassDescription::attributeNames>("attributeNames"),
+             key<&ClassDescription::precedence>("precedence")},
 };
 
 }  // namespace
@@ -65,5 +60,12 @@ void take(Reader& reader, Event& event, std::array<AttributeNames, 4>& destinati
 void take(Reader& reader, Event& event, ClassDescription& destination) {
   takeObject(reader, event, destination, classShape);
 }
+
+Json give(Writer& writer, const AttributeNames& value) {
+  return giveObject(writer, value, attributeNamesShape);
+}
+
+Json give(Writer& writer, const std::array<AttributeNames, 4>& value) { return giveList(writer, value); }
+Json give(Writer& writer, const ClassDescription& value) { return giveObject(writer, value, classShape); }
 
 }  // namespace embedded::snapshot

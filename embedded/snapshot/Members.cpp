@@ -20,61 +20,77 @@ void finishProperty(PropertyDescription& property, const ObjectHandler<PropertyD
   if (constant) property.set.level = constantLevel;
 }
 
+bool same(const Access& one, const Access& other) {
+  return one.level == other.level && one.classes == other.classes;
+}
+bool isConstant(const PropertyDescription& property) {
+  return same(property.set, {.level = constantLevel}) && !same(property.get, property.set);
+}
+
+// One "access" stands for two that are the same; "constant" for the plainest one that nobody may set.
+Json giveAccess(Writer& writer, const PropertyDescription& property) {
+  return same(property.get, property.set) ? give(writer, property.get) : Json();
+}
+Json giveGet(Writer& writer, const PropertyDescription& property) {
+  return same(property.get, property.set) || same(property.get, {}) ? Json() : give(writer, property.get);
+}
+Json giveSet(Writer& writer, const PropertyDescription& property) {
+  if (same(property.get, property.set) || isConstant(property) || same(property.set, {})) return {};
+  return give(writer, property.set);
+}
+Json giveConstant(Writer&, const PropertyDescription& property) {
+  return isConstant(property) ? Json(true) : Json();
+}
+
 const Shape<AttributeDescription> attributeShape{
     .kind = "an attribute",
-    .keys = {{"name", into<&AttributeDescription::name>, Required},
-             {"type", into<&AttributeDescription::type>},
-             {"value", into<&AttributeDescription::value>}},
+    .keys = {key<&AttributeDescription::name>("name", Required), key<&AttributeDescription::type>("type"),
+             key<&AttributeDescription::value>("value")},
 };
 
 const Shape<OptimizedStorage> optimizedShape{
     .kind = "the object of an optimised storage",
-    .keys = {{"customGetter", into<&OptimizedStorage::customGetter>},
-             {"flag", into<&OptimizedStorage::flag>}},
+    .keys = {key<&OptimizedStorage::customGetter>("customGetter"), key<&OptimizedStorage::flag>("flag")},
 };
 
 const Shape<ValidationDescription> validationShape{
     .kind = "a validation",
-    .keys = {{"class", into<&ValidationDescription::className>},
-             {"size", into<&ValidationDescription::size>},
-             {"functions", into<&ValidationDescription::functions>}},
+    .keys = {key<&ValidationDescription::className>("class"), key<&ValidationDescription::size>("size"),
+             key<&ValidationDescription::functions>("functions")},
 };
 
 const Shape<PropertyDescription> propertyShape{
     .kind = "a property",
-    .keys = {{"name", into<&PropertyDescription::name>, Required},
-             {"access", into<&PropertyDescription::get>},
-             {"get", into<&PropertyDescription::get>},
-             {"set", into<&PropertyDescription::set>},
-             {"constant", takeConstant},
-             {"hidden", into<&PropertyDescription::hidden>},
-             {"dependent", into<&PropertyDescription::dependent>},
-             {"type", into<&PropertyDescription::type>},
-             {"validation", into<&PropertyDescription::validation>},
-             {"values", into<&PropertyDescription::values>},
-             {"conversion", into<&PropertyDescription::conversion>},
-             {"attributes", into<&PropertyDescription::attributes>},
-             {"optimized", into<&PropertyDescription::optimized>},
-             {"value", into<&PropertyDescription::value>},
-             {"getter", into<&PropertyDescription::getter>}},
+    .keys = {key<&PropertyDescription::name>("name", Required),
+             {"access", into<&PropertyDescription::get>, giveAccess},
+             {"get", into<&PropertyDescription::get>, giveGet},
+             {"set", into<&PropertyDescription::set>, giveSet},
+             {"constant", takeConstant, giveConstant},
+             key<&PropertyDescription::hidden>("hidden"),
+             key<&PropertyDescription::dependent>("dependent"),
+             key<&PropertyDescription::type>("type"),
+             key<&PropertyDescription::validation>("validation"),
+             key<&PropertyDescription::values>("values"),
+             key<&PropertyDescription::conversion>("conversion"),
+             key<&PropertyDescription::attributes>("attributes"),
+             key<&PropertyDescription::optimized>("optimized"),
+             key<&PropertyDescription::value>("value"),
+             key<&PropertyDescription::getter>("getter")},
     .conflicts = {{"access", "get"}, {"access", "set"}, {"constant", "set"}},
     .finish = finishProperty,
 };
 
 const Shape<MethodDescription> methodShape{
     .kind = "a method",
-    .keys = {{"name", into<&MethodDescription::name>, Required},
-             {"access", into<&MethodDescription::access>},
-             {"static", into<&MethodDescription::isStatic>},
-             {"hidden", into<&MethodDescription::hidden>},
-             {"visible", into<&MethodDescription::visible>},
-             {"code", into<&MethodDescription::code>}},
+    .keys = {key<&MethodDescription::name>("name", Required), key<&MethodDescription::access>("access"),
+             key<&MethodDescription::isStatic>("static"), key<&MethodDescription::hidden>("hidden"),
+             key<&MethodDescription::visible>("visible"), key<&MethodDescription::code>("code")},
 };
 
 const Shape<EnumerationMemberDescription> enumerationMemberShape{
     .kind = "an enumeration member",
-    .keys = {{"name", into<&EnumerationMemberDescription::name>, Required},
-             {"hidden", into<&EnumerationMemberDescription::hidden>}},
+    .keys = {key<&EnumerationMemberDescription::name>("name", Required),
+             key<&EnumerationMemberDescription::hidden>("hidden")},
 };
 
 /// A member that has nothing but a name may be written as that name.
@@ -82,6 +98,12 @@ template <class Member>
 void takeMember(Reader& reader, Event& event, Member& member, const Shape<Member>& shape) {
   if (event.kind == Event::Text) return take(reader, event, member.name);
   takeObject(reader, event, member, shape);
+}
+
+template <class Member>
+Json giveMember(Writer& writer, const Member& member, const Shape<Member>& shape) {
+  Json object = giveObject(writer, member, shape);
+  return object.size() == 1 && member.name ? object.front() : object;
 }
 
 }  // namespace
@@ -112,6 +134,26 @@ void take(Reader& reader, Event& event, MethodDescription& destination) {
 
 void take(Reader& reader, Event& event, EnumerationMemberDescription& destination) {
   takeMember(reader, event, destination, enumerationMemberShape);
+}
+
+Json give(Writer& writer, const AttributeDescription& value) {
+  return giveObject(writer, value, attributeShape);
+}
+
+Json give(Writer& writer, const OptimizedStorage& value) { return giveObject(writer, value, optimizedShape); }
+
+Json give(Writer& writer, const ValidationDescription& value) {
+  return giveObject(writer, value, validationShape);
+}
+
+Json give(Writer& writer, const PropertyDescription& value) {
+  return giveMember(writer, value, propertyShape);
+}
+
+Json give(Writer& writer, const MethodDescription& value) { return giveMember(writer, value, methodShape); }
+
+Json give(Writer& writer, const EnumerationMemberDescription& value) {
+  return giveMember(writer, value, enumerationMemberShape);
 }
 
 }  // namespace embedded::snapshot

@@ -1,11 +1,13 @@
 #pragma once
 
-// Objects with a fixed set of keys: a Shape is the table of what they may hold, ObjectHandler reads one.
+// Objects with a fixed set of keys: a Shape is the table of what they may hold, ObjectHandler reads one,
+// giveObject writes one.
 
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "embedded/snapshot/Give.h"
 #include "embedded/snapshot/Place.h"
 #include "embedded/snapshot/Take.h"
 
@@ -13,11 +15,14 @@ namespace embedded::snapshot {
 
 enum Presence : bool { Optional, Required };
 
-/// A key, and what takes its value.
+/// A key, what takes its value, and what gives it again.
 template <class Type>
 struct Key {
   std::string_view name;
   void (*take)(Reader&, Event&, Type&);
+  /// Null: the key is read, but never written. An optional key is not written either when it would say null,
+  /// or what it says of an object of which nothing is known.
+  Json (*give)(Writer&, const Type&) = nullptr;
   Presence presence = Optional;
 };
 
@@ -40,6 +45,20 @@ struct Shape {
 template <auto field, class Type>
 void into(Reader& reader, Event& event, Type& object) {
   take(reader, event, object.*field);
+}
+
+template <auto field, class Type>
+Json from(Writer& writer, const Type& object) {
+  return give(writer, object.*field);
+}
+
+template <class Type, class Field>
+Type ownerOf(Field Type::*);
+
+/// The key of a field that is read and written as it is.
+template <auto field, class Type = decltype(ownerOf(field))>
+Key<Type> key(std::string_view name, Presence presence = Optional) {
+  return {name, into<field, Type>, from<field, Type>, presence};
 }
 
 template <class Type>
@@ -105,6 +124,35 @@ template <class Type>
 void takeObject(Reader& reader, Event& event, Type& object, const Shape<Type>& shape) {
   if (event.kind != Event::Object) reader.refuseType(event, std::string(shape.kind));
   reader.open<ObjectHandler<Type>>(object, shape);
+}
+
+/// Is this size the one that a list of so many elements has without any?
+inline bool isRow(const std::vector<std::size_t>& size, std::size_t count) {
+  return size.empty() || size == std::vector<std::size_t>{1, count};
+}
+
+/// The size of an array, which is not written for a row.
+template <auto size, auto elements, class Type = decltype(ownerOf(size))>
+Key<Type> sizeKey() {
+  return {"size", into<size, Type>, [](Writer& writer, const Type& array) {
+            return isRow(array.*size, (array.*elements).size()) ? Json() : give(writer, array.*size);
+          }};
+}
+
+/// The object as JSON, its keys in the order of the shape.
+template <class Type>
+Json giveObject(Writer& writer, const Type& object, const Shape<Type>& shape) {
+  static const Type usual{};
+  writer.begin();
+  Json result = Json::object();
+  for (const auto& key : shape.keys) {
+    if (key.give == nullptr) continue;
+    const Writer::Step step(writer, key.name);
+    Json value = key.give(writer, object);
+    if (key.presence == Required || (!value.is_null() && value != key.give(writer, usual)))
+      append(result, std::string(key.name), std::move(value));
+  }
+  return result;
 }
 
 }  // namespace embedded::snapshot

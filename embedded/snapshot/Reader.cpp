@@ -6,9 +6,6 @@ namespace embedded::snapshot {
 
 namespace {
 
-// Values nest without end in a hostile text, and are copied and destroyed by recursion.
-constexpr std::size_t deepestLevel = 200;
-
 const char* nameOf(Event::Kind kind) {
   switch (kind) {
     case Event::Null:

@@ -1,16 +1,20 @@
 #include <utf8.h>
 
+#include <array>
 #include <cmath>
-#include <initializer_list>
+#include <cstdint>
 #include <iterator>
 #include <limits>
 
+#include "embedded/snapshot/Give.h"
 #include "embedded/snapshot/Place.h"
 #include "embedded/snapshot/Take.h"
 
 namespace embedded::snapshot {
 
 namespace {
+
+constexpr double biggestWhole = 9007199254740992;  // up to here every whole number is a double
 
 double takeWhole(Reader& reader, Event& event, double least, double most) {
   if (event.kind != Event::Number || std::trunc(event.number) != event.number)
@@ -25,10 +29,34 @@ std::string& textOf(Reader& reader, Event& event, const std::string& expected) {
   return *event.text;
 }
 
-/// One of a few words, each with its meaning.
-template <class Meaning>
-void takeWord(Reader& reader, Event& event, Meaning& destination,
-              std::initializer_list<std::pair<std::string_view, Meaning>> words) {
+/// A few words, each with its meaning.
+template <class Meaning, std::size_t count>
+using Words = std::array<std::pair<std::string_view, Meaning>, count>;
+
+constexpr Words<WalkOrder, 2> orders{
+    {{"own-first", WalkOrder::OwnFirst}, {"inherited-first", WalkOrder::InheritedFirst}}};
+
+constexpr Words<DimensionForm, 3> forms{
+    {{"full", DimensionForm::Full}, {"compact", DimensionForm::Compact}, {"lazy", DimensionForm::Lazy}}};
+
+constexpr Words<ArgumentDescription::Kind, 4> argumentKinds{{{"positional", ArgumentDescription::Positional},
+                                                             {"optional", ArgumentDescription::Optional},
+                                                             {"repeating", ArgumentDescription::Repeating},
+                                                             {"name-value", ArgumentDescription::NameValue}}};
+
+constexpr Words<PathItemDescription::Kind, 4> itemKinds{{{"path", PathItemDescription::Path},
+                                                         {"class", PathItemDescription::Class},
+                                                         {"package", PathItemDescription::Package},
+                                                         {"current", PathItemDescription::Current}}};
+
+constexpr Words<double, 3> unusualNumbers{{{"NaN", std::numeric_limits<double>::quiet_NaN()},
+                                           {"Inf", std::numeric_limits<double>::infinity()},
+                                           {"-Inf", -std::numeric_limits<double>::infinity()}}};
+
+constexpr Words<std::optional<std::size_t>, 1> anyExtent{{{":", std::nullopt}}};
+
+template <class Meaning, std::size_t count>
+void takeWord(Reader& reader, Event& event, Meaning& destination, const Words<Meaning, count>& words) {
   std::string known;
   for (const auto& [word, meaning] : words) known += (known.empty() ? "" : ", ") + std::string(word);
   const std::string& text = textOf(reader, event, "one of " + known);
@@ -38,6 +66,14 @@ void takeWord(Reader& reader, Event& event, Meaning& destination,
     return;
   }
   reader.fail("snapshot.unknown-word", inQuotes(text) + " is none of " + known);
+}
+
+/// An enumerator that has no word is none that its type has.
+template <class Meaning, std::size_t count>
+Json wordOf(const Writer& writer, Meaning value, const Words<Meaning, count>& words) {
+  for (const auto& [word, meaning] : words)
+    if (meaning == value) return word;
+  writer.fail("snapshot.unknown-word", "there is no word for " + std::to_string(static_cast<int>(value)));
 }
 
 class SizeHandler final : public Handler {
@@ -75,22 +111,17 @@ void take(Reader& reader, Event& event, int& destination) {
 }
 
 void take(Reader& reader, Event& event, std::size_t& destination) {
-  constexpr double biggestWhole = 9007199254740992;  // up to here every whole number is a double
   destination = static_cast<std::size_t>(takeWhole(reader, event, 0, biggestWhole));
 }
 
 void take(Reader& reader, Event& event, std::optional<std::size_t>& destination) {
   if (event.kind == Event::Number) return take(reader, event, destination.emplace());
-  takeWord<std::optional<std::size_t>>(reader, event, destination, {{":", std::nullopt}});
+  takeWord(reader, event, destination, anyExtent);
 }
 
 void take(Reader& reader, Event& event, double& destination) {
-  using Limits = std::numeric_limits<double>;
   destination = event.number;
-  if (event.kind == Event::Number) return;
-  takeWord<double>(
-      reader, event, destination,
-      {{"NaN", Limits::quiet_NaN()}, {"Inf", Limits::infinity()}, {"-Inf", -Limits::infinity()}});
+  if (event.kind != Event::Number) takeWord(reader, event, destination, unusualNumbers);
 }
 
 void take(Reader& reader, Event& event, std::string& destination) {
@@ -111,30 +142,56 @@ void take(Reader& reader, Event& event, std::optional<std::u16string>& destinati
 }
 
 void take(Reader& reader, Event& event, WalkOrder& destination) {
-  takeWord<WalkOrder>(reader, event, destination,
-                      {{"own-first", WalkOrder::OwnFirst}, {"inherited-first", WalkOrder::InheritedFirst}});
+  takeWord(reader, event, destination, orders);
 }
 
 void take(Reader& reader, Event& event, DimensionForm& destination) {
-  takeWord<DimensionForm>(
-      reader, event, destination,
-      {{"full", DimensionForm::Full}, {"compact", DimensionForm::Compact}, {"lazy", DimensionForm::Lazy}});
+  takeWord(reader, event, destination, forms);
 }
 
 void take(Reader& reader, Event& event, ArgumentDescription::Kind& destination) {
-  using Argument = ArgumentDescription;
-  takeWord<Argument::Kind>(reader, event, destination,
-                           {{"positional", Argument::Positional},
-                            {"optional", Argument::Optional},
-                            {"repeating", Argument::Repeating},
-                            {"name-value", Argument::NameValue}});
+  takeWord(reader, event, destination, argumentKinds);
 }
 
 void take(Reader& reader, Event& event, PathItemDescription::Kind& destination) {
-  using Item = PathItemDescription;
-  takeWord<Item::Kind>(
-      reader, event, destination,
-      {{"path", Item::Path}, {"class", Item::Class}, {"package", Item::Package}, {"current", Item::Current}});
+  takeWord(reader, event, destination, itemKinds);
 }
+
+Json give(Writer&, bool value) { return value; }
+Json give(Writer&, int value) { return value; }
+Json give(Writer&, std::size_t value) { return value; }
+
+Json give(Writer& writer, const std::optional<std::size_t>& value) {
+  return value ? give(writer, *value) : Json(anyExtent.front().first);
+}
+
+Json give(Writer&, double value) {
+  if (std::isnan(value)) return unusualNumbers[0].first;
+  if (std::isinf(value)) return unusualNumbers[value > 0 ? 1 : 2].first;
+  const bool whole = std::trunc(value) == value && std::abs(value) < biggestWhole;
+  const bool negativeZero = value == 0 && std::signbit(value);
+  return whole && !negativeZero ? Json(static_cast<std::int64_t>(value)) : Json(value);
+}
+
+Json give(Writer& writer, const std::string& value) {
+  if (!utf8::is_valid(value.begin(), value.end()))
+    writer.fail("snapshot.not-utf8", "the text is not UTF-8, as a snapshot must be");
+  return value;
+}
+
+Json give(Writer& writer, const std::u16string& value) {
+  std::string text;
+  try {
+    utf8::utf16to8(value.begin(), value.end(), std::back_inserter(text));
+  } catch (const utf8::exception&) {
+    writer.fail("snapshot.lone-surrogate", "the text holds a lone surrogate, which UTF-8 cannot carry");
+  }
+  return text;
+}
+
+Json give(Writer& writer, WalkOrder value) { return wordOf(writer, value, orders); }
+Json give(Writer& writer, DimensionForm value) { return wordOf(writer, value, forms); }
+Json give(Writer& writer, ArgumentDescription::Kind value) { return wordOf(writer, value, argumentKinds); }
+Json give(Writer& writer, PathItemDescription::Kind value) { return wordOf(writer, value, itemKinds); }
 
 }  // namespace embedded::snapshot

@@ -36,7 +36,10 @@ class JsonEvents final : public nlohmann::json_sax<json> {
 
   bool null() override { return pass({Event::Null}); }
   bool boolean(bool value) override { return pass({.kind = Event::Logical, .logical = value}); }
-  bool number_integer(number_integer_t value) override { return number(static_cast<double>(value)); }
+  // The parser takes integers without a sign as unsigned ones: this zero is a negative one.
+  bool number_integer(number_integer_t value) override {
+    return number(value == 0 ? -0.0 : static_cast<double>(value));
+  }
   bool number_unsigned(number_unsigned_t value) override { return number(static_cast<double>(value)); }
   bool number_float(number_float_t value, const string_t&) override { return number(value); }
   bool string(string_t& text) override { return pass({.kind = Event::Text, .text = &text}); }

@@ -59,6 +59,40 @@ void takeSize(Reader& reader, Event& event, StructureArray& array) {
   take(reader, event, array.size);
 }
 
+Json giveElementAt(Writer& writer, const StructureArray& array, std::size_t start) {
+  writer.begin();
+  Json result = Json::object();
+  for (std::size_t at = 0; at < array.fields.size(); ++at) {
+    const Writer::Step step(writer, std::string_view(array.fields[at]));
+    Json field = give(writer, array.fields[at]);
+    append(result, std::move(field), give(writer, array.values.at(start + at)));
+  }
+  return result;
+}
+
+Json giveElement(Writer& writer, const StructureArray& array) {
+  return array.values.size() < array.fields.size() ? Json() : giveElementAt(writer, array, 0);
+}
+
+Json giveElements(Writer& writer, const StructureArray& array) {
+  writer.begin();
+  Json result = Json::array();
+  for (std::size_t start = 0; start < array.values.size(); start += array.fields.size()) {
+    const Writer::Step step(writer, result.size());
+    result.push_back(giveElementAt(writer, array, start));
+  }
+  return result;
+}
+
+Json giveFields(Writer& writer, const StructureArray& array) {
+  return array.values.empty() ? give(writer, array.fields) : Json();
+}
+
+Json giveSize(Writer& writer, const StructureArray& array) {
+  const std::size_t listed = array.fields.empty() ? 0 : array.values.size() / array.fields.size();
+  return isRow(array.size, listed) ? Json() : give(writer, array.size);
+}
+
 // Without fields there are no values to count the elements by.
 void finishStructure(StructureArray& array, const ObjectHandler<StructureArray>&) {
   if (array.fields.empty()) array.size = {1, 1};
@@ -68,17 +102,24 @@ void finishStructure(StructureArray& array, const ObjectHandler<StructureArray>&
 
 const Shape<StructureArray> structureShape{
     .kind = "a structure",
-    .keys = {{"struct", takeElement}, {"class", into<&StructureArray::className>}},
+    .keys = {{"struct", takeElement, giveElement, Required}, key<&StructureArray::className>("class")},
     .finish = finishStructure,
 };
 
 const Shape<StructureArray> structuresShape{
     .kind = "a structure array",
-    .keys = {{"structs", takeElements},
-             {"fields", takeFields},
-             {"size", takeSize},
-             {"class", into<&StructureArray::className>}},
+    .keys = {{"structs", takeElements, giveElements, Required},
+             {"fields", takeFields, giveFields},
+             {"size", takeSize, giveSize},
+             key<&StructureArray::className>("class")},
 };
+
+Json giveStructures(Writer& writer, const StructureArray& array) {
+  const bool single = array.fields.empty()
+                          ? array.size == std::vector<std::size_t>{1, 1}
+                          : array.values.size() == array.fields.size() && isRow(array.size, 1);
+  return giveObject(writer, array, single ? structureShape : structuresShape);
+}
 
 void FirstElementHandler::key(Reader& reader, const std::string& name) {
   if (!seen_.insert(name).second) refuseRepeated(reader, name);

@@ -14,6 +14,9 @@ extern const Shape<StructureArray> structureShape;
 /// {"structs": [{"a": 1}, {"a": 2}]}: several; without any, "fields" names the fields.
 extern const Shape<StructureArray> structuresShape;
 
+/// In the shorter of both ways.
+Json giveStructures(Writer& writer, const StructureArray& array);
+
 /// One element of a structure array whose first element it is: every key is a new field.
 class FirstElementHandler final : public Handler {
  public:
@@ -62,5 +65,20 @@ class NamedValuesHandler final : public Handler {
   std::vector<Entry>& entries_;
   std::unordered_set<std::string> seen_;
 };
+
+template <class Entry, auto content>
+Json giveNamedValues(Writer& writer, const std::vector<Entry>& entries) {
+  writer.begin();
+  Json result = Json::object();
+  std::unordered_set<std::string> seen;
+  for (const Entry& entry : entries) {
+    const Writer::Step step(writer, std::string_view(entry.name));
+    if (!seen.insert(entry.name).second)
+      writer.fail("snapshot.duplicate-key", inQuotes(entry.name) + " would stand here twice");
+    Json name = give(writer, entry.name);
+    append(result, std::move(name), give(writer, entry.*content));
+  }
+  return result;
+}
 
 }  // namespace embedded::snapshot

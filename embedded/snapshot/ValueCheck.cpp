@@ -1,8 +1,11 @@
+#include <algorithm>
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
 
 #include "embedded/snapshot/Checks.h"
+#include "embedded/snapshot/InVariable.h"
+#include "embedded/values/Value.h"
 
 namespace embedded::snapshot {
 
@@ -20,18 +23,18 @@ class ValueCheck {
   using Names = std::unordered_set<std::string>;
 
   void checkContent(const DoubleArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
+    checkSize(context_, array.size, array.elements.size(), place);
   }
   void checkContent(const LogicalArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
+    checkSize(context_, array.size, array.elements.size(), place);
   }
   void checkContent(const CharacterRow&, const Place&) {}
   void checkContent(const StringScalar&, const Place&) {}
   void checkContent(const StringArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
+    checkSize(context_, array.size, array.elements.size(), place);
   }
   void checkContent(const CharacterArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
+    checkSize(context_, array.size, array.elements.size(), place);
   }
   void checkContent(const FunctionHandleValue& handle, const Place& place) {
     checkDottedName(context_, handle.function, {place, "handle"});
@@ -47,17 +50,51 @@ class ValueCheck {
     check(tall.inside.front(), {place, "tall"});
   }
 
+  void checkContent(const ForeignMemberValue& member, const Place& place) {
+    for (const ForeignClassDescription& foreign : context_.description.foreignClasses) {
+      if (foreign.name != member.className) continue;
+      if (std::ranges::find(foreign.members, member.member) != foreign.members.end()) return;
+      context_.fail("snapshot.unknown-member", {place, "member"},
+                    "the class " + inQuotes(foreign.name) + " has no member " + inQuotes(member.member));
+    }
+    context_.fail("snapshot.unknown-class", {place, "foreign"},
+                  inQuotes(member.className) + " is no foreign class of this snapshot");
+  }
+
   void checkContent(const ObjectArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
-    const auto wanted = context_.requireClass(array.className, {place, "class"}, "the class of the objects");
+    checkSize(context_, array.size, array.elements.size(), place);
+    const Place classPlace(place, "class");
+    if (array.foreign)
+      checkName(context_, array.className, classPlace);
+    else
+      requireObjectClass(array.className, classPlace, "the class of the objects");
     const Place objects(place, "objects");
     for (std::size_t index = 0; index < array.elements.size(); ++index) {
       const Place element(objects, index);
-      const auto* object = std::get_if<ObjectValue>(&array.elements[index].content);
-      if (object == nullptr || context_.classes.find(object->className) != wanted)
+      if (!isElementOf(array, array.elements[index]))
         context_.fail("snapshot.wrong-class", element, "this is no object of the class of the array");
-      checkContent(*object, element);
+      check(array.elements[index], element);
     }
+  }
+
+  /// Objects of one array have one class as users know it.
+  bool isElementOf(const ObjectArray& array, const ValueDescription& element) const {
+    const auto* opaque = std::get_if<OpaqueObject>(&element.content);
+    if (array.foreign) return opaque != nullptr && opaque->className == array.className;
+    const auto* object = std::get_if<ObjectValue>(&element.content);
+    return object != nullptr && knownName(object->className) == knownName(array.className);
+  }
+
+  const std::string& knownName(const std::string& className) const {
+    const auto index = context_.classes.find(className);
+    return index ? context_.description.classes[*index].name : className;
+  }
+
+  /// Without a value: the class is one that no description has.
+  std::optional<std::size_t> requireObjectClass(const std::string& name, const Place& place,
+                                                const std::string& role) const {
+    if (name == namespaceObjectClass && !context_.classes.find(name)) return {};
+    return context_.requireClass(name, place, role);
   }
 
   void checkContent(const OpaqueObject& object, const Place& place) {
@@ -75,7 +112,7 @@ class ValueCheck {
   }
 
   void checkContent(const CellArray& array, const Place& place) {
-    checkSize(array.size, array.elements.size(), place);
+    checkSize(context_, array.size, array.elements.size(), place);
     const Place cell(place, "cell");
     for (std::size_t index = 0; index < array.elements.size(); ++index) {
       if (array.elements[index]) check(*array.elements[index], {cell, index});
@@ -84,8 +121,8 @@ class ValueCheck {
 
   void checkContent(const StructureArray& array, const Place& place) {
     checkFields(array, place);
-    if (array.fields.empty()) return checkBareSize(array.size, place);
-    checkSize(array.size, array.values.size() / array.fields.size(), place);
+    if (array.fields.empty()) return checkBareSize(context_, array.size, place);
+    checkSize(context_, array.size, array.values.size() / array.fields.size(), place);
     for (std::size_t index = 0; index < array.values.size(); ++index) checkFieldValue(array, index, place);
   }
 
@@ -113,13 +150,12 @@ class ValueCheck {
   }
 
   void checkContent(const ObjectValue& object, const Place& place) {
-    const auto index = context_.requireClass(object.className, {place, "object"}, "the class of the object");
-    const Names& known = propertiesOf(index);
+    const auto index = requireObjectClass(object.className, {place, "object"}, "the class of the object");
     const Place properties(place, "properties");
     Names seen;
     for (const auto& [name, value] : object.properties) {
       const Place property(properties, name);
-      if (!known.contains(name)) {
+      if (index && !propertiesOf(*index).contains(name)) {
         context_.fail("snapshot.unknown-property", property,
                       "the class " + inQuotes(object.className) + " has no property " + inQuotes(name));
       }
@@ -127,7 +163,7 @@ class ValueCheck {
         context_.fail("snapshot.duplicate-property", property, inQuotes(name) + " has two values");
       check(value, property);
     }
-    if (!object.member.empty()) requireMember(index, object.member, {place, "member"});
+    if (index && !object.member.empty()) requireMember(*index, object.member, {place, "member"});
   }
 
   void requireMember(std::size_t index, const std::string& name, const Place& place) const {
@@ -161,35 +197,6 @@ class ValueCheck {
     }
   }
 
-  void checkSize(const std::vector<std::size_t>& size, std::size_t count, const Place& place) const {
-    if (size.empty()) return;
-    if (size.size() == 1) refuseSize(place, "a size has at least two dimensions");
-    if (productOf(size) == count) return;
-    refuseSize(place, "there are " + std::to_string(count) +
-                          " elements, which is not the product of the dimensions");
-  }
-
-  /// Structures without fields have no values to hold the size against.
-  void checkBareSize(const std::vector<std::size_t>& size, const Place& place) const {
-    if (size.size() == 1) refuseSize(place, "a size has at least two dimensions");
-    if (!productOf(size)) refuseSize(place, "the product of the dimensions is too big");
-  }
-
-  [[noreturn]] void refuseSize(const Place& place, const std::string& reason) const {
-    context_.fail("snapshot.wrong-size", {place, "size"}, reason);
-  }
-
-  /// Without a value when it is too big for any array.
-  static std::optional<std::size_t> productOf(const std::vector<std::size_t>& size) {
-    std::size_t product = 1;
-    bool tooBig = false;
-    for (const std::size_t dimension : size) {
-      if (dimension == 0) return 0;
-      tooBig = tooBig || __builtin_mul_overflow(product, dimension, &product);
-    }
-    return tooBig ? std::nullopt : std::optional(product);
-  }
-
   const CheckContext& context_;
   std::unordered_map<std::size_t, Names> properties_;
 };
@@ -209,7 +216,7 @@ void checkWorkspace(const CheckContext& context) {
       context.fail("snapshot.duplicate-variable", {variable, "name"},
                    "there is already a variable " + inQuotes(variables[index].name));
     }
-    values.check(variables[index].value, {variable, "value"});
+    inVariable(variables[index].name, [&] { values.check(variables[index].value, {variable, "value"}); });
   }
 }
 

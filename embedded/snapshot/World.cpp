@@ -1,3 +1,4 @@
+#include "embedded/snapshot/InVariable.h"
 #include "embedded/snapshot/Object.h"
 
 namespace embedded::snapshot {
@@ -18,6 +19,8 @@ void takeFormat(Reader& reader, Event& event, Description&) {
   }
 }
 
+Json giveFormat(Writer&, const Description&) { return knownFormat; }
+
 /// Editors find the schema by this key; it says nothing about the session.
 void takeSchema(Reader& reader, Event& event, Description&) {
   std::string schema;
@@ -26,95 +29,84 @@ void takeSchema(Reader& reader, Event& event, Description&) {
 
 const Shape<ArgumentDescription> argumentShape{
     .kind = "an argument",
-    .keys = {{"name", into<&ArgumentDescription::name>, Required},
-             {"kind", into<&ArgumentDescription::kind>},
-             {"class", into<&ArgumentDescription::className>},
-             {"size", into<&ArgumentDescription::size>},
-             {"validators", into<&ArgumentDescription::validators>},
-             {"values", into<&ArgumentDescription::values>}},
+    .keys = {key<&ArgumentDescription::name>("name", Required), key<&ArgumentDescription::kind>("kind"),
+             key<&ArgumentDescription::className>("class"), key<&ArgumentDescription::size>("size"),
+             key<&ArgumentDescription::validators>("validators"),
+             key<&ArgumentDescription::values>("values")},
 };
 
 const Shape<ArgumentsDescription> argumentsShape{
     .kind = "the object of arguments",
-    .keys = {{"inputs", into<&ArgumentsDescription::inputs>},
-             {"outputs", into<&ArgumentsDescription::outputs>},
-             {"furtherInputs", into<&ArgumentsDescription::furtherInputs>},
-             {"furtherOutputs", into<&ArgumentsDescription::furtherOutputs>}},
+    .keys = {key<&ArgumentsDescription::inputs>("inputs"), key<&ArgumentsDescription::outputs>("outputs"),
+             key<&ArgumentsDescription::furtherInputs>("furtherInputs"),
+             key<&ArgumentsDescription::furtherOutputs>("furtherOutputs")},
 };
 
 const Shape<FunctionDescription> functionShape{
     .kind = "a function",
-    .keys = {{"name", into<&FunctionDescription::name>, Required},
-             {"component", into<&FunctionDescription::component>},
-             {"imports", into<&FunctionDescription::imports>},
-             {"hidden", into<&FunctionDescription::hidden>},
-             {"visible", into<&FunctionDescription::visible>},
-             {"arguments", into<&FunctionDescription::arguments>},
-             {"code", into<&FunctionDescription::code>}},
+    .keys = {key<&FunctionDescription::name>("name", Required),
+             key<&FunctionDescription::component>("component"), key<&FunctionDescription::imports>("imports"),
+             key<&FunctionDescription::hidden>("hidden"), key<&FunctionDescription::visible>("visible"),
+             key<&FunctionDescription::arguments>("arguments"), key<&FunctionDescription::code>("code")},
 };
 
 const Shape<PackageDescription> packageShape{
     .kind = "a package",
-    .keys = {{"name", into<&PackageDescription::name>, Required},
-             {"classes", into<&PackageDescription::classes>},
-             {"functions", into<&PackageDescription::functions>}},
+    .keys = {key<&PackageDescription::name>("name", Required), key<&PackageDescription::classes>("classes"),
+             key<&PackageDescription::functions>("functions")},
 };
 
 const Shape<ForeignClassDescription> foreignClassShape{
     .kind = "a foreign class",
-    .keys = {{"name", into<&ForeignClassDescription::name>, Required},
-             {"members", into<&ForeignClassDescription::members>}},
+    .keys = {key<&ForeignClassDescription::name>("name", Required),
+             key<&ForeignClassDescription::members>("members")},
 };
 
 const Shape<VariableDescription> variableShape{
     .kind = "a variable",
-    .keys = {{"name", into<&VariableDescription::name>, Required},
-             {"value", into<&VariableDescription::value>, Required}},
+    .keys = {key<&VariableDescription::name>("name", Required),
+             key<&VariableDescription::value>("value", Required)},
 };
 
 const Shape<ActiveScopeDescription> activeScopeShape{
     .kind = "an active scope",
-    .keys = {{"function", into<&ActiveScopeDescription::function>, Required},
-             {"eligible", into<&ActiveScopeDescription::eligible>}},
+    .keys = {key<&ActiveScopeDescription::function>("function", Required),
+             key<&ActiveScopeDescription::eligible>("eligible")},
 };
 
 const Shape<DebuggerDescription> debuggerShape{
     .kind = "a debugger",
-    .keys = {{"focus", into<&DebuggerDescription::focus>, Required},
-             {"first", into<&DebuggerDescription::first>},
-             {"second", into<&DebuggerDescription::second>}},
+    .keys = {key<&DebuggerDescription::focus>("focus", Required), key<&DebuggerDescription::first>("first"),
+             key<&DebuggerDescription::second>("second")},
 };
 
 const Shape<PathItemDescription> pathItemShape{
     .kind = "a search path item",
-    .keys = {{"folder", into<&PathItemDescription::folder>, Required},
-             {"kind", into<&PathItemDescription::kind>}},
+    .keys = {key<&PathItemDescription::folder>("folder", Required), key<&PathItemDescription::kind>("kind")},
 };
 
 const Shape<ScopesDescription> scopesShape{
     .kind = "the object of scopes",
-    .keys = {{"queryable", into<&ScopesDescription::queryable>},
-             {"executing", into<&ScopesDescription::executing>},
-             {"active", into<&ScopesDescription::active>},
-             {"bridge", into<&ScopesDescription::bridge>},
-             {"debugger", into<&ScopesDescription::debugger>}},
+    .keys = {key<&ScopesDescription::queryable>("queryable"), key<&ScopesDescription::executing>("executing"),
+             key<&ScopesDescription::active>("active"), key<&ScopesDescription::bridge>("bridge"),
+             key<&ScopesDescription::debugger>("debugger")},
 };
 
 const Shape<Description> worldShape{
     .kind = "a snapshot",
-    .keys = {{"format", takeFormat, Required},
+    .keys = {{"format", takeFormat, giveFormat, Required},
              {"$schema", takeSchema},
-             {"components", into<&Description::components>},
-             {"namespaces", into<&Description::namespaces>},
-             {"classes", into<&Description::classes>},
-             {"functions", into<&Description::functions>},
-             {"packages", into<&Description::packages>},
-             {"foreignClasses", into<&Description::foreignClasses>},
-             {"workspace", into<&Description::workspace>},
-             {"scopes", into<&Description::scopes>},
-             {"path", into<&Description::path>},
-             {"currentFolder", into<&Description::currentFolder>},
-             {"builtins", into<&Description::builtins>}},
+             key<&Description::components>("components"),
+             key<&Description::namespaces>("namespaces"),
+             key<&Description::classes>("classes"),
+             key<&Description::functions>("functions"),
+             key<&Description::packages>("packages"),
+             key<&Description::foreignClasses>("foreignClasses"),
+             key<&Description::workspace>("workspace"),
+             key<&Description::scopes>("scopes"),
+             key<&Description::path>("path"),
+             key<&Description::currentFolder>("currentFolder"),
+             key<&Description::builtins>("builtins")},
 };
 
 }  // namespace
@@ -162,5 +154,45 @@ void take(Reader& reader, Event& event, ScopesDescription& destination) {
 void take(Reader& reader, Event& event, Description& destination) {
   takeObject(reader, event, destination, worldShape);
 }
+
+Json give(Writer& writer, const ArgumentDescription& value) {
+  return giveObject(writer, value, argumentShape);
+}
+
+Json give(Writer& writer, const ArgumentsDescription& value) {
+  return giveObject(writer, value, argumentsShape);
+}
+
+Json give(Writer& writer, const FunctionDescription& value) {
+  return giveObject(writer, value, functionShape);
+}
+
+Json give(Writer& writer, const PackageDescription& value) { return giveObject(writer, value, packageShape); }
+
+Json give(Writer& writer, const ForeignClassDescription& value) {
+  return giveObject(writer, value, foreignClassShape);
+}
+
+Json give(Writer& writer, const VariableDescription& value) {
+  Json object;
+  inVariable(value.name, [&] { object = giveObject(writer, value, variableShape); });
+  return object;
+}
+
+Json give(Writer& writer, const PathItemDescription& value) {
+  return giveObject(writer, value, pathItemShape);
+}
+
+Json give(Writer& writer, const ActiveScopeDescription& value) {
+  return giveObject(writer, value, activeScopeShape);
+}
+
+Json give(Writer& writer, const DebuggerDescription& value) {
+  return giveObject(writer, value, debuggerShape);
+}
+
+Json give(Writer& writer, const ScopesDescription& value) { return giveObject(writer, value, scopesShape); }
+
+Json give(Writer& writer, const Description& value) { return giveObject(writer, value, worldShape); }
 
 }  // namespace embedded::snapshot

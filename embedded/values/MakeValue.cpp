@@ -1,4 +1,5 @@
 #include "embedded/classes/ClassSystem.h"
+#include "embedded/classes/Interning.h"
 #include "embedded/text/Unicode.h"
 #include "embedded/values/Value.h"
 
@@ -71,15 +72,16 @@ struct Maker {
   }
 
   ValuePtr operator()(const ObjectValue& value) const {
-    const Class::Names& names = classes.find(value.className)->names();
-    Object object{names.id, names.dotted, {}, value.member, value.text, value.failing};
+    const Class* found = classes.find(value.className);  // null: of a class that built-in functions know
+    const kcos::COSInternedName id = found ? found->names().id : interned(value.className);
+    Object object{id, found ? found->names().dotted : id, {}, value.member, value.text, value.failing};
     for (const auto& [name, property] : value.properties)
       object.properties.emplace_back(name, makeValue(property, classes));
     return newValue({1, 1}, std::move(object));
   }
 
   ValuePtr operator()(const ObjectArray& array) const {
-    Objects objects{{}, classes.find(array.className)->names().dotted.text()};
+    Objects objects{{}, dottedName(array.className)};
     for (const ValueDescription& element : array.elements)
       objects.elements.push_back(makeValue(element, classes));
     return newValue(sizeOr(array.size, array.elements.size()), std::move(objects));
@@ -99,12 +101,21 @@ struct Maker {
   }
 
   ValuePtr operator()(const ClassReferenceValue& reference) const {
-    const Class* found = classes.find(reference.className);
-    return newValue({1, 1}, ClassReference{found ? found->names().dotted.text() : reference.className});
+    return newValue({1, 1}, ClassReference{dottedName(reference.className)});
   }
 
   ValuePtr operator()(const TallValue& tall) const {
     return newValue({1, 1}, Tall{makeValue(tall.inside.front(), classes)});
+  }
+
+  ValuePtr operator()(const ForeignMemberValue& member) const {
+    return newValue({1, 1}, ForeignMember{member.className, member.member});
+  }
+
+  /// The name by which users know the class; that of a class which is not of the class system as it is.
+  std::string dottedName(const std::string& className) const {
+    const Class* found = classes.find(className);
+    return found ? found->names().dotted.text() : className;
   }
 };
 

@@ -155,6 +155,9 @@ ValuePtr newCellOfTexts(const std::vector<std::string>& texts);
 /// The value of a description that has been checked.
 ValuePtr makeValue(const ValueDescription& description, const ClassSystem& classes);
 
+/// The class of the objects that stand for namespaces: a built-in function makes them, no description has it.
+inline constexpr std::string_view namespaceObjectClass = "korval.metadata.Namespace";
+
 /// The storage class of a built-in class by its name.
 std::optional<int> builtInClassCode(std::string_view className) noexcept;
 

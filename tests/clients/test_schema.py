@@ -4,15 +4,13 @@ import json
 import os
 import re
 import subprocess
-import tempfile
 import unittest
-from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 from jsonschema import Draft202012Validator
 
 SOURCE = Path(os.environ["CONTEXTDATA_SOURCE"])
-COMMAND = os.environ.get("CONTEXTDATA_COMMAND", "")
+READER = os.environ.get("CONTEXTDATA_READER", "")
 SCHEMA = json.loads((SOURCE / "share/contextdata/snapshot.schema.json").read_text(encoding="utf-8"))
 VALIDATOR = Draft202012Validator(SCHEMA)
 
@@ -69,7 +67,9 @@ EVERYTHING = {
         {"name": "handle", "value": {"handle": "f.g"}}, {"name": "class", "value": {"class": "A"}},
         {"name": "tall", "value": {"tall": [1]}},
         {"name": "old", "value": {"struct": {"a": True}, "class": "O"}},
-        {"name": "olds", "value": {"structs": [{"a": 1}], "class": "O"}}],
+        {"name": "olds", "value": {"structs": [{"a": 1}], "class": "O"}},
+        {"name": "opaques", "value": {"objects": [{"opaque": "F"}], "class": "F", "foreign": True}},
+        {"name": "member", "value": {"foreign": "x.Y", "member": "m"}}],
     "scopes": {"queryable": True, "executing": "f.g", "active": [{"function": "f.g", "eligible": False}],
                "bridge": True, "debugger": {"focus": "x", "first": 1, "second": -1}},
     "path": [{"folder": "a", "kind": "class"}], "currentFolder": "b", "builtins": ["sin"],
@@ -126,17 +126,14 @@ def changed(place, value):
     return document
 
 
-def read(document):
-    """The reader's code for a document, without its prefix; empty when it is accepted."""
-    with tempfile.NamedTemporaryFile("w", suffix=".json", encoding="utf-8") as file:
-        json.dump(document, file)
-        file.flush()
-        done = subprocess.run([COMMAND, "query", "--snapshot", file.name], stdin=subprocess.DEVNULL,
-                              capture_output=True, timeout=60, check=False)
-    found = re.search(r"\[snapshot\.([a-z0-9-]+)", done.stderr.decode())
-    if done.returncode == 0:
-        return ""
-    return found[1] if done.returncode == 1 and found else f"exit code {done.returncode}: {done.stderr!r}"
+def read(documents):
+    """The reader's code for each document, without its prefix; empty when it is accepted."""
+    lines = "".join(json.dumps(document) + "\n" for document in documents)
+    done = subprocess.run([READER], input=lines.encode(), capture_output=True, timeout=600, check=True)
+    codes = [line.removeprefix("snapshot.") for line in done.stdout.decode().splitlines()]
+    if len(codes) != len(documents):
+        raise AssertionError(f"{len(codes)} answers for {len(documents)} documents")
+    return codes
 
 
 class SchemaTest(unittest.TestCase):
@@ -188,18 +185,16 @@ class AgreementTest(unittest.TestCase):
     """The schema and the reader of the command."""
 
     def compare(self, documents):
-        with ThreadPoolExecutor(os.cpu_count()) as pool:
-            codes = list(pool.map(read, [document for _, document in documents]))
+        codes = read([document for _, document in documents])
         for (name, document), code in zip(documents, codes):
             accepted = VALIDATOR.is_valid(document)
             self.assertIn(code, {"", *BEYOND} if accepted else set(codes) - {""}, (name, accepted, code))
-            self.assertNotIn("exit code", code, name)
         return codes
 
     def test_good_documents_are_read(self):
-        self.assertEqual(read(EVERYTHING), "")
-        for example in (SOURCE / "examples").glob("*.json"):
-            self.assertEqual(read(json.loads(without_comments(example.read_text(encoding="utf-8")))), "")
+        examples = [json.loads(without_comments(example.read_text(encoding="utf-8")))
+                    for example in (SOURCE / "examples").glob("*.json")]
+        self.assertEqual(set(read([EVERYTHING, *examples])), {""})
 
     def test_broken_documents_are_refused_by_both(self):
         codes = self.compare([((place, value), changed(place, value)) for place, value in BROKEN])

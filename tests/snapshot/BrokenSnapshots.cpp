@@ -141,8 +141,9 @@ std::set<std::string> documentedCodes() {
 TEST(BrokenSnapshots, EveryDocumentedCodeIsInTheTable) {
   std::set<std::string> codes;
   for (const auto& broken : everyBrokenText()) codes.insert(broken.code);
-  // Those of files and of descriptions written in code have tests of their own.
-  for (const char* code : {"missing-file", "directory", "unreadable", "duplicate-property"})
+  // Those of files, of saving and of descriptions written in code have tests of their own.
+  for (const char* code : {"missing-file", "directory", "unreadable", "duplicate-property", "unwritable",
+                           "lone-surrogate", "too-big", "unknown-kind"})
     EXPECT_TRUE(codes.insert(std::string("snapshot.") + code).second) << code;
   EXPECT_EQ(codes, documentedCodes());
 }

@@ -67,7 +67,8 @@ struct Shown {
   }
   std::string operator()(const embedded::ObjectArray& array) const {
     return "objects(" + sizeOf(array.size) + ")" + array.className + "[" +
-           joined(array.elements, [](const auto& object) { return shown(object); }) + "]";
+           joined(array.elements, [](const auto& object) { return shown(object); }) + "]" +
+           (array.foreign ? "foreign" : "");
   }
   std::string operator()(const embedded::OpaqueObject& object) const {
     const auto field = [](const auto& stored) { return stored.name + "=" + shown(stored.value); };
@@ -81,6 +82,9 @@ struct Shown {
   std::string operator()(const embedded::FunctionHandleValue& handle) const { return "@" + handle.function; }
   std::string operator()(const embedded::ClassReferenceValue& reference) const {
     return "?" + reference.className;
+  }
+  std::string operator()(const embedded::ForeignMemberValue& member) const {
+    return "foreign " + member.className + "." + member.member;
   }
   std::string operator()(const embedded::TallValue& tall) const { return "tall " + shown(tall.inside.at(0)); }
 };
@@ -133,6 +137,9 @@ TEST(SnapshotValues, AreWhatTheTextSays) {
       {R"({"opaque": "F", "dimensions": "lazy"})", "opaque F[|]2"},
       {R"({"handle": "f.g"})", "@f.g"},
       {R"({"class": "P"})", "?P"},
+      {"-0", "double()[-0]"},
+      {R"({"objects": [{"opaque": "F"}], "class": "F", "foreign": true})", "objects()F[opaque F[|]0]foreign"},
+      {R"({"foreign": "x.Y", "member": "m"})", "foreign x.Y.m"},
       {R"({"tall": [1, 2]})", "tall double()[1,2]"},
       {R"({"struct": {"a": 1}, "class": "Older"})", "struct()[a:double()[1]]Older"},
       {R"({"structs": [{"a": 1}], "class": "Older"})", "struct(1,1)[a:double()[1]]Older"},
@@ -141,7 +148,8 @@ TEST(SnapshotValues, AreWhatTheTextSays) {
     const auto world = embedded::readSnapshotText(
         R"({"format": 1, "workspace": [{"name": "x", "value": )" + text + R"(}], "classes": [
             {"name": "P", "component": "c", "superclasses": ["Base"], "properties": ["q"], "members": ["On"]},
-            {"name": "Base", "aliases": ["Alias"], "properties": ["inherited"]}]})",
+            {"name": "Base", "aliases": ["Alias"], "properties": ["inherited"]}],
+            "foreignClasses": [{"name": "x.Y", "members": ["m"]}]})",
         "");
     EXPECT_EQ(shown(world.workspace.at(0).value), expected) << text;
     EXPECT_EQ(world.workspace[0].name, "x");

@@ -1,0 +1,54 @@
+#pragma once
+
+// What a text of Korval code says about itself, without running it. None of this asks for a host.
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/Export.h"
+
+namespace embedded {
+
+struct CodeFailure;
+
+/// Lines and columns count from 1, columns in UTF-16 code units; a line ends with "\n".
+struct CodePlace {
+  int line = 1;
+  int column = 1;
+};
+
+/// A name that code gives a value, where it does so first.
+struct CodeVariable {
+  std::string name;
+  CodePlace at;
+  /// What is named or called there: "lab.Pump" of `p = lab.Pump(3)`; empty for any other value.
+  std::string maker = {};
+};
+
+/// One function of a text.
+struct CodeFunction {
+  std::string name;
+  std::vector<std::string> inputs;
+  std::vector<std::string> outputs;
+  std::vector<CodeVariable> variables;
+  CodePlace begin;
+  CodePlace nameAt;
+  /// Behind its last character.
+  CodePlace end;
+};
+
+struct CodeOutline {
+  std::vector<CodeFunction> functions;
+  /// Those of a text without functions.
+  std::vector<CodeVariable> variables;
+};
+
+/// Why the text is no code, or nothing.
+KORVAL_HOST_API std::optional<CodeFailure> checkCode(std::u16string_view text);
+
+/// The outline of a text, also of one that is being typed and is no code yet.
+KORVAL_HOST_API CodeOutline outlineOf(std::u16string_view text);
+
+}  // namespace embedded

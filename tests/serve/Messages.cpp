@@ -1,0 +1,119 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <variant>
+#include <vector>
+
+#include "tools/serve/Inbox.h"
+#include "tools/serve/Message.h"
+#include "tools/serve/Uri.h"
+
+using tools::serve::Event;
+using tools::serve::Inbox;
+using tools::serve::Json;
+using tools::serve::Message;
+using tools::serve::readMessage;
+using tools::serve::Rejection;
+
+namespace {
+
+/// The text that a message carries, as code units.
+std::u16string carried(const std::string& text) {
+  const auto message = readMessage(R"({"jsonrpc": "2.0", "method": "m", "params": [")" + text + "\"]}");
+  std::u16string units;
+  for (const char byte : message->params[0].get<std::string>()) units += static_cast<unsigned char>(byte);
+  return units;
+}
+
+TEST(Messages, HalvesOfSurrogatePairsAreReplaced) {
+  const std::u16string replaced = u"\xEF\xBF\xBD";
+  const std::vector<std::pair<std::string, std::u16string>> rows{
+      {R"(a\u0041)", u"aA"},
+      {R"(\ud83d)", replaced},
+      {R"(\uDE00x)", replaced + u"x"},
+      {R"(\ud83d\ud83d\ude00)", replaced + u"\xF0\x9F\x98\x80"},
+      {R"(\\ud83d\ud83d)", u"\\ud83d" + replaced},
+      {R"(\"\ud83d\n)", u"\"" + replaced + u"\n"},
+      {R"(\ud83d\u0041)", replaced + u"A"}};
+  for (const auto& [text, expected] : rows) EXPECT_EQ(carried(text), expected) << text;
+  EXPECT_THROW(readMessage(R"({"jsonrpc": "2.0", "method": "\ud83"})"), Rejection);
+  EXPECT_THROW(readMessage("\"\\"), Rejection);
+  EXPECT_THROW(readMessage("\"\\u"), Rejection);
+}
+
+TEST(Messages, ManyKeysAndDeepNestingAreRead) {
+  std::string many = R"({"jsonrpc": "2.0", "method": "m", "params": {)";
+  for (int key = 0; key < 200000; ++key) many += "\"" + std::to_string(key) + "\": 0, ";
+  EXPECT_EQ(readMessage(many + "\"x\": 0}}")->params.size(), 200001U);
+  const std::string deep(100000, '[');
+  EXPECT_THROW(readMessage(deep), Rejection);
+  EXPECT_THROW(readMessage(deep + std::string(100000, ']')), Rejection);
+}
+
+TEST(Uris, NameFiles) {
+  const std::vector<std::pair<std::string, std::string>> rows{{"file:///a/b.k", "/a/b.k"},
+                                                              {"file://host/a%20b/%C3%A4.k", "/a b/\u00e4.k"},
+                                                              {"file:///%40Cls/a%zz%4", "/@Cls/a%zz%4"},
+                                                              {"file://", ""},
+                                                              {"untitled:a.k", ""},
+                                                              {"", ""}};
+  for (const auto& [uri, path] : rows) EXPECT_EQ(tools::serve::pathOf(uri), path) << uri;
+  for (const std::string path : {"/a/b.k", "/a b/\u00e4%/+p/@C/x.k", "/"})
+    EXPECT_EQ(tools::serve::pathOf(tools::serve::uriOf(path)), path);
+  EXPECT_EQ(tools::serve::uriOf("/a b/\u00e4.k"), "file:///a%20b/%C3%A4.k");
+}
+
+Event request(int id) { return Message{Json(id), "m", {}}; }
+
+/// A host of nothing, and an inbox that interrupts it.
+struct Interruption {
+  Interruption() { inbox.attach(&host); }
+  embedded::Host host{embedded::Description{}};
+  Inbox inbox;
+};
+
+TEST(Inboxes, AnInterruptReachesItsRequestOnly) {
+  Interruption world;
+  for (int id = 1; id <= 4; ++id) world.inbox.put(request(id));
+  world.inbox.cancel(3);
+  world.inbox.cancel(99);
+  for (int id = 1; id <= 4; ++id) {
+    EXPECT_EQ(std::get<Message>(world.inbox.take()).id, Json(id));
+    EXPECT_EQ(world.inbox.isCancelled(), id == 3);
+    EXPECT_FALSE(world.host.interruptRequested());
+    if (id == 2) {
+      world.inbox.cancel(1);
+      EXPECT_FALSE(world.host.interruptRequested());
+      world.inbox.cancel(2);
+      EXPECT_TRUE(world.host.interruptRequested() && world.inbox.isCancelled());
+    }
+    world.host.clearInterrupt();
+    world.inbox.renewInterrupt();
+    EXPECT_EQ(world.host.interruptRequested(), id == 2 || id == 3);
+    world.inbox.finish();
+    EXPECT_FALSE(world.host.interruptRequested() || world.inbox.isCancelled());
+  }
+  EXPECT_TRUE(world.inbox.isEmpty());
+}
+
+/// One thread takes requests, another cancels every second one at any moment, often too late or too early.
+TEST(Inboxes, CancelAtAnyMoment) {
+  Interruption world;
+  constexpr int count = 2000;
+  std::thread canceller([&] {
+    for (int id = 1; id <= count; ++id) {
+      world.inbox.put(request(id));
+      if (id % 2 == 0) world.inbox.cancel(id);
+    }
+  });
+  for (int id = 1; id <= count; ++id) {
+    world.inbox.take();
+    for (int look = 0; look < 50; ++look) EXPECT_FALSE(id % 2 != 0 && world.host.interruptRequested()) << id;
+    world.inbox.finish();
+    EXPECT_FALSE(world.host.interruptRequested()) << id;
+  }
+  canceller.join();
+}
+
+}  // namespace

@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "tests/snapshot/Saved.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string contentsOf(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+class SavedFiles : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (fs::temp_directory_path() / "saved-XXXXXX").string();
+    folder_ = mkdtemp(pattern.data());
+    fs::create_directory(folder_ / "inner");
+    description_.path = {{.folder = (folder_ / "code").string()}};
+    description_.currentFolder = (folder_ / "inner").string();
+  }
+  void TearDown() override { fs::remove_all(folder_); }
+
+  std::string codeOf(const fs::path& file) const {
+    try {
+      embedded::writeSnapshot(description_, file);
+    } catch (const embedded::SnapshotError& fault) {
+      EXPECT_EQ(fault.file(), file.string());
+      return fault.code();
+    }
+    return "";
+  }
+  std::size_t filesLeft() const {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), {}));
+  }
+
+  fs::path folder_;
+  embedded::Description description_;
+};
+
+TEST_F(SavedFiles, AreReadAgainFromWhereverTheyStand) {
+  for (const fs::path& file : {folder_ / "a.json", folder_ / "inner/b.json", folder_ / "inner/../c.json"}) {
+    embedded::writeSnapshot(description_, file);
+    const auto read = embedded::readSnapshot(file);
+    EXPECT_EQ(read.path.at(0).folder, description_.path[0].folder);
+    EXPECT_TRUE(fs::equivalent(read.currentFolder, description_.currentFolder));
+    EXPECT_EQ(contentsOf(file).find(folder_.string()), std::string::npos) << "folders are relative";
+    const std::string before = contentsOf(file);
+    embedded::writeSnapshot(embedded::Host::load(file)->describe(), file);
+    EXPECT_EQ(contentsOf(file), before);
+  }
+}
+
+TEST_F(SavedFiles, NameTheFolderOfTheProcess) {
+  const auto before = fs::current_path();
+  fs::current_path(folder_ / "inner");
+  embedded::Description plain;
+  plain.path = {{.folder = "beside"}};
+  const embedded::Host host(plain);
+  fs::current_path(before);
+  embedded::writeSnapshot(host.describe(), folder_ / "a.json");
+  const auto read = embedded::readSnapshot(folder_ / "a.json");
+  EXPECT_TRUE(fs::equivalent(read.currentFolder, folder_ / "inner"));
+  EXPECT_EQ(read.path.at(0).folder, (folder_ / "inner/beside").string());
+}
+
+TEST_F(SavedFiles, ReplaceWhatIsThere) {
+  const fs::path file = folder_ / "a.json", link = folder_ / "link.json";
+  std::ofstream(file) << "old";
+  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+  fs::create_symlink("a.json", link);
+  embedded::writeSnapshot(description_, link);
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_NO_THROW(embedded::readSnapshot(file));
+  EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(filesLeft(), 3U);
+}
+
+TEST_F(SavedFiles, ThatCannotBeWritten) {
+  EXPECT_EQ(codeOf(folder_ / "missing/deeper/a.json"), "snapshot.unwritable");
+  std::ofstream(folder_ / "file") << "x";
+  EXPECT_EQ(codeOf(folder_ / "file/a.json"), "snapshot.unwritable");
+  EXPECT_EQ(codeOf("/proc/a.json"), "snapshot.unwritable");
+  EXPECT_EQ(codeOf(""), "snapshot.unwritable");
+  EXPECT_EQ(codeOf(folder_ / ""), "snapshot.directory");
+  EXPECT_EQ(codeOf(folder_), "snapshot.directory");
+  EXPECT_EQ(codeOf("/dev/null"), "snapshot.unwritable");
+  fs::create_symlink("nowhere/at/all", folder_ / "dangling");
+  EXPECT_EQ(codeOf(folder_ / "dangling"), "snapshot.unwritable");
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+  EXPECT_EQ(filesLeft(), 3U);
+}
+
+// The limit is that of a child, whose file may not grow beyond it.
+TEST_F(SavedFiles, LeaveTheOldOneWhenTheDiskIsFull) {
+  const fs::path file = folder_ / "a.json";
+  std::ofstream(file) << "old";
+  const pid_t child = fork();
+  if (child == 0) {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{20, 20};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    _exit(codeOf(file) == "snapshot.unwritable" ? 0 : 1);
+  }
+  int status = -1;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(contentsOf(file), "old");
+  EXPECT_EQ(filesLeft(), 2U);
+}
+
+TEST_F(SavedFiles, LeaveTheOldOneWhenTheDescriptionIsBad) {
+  const fs::path file = folder_ / "a.json";
+  std::ofstream(file) << "old";
+  embedded::OpaqueObject twice{.className = "F", .fields = {{"a", {}}, {"a", {}}}, .methods = {}};
+  const std::tuple<embedded::ValueDescription, const char*, const char*> values[] = {
+      {{embedded::CharacterRow{u"a\xD800"}}, "snapshot.lone-surrogate", "/workspace/0/value"},
+      {{embedded::ObjectValue{"no.such", {}}}, "snapshot.unknown-class", "/workspace/0/value/object"},
+      {{embedded::ForeignMemberValue{"no.such", "a"}},
+       "snapshot.unknown-class",
+       "/workspace/0/value/foreign"},
+      {{embedded::OpaqueObject{"\xFF", {}, {}}}, "snapshot.not-utf8", "/workspace/0/value/opaque"},
+      {{twice}, "snapshot.duplicate-key", "/workspace/0/value/fields/a"},
+      {{embedded::FunctionHandleValue{"a..b"}}, "snapshot.bad-name", "/workspace/0/value/handle"}};
+  for (const auto& [value, code, pointer] : values) {
+    description_.workspace = {{"culprit", value}};
+    try {
+      embedded::writeSnapshot(description_, file);
+      ADD_FAILURE() << code;
+    } catch (const embedded::SnapshotError& fault) {
+      EXPECT_EQ(fault.code(), code);
+      EXPECT_EQ(fault.pointer(), pointer);
+      EXPECT_EQ(fault.file(), file.string());
+      EXPECT_NE(fault.reason().find("\"culprit\""), std::string::npos) << fault.what();
+    }
+  }
+  description_.workspace.clear();
+  description_.namespaces = {"\xC3("};
+  EXPECT_EQ(codeOf(file), "snapshot.not-utf8");
+  EXPECT_EQ(contentsOf(file), "old");
+  EXPECT_EQ(filesLeft(), 2U);
+}
+
+}  // namespace

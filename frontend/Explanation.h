@@ -27,7 +27,7 @@ enum class Rule {
   Operator,    ///< it overloads an operator or indexing
   Constructor,
   Position,  ///< it is offered elsewhere: static and constant members behind the class, others behind objects
-  Mixin,     ///< the class, or one that it derives from, offers no methods behind the dot
+  Mixin,     ///< the class derives from one that lets it offer no methods behind the dot
   ExclusionTable,  ///< completion leaves the name out on purpose
   NoMatch,         ///< it does not fit what was typed
   BeyondLimit,     ///< it would be offered if more candidates were asked for

@@ -48,12 +48,13 @@ struct Hover {
   std::optional<Signature> signature = {};
   /// Of classes, and of objects: the classes it derives from, nearest first.
   std::vector<std::u16string> superclasses = {};
-  /// The values that a property may take.
+  /// The values that a property may take; the members of an enumeration.
   std::vector<std::u16string> possibleValues = {};
   std::vector<std::u16string> validators = {};
 };
 
-/// What stands at the offset: the dotted name there, up to the end of the part that the offset is in.
+/// What stands at the offset: the dotted name there, up to the end of the part that the offset is in. Members are described
+/// whoever may use them, and hidden ones, operators and constructors too.
 Hover describe(Session& session, const std::u16string& text, std::size_t offset, const Place& place,
                const Options& options = {});
 

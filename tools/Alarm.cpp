@@ -2,20 +2,33 @@
 
 #include <signal.h>
 
+#include <utility>
+
 namespace tools {
 
 namespace {
 
-/// The thread is started with all signals held back: they are for the thread that asks, which may be waiting for one.
+/// Holds back all signals, also for threads that start meanwhile.
+class HeldSignals {
+ public:
+  HeldSignals() {
+    sigset_t every;
+    sigfillset(&every);
+    pthread_sigmask(SIG_SETMASK, &every, &before_);
+  }
+  ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  HeldSignals(const HeldSignals&) = delete;
+  HeldSignals& operator=(const HeldSignals&) = delete;
+
+ private:
+  sigset_t before_;
+};
+
+/// Signals are for the thread that asks, which may be waiting for one.
 template <class Function>
 std::thread threadWithoutSignals(Function function) {
-  sigset_t every;
-  sigset_t before;
-  sigfillset(&every);
-  pthread_sigmask(SIG_SETMASK, &every, &before);
-  std::thread thread(function);
-  pthread_sigmask(SIG_SETMASK, &before, nullptr);
-  return thread;
+  const HeldSignals held;
+  return std::thread(function);
 }
 
 }  // namespace
@@ -33,8 +46,9 @@ Alarm::~Alarm() {
 void Alarm::set(Time time) {
   {
     const std::lock_guard lock(mutex_);
-    time_ = time;
     hasGoneOff_ = false;
+    if (time <= std::chrono::steady_clock::now()) return goOff();
+    time_ = time;
   }
   if (!thread_.joinable()) thread_ = threadWithoutSignals([this] { run(); });
   changed_.notify_one();
@@ -43,7 +57,7 @@ void Alarm::set(Time time) {
 bool Alarm::stop() noexcept {
   const std::lock_guard lock(mutex_);
   time_.reset();
-  return hasGoneOff_;
+  return std::exchange(hasGoneOff_, false);
 }
 
 void Alarm::run() {
@@ -54,11 +68,15 @@ void Alarm::run() {
     } else if (const Time time = *time_; std::chrono::steady_clock::now() < time) {
       changed_.wait_until(lock, time);
     } else {
-      time_.reset();
-      hasGoneOff_ = true;
-      host_.requestInterrupt();
+      goOff();
     }
   }
+}
+
+void Alarm::goOff() noexcept {
+  time_.reset();
+  hasGoneOff_ = true;
+  host_.requestInterrupt();
 }
 
 }  // namespace tools

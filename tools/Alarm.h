@@ -22,13 +22,15 @@ class Alarm {
   Alarm(const Alarm&) = delete;
   Alarm& operator=(const Alarm&) = delete;
 
-  /// Starts a thread when it is set for the first time.
+  /// Starts a thread when it is set for the first time; goes off at once when the time has passed.
   void set(Time time);
-  /// Afterwards it does not go off; answers whether it has.
+  /// Afterwards it does not go off; answers whether it has since it was last set or stopped.
   bool stop() noexcept;
 
  private:
   void run();
+  /// With the mutex locked.
+  void goOff() noexcept;
 
   embedded::Host& host_;
   std::mutex mutex_;

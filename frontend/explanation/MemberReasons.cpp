@@ -16,6 +16,9 @@ using namespace KCOSContextData;
 
 namespace {
 
+/// Classes that derive from this one offer no methods behind the dot.
+const std::u16string mixin = u"korval.mixin.internal.indexing.DisallowCompletionOfDotMethodNames";
+
 /// A class in whose code a name may be offered that is not offered elsewhere.
 struct Caller {
   std::u16string className;
@@ -71,13 +74,12 @@ class MemberReasons {
     return {Spot::BeforeDot, Spot::Object, Spot::Class};
   }
 
-  /// Takes back each relaxation without which the name still comes.
+  /// Takes back each relaxation without which the name still comes; a caller was only tried when it did not come without.
   Relaxed withoutNeedless(Relaxed relaxed) const {
     static constexpr void (*takenBack[])(Relaxed&) = {
         [](Relaxed& less) { less.lenience.anyContext = false; },
         [](Relaxed& less) { less.lenience.constructors = false; },
         [](Relaxed& less) { less.lenience.operators = false; },
-        [](Relaxed& less) { less.caller = nullptr; },
         [](Relaxed& less) { less.hidden = false; },
     };
     for (const auto takeBack : takenBack) {
@@ -112,15 +114,12 @@ class MemberReasons {
   /// Why the class's methods take no part.
   Reason contextReason() const {
     static const auto table = getNoDotMethodClassesExcludeSet();
-    const auto derivesFrom = [this](const std::u16string& name) { return record_.isA(name); };
-    const auto found = std::ranges::find_if(table, derivesFrom);
-    if (found == table.end()) {
-      return {Rule::ExclusionTable, u"methods of " + record_.structure.name + u", a built-in type"};
-    }
-    const bool isItself = *found == record_.structure.name;
-    const std::u16string detail = u"classes without methods behind the dot: " + *found;
-    return {isItself ? Rule::ExclusionTable : Rule::Mixin,
-            isItself ? detail : record_.structure.name + u" derives from " + *found};
+    const std::u16string& asked = record_.structure.name;
+    if (record_.isA(mixin)) return {Rule::Mixin, asked + u" derives from " + mixin};
+    const auto found =
+        std::ranges::find_if(table, [this](const std::u16string& name) { return record_.isA(name); });
+    if (found == table.end()) return {Rule::ExclusionTable, u"methods of " + asked + u", a built-in type"};
+    return {Rule::ExclusionTable, u"classes without methods behind the dot: " + *found};
   }
 
   /// The classes in whose code the name may be used, each with what it says of the name's access.

@@ -38,6 +38,17 @@ class Reader {
     return position;
   }
 
+  /// The innermost call around the cursor, past brackets and parentheses that only group.
+  std::optional<Call> call() const {
+    std::size_t count = tokens_.size();
+    if (count > 0 && tokens_.back().kind == TokenKind::Comment) return {};
+    if (count > 0 && tokens_.back().end == cursor_ && tokens_.back().kind != TokenKind::Symbol) --count;
+    for (auto open = innermostOpen(count); open; open = innermostOpen(*open)) {
+      if (auto found = callThatOpens(*open, count)) return found;
+    }
+    return {};
+  }
+
   /// Where the chain of names, dots and bracketed groups begins that ends before token `end`; `end` when there is none.
   std::size_t beginOfChain(std::size_t end) const {
     std::size_t begin = end;
@@ -168,11 +179,15 @@ class Reader {
 
   std::optional<Call> callAround(std::size_t count) const {
     const auto open = innermostOpen(count);
-    if (!open || *open == 0 || !is(*open, u'(') || tokens_[*open].isSeparated) return {};
-    const std::size_t begin = beginOfChain(*open);
-    if (begin == *open) return {};
-    Call call{textOf(begin, *open)};
-    const auto starts = argumentStarts(*open, count);
+    return open ? callThatOpens(*open, count) : std::nullopt;
+  }
+
+  std::optional<Call> callThatOpens(std::size_t open, std::size_t count) const {
+    if (open == 0 || !is(open, u'(') || tokens_[open].isSeparated) return {};
+    const std::size_t begin = beginOfChain(open);
+    if (begin == open) return {};
+    Call call{textOf(begin, open)};
+    const auto starts = argumentStarts(open, count);
     call.argument = starts.size() - 1;
     call.name = nameOfArgument(starts, count);
     const std::size_t endOfFirst = starts.size() > 1 ? starts[1] - 1 : count;
@@ -238,6 +253,10 @@ Position positionAt(const std::u16string& text, std::size_t cursor) {
     position.following = firstArgumentBehind(text, at);
   }
   return position;
+}
+
+std::optional<Call> callAt(const std::u16string& text, std::size_t cursor) {
+  return Reader(text, bounded(text, cursor)).call();
 }
 
 std::optional<DottedName> nameAt(const std::u16string& text, std::size_t offset) {

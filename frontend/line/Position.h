@@ -49,6 +49,9 @@ struct Position {
 /// What is typed at an offset of the text. A larger offset is the end; one inside a surrogate pair is before it.
 Position positionAt(const std::u16string& text, std::size_t cursor);
 
+/// The innermost call around an offset, also where nothing is completed: in "f(2|" and in "f([1 2|".
+std::optional<Call> callAt(const std::u16string& text, std::size_t cursor);
+
 /// The dotted name around an offset, up to the end of the part that the offset is in or behind.
 struct DottedName {
   std::size_t begin = 0;

@@ -43,6 +43,8 @@ class Screen:
             self.move_to_row(self.row + 1)
         elif character == "\b":
             self.column = max(0, min(self.column, self.columns) - 1)
+        elif character == "\t":
+            self.column = min(self.columns - 1, self.column // 8 * 8 + 8)
         elif character == "\a":
             pass
         elif character < " " or "\x7f" <= character < "\xa0":
@@ -134,14 +136,15 @@ class Terminal:
         self.screen.write(self.decoder.decode(data))
         return bool(data)
 
-    def wait(self, holds, what, timeout=120, again=None):
+    def wait(self, holds, what, timeout=float(os.environ.get("T", 120)), again=None):
         """Until it holds of the screen. What is given as `again` is sent now and then: a key that may come too early."""
         end = time.monotonic() + timeout
         while not holds(self.screen):
+            if time.monotonic() > end:
+                raise AssertionError(f"{what} did not come; the screen:\n{self.screen}\n{self.raw[-2000:]!r}")
             if again:
                 self.send(again)
-            if not self.read(0.3 if again else max(0, end - time.monotonic())) and time.monotonic() > end:
-                raise AssertionError(f"{what} did not come; the screen:\n{self.screen}\n{self.raw[-2000:]!r}")
+            self.read(0.3 if again else max(0, end - time.monotonic()))
 
     def expect(self, pattern, again=None):
         """Until the screen has a text behind what was expected before; the match."""

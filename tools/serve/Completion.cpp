@@ -100,7 +100,7 @@ Json itemOf(const Context& context, const Candidate& candidate, std::size_t inde
 
 Json completion(Context& context, const Json& params) {
   const auto spot = spotOf(context, params);
-  if (!spot) return Json::array();
+  if (!spot) return {{"isIncomplete", false}, {"items", Json::array()}};
   auto answer = frontend::complete(context.session.session(), spot->text, spot->cursor, spot->place,
                                    context.abilities.options());
   logOutcome(context.client, "completion", answer.outcome);

@@ -4,6 +4,9 @@
 
 #include "tools/serve/Completion.h"
 #include "tools/serve/Diagnostics.h"
+#include "tools/serve/Explain.h"
+#include "tools/serve/Hover.h"
+#include "tools/serve/SignatureHelp.h"
 #include "tools/serve/Symbols.h"
 #include "tools/serve/Trace.h"
 
@@ -14,8 +17,12 @@ namespace {
 using Answerer = Json (*)(Context& context, const Json& params);
 
 const std::map<std::string, Answerer> answerers = {{"textDocument/completion", completion},
+                                                   {"completionItem/resolve", resolve},
+                                                   {"textDocument/hover", hover},
+                                                   {"textDocument/signatureHelp", signatureHelp},
                                                    {"textDocument/documentSymbol", documentSymbols},
                                                    {"workspace/symbol", workspaceSymbols},
+                                                   {"contextdata/explain", explain},
                                                    {"contextdata/trace", trace}};
 
 }  // namespace

@@ -1,0 +1,50 @@
+"""The subcommand `explain`: the shared cases, JSON, errors."""
+import json
+import unittest
+
+import Cases
+from Command import SOURCE, CommandTest, run
+
+WORLD = SOURCE / "tests/cases/world.json"
+EXAMPLE = SOURCE / "examples/lab.json"
+
+
+class ExplainTest(CommandTest):
+    def explain(self, *arguments, snapshot=WORLD):
+        return run("explain", *arguments, "--snapshot", str(snapshot))
+
+    def test_cases(self):
+        cases = Cases.read(SOURCE / "tests/cases/explanation.txt")
+        self.assertGreater(len(cases), 50)
+        for case in cases:
+            with self.subTest(case.place, text=case.text):
+                settings = [setting for setting in case.settings if setting[0] != "name"]
+                name = dict(setting for setting in case.settings if setting[0] == "name")["name"]
+                options = [part for key, *value in settings for part in (f"--{key}", *value)]
+                done = self.explain(case.text, name, "--cursor", str(case.cursor), *options)
+                first, *rows = done.stdout.decode().splitlines()
+                self.assertEqual([Cases.row_of(row) for row in rows], case.rows)
+                self.assertEqual(first, f"{name} is offered" if case.rows[0][0] == "offered" else f"{name} is not offered")
+                self.assertEqual((done.returncode, done.stderr == b""), (0, case.status == "complete"))
+
+    def test_json(self):
+        done = self.explain("pump.Mo", "defaults", "--json", snapshot=EXAMPLE)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        self.assertEqual(json.loads(done.stdout), {
+            "status": "complete", "neededPolicy": "stored-values", "name": "defaults", "isOffered": False,
+            "reasons": [{"rule": "no-match", "detail": "'Mo' is typed, which does not fit"},
+                        {"rule": "position", "detail": "static: offered behind lab.Pump and a dot"},
+                        {"rule": "access-level", "detail": "private in lab.Pump"}]})
+
+    def test_errors(self):
+        for arguments, code, status in [((b"pump.\xff", "a"), "explain.not-utf8", 1),
+                                        (("pump.", b"\xff"), "explain.not-utf8", 1),
+                                        (("pump.",), "command.usage", 2)]:
+            with self.subTest(arguments=arguments):
+                done = self.explain(*arguments)
+                self.assertEqual((done.returncode, done.stdout), (status, b""))
+                self.assertIn(f"[{code}]".encode(), done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,268 @@
+// Explanations of every name of generated worlds: they say what completion offers, and each reason that names a way to the
+// name is followed.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "frontend/Explanation.h"
+#include "tests/frontend/GeneratedWorld.h"
+#include "tests/frontend/LineCases.h"
+#include "tests/support/Text.h"
+
+namespace {
+
+using embedded::ClassDescription;
+using embedded::Description;
+using frontend::Explanation;
+using frontend::Rule;
+using generated::mixin;
+
+std::u16string wide(const std::string& text) { return {text.begin(), text.end()}; }
+
+/// What is asked: behind an object, behind its class, or as a function of the object.
+struct Line {
+  std::u16string text;
+  std::size_t cursor = 0;
+};
+
+class Checked {
+ public:
+  Checked(const Description& world, frontend::Session& session, frontend::CodePolicy policy)
+      : world_(world), session_(session) {
+    options_.policy = policy;
+    options_.limit = 10000;
+    for (const auto& variable : world.workspace) variables_.insert(variable.name);
+  }
+
+  void check() {
+    for (const ClassDescription& asked : world_.classes) {
+      const auto lines = linesOf(asked);
+      for (const Line& line : lines)
+        for (const std::string& caller : callers())
+          for (const bool hidden : {false, true}) check(asked, line, lines, caller, hidden);
+    }
+  }
+
+  std::map<Rule, std::size_t> counts;
+
+ private:
+  std::vector<Line> linesOf(const ClassDescription& asked) const {
+    std::vector<Line> lines{{wide(asked.name + "."), asked.name.size() + 1}};
+    const std::string variable = "o" + asked.name.substr(0, 2);
+    if (!variables_.contains(variable)) return lines;
+    lines.push_back({wide(variable + "."), variable.size() + 1});
+    lines.push_back({wide("(" + variable + ")"), 0});
+    return lines;
+  }
+
+  std::vector<std::string> callers() const {
+    std::vector<std::string> names{""};
+    for (const ClassDescription& made : world_.classes) names.push_back(made.name);
+    return names;
+  }
+
+  void check(const ClassDescription& asked, const Line& line, const std::vector<Line>& lines,
+             const std::string& caller, bool hidden) {
+    frontend::Options options = options_;
+    options.hidden = hidden;
+    const auto offered = offers(line, caller, options);
+    for (const std::string& name : namesToAsk()) {
+      SCOPED_TRACE(shown(line.text) + " " + name + ", class '" + caller + "'" + (hidden ? ", hidden" : ""));
+      const Explanation explanation =
+          frontend::explain(session_, line.text, line.cursor, wide(name), placeOf(caller), options);
+      ASSERT_EQ(explanation.isOffered, offered.contains(wide(name))) << reasonsOf(explanation);
+      ASSERT_EQ(has(explanation, Rule::Offered), explanation.isOffered) << reasonsOf(explanation);
+      ASSERT_FALSE(explanation.reasons.empty());
+      for (const frontend::Reason& reason : explanation.reasons) ++counts[reason.rule];
+      if (caller.empty()) limitAndType(explanation, line, options);
+      if (!explanation.isOffered) followReasons(asked, explanation, wide(name), line, lines, caller, options);
+    }
+  }
+
+  /// The same with room for one candidate, and with something typed that fits no name.
+  void limitAndType(const Explanation& explanation, const Line& line, frontend::Options options) {
+    static constexpr Rule last[] = {Rule::Unknown, Rule::NotInThisClass, Rule::NotOfferedHere};
+    std::string expected = reasonsOf(explanation);
+    if (explanation.isOffered) expected.clear();
+    if (std::ranges::count(last, explanation.reasons.front().rule) == 0)
+      expected = "no-match: 'qq' is typed, which does not fit\n" + expected;
+    std::u16string text = line.text;
+    text.insert(line.cursor, u"qq");
+    const Explanation typed =
+        frontend::explain(session_, text, line.cursor + 2, explanation.name, {}, options);
+    EXPECT_EQ(reasonsOf(typed), expected);
+    counts[Rule::NoMatch] += has(typed, Rule::NoMatch) ? 1 : 0;
+    options.limit = 1;
+    const auto first = frontend::complete(session_, line.text, line.cursor, {}, options).candidates;
+    const bool isFirst = !first.empty() && first[0].label == explanation.name;
+    const Explanation limited =
+        frontend::explain(session_, line.text, line.cursor, explanation.name, {}, options);
+    EXPECT_EQ(limited.isOffered, isFirst);
+    EXPECT_EQ(has(limited, Rule::BeyondLimit), explanation.isOffered && !isFirst);
+    counts[Rule::BeyondLimit] += has(limited, Rule::BeyondLimit) ? 1 : 0;
+  }
+
+  /// Does what the reasons say is in the way, and looks whether the name comes.
+  void followReasons(const ClassDescription& asked, const Explanation& explanation,
+                     const std::u16string& name, const Line& line, const std::vector<Line>& lines,
+                     const std::string& caller, frontend::Options options) {
+    const bool exists = declares(asked, name);
+    const bool isUnknown = has(explanation, Rule::NotInThisClass) || has(explanation, Rule::Unknown);
+    EXPECT_EQ(exists, !isUnknown) << reasonsOf(explanation);
+    if (isUnknown) return;
+    if (has(explanation, Rule::NotOfferedHere)) return expectNothingHelps(asked, name, lines);
+    const std::pair<Rule, bool> facts[] = {{Rule::Constructor, isConstructor(asked, name)},
+                                           {Rule::Operator, name == u"plus" || name == u"subsref"},
+                                           {Rule::Mixin, derives(asked, mixin)},
+                                           {Rule::ExclusionTable, derives(asked, "table")},
+                                           {Rule::ShadowedBy, declarers(asked, name).size() > 1}};
+    for (const auto& [rule, isSo] : facts) EXPECT_TRUE(isSo || !has(explanation, rule)) << nameOf(rule);
+    for (const Rule rule : {Rule::Constructor, Rule::Operator, Rule::Mixin, Rule::ExclusionTable})
+      if (has(explanation, rule)) return;
+    options.hidden = options.hidden || has(explanation, Rule::Hidden);
+    std::set<std::string> asking{caller};
+    if (has(explanation, Rule::AccessLevel)) asking = declarers(asked, name);
+    if (has(explanation, Rule::AccessList)) asking = listed(asked, name);
+    const bool isElsewhere = has(explanation, Rule::Position);
+    const auto isOffered = [&](const Line& other) {
+      if (isElsewhere == (other.text == line.text)) return false;
+      return std::ranges::any_of(
+          asking, [&](const std::string& who) { return offers(other, who, options).contains(name); });
+    };
+    EXPECT_TRUE(std::ranges::any_of(lines, isOffered) || (isElsewhere && lines.size() == 1))
+        << reasonsOf(explanation);
+    if (asking != std::set{caller} || isElsewhere || !options.hidden) ++followed;
+  }
+
+  /// Wherever, whoever and however it is asked.
+  void expectNothingHelps(const ClassDescription& asked, const std::u16string& name,
+                          const std::vector<Line>& lines) {
+    frontend::Options options = options_;
+    options.hidden = true;
+    for (const Line& line : lines) {
+      if (line.cursor == 0 && isConstructor(asked, name)) continue;  // There it is the name of the class.
+      for (const std::string& caller : declarers(asked, name))
+        EXPECT_FALSE(offers(line, caller, options).contains(name)) << caller;
+    }
+  }
+
+  const std::set<std::u16string>& offers(const Line& line, const std::string& caller,
+                                         const frontend::Options& options) {
+    const auto key = std::tuple(line.text, caller, options.hidden);
+    if (const auto known = offers_.find(key); known != offers_.end()) return known->second;
+    auto& labels = offers_[key];
+    for (const auto& candidate :
+         frontend::complete(session_, line.text, line.cursor, placeOf(caller), options).candidates)
+      labels.insert(candidate.label);
+    return labels;
+  }
+
+  const ClassDescription& named(const std::string& name) const {
+    return *std::ranges::find(world_.classes, name, &ClassDescription::name);
+  }
+
+  /// The class and its ancestors.
+  void collect(const ClassDescription& from, std::set<std::string>& names) const {
+    names.insert(from.name);
+    for (const std::string& superclass : from.superclasses) collect(named(superclass), names);
+  }
+  std::set<std::string> tree(const ClassDescription& from) const {
+    std::set<std::string> names;
+    collect(from, names);
+    return names;
+  }
+  bool derives(const ClassDescription& from, const std::string& name) const {
+    return tree(from).contains(name);
+  }
+  bool isConstructor(const ClassDescription& asked, const std::u16string& name) const {
+    const auto names = tree(asked);
+    return std::ranges::any_of(names, [&](const std::string& known) { return wide(known) == name; });
+  }
+
+  template <class Use>
+  void eachDeclaration(const ClassDescription& asked, const std::u16string& name, Use use) const {
+    for (const std::string& at : tree(asked)) {
+      const ClassDescription& here = named(at);
+      for (const auto& property : here.properties)
+        if (wide(*property.name) == name) use(here, property.get), use(here, property.set);
+      for (const auto& method : here.methods)
+        if (wide(*method.name) == name) use(here, method.access);
+      for (const auto& member : here.members)
+        if (wide(*member.name) == name) use(here, embedded::Access{});
+    }
+  }
+  std::set<std::string> declarers(const ClassDescription& asked, const std::u16string& name) const {
+    std::set<std::string> names;
+    eachDeclaration(asked, name, [&](const ClassDescription& here, const auto&) { names.insert(here.name); });
+    return names;
+  }
+  std::set<std::string> listed(const ClassDescription& asked, const std::u16string& name) const {
+    std::set<std::string> names;
+    eachDeclaration(asked, name, [&](const ClassDescription&, const embedded::Access& access) {
+      names.insert(access.classes.begin(), access.classes.end());
+    });
+    return names;
+  }
+  bool declares(const ClassDescription& asked, const std::u16string& name) const {
+    return !declarers(asked, name).empty();
+  }
+
+  std::vector<std::string> namesToAsk() const {
+    std::vector<std::string> names{"a", "b", "c", "plus", "subsref", "m", "h", "nowhere"};
+    for (const ClassDescription& made : world_.classes)
+      if (made.name != mixin) names.push_back(made.name);
+    return names;
+  }
+
+  static bool has(const Explanation& explanation, Rule rule) {
+    return std::ranges::count(explanation.reasons, rule, &frontend::Reason::rule) > 0;
+  }
+  static std::string reasonsOf(const Explanation& explanation) {
+    std::string text;
+    for (const auto& reason : explanation.reasons)
+      text += std::string(nameOf(reason.rule)) + ": " + shown(reason.detail) + "\n";
+    return text;
+  }
+  static frontend::Place placeOf(const std::string& caller) { return {u"", wide(caller)}; }
+
+  const Description& world_;
+  frontend::Session& session_;
+  frontend::Options options_;
+  std::set<std::string> variables_;
+  std::map<std::tuple<std::u16string, std::string, bool>, std::set<std::u16string>> offers_;
+
+ public:
+  std::size_t followed = 0;
+};
+
+TEST(ExplanationAgreement, HoldsForEveryNameOfGeneratedWorlds) {
+  std::map<Rule, std::size_t> counts;
+  std::size_t followed = 0;
+  for (std::uint32_t seed = 1; seed <= 16 && !HasFailure(); ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const Description world = generated::world(seed);
+    embedded::Host host(world);
+    const embedded::Activation active(host);
+    tools::HostSession session(host);
+    TrappedSession trapped(host);
+    const bool never = seed % 2 == 0;
+    Checked checked(world, never ? static_cast<frontend::Session&>(trapped) : session,
+                    never ? frontend::CodePolicy::Never : frontend::CodePolicy::StoredValues);
+    checked.check();
+    for (const auto& [rule, count] : checked.counts) counts[rule] += count;
+    followed += checked.followed;
+  }
+  const std::map<Rule, std::size_t> least = {
+      {Rule::Offered, 3000},     {Rule::Unknown, 3000},    {Rule::NotInThisClass, 10000},
+      {Rule::AccessLevel, 1000}, {Rule::AccessList, 200},  {Rule::Hidden, 800},
+      {Rule::ShadowedBy, 20},    {Rule::Operator, 800},    {Rule::Constructor, 300},
+      {Rule::Position, 2000},    {Rule::Mixin, 200},       {Rule::ExclusionTable, 20},
+      {Rule::NoMatch, 1000},     {Rule::BeyondLimit, 200}, {Rule::NotOfferedHere, 500}};
+  for (const auto& [rule, count] : least) EXPECT_GT(counts[rule], count) << nameOf(rule);
+  EXPECT_GT(followed, 2000U);
+}
+
+}  // namespace

@@ -1,0 +1,127 @@
+// What names are, and the call around a cursor.
+
+#include "frontend/Hover.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/frontend/LineCases.h"
+#include "tests/support/Table.h"
+#include "tests/support/Text.h"
+
+namespace {
+
+using frontend::Candidate;
+using frontend::Hover;
+using frontend::SignatureHelp;
+
+std::string joined(const std::vector<std::string>& parts) {
+  std::string text;
+  for (const std::string& part : parts)
+    if (!part.empty()) text += (text.empty() ? "" : ", ") + part;
+  return text;
+}
+
+template <class Texts>
+std::string line(const std::string& head, const Texts& texts) {
+  std::vector<std::string> parts;
+  for (const auto& text : texts) parts.push_back(shown(text));
+  return parts.empty() ? "" : head + ": " + joined(parts) + "\n";
+}
+
+std::string shownSubject(const Candidate& subject) {
+  static const char* const levels[] = {"public", "protected", "private", "immutable", "listed"};
+  const std::string size = shown(subject.size);
+  const std::string facts =
+      joined({size + (size.empty() || subject.type.empty() ? "" : " ") + shown(subject.type),
+              subject.declaringClass.empty() ? "" : "of " + shown(subject.declaringClass),
+              subject.access ? levels[*subject.access] : "", subject.isConstant ? "constant" : "",
+              subject.isHidden ? "hidden" : "",
+              subject.readRunsCode && subject.kind == frontend::Kind::Property ? "reading runs code" : ""});
+  return std::string(nameOf(subject.kind)) + " " + shown(subject.label) + ":" + (facts.empty() ? "" : " ") +
+         facts + "\n";
+}
+
+std::string shownHover(const Hover& hover) {
+  if (hover.isUnknown) return "unknown\n";
+  return shownSubject(hover.subject) + line("above", hover.superclasses) +
+         line("values", hover.possibleValues) + line("checked", hover.validators) +
+         (hover.signature ? "signature: " + shown(hover.signature->text()) + "\n" : "");
+}
+
+TEST(Hover, SaysWhatANameIs) {
+  CaseWorld world;
+  std::size_t known = 0;
+  for (const LineCase& asked : lineCases("hover.txt")) {
+    SCOPED_TRACE(asked.place);
+    const Hover hover = describe(world.session, asked.text, asked.cursor, asked.where(), asked.options());
+    std::string expected;
+    for (const std::string& row : asked.expected) expected += row + "\n";
+    EXPECT_EQ(shownHover(hover), expected);
+    if (hover.isUnknown) continue;
+    EXPECT_EQ(asked.text.substr(hover.begin, hover.end - hover.begin), hover.subject.label);
+    ++known;
+  }
+  EXPECT_GT(known, 24U);
+}
+
+/// Whatever completion offers can be described, without running code.
+TEST(Hover, DescribesWhatIsOfferedAndRunsNoCode) {
+  CaseWorld world;
+  TrappedSession session(*world.host);
+  std::size_t described = 0;
+  for (const LineCase& asked : lineCases("completion.txt")) {
+    frontend::Options options = asked.options();
+    options.policy = frontend::CodePolicy::Never;
+    options.hidden = true;
+    const auto offered = complete(session, asked.text, asked.cursor, asked.where(), options);
+    for (const Candidate& candidate : offered.candidates) {
+      const bool isName = candidate.kind != frontend::Kind::Value &&
+                          candidate.kind != frontend::Kind::CodeFile &&
+                          candidate.kind != frontend::Kind::ClassFolder;
+      if (!isName || asked.text.find_first_of(u"'\"") != std::u16string::npos) continue;
+      const std::u16string rest = asked.text.substr(asked.cursor);
+      const std::u16string name = asked.text.substr(0, offered.begin) + candidate.label;
+      const std::u16string text = name + (rest.starts_with(u"(") ? rest : u"");
+      const Hover hover = describe(session, text, name.size(), asked.where(), options);
+      EXPECT_FALSE(hover.isUnknown) << asked.place << ": " << shown(text);
+      EXPECT_EQ(hover.subject.declaringClass, candidate.declaringClass) << asked.place << ": " << shown(text);
+      ++described;
+    }
+  }
+  EXPECT_GT(described, 200U);
+}
+
+TEST(SignatureHelp, FindsTheCallAndItsArgument) {
+  CaseWorld world;
+  const std::string tune = "result = lab.control.tune(device, speed, [mode], Gain=value, Label=value)";
+  // The text up to the cursor, and the name of the argument there; "-" without one, "none" without a call.
+  for (const auto& [text, argument] : tableOf<2>(R"(
+    lab.control.tune(                       | device
+    lab.control.tune(pu                     | device
+    y = lab.control.tune(pump, 'sl          | speed
+    lab.control.tune(pump, 2                | speed
+    lab.control.tune(pump, 'slow'           | speed
+    lab.control.tune(pump, [1, 2            | speed
+    lab.control.tune(pump, (1 + 2           | speed
+    lab.control.tune(pump, f.g(1), lab      | mode
+    lab.control.tune(pump, 1, 2, Gain=      | Gain
+    lab.control.tune(pump, 1, 2, 'Label',   | Label
+    lab.control.tune(pump, 1, 2, 3, 4, 5, 6 | -
+    lab.control.tune                        | none
+    lab.control.tune(pump)                  | none
+    nowhere(                                | none
+    % lab.control.tune(                     | none
+    (2 + 3                                  | none)")) {
+    const std::u16string asked = wide(text);
+    const SignatureHelp help = signatureHelp(world.session, asked, asked.size(), {});
+    EXPECT_EQ(shown(help.signature ? help.signature->text() : u""), argument == "none" ? "" : tune) << text;
+    if (!help.signature) continue;
+    const std::string active =
+        help.activeArgument ? shown(help.signature->inputs[*help.activeArgument].name) : "-";
+    EXPECT_EQ(active, argument) << text;
+  }
+}
+
+}  // namespace

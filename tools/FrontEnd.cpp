@@ -141,7 +141,9 @@ std::string detailsOf(const frontend::Candidate& candidate) {
 
 std::string noticeOf(const frontend::Outcome& outcome) {
   if (outcome.status == frontend::Status::Complete) return {};
-  return std::string(nameOf(outcome.status)) + ": " + printable(outcome.reason);
+  const std::string status = nameOf(outcome.status);
+  const std::string reason = printable(outcome.reason);
+  return reason.empty() || reason == status ? status : status + ": " + reason;
 }
 
 }  // namespace tools

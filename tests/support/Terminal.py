@@ -1,6 +1,7 @@
 """A pseudo-terminal with a program in it, and the screen that it shows."""
 import codecs
 import fcntl
+import itertools
 import os
 import pty
 import re
@@ -136,14 +137,15 @@ class Terminal:
         self.screen.write(self.decoder.decode(data))
         return bool(data)
 
-    def wait(self, holds, what, timeout=float(os.environ.get("T", 120)), again=None):
-        """Until it holds of the screen. What is given as `again` is sent now and then: a key that may come too early."""
+    def wait(self, holds, what, timeout=120, again=None):
+        """Until it holds of the screen. The keys of `again` are sent in turn meanwhile: some may come too early."""
         end = time.monotonic() + timeout
+        turns = itertools.cycle(again or [None])
         while not holds(self.screen):
             if time.monotonic() > end:
                 raise AssertionError(f"{what} did not come; the screen:\n{self.screen}\n{self.raw[-2000:]!r}")
             if again:
-                self.send(again)
+                self.send(next(turns))
             self.read(0.3 if again else max(0, end - time.monotonic()))
 
     def expect(self, pattern, again=None):

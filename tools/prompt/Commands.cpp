@@ -31,6 +31,15 @@ struct Command {
   CommandEnding (*run)(LiveSession& live, const std::string& argument);
 };
 
+CommandEnding describeName(LiveSession& live, const std::string& argument) {
+  if (argument.empty()) throw CommandError{"prompt.usage", "? needs a name"};
+  const std::string text = describe(live, utf_to_utf<char16_t>(argument));
+  if (text.empty())
+    throw CommandError{"prompt.unknown-name", "nothing is known of '" + printable(argument) + "'"};
+  std::cout << text << std::flush;
+  return CommandEnding::Fine;
+}
+
 CommandEnding explainName(LiveSession& live, const std::string& argument) {
   if (argument.empty()) throw CommandError{"prompt.usage", ":explain needs a name"};
   std::cout << explain(live, utf_to_utf<char16_t>(argument)) << std::flush;
@@ -56,6 +65,7 @@ CommandEnding quit(LiveSession&, const std::string&) { return CommandEnding::Qui
 CommandEnding help(LiveSession& live, const std::string& argument);
 
 constexpr std::array commands = {
+    Command{"?", "NAME", "what a name is", describeName},
     Command{":explain", "NAME", "why a name is offered, or is not, for instance pump.Calibration",
             explainName},
     Command{":trace", "on|off", "show what each request asks the host, and whether code ran", trace},

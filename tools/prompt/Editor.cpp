@@ -72,6 +72,7 @@ InputLine Editor::next(const std::u16string& before) {
   el_wset(
       line_.get(), EL_PROMPT,
       before.empty() ? +[](EditLine*) { return firstPrompt; } : +[](EditLine*) { return nextPrompt; });
+  el_wset(line_.get(), EL_PREP_TERM, 1);  // before the prompt is there, so that nothing is typed too early
   int count = 0;
   const wchar_t* const typed = el_wgets(line_.get(), &count);
   if (isAbandoned_) {

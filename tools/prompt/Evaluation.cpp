@@ -83,7 +83,8 @@ Ending evaluate(LiveSession& live, const std::u16string& text, int firstLine) {
   takeInterrupt();
   const bool isInterrupted = live.host.interruptRequested();
   live.host.clearInterrupt();
-  std::cerr << (isInterrupted ? "interrupted\n" : error) << live.trace.end() << std::flush;
+  std::cerr << (isInterrupted ? "interrupted\n" : error) << std::flush;
+  std::cout << live.trace.end() << std::flush;
   if (isInterrupted) return Ending::Interrupted;
   return error.empty() ? Ending::Fine : Ending::Failed;
 }

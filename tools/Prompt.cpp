@@ -2,7 +2,9 @@
 
 #include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <iostream>
@@ -26,6 +28,8 @@ namespace {
 
 using prompt::Conversation;
 using prompt::LiveSession;
+
+constexpr std::size_t longestPatience = 86'400'000;
 
 struct PromptOptions {
   FrontEndOptions frontEnd;
@@ -84,9 +88,11 @@ void addPrompt(CLI::App& app, int& status) {
       ->required();
   addPolicyOption(command, frontEnd);
   command.add_option("--limit", frontEnd.limit, "How many candidates at most, 200 by default")
+      ->check(CLI::NonNegativeNumber)
       ->type_name("N");
   command
       .add_option("--timeout", frontEnd.milliseconds, "How long TAB may take, 300 milliseconds by default")
+      ->check(CLI::Range(std::size_t{0}, longestPatience))
       ->type_name("MS");
   CLI::Option* file =
       command.add_option("--history", options->history, "Where lines are kept")->type_name("FILE");

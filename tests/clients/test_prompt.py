@@ -2,9 +2,10 @@
 import os
 import re
 import signal
+import termios
 import unittest
 
-from Command import COMMAND, SOURCE, CommandTest, environment, run
+from Command import COMMAND, CommandTest, environment
 from Terminal import Terminal
 
 WORLD = {
@@ -40,7 +41,6 @@ class PromptTest(CommandTest):
         """A terminal that shows its first prompt."""
         options = options if history else (*options, "--no-history")
         env = {**environment(), "TERM": "xterm", "HOME": str(self.folder), **(env or {})}
-        env.pop("XDG_STATE_HOME", None) if not history else None
         terminal = Terminal([COMMAND, "prompt", "--snapshot", self.world, *options], env, columns, rows)
         self.addCleanup(terminal.kill)
         terminal.wait(lambda screen: "".join(screen.lines()) == PROMPT.rstrip(), "the prompt")
@@ -162,6 +162,7 @@ class PromptTest(CommandTest):
     def test_ctrl_c_stops_a_completion(self):
         terminal = self.start("--code", "allowed", "--timeout", "10000000")
         terminal.expect(r"^interrupted", again=["rig.Endless.\t", "\x03"])  # Ctrl-C also drops keys that were not read yet
+        terminal.wait(lambda screen: screen.lines()[-1].startswith(PROMPT + "rig.Endless."), "the line again")
         terminal.expect(r"^number = 3$", again=["\x03", "\x15number\r"])
         self.quit(terminal)
 
@@ -224,10 +225,12 @@ class PromptTest(CommandTest):
         terminal.expect(r"^Property10 ")
         terminal.expect(r"183 more lines")
         self.assertIn("Property9    0x0 double", terminal.screen.lines())
-        terminal.send("q")
+        terminal.send("\x03")
         terminal.line(PROMPT + "many.Property")
         self.assertNotIn("Property20 ", str(terminal.screen))
-        self.quit(terminal, "\x15:quit\r")
+        terminal.send("7\r")
+        terminal.expect(r"^\[\]$")
+        self.quit(terminal)
         terminal = self.start("--limit", "5", "--timeout", "100000", rows=30)
         terminal.send("many.P\t")
         terminal.expect(r"^limited: the first 5 of 1000$")
@@ -251,6 +254,33 @@ class PromptTest(CommandTest):
         terminal.send("pump.Flo\t")
         terminal.expect(r"^Flow   1x1 double\nFloor  1x3 char$")
         self.quit(terminal, "\x15:quit\r")
+
+    def test_a_session_that_was_stopped_goes_on(self):
+        terminal = self.start()
+        terminal.send("pump.F")
+        terminal.line(PROMPT + "pump.F")
+        terminal.process.send_signal(signal.SIGSTOP)
+        os.waitid(os.P_PID, terminal.process.pid, os.WSTOPPED)
+        modes = termios.tcgetattr(terminal.master)
+        modes[3] |= termios.ICANON | termios.ECHO  # as a shell does
+        termios.tcsetattr(terminal.master, termios.TCSANOW, modes)
+        terminal.process.send_signal(signal.SIGCONT)
+        terminal.wait(lambda screen: str(screen).count("pump.F") == 2 or not termios.tcgetattr(terminal.master)[3] & termios.ICANON,
+                      "the line again")
+        terminal.send("lo\t")
+        terminal.expect(r"^Flow   1x1 double   Floor  1x3 char$")
+        self.quit(terminal, "\x15:quit\r")
+
+    def test_a_search_through_the_history(self):
+        terminal = self.start()
+        self.ask(terminal, "number", "number = 3")
+        self.ask(terminal, "1 + 1", "2")
+        terminal.send("\x12num\r")
+        terminal.expect(r"number = 3$")
+        terminal.send("\x12num\x03")
+        terminal.line(PROMPT)
+        self.ask(terminal, "1 + 2", "3")
+        self.quit(terminal)
 
     def test_a_dumb_terminal(self):
         terminal = self.start(env={"TERM": "dumb"})
@@ -329,7 +359,7 @@ class PromptTest(CommandTest):
         terminal = self.start()
         self.ask(terminal, "?pump", "pump: variable, 1x1 lab.Pump")
         self.ask(terminal, "?pump.Flow", "pump.Flow: property of lab.Pump, 1x1 double")
-        self.ask(terminal, " ? pump.Calibration ", "pump.Calibration: property of lab.Pump, 1x1 double, hidden")
+        self.ask(terminal, " ? pump.Calibration", "pump.Calibration: property of lab.Pump, 1x1 double, hidden")
         self.ask(terminal, "?gone", "nothing is known of 'gone' [prompt.unknown-name]")
         self.ask(terminal, ":gone", "there is no ':gone'; :help shows what there is [prompt.unknown-command]")
         self.quit(terminal)

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tools/ExitCode.h"
+#include "tools/Interrupt.h"
 #include "tools/Text.h"
 #include "tools/prompt/Commands.h"
 #include "tools/prompt/Evaluation.h"
@@ -46,6 +47,7 @@ bool Conversation::takeText(const std::u16string& text) {
 
 bool Conversation::takeCommand(const std::u16string& text) {
   const CommandEnding ending = runCommand(live_, text);
+  takeInterrupt();
   if (ending == CommandEnding::Failed) exitCode_ = NoAnswer;
   return ending != CommandEnding::Quit;
 }

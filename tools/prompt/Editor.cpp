@@ -5,6 +5,7 @@
 #include <iostream>
 #include <new>
 
+#include "tools/Interrupt.h"
 #include "tools/prompt/Terminal.h"
 
 namespace tools::prompt {
@@ -57,6 +58,7 @@ int Editor::readCharacter(EditLine* line, wchar_t* character) {
         el_resize(line);
         break;
       case Keyboard::Resumed:
+        el_wset(line, EL_PREP_TERM, 0);  // it may be set up otherwise by now, which the editor does not know
         el_wset(line, EL_PREP_TERM, 1);
         el_wset(line, EL_REFRESH);
         break;
@@ -107,6 +109,7 @@ unsigned char Editor::complete() {
   const std::u16string text = before_ + unitsOf(typed.buffer, typed.lastchar);
   const Completed completed =
       completer_.complete(text, before_.size() + ahead.size(), isSecond, terminalSize().columns);
+  takeInterrupt();  // it was for the completion, and the line stays
   const bool isReplaced = replace(completed);
   if (!completed.lines.empty()) {
     goBelow();
@@ -149,6 +152,7 @@ bool Editor::wantsMore(std::size_t left) {
   std::cout << dim(fitted(question, terminalSize().columns - 1)) << std::flush;
   wchar_t key = 0;
   const bool isAnswered = el_wgetc(line_.get(), &key) == 1;
+  isAbandoned_ = false;  // Ctrl-C ends the list
   std::cout << '\r' << std::string(std::min(widthOf(question), terminalSize().columns - 1), ' ') << '\r'
             << std::flush;
   return isAnswered && (key == L' ' || key == L'\t');

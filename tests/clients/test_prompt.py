@@ -277,8 +277,10 @@ class PromptTest(CommandTest):
         self.ask(terminal, "1 + 1", "2")
         terminal.send("\x12num\r")
         terminal.expect(r"number = 3$")
-        terminal.send("\x12num\x03")
-        terminal.line(PROMPT)
+        terminal.send("\x12num")
+        terminal.expect(r"number\nbck:num$")
+        terminal.send("\x03")
+        terminal.wait(lambda screen: screen.lines()[screen.row] == "korval>" and screen.row > terminal.seen[0], "a new prompt")
         self.ask(terminal, "1 + 2", "3")
         self.quit(terminal)
 

@@ -17,7 +17,8 @@ WORLD = {
         {"name": "lab.Rig", "properties": [
             {"name": "Noisy", "dependent": True, "getter": "disp('NOISE'); fprintf('MORE'); lab.Pump()"},
             {"name": "Endless", "dependent": True, "getter": "while true, end\n1"}]},
-        {"name": "lab.Many", "properties": [f"Property{index}" for index in range(1000)]},
+        {"name": "lab.Many", "properties": [f"Property{index:03}" for index in range(1000)]},
+        {"name": "lab.Words", "properties": ["getClassInfo", "getCallId", "Alpha", "aLPHAbet"]},
         {"name": "lab.Odd", "properties": ["one\u001b[2Jtwo", "three\u007f"]},
     ],
     "builtins": ["sizeAsDouble"],
@@ -25,6 +26,7 @@ WORLD = {
         {"name": "pump", "value": {"object": "lab.Pump"}},
         {"name": "rig", "value": {"object": "lab.Rig"}},
         {"name": "many", "value": {"object": "lab.Many"}},
+        {"name": "words", "value": {"object": "lab.Words"}},
         {"name": "odd", "value": {"object": "lab.Odd"}},
         {"name": "number", "value": 3},
     ],
@@ -70,7 +72,8 @@ class PromptTest(CommandTest):
 
     def test_tab_replaces_what_was_typed_in_other_words(self):
         terminal = self.start()
-        for typed, completed in (("x = pump.fLoW", "x = pump.Flow"), ("[pump.St", "[pump.start"), ("sizeAsD", "sizeAsDouble")):
+        for typed, completed in (("x = pump.fLoW", "x = pump.Flow"), ("[pump.St", "[pump.start"), ("sizeAsD", "sizeAsDouble"),
+                                 ("words.gClI", "words.getClassInfo"), ("words.gCI", "words.gCI"), ("words.al", "words.al")):
             terminal.send(typed + "\t")
             terminal.line(PROMPT + completed)
             terminal.send("\x15")
@@ -220,15 +223,15 @@ class PromptTest(CommandTest):
         terminal = self.start(columns=40, rows=10)
         terminal.send("many.\t")
         terminal.expect(r"192 more lines: space shows")
-        self.assertNotIn("Property9 ", str(terminal.screen))
+        self.assertNotIn("Property009 ", str(terminal.screen))
         terminal.send(" ")
-        terminal.expect(r"^Property10 ")
+        terminal.expect(r"^Property010 ")
         terminal.expect(r"183 more lines")
-        self.assertIn("Property9    0x0 double", terminal.screen.lines())
+        self.assertIn("Property009  0x0 double", terminal.screen.lines())
         terminal.send("\x03")
         terminal.line(PROMPT + "many.Property")
-        self.assertNotIn("Property20 ", str(terminal.screen))
-        terminal.send("7\r")
+        self.assertNotIn("Property020 ", str(terminal.screen))
+        terminal.send("007\r")
         terminal.expect(r"^\[\]$")
         self.quit(terminal)
         terminal = self.start("--limit", "5", "--timeout", "100000", rows=30)

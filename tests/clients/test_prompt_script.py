@@ -2,6 +2,7 @@
 import json
 import os
 import re
+import select
 import signal
 import subprocess
 import unittest
@@ -112,6 +113,7 @@ class PromptScriptTest(CommandTest):
             self.addCleanup(process.kill)
             process.stdin.write(b"disp('running'); while true, end\nn\n")
             process.stdin.close()
+            self.assertTrue(select.select([process.stdout], [], [], 60)[0], "output does not come before the code ends")
             self.assertEqual(process.stdout.readline(), b"running\n")
             process.send_signal(signal.SIGINT)
             self.assertEqual((process.stdout.read(), process.stderr.read()), (b"", b"interrupted\n"))

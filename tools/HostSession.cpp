@@ -83,11 +83,12 @@ HostSession::~HostSession() = default;
 
 void HostSession::beginRequest(frontend::CodePolicy policy, frontend::Deadline deadline) {
   host_.clearInterrupt();
-  silence_ = std::make_unique<Silence>();
+  auto silence = std::make_unique<Silence>();
+  if (deadline) alarm_.set(*deadline);
+  silence_ = std::move(silence);
   host_.clearCodeRecord();
   const bool isAllowed = policy == frontend::CodePolicy::Allowed;
   host_.setCodePolicy(isAllowed ? embedded::CodePolicy::Allowed : embedded::CodePolicy::Refused);
-  if (deadline) alarm_.set(*deadline);
 }
 
 frontend::RequestRecord HostSession::endRequest() noexcept {

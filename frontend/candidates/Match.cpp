@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "frontend/Completion.h"
 
@@ -26,23 +28,23 @@ bool isHump(const std::u16string& name, std::size_t at) {
   return name[at - 1] == u'_' || name[at - 1] == u'.';
 }
 
-/// Each typed character is the next one of the name, or begins a later hump.
-bool fitsHumps(const std::u16string& typed, std::size_t done, const std::u16string& name, std::size_t at) {
-  if (done == typed.size()) return true;
-  if (at < name.size() && lower(typed[done]) == lower(name[at]) && fitsHumps(typed, done + 1, name, at + 1)) {
-    return true;
-  }
-  for (std::size_t hump = at + 1; hump < name.size(); ++hump) {
-    if (isHump(name, hump) && lower(typed[done]) == lower(name[hump]) &&
-        fitsHumps(typed, done + 1, name, hump + 1)) {
-      return true;
+/// Each typed character is the next one of the name, or begins a later hump; the first one is the name's first.
+bool fitsHumps(const std::u16string& typed, const std::u16string& name) {
+  if (typed.empty() || typed.size() > name.size() || lower(typed[0]) != lower(name[0])) return false;
+  // Behind which characters of the name what has been read so far can end.
+  std::vector<char> ends(name.size() + 1), next(name.size() + 1);
+  ends[1] = 1;
+  for (std::size_t done = 1; done < typed.size(); ++done) {
+    bool isBehind = false;
+    for (std::size_t at = 0; at < name.size(); ++at) {
+      const bool isNext = ends[at] != 0 || (isBehind && isHump(name, at));
+      next[at + 1] = isNext && lower(typed[done]) == lower(name[at]) ? 1 : 0;
+      isBehind = isBehind || ends[at] != 0;
     }
+    std::swap(ends, next);
   }
-  return false;
+  return std::ranges::count(ends, 1) > 0;
 }
-
-/// What is typed is short against this; longer texts are no humps, so that trying all ways stays cheap.
-constexpr std::size_t mostHumps = 12;
 
 }  // namespace
 
@@ -50,9 +52,7 @@ Match matchOf(const std::u16string& typed, const std::u16string& name) {
   if (typed == name) return Match::Exact;
   if (name.starts_with(typed)) return Match::Prefix;
   if (beginsIgnoringCase(name, typed)) return Match::PrefixIgnoringCase;
-  const bool begins = !typed.empty() && !name.empty() && lower(typed[0]) == lower(name[0]);
-  const bool fits = begins && typed.size() <= mostHumps && fitsHumps(typed, 1, name, 1);
-  return fits ? Match::Humps : Match::None;
+  return fitsHumps(typed, name) ? Match::Humps : Match::None;
 }
 
 }  // namespace frontend

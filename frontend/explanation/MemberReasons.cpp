@@ -74,13 +74,12 @@ class MemberReasons {
     return {Spot::BeforeDot, Spot::Object, Spot::Class};
   }
 
-  /// Takes back each relaxation without which the name still comes.
+  /// Takes back each relaxation without which the name still comes; a caller was only tried when it did not come without.
   Relaxed withoutNeedless(Relaxed relaxed) const {
     static constexpr void (*takenBack[])(Relaxed&) = {
         [](Relaxed& less) { less.lenience.anyContext = false; },
         [](Relaxed& less) { less.lenience.constructors = false; },
         [](Relaxed& less) { less.lenience.operators = false; },
-        [](Relaxed& less) { less.caller = nullptr; },
         [](Relaxed& less) { less.hidden = false; },
     };
     for (const auto takeBack : takenBack) {

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <memory>
+#include <unordered_map>
 #include <utility>
 
 namespace frontend {
@@ -28,14 +28,16 @@ bool sharesAncestor(const ClassInfo& caller, const ClassInfo& asked) {
 bool isWider(const std::vector<std::int32_t>& levels) { return levels.size() > 1; }
 
 void dropRepeated(std::vector<PropertyInfo>& properties) {
-  std::set<std::u16string> seen;
+  std::unordered_set<std::u16string> seen;
+  seen.reserve(properties.size());
   std::erase_if(properties, [&](const PropertyInfo& property) { return !seen.insert(property.name).second; });
 }
 
 /// Of methods that are defined anew the new one stays, where the first one stood.
 void dropRepeated(std::vector<MethodInfo>& methods) {
-  std::map<std::u16string, MethodInfo*> kept;
+  std::unordered_map<std::u16string, MethodInfo*> kept;
   std::vector<MethodInfo> first;
+  kept.reserve(methods.size());
   first.reserve(methods.size());
   for (MethodInfo& method : methods) {
     MethodInfo*& known = kept[method.name];
@@ -48,8 +50,9 @@ void dropRepeated(std::vector<MethodInfo>& methods) {
 }
 
 template <class Infos>
-std::set<std::u16string> namesOf(const Infos& infos) {
-  std::set<std::u16string> names;
+std::unordered_set<std::u16string> namesOf(const Infos& infos) {
+  std::unordered_set<std::u16string> names;
+  names.reserve(infos.size());
   for (const auto& info : infos) names.insert(info.name);
   return names;
 }

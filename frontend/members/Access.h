@@ -5,8 +5,8 @@
 #include <contextdata/KCOSContextData/ClassInfo.h>
 
 #include <cstdint>
-#include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "frontend/inquiry/Inquiry.h"
@@ -47,7 +47,7 @@ class DeclaringClasses {
  private:
   struct Own {
     const KCOSContextData::ClassInfo* record;
-    std::set<std::u16string> names;
+    std::unordered_set<std::u16string> names;
   };
   void collect(const KCOSContextData::ClassInfo& record,
                const KCOSContextData::PropertyInfo::GetOptions& options);

@@ -5,7 +5,6 @@
 #include <contextdata/KCOSContextData/Namespaces.h>
 #include <contextdata/KCOSIntrospection.h>
 #include <contextdata/PKXContextData.h>
-#include <contextdata/StructContextData.h>
 #include <contextdata/Workspace/Values.h>
 #include <contextdata/Workspace/VariableMethods.h>
 
@@ -13,8 +12,10 @@
 #include <iterator>
 #include <memory>
 #include <set>
+#include <unordered_set>
 #include <utility>
 
+#include "frontend/members/ForeignMembers.h"
 #include "frontend/members/MemberDetails.h"
 #include "frontend/members/ValueFacts.h"
 #include "frontend/names/Namespaces.h"
@@ -37,8 +38,9 @@ Names namesOf(const ResolvedClassID& id, List list) {
 }
 
 template <class Infos>
-std::set<std::u16string> namesOf(const Infos& infos) {
-  std::set<std::u16string> names;
+std::unordered_set<std::u16string> namesOf(const Infos& infos) {
+  std::unordered_set<std::u16string> names;
+  names.reserve(infos.size());
   for (const auto& info : infos) names.insert(info.name);
   return names;
 }
@@ -51,6 +53,7 @@ struct Described {
   PropertyDetails details;
   std::vector<PropertyInfo> properties;
   std::vector<MethodInfo> methods;
+  std::vector<MethodInfo> publicMethods;
 };
 
 class ClassMembers {
@@ -143,7 +146,7 @@ class ClassMembers {
 
   /// Asks once more, without hidden members, when they are among these.
   template <class Infos, class AskVisible>
-  std::set<std::u16string> namesOfVisible(const Infos& infos, AskVisible askVisible) const {
+  std::unordered_set<std::u16string> namesOfVisible(const Infos& infos, AskVisible askVisible) const {
     return gathering_.wantsHidden() ? namesOf(askVisible()) : namesOf(infos);
   }
 
@@ -178,10 +181,11 @@ class ClassMembers {
     } else {
       names = namesOf(id_, getClassMethodNames);
       const Names statics = namesOf(id_, getClassStaticMethodNames);
+      const std::unordered_set<std::u16string> ofClass(statics.begin(), statics.end());
       const auto excluded =
           inquiry_.lenience().operators ? std::set<std::u16string>() : getKCOSMethodsExcludeSet();
       std::erase_if(names, [&](const std::u16string& name) {
-        return excluded.contains(name) || std::ranges::count(statics, name) > 0;
+        return excluded.contains(name) || ofClass.contains(name);
       });
     }
     const auto known = namesOf(described_->methods);
@@ -199,7 +203,8 @@ class ClassMembers {
   Gathering::Details describePublicMethod() const {
     return [described = described_](Candidate& candidate) {
       const MethodInfo::GetOptions all{{0}, nullptr, MethodInfo::GetContext::Any, false, false, true};
-      for (const MethodInfo& method : described->record.getMethods(all)) {
+      if (described->publicMethods.empty()) described->publicMethods = described->record.getMethods(all);
+      for (const MethodInfo& method : described->publicMethods) {
         if (method.name == candidate.label) return describeMethod(method, candidate);
       }
       candidate.declaringClass = described->record.structure.name;
@@ -212,29 +217,6 @@ class ClassMembers {
   Described* const described_;
   Gathering& gathering_;
 };
-
-void offerFields(const Inquiry& inquiry, const ValuePtr& structure, Gathering& gathering) {
-  Names names;
-  StructContextData::getStructFieldNames(structure.get(), names);
-  gathering.addInOrder(names, Kind::Field, [&inquiry, structure](Candidate& candidate) {
-    if (!kxIsScalar(structure.get())) return;
-    const kxArray_tag* field = kxGetField(structure.get(), 0, narrow(candidate.label).c_str());
-    if (field != nullptr) describeValue(inquiry, field, candidate);
-  });
-}
-
-/// An object of another object system answers itself.
-void offerForeignObject(Inquiry& inquiry, const ValuePtr& value, Gathering& gathering) {
-  if (!inquiry.mayUse(CodePolicy::Allowed, u"what an opaque object offers")) return;
-  Names properties;
-  getOpaqueObjectProperties(value.get(), properties);
-  gathering.addInOrder(properties, Kind::Property,
-                       [](Candidate& candidate) { candidate.readRunsCode = true; });
-  if (KCOSIntrospection::isNoDotMethodClass(value.get())) return;
-  Names methods;
-  getOpaqueObjectMethods(value.get(), methods);
-  gathering.addInOrder(methods, Kind::Method, [](Candidate& candidate) { candidate.readRunsCode = true; });
-}
 
 bool offerValue(Inquiry& inquiry, const ValuePtr& value, Gathering& gathering) {
   if (KCOSIntrospection::isKCOSObject(value.get())) {

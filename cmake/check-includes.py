@@ -22,7 +22,7 @@ REPOSITORY = {
 # Room -> libraries besides the standard library, POSIX and Boost, by the start of the include.
 LIBRARIES = {
     "embedded": ["nlohmann/", "utf8"],
-    "tools": ["nlohmann/", "CLI/"],
+    "tools": ["nlohmann/", "CLI/", "histedit.h"],
     "tests": ["nlohmann/", "gtest/", "gmock/"],
 }
 

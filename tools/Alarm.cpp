@@ -1,8 +1,37 @@
 #include "tools/Alarm.h"
 
+#include <signal.h>
+
 #include <utility>
 
 namespace tools {
+
+namespace {
+
+/// Holds back all signals, also for threads that start meanwhile.
+class HeldSignals {
+ public:
+  HeldSignals() {
+    sigset_t every;
+    sigfillset(&every);
+    pthread_sigmask(SIG_SETMASK, &every, &before_);
+  }
+  ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  HeldSignals(const HeldSignals&) = delete;
+  HeldSignals& operator=(const HeldSignals&) = delete;
+
+ private:
+  sigset_t before_;
+};
+
+/// Signals are for the thread that asks, which may be waiting for one.
+template <class Function>
+std::thread threadWithoutSignals(Function function) {
+  const HeldSignals held;
+  return std::thread(function);
+}
+
+}  // namespace
 
 Alarm::~Alarm() {
   if (!thread_.joinable()) return;
@@ -21,7 +50,7 @@ void Alarm::set(Time time) {
     if (time <= std::chrono::steady_clock::now()) return goOff();
     time_ = time;
   }
-  if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
+  if (!thread_.joinable()) thread_ = threadWithoutSignals([this] { run(); });
   changed_.notify_one();
 }
 

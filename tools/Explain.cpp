@@ -23,15 +23,6 @@ struct ExplainOptions {
   std::string name;
 };
 
-std::string textOf(const Explanation& explanation) {
-  std::vector<std::vector<std::string>> rows;
-  for (const frontend::Reason& reason : explanation.reasons) {
-    rows.push_back({nameOf(reason.rule), printable(reason.detail)});
-  }
-  return printable(explanation.name) + (explanation.isOffered ? " is offered\n" : " is not offered\n") +
-         tableOf(rows);
-}
-
 Answer answerOf(const ExplainOptions& options, embedded::Host& host) {
   const Line line = lineOf(options.place, "explain");
   if (!isUtf8(options.name)) throw AnswerError{"explain.not-utf8", "the name is no UTF-8"};
@@ -48,6 +39,15 @@ Answer answerOf(const ExplainOptions& options, embedded::Host& host) {
 }
 
 }  // namespace
+
+std::string textOf(const Explanation& explanation) {
+  std::vector<std::vector<std::string>> rows;
+  for (const frontend::Reason& reason : explanation.reasons) {
+    rows.push_back({nameOf(reason.rule), printable(reason.detail)});
+  }
+  return printable(explanation.name) + (explanation.isOffered ? " is offered\n" : " is not offered\n") +
+         tableOf(rows);
+}
 
 Json jsonOf(const Explanation& explanation) {
   Json json = jsonOf(explanation.outcome);

@@ -49,11 +49,7 @@ void addFrontEndOptions(CLI::App& command, FrontEndOptions& options) {
       ->type_name("N");
   command.add_option("--in", options.function, "The function whose code it is")->type_name("FUNCTION");
   command.add_option("--class", options.className, "The class whose code it is")->type_name("CLASS");
-  command
-      .add_option("--code", options.policy,
-                  "How far code may run: never, stored-values (the default), allowed")
-      ->check(CLI::IsMember(policies()))
-      ->type_name("POLICY");
+  addPolicyOption(command, options);
   command.add_option("--limit", options.limit, "How many candidates at most, 200 by default")
       ->check(CLI::NonNegativeNumber)
       ->type_name("N");
@@ -62,6 +58,14 @@ void addFrontEndOptions(CLI::App& command, FrontEndOptions& options) {
       ->type_name("MS");
   command.add_flag("--hidden", options.hidden, "Hidden names too");
   command.add_flag("--json", options.json, "Print JSON, for programs");
+}
+
+void addPolicyOption(CLI::App& command, FrontEndOptions& options) {
+  command
+      .add_option("--code", options.policy,
+                  "How far code may run: never, stored-values (the default), allowed")
+      ->check(CLI::IsMember(policies()))
+      ->type_name("POLICY");
 }
 
 Line lineOf(const FrontEndOptions& options, const std::string& command) {
@@ -137,7 +141,9 @@ std::string detailsOf(const frontend::Candidate& candidate) {
 
 std::string noticeOf(const frontend::Outcome& outcome) {
   if (outcome.status == frontend::Status::Complete) return {};
-  return std::string(nameOf(outcome.status)) + ": " + printable(outcome.reason);
+  const std::string status = nameOf(outcome.status);
+  const std::string reason = printable(outcome.reason);
+  return reason.empty() || reason == status ? status : status + ": " + reason;
 }
 
 }  // namespace tools

@@ -28,6 +28,8 @@ struct FrontEndOptions {
 };
 
 void addFrontEndOptions(CLI::App& command, FrontEndOptions& options);
+/// One of them alone: --code.
+void addPolicyOption(CLI::App& command, FrontEndOptions& options);
 
 /// The text and the cursor as the front end takes them. Throws AnswerError for a text that is no UTF-8; `command` begins
 /// its code.

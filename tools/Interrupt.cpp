@@ -13,6 +13,8 @@ namespace {
 
 std::atomic<embedded::Host*> interruptible = nullptr;
 static_assert(std::atomic<embedded::Host*>::is_always_lock_free);
+std::atomic<bool> noted = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 void interrupt(int) {
   embedded::Host* host = interruptible.load();
@@ -20,15 +22,25 @@ void interrupt(int) {
   host->requestInterrupt();
 }
 
-}  // namespace
+void note(int) {
+  noted.store(true);
+  if (embedded::Host* host = interruptible.load()) host->requestInterrupt();
+}
 
-void handleInterrupts() {
+void handle(void (*handler)(int)) {
   struct sigaction action = {};
-  action.sa_handler = interrupt;
+  action.sa_handler = handler;
   action.sa_flags = SA_RESTART;
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
 }
+
+}  // namespace
+
+void handleInterrupts() { handle(interrupt); }
+
+void noteInterrupts() { handle(note); }
+bool takeInterrupt() noexcept { return noted.exchange(false); }
 
 Interruptible::Interruptible(embedded::Host& host) noexcept { interruptible.store(&host); }
 

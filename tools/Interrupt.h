@@ -9,6 +9,11 @@ namespace tools {
 /// with the exit code of an interrupted command.
 void handleInterrupts();
 
+/// From now on Ctrl-C never ends the process: it is noted, and asks the host of the current Interruptible to stop.
+void noteInterrupts();
+/// Whether one has been noted, which is forgotten then.
+bool takeInterrupt() noexcept;
+
 /// While it lives, Ctrl-C interrupts this host instead of ending the process.
 class Interruptible {
  public:

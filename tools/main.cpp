@@ -6,6 +6,7 @@
 #include "tools/ExitCode.h"
 #include "tools/Explain.h"
 #include "tools/Interrupt.h"
+#include "tools/Prompt.h"
 #include "tools/Query.h"
 #include "tools/Serve.h"
 #include "tools/Version.h"
@@ -30,6 +31,7 @@ int main(int argc, char** argv) {
   tools::addExplain(app, status);
   tools::addDescribe(app, status);
   tools::addEval(app, status);
+  tools::addPrompt(app, status);
   tools::addServe(app, status);
   tools::handleInterrupts();
   try {

@@ -1,0 +1,63 @@
+#include "tools/prompt/Conversation.h"
+
+#include <iostream>
+#include <utility>
+
+#include "tools/ExitCode.h"
+#include "tools/Interrupt.h"
+#include "tools/Text.h"
+#include "tools/prompt/Commands.h"
+#include "tools/prompt/Evaluation.h"
+
+namespace tools::prompt {
+
+int Conversation::run() {
+  while (take(lines_.next(statements_))) continue;
+  return isScript_ ? exitCode_ : Answered;
+}
+
+bool Conversation::take(const InputLine& line) {
+  ++lineNumber_;
+  switch (line.kind) {
+    case InputLine::Text:
+      return takeText(line.text);
+    case InputLine::Abandoned:
+      statements_.clear();
+      return true;
+    case InputLine::Unreadable:
+      std::cerr << "input:" << lineNumber_ << ": " << printable(line.text) << std::endl;
+      exitCode_ = NoAnswer;
+      return true;
+    case InputLine::End:
+      if (isScript_ && !statements_.empty()) runStatements();
+      // At a terminal the end of the input drops a block that was begun, and ends the session without one.
+      return !isScript_ && !std::exchange(statements_, {}).empty();
+  }
+  return false;
+}
+
+bool Conversation::takeText(const std::u16string& text) {
+  if (statements_.empty()) {
+    if (isCommand(text)) return takeCommand(text);
+    firstLine_ = isScript_ ? lineNumber_ : 1;
+  }
+  statements_ += text + u'\n';
+  return isUnfinished(statements_) || runStatements();
+}
+
+bool Conversation::takeCommand(const std::u16string& text) {
+  const CommandEnding ending = runCommand(live_, text);
+  takeInterrupt();
+  if (ending == CommandEnding::Failed) exitCode_ = NoAnswer;
+  return ending != CommandEnding::Quit;
+}
+
+/// A script that somebody interrupts is over.
+bool Conversation::runStatements() {
+  const Ending ending = evaluate(live_, std::exchange(statements_, {}), firstLine_);
+  if (ending == Ending::Failed) exitCode_ = NoAnswer;
+  if (ending == Ending::Interrupted) exitCode_ = Interrupted;
+  return !isScript_ || ending != Ending::Interrupted;
+}
+
+}  // namespace tools::prompt

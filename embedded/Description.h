@@ -126,7 +126,7 @@ struct ClassDescription {
 
 /// What a function declares about one of its inputs or outputs.
 struct ArgumentDescription {
-  enum Kind { Positional, Optional, Repeating, NameValue };
+  enum Kind : int { Positional, Optional, Repeating, NameValue };
   std::string name = {};
   Kind kind = Positional;
   /// Empty: any.
@@ -205,7 +205,7 @@ struct ScopesDescription {
 /// An item of the search path: a folder on the path, a class or package folder inside one, or an item that
 /// counts only while its parent is the current folder.
 struct PathItemDescription {
-  enum Kind { Path, Class, Package, Current };
+  enum Kind : int { Path, Class, Package, Current };
   Kind kind = Path;
   std::string folder = {};
 };

@@ -54,7 +54,7 @@ void addFrontEndOptions(CLI::App& command, FrontEndOptions& options) {
       ->check(CLI::NonNegativeNumber)
       ->type_name("N");
   command.add_option("--timeout", options.milliseconds, "Stop looking after so many milliseconds")
-      ->check(CLI::NonNegativeNumber)
+      ->check(CLI::Range(0, 86'400'000))
       ->type_name("MS");
   command.add_flag("--hidden", options.hidden, "Hidden names too");
   command.add_flag("--json", options.json, "Print JSON, for programs");

@@ -36,24 +36,24 @@ class KeptOutput final : public klutil::io::KLSink {
 class HostSession::Silence {
  public:
   Silence() {
-    KLStream::KLOut().push(sink_);
+    out_.push(sink_);
     try {
-      KLStream::KLErr().push(sink_);
+      err_.push(sink_);
     } catch (...) {
-      KLStream::KLOut().pop();
+      out_.pop();
       throw;
     }
   }
   ~Silence() {
-    remove(KLStream::KLErr());
-    remove(KLStream::KLOut());
+    remove(err_);
+    remove(out_);
   }
   Silence(const Silence&) = delete;
   Silence& operator=(const Silence&) = delete;
 
   std::u16string take() {
-    flush(KLStream::KLErr());
-    flush(KLStream::KLOut());
+    flush(err_);
+    flush(out_);
     return sink_->take();
   }
 
@@ -76,6 +76,9 @@ class HostSession::Silence {
   }
 
   const boost::shared_ptr<KeptOutput> sink_{new KeptOutput};
+  // Asked for at once, so that nothing is asked on the way back.
+  KLStream& out_ = KLStream::KLOut();
+  KLStream& err_ = KLStream::KLErr();
 };
 
 HostSession::HostSession(embedded::Host& host) : host_(host), alarm_(host) {}

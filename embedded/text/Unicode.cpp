@@ -2,6 +2,7 @@
 
 #include <utf8.h>
 
+#include <algorithm>
 #include <iterator>
 
 namespace embedded {
@@ -34,6 +35,10 @@ std::string narrowed(std::u16string_view text) {
 }
 
 std::u16string widened(std::string_view text) {
+  // Nearly every name.
+  if (std::ranges::all_of(text, [](unsigned char unit) { return unit < 0x80; })) {
+    return std::u16string(text.begin(), text.end());
+  }
   std::string valid;
   valid.reserve(text.size());
   utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(valid), replacement);

@@ -42,12 +42,16 @@ void offerTexts(const Names& texts, const Position& position, const std::u16stri
   }
 }
 
-/// As they are typed outside of texts.
+/// As they are typed outside of texts. Members of enumerations are also found by their own name.
 void offerLiterals(const Names& values, const std::u16string& prefix, const std::u16string& type,
                    Gathering& gathering) {
   std::size_t order = 0;
   for (const std::u16string& value : values) {
-    gathering.add({.label = prefix + value, .insertion = {}, .kind = Kind::Value, .order = order++},
+    const bool isWhole = matchOf(gathering.typed(), prefix + value) != Match::None;
+    gathering.add({.label = isWhole ? prefix + value : value,
+                   .insertion = prefix + value,
+                   .kind = Kind::Value,
+                   .order = order++},
                   [type](Candidate& candidate) { candidate.type = type; });
   }
 }

@@ -1,6 +1,7 @@
 #include "frontend/candidates/Gathering.h"
 
 #include <algorithm>
+#include <string_view>
 #include <tuple>
 #include <unordered_set>
 #include <utility>
@@ -23,7 +24,6 @@ void Gathering::add(Candidate candidate, Details details) {
   candidate.match = matchOf(typed_, candidate.label);
   if (candidate.match == Match::None) return;
   if (candidate.isHidden && !hidden_ && candidate.match != Match::Exact) return;
-  if (candidate.insertion.empty()) candidate.insertion = candidate.label;
   entries_.push_back({std::move(candidate), std::move(details)});
 }
 
@@ -38,15 +38,31 @@ void Gathering::addInOrder(const std::vector<std::u16string>& names, Kind kind, 
   }
 }
 
-void Gathering::finishWithoutDetails(std::size_t limit, Completion& completion) {
-  std::ranges::sort(entries_, [](const Entry& left, const Entry& right) {
-    return rankOf(left.candidate) < rankOf(right.candidate);
+/// Entries are big: their places are sorted, not they.
+std::vector<Gathering::Entry*> Gathering::ranked() {
+  std::vector<Entry*> order;
+  order.reserve(entries_.size());
+  for (Entry& entry : entries_) order.push_back(&entry);
+  std::ranges::sort(order, [](const Entry* left, const Entry* right) {
+    return rankOf(left->candidate) < rankOf(right->candidate);
   });
-  std::unordered_set<std::u16string> seen;
-  std::erase_if(entries_, [&](const Entry& entry) { return !seen.insert(entry.candidate.label).second; });
-  completion.total = entries_.size();
-  entries_.resize(std::min(limit, entries_.size()));
-  for (Entry& entry : entries_) completion.candidates.push_back(std::move(entry.candidate));
+  std::unordered_set<std::u16string_view> seen;
+  seen.reserve(order.size());
+  std::erase_if(order, [&](const Entry* entry) { return !seen.insert(entry->candidate.label).second; });
+  return order;
+}
+
+void Gathering::finishWithoutDetails(std::size_t limit, Completion& completion) {
+  std::vector<Entry*> order = ranked();
+  completion.total = order.size();
+  order.resize(std::min(limit, order.size()));
+  std::vector<Entry> answered;
+  for (Entry* entry : order) answered.push_back(std::move(*entry));
+  entries_ = std::move(answered);
+  for (Entry& entry : entries_) {
+    if (entry.candidate.insertion.empty()) entry.candidate.insertion = entry.candidate.label;
+    completion.candidates.push_back(std::move(entry.candidate));
+  }
 }
 
 void Gathering::finish(std::size_t limit, Completion& completion) {

@@ -21,8 +21,8 @@ class Gathering {
   Gathering(const Inquiry& inquiry, std::u16string typed);
 
   const std::u16string& typed() const noexcept { return typed_; }
-  /// Hidden names are wanted, or there is one that is typed in full.
-  bool wantsHidden() const noexcept { return hidden_ || !typed_.empty(); }
+  /// Hidden names are wanted like others; otherwise one comes only when it is typed in full.
+  bool wantsHidden() const noexcept { return hidden_; }
 
   /// The candidate's label, kind, order and whether it is hidden are set. One that does not fit is left out, and so is a
   /// hidden one that is not wanted. Stops when the request has been asked to stop.
@@ -43,7 +43,7 @@ class Gathering {
 
   /// The first candidates in their order, each label once, with details as long as the request may go on.
   void finish(std::size_t limit, Completion& completion);
-  /// The same for a request that cannot go on.
+  /// The same for a request that cannot go on, or wants no details.
   void finishWithoutDetails(std::size_t limit, Completion& completion);
 
  private:
@@ -51,6 +51,9 @@ class Gathering {
     Candidate candidate;
     Details details;
   };
+
+  /// The entries in their order, each label once.
+  std::vector<Entry*> ranked();
 
   const Inquiry& inquiry_;
   const std::u16string typed_;

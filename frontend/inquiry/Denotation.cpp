@@ -28,7 +28,10 @@ struct Part {
   bool isUnpacked = false;
 };
 
-/// Empty when the expression is no such chain.
+/// Nobody types longer chains; what they denote is looked for prefix by prefix.
+constexpr std::size_t mostParts = 100;
+
+/// Empty when the expression is no such chain, or too long.
 std::vector<Part> partsOf(const std::u16string& expression) {
   std::vector<Part> parts;
   std::size_t depth = 0;
@@ -45,7 +48,7 @@ std::vector<Part> partsOf(const std::u16string& expression) {
       return {};
     }
   }
-  return parts;
+  return parts.size() > mostParts ? std::vector<Part>() : parts;
 }
 
 bool isPlain(const std::vector<Part>& parts) {

@@ -69,6 +69,12 @@ Outcome Inquiry::outcomeOf(const RequestRecord& record, const std::u16string& fa
   return outcome;
 }
 
+Outcome outcomeOfFailedBegin(CodePolicy policy) {
+  const std::u16string failure = failureOfCurrentException();
+  if (failure.empty()) return {Status::Interrupted, u"interrupted", policy, {}};
+  return {Status::Failed, failure, policy, {}};
+}
+
 std::u16string failureOfCurrentException() {
   try {
     throw;

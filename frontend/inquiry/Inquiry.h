@@ -66,6 +66,9 @@ class Inquiry {
 template <class Answering>
 Outcome answer(Session& session, const Place& place, const Options& options, Answering answering);
 
+/// How a request ends that could not begin, because of the exception that is being handled.
+Outcome outcomeOfFailedBegin(CodePolicy policy);
+
 /// Why the exception that is being handled was thrown; empty for an interrupt and for Stopped.
 std::u16string failureOfCurrentException();
 
@@ -88,7 +91,7 @@ Outcome answer(Session& session, const Place& place, const Options& options, Ans
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
-    return {Status::Failed, failureOfCurrentException(), options.policy, {}};
+    return outcomeOfFailedBegin(options.policy);
   }
 }
 

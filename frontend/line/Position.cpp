@@ -1,6 +1,7 @@
 #include "frontend/line/Position.h"
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include "frontend/line/Tokens.h"
@@ -166,11 +167,13 @@ class Reader {
 
   bool isEndOfLine(std::size_t at) const { return is(at, u'\n') || is(at, u'\r'); }
 
-  /// The dotted chain before "=", "==" or "~=".
+  /// The dotted chain before "=" or a comparison.
   std::u16string targetBefore(std::size_t count) const {
     if (count == 0) return {};
+    static constexpr std::array<std::u16string_view, 6> comparisons = {u"==", u"~=", u"<",
+                                                                       u"<=", u">",  u">="};
     const bool compares =
-        is(count - 1, std::u16string_view(u"==")) || is(count - 1, std::u16string_view(u"~="));
+        std::ranges::any_of(comparisons, [&](std::u16string_view each) { return is(count - 1, each); });
     if (!compares && !(is(count - 1, u'=') && !innermostOpen(count))) return {};
     const std::size_t begin = beginOfChain(count - 1);
     const std::u16string chain = textOf(begin, count - 1);

@@ -44,8 +44,10 @@ class Tokenizer {
 
   /// What follows the dots up to the end of the line is a comment; where no line follows, they are left.
   bool skipContinuation() {
+    if (isLastLine_) return false;
     const std::size_t end = text_.find_first_of(u"\r\n", at_);
-    if (end == std::u16string_view::npos) return false;
+    isLastLine_ = end == std::u16string_view::npos;
+    if (isLastLine_) return false;
     at_ = text_.find_first_not_of(u"\r\n", end);
     at_ = std::min(at_, text_.size());
     isSeparated_ = true;
@@ -131,6 +133,8 @@ class Tokenizer {
   std::u16string_view text_;
   std::size_t at_;
   bool isSeparated_ = true;
+  /// No line ends from here on, which is not to be found out at every dot of a long line.
+  bool isLastLine_ = false;
   std::u16string brackets_;
   std::vector<Token> tokens_;
 };

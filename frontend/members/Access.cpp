@@ -141,21 +141,36 @@ std::vector<MethodInfo> usableMethods(Inquiry& inquiry, const ClassInfo& asked,
   return methods;
 }
 
-DeclaringClasses::DeclaringClasses(const ClassInfo& record, PropertyInfo::GetOptions options) {
-  collect(record, options);
-}
-
-void DeclaringClasses::collect(const ClassInfo& record, const PropertyInfo::GetOptions& options) {
-  classes_.push_back({&record, namesOf(LoneRecord(record).getProperties(options))});
-  PropertyInfo::GetOptions inherited = options;
-  std::erase(inherited.accessLevels, privateLevel);
-  for (const auto& superclass : record.structure.superclasses) collect(*superclass, inherited);
+DeclaringClasses::DeclaringClasses(const ClassInfo& record, PropertyInfo::GetOptions options)
+    : record_(record), options_(std::move(options)), grants_(&record) {
+  grants_.clear(options_);
 }
 
 const ClassInfo* DeclaringClasses::of(const std::u16string& property) const {
-  const auto found =
-      std::ranges::find_if(classes_, [&](const Own& own) { return own.names.contains(property); });
-  return found == classes_.end() ? nullptr : found->record;
+  const kcos::COSInternedName name = ResolvedClassID::fromKnownResolvedClassID(property);
+  return find(record_, name, options_.accessLevels);
+}
+
+bool DeclaringClasses::declares(const ClassInfo& record, const kcos::COSInternedName& property,
+                                const std::vector<std::int32_t>& levels) const {
+  const auto id = ResolvedClassID::fromKnownResolvedClassID(record.classId.text());
+  const kcos::COSClass* asked = KCOSIntrospection::getCOSClass(id);
+  const kcos::COSInterfacePtr found = asked == nullptr ? nullptr : asked->findProperty(property);
+  if (!found || kcos::cosiClassOfMember(found.get())->getID() != record.classId) return false;
+  kcos::COSPropInfo* own = kcos::cosiToProp(found.get());
+  return std::ranges::count(levels, own->getMemberGetAccess()) > 0 ||
+         std::ranges::count(levels, own->getMemberSetAccess()) > 0 || grants_.hasAccessingClass(own);
+}
+
+const ClassInfo* DeclaringClasses::find(const ClassInfo& record, const kcos::COSInternedName& property,
+                                        const std::vector<std::int32_t>& levels) const {
+  if (declares(record, property, levels)) return &record;
+  std::vector<std::int32_t> inherited = levels;
+  std::erase(inherited, privateLevel);
+  for (const auto& superclass : record.structure.superclasses) {
+    if (const ClassInfo* found = find(*superclass, property, inherited)) return found;
+  }
+  return nullptr;
 }
 
 }  // namespace frontend

@@ -39,20 +39,23 @@ std::vector<KCOSContextData::MethodInfo> usableMethods(Inquiry& inquiry,
 /// Which class of a record's tree declares a property that the record offers.
 class DeclaringClasses {
  public:
+  /// Under these options; the record outlives this.
   DeclaringClasses(const KCOSContextData::ClassInfo& record,
                    KCOSContextData::PropertyInfo::GetOptions options);
-  /// Null when none does.
+  /// The nearest one whose property qualifies; null when none does.
   const KCOSContextData::ClassInfo* of(const std::u16string& property) const;
 
  private:
-  struct Own {
-    const KCOSContextData::ClassInfo* record;
-    std::unordered_set<std::u16string> names;
-  };
-  void collect(const KCOSContextData::ClassInfo& record,
-               const KCOSContextData::PropertyInfo::GetOptions& options);
-  /// Nearest first.
-  std::vector<Own> classes_;
+  bool declares(const KCOSContextData::ClassInfo& record, const kcos::COSInternedName& property,
+                const std::vector<std::int32_t>& levels) const;
+  const KCOSContextData::ClassInfo* find(const KCOSContextData::ClassInfo& record,
+                                         const kcos::COSInternedName& property,
+                                         const std::vector<std::int32_t>& levels) const;
+
+  const KCOSContextData::ClassInfo& record_;
+  const KCOSContextData::PropertyInfo::GetOptions options_;
+  /// Knows whom a property grants access.
+  KCOSContextData::PropertyVisitorMutable grants_;
 };
 
 }  // namespace frontend

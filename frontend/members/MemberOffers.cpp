@@ -91,37 +91,74 @@ class ClassMembers {
   /// `kindOf` tells the kind of a property, or that it is not wanted.
   template <class KindOf>
   void offerProperties(KindOf kindOf) {
-    auto& properties = described_->properties;
-    properties = usableProperties(inquiry_, described_->record, gathering_.wantsHidden());
-    const auto visible =
-        namesOfVisible(properties, [&] { return usableProperties(inquiry_, described_->record, false); });
+    const auto ask = [&](bool hidden) { return usableProperties(inquiry_, described_->record, hidden); };
+    const auto hidden =
+        readMembers(described_->properties, ask, [&] { return hasProperty(gathering_.typed()); });
+    const auto& properties = described_->properties;
     for (std::size_t at = 0; at < properties.size(); ++at) {
       const std::optional<Kind> kind = kindOf(properties[at].name);
       if (!kind) continue;
-      const bool isHidden = !visible.contains(properties[at].name);
-      gathering_.add(
-          {.label = properties[at].name, .insertion = {}, .kind = *kind, .isHidden = isHidden, .order = at},
-          [described = described_, at](Candidate& candidate) {
-            described->details.describe(described->properties[at], candidate);
-          });
+      gathering_.add({.label = properties[at].name,
+                      .insertion = {},
+                      .kind = *kind,
+                      .isHidden = hidden.contains(properties[at].name),
+                      .order = at},
+                     [described = described_, at](Candidate& candidate) {
+                       described->details.describe(described->properties[at], candidate);
+                     });
     }
     if (isEnumeration()) gathering_.addInOrder(namesOf(id_, getClassPropertyNames), Kind::Property);
   }
 
   void offerMethods(MethodInfo::GetContext context, Kind kind) {
-    auto& methods = described_->methods;
-    methods = usableMethods(inquiry_, described_->record, context, gathering_.wantsHidden());
-    const auto visible =
-        namesOfVisible(methods, [&] { return usableMethods(inquiry_, described_->record, context, false); });
+    const auto ask = [&](bool hidden) {
+      return usableMethods(inquiry_, described_->record, context, hidden);
+    };
+    const auto hidden = readMembers(described_->methods, ask, [&] { return hasMethod(gathering_.typed()); });
+    const auto& methods = described_->methods;
     for (std::size_t at = 0; at < methods.size(); ++at) {
       if (methods[at].isStatic != (kind == Kind::StaticMethod)) continue;
-      const bool isHidden = !visible.contains(methods[at].name);
-      gathering_.add(
-          {.label = methods[at].name, .insertion = {}, .kind = kind, .isHidden = isHidden, .order = at},
-          [described = described_, at](Candidate& candidate) {
-            describeMethod(described->methods[at], candidate);
-          });
+      gathering_.add({.label = methods[at].name,
+                      .insertion = {},
+                      .kind = kind,
+                      .isHidden = hidden.contains(methods[at].name),
+                      .order = at},
+                     [described = described_, at](Candidate& candidate) {
+                       describeMethod(described->methods[at], candidate);
+                     });
     }
+  }
+
+  /// Reads what is offered; answers the names among it that are hidden. Hidden members take another question, which is
+  /// asked only where one may be shown.
+  template <class Infos, class Ask, class IsTypedMember>
+  std::unordered_set<std::u16string> readMembers(Infos& infos, Ask ask, IsTypedMember isTypedMember) const {
+    infos = ask(false);
+    const bool isShown = gathering_.wantsHidden() || (isUnknown(infos) && isTypedMember());
+    if (!isShown) return {};
+    const auto visible = namesOf(std::exchange(infos, ask(true)));
+    auto hidden = namesOf(infos);
+    std::erase_if(hidden, [&](const std::u16string& name) { return visible.contains(name); });
+    return hidden;
+  }
+
+  /// Something is typed that is none of these.
+  template <class Infos>
+  bool isUnknown(const Infos& infos) const {
+    const std::u16string& typed = gathering_.typed();
+    return !typed.empty() &&
+           std::ranges::none_of(infos, [&](const auto& info) { return info.name == typed; });
+  }
+
+  bool hasProperty(const std::u16string& name) const {
+    const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id_);
+    const kcos::COSInternedName member = ResolvedClassID::fromKnownResolvedClassID(name);
+    return found != nullptr && found->findProperty(member);
+  }
+
+  bool hasMethod(const std::u16string& name) const {
+    bool isStatic = false;
+    return KCOSIntrospection::hasMethod(id_, narrow(name), isStatic);
   }
 
   void offerEnumerationMembers() {
@@ -132,7 +169,7 @@ class ClassMembers {
     };
     gathering_.addInOrder(namesOf(id_, getClassEnumerationNames), Kind::EnumerationMember, describe);
     const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id_);
-    if (found == nullptr || !gathering_.wantsHidden()) return;
+    if (found == nullptr || (!gathering_.wantsHidden() && gathering_.typed().empty())) return;
     for (kcos::COSIterator members = found->getEnumerationMembers(); members.hasMoreElements();) {
       const kcos::COSEnumInfo* member = kcos::cosiToEnum(members.nextElement().get());
       if (member == nullptr || !member->isHidden() || member->getName() == nullptr) continue;
@@ -142,12 +179,6 @@ class ClassMembers {
                       .isHidden = true},
                      describe);
     }
-  }
-
-  /// Asks once more, without hidden members, when they are among these.
-  template <class Infos, class AskVisible>
-  std::unordered_set<std::u16string> namesOfVisible(const Infos& infos, AskVisible askVisible) const {
-    return gathering_.wantsHidden() ? namesOf(askVisible()) : namesOf(infos);
   }
 
   /// Constants are written by nobody, which the library tells as an access level of its own.
@@ -171,9 +202,10 @@ class ClassMembers {
     gathering_.addInOrder(names, Kind::Property, {}, described_->properties.size());
   }
 
-  /// What completes behind a variable, whoever asks, as far as a record leaves it out: it offers nothing of enumerations.
+  /// What completes behind a variable, whoever asks. A record offers all of it but for enumerations.
   void offerPublicMethods() {
     const auto& record = described_->record;
+    if (!isEnumeration()) return;
     if (isNoDotClass() && !inquiry_.lenience().anyContext) return;
     Names names;
     if (value_ && !inquiry_.lenience().operators) {

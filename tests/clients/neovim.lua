@@ -34,6 +34,14 @@ local function words_offered()
   return table.concat(words, " ")
 end
 
+local function text_of_windows()
+  local lines = {}
+  for _, window in ipairs(vim.api.nvim_list_wins()) do
+    vim.list_extend(lines, vim.api.nvim_buf_get_lines(vim.api.nvim_win_get_buf(window), 0, -1, false))
+  end
+  return table.concat(lines, "\n")
+end
+
 local function write_snapshot(text)
   local file = assert(io.open(snapshot, "w"))
   file:write(text)
@@ -61,6 +69,9 @@ local function test()
   check("candidates", words_offered(), "Flow")
   type_keys("<C-n><C-y><Esc>")
   wait_until("the candidate is taken", function() return vim.api.nvim_get_current_line() == "pump.Flow" end)
+
+  vim.lsp.buf.hover()
+  wait_until("the name is described", function() return text_of_windows():find("property of lab.Pump", 1, true) end)
 
   write_snapshot('{"format": 1, "workspace": [{"name": "fresh", "value": 1}]')
   wait_until("the snapshot is marked", function() return #diagnostics_at(vim.uri_from_fname(snapshot)) == 1 end)

@@ -13,7 +13,7 @@ from Command import SESSION, SOURCE, CommandTest, environment, run
 from test_schema import EVERYTHING, VALIDATOR, without_comments
 
 SAVE = os.environ["CONTEXTDATA_SAVE"]
-GENERATED = 60
+GENERATED = 25
 RAW_TEXT = re.compile(r'R"(json)?\((\{.*?\})\)(json)?"', re.DOTALL)
 LEVELS = ["public", "protected", "private", "immutable", "listed", "constant"]
 
@@ -224,8 +224,8 @@ class SaveTest(CommandTest):
         lines = (SOURCE / "packaging/operations.txt").read_text(encoding="utf-8").splitlines()
         exported = {line.rpartition("::")[2] for line in lines if line and not line.startswith("#")}
         self.assertEqual({op for op, failed in kept if not failed}, exported)
-        self.assertGreater(sum(not failed for _, failed in kept), 100000)
-        self.assertGreater(sum(worked for _, worked in results), 1500)
+        self.assertGreater(sum(not failed for _, failed in kept), 60000)
+        self.assertGreater(sum(worked for _, worked in results), 800)
 
     def test_saving_fails_with_a_reason(self):
         done = subprocess.run([SAVE, self.session, str(self.folder / "none/a.json")], capture_output=True, check=False)

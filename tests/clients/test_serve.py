@@ -183,9 +183,10 @@ class ServeTest(CommandTest):
     def test_a_snapshot_that_changes_before_the_client_is_ready(self):
         path = self.snapshot({"format": 1, "workspace": [{"name": "one", "value": 1}]}, "early.json")
         client = self.serve(path)
+        client.ask("initialize", {"capabilities": {}})
         self.snapshot({"format": 1, "workspace": [{"name": "other", "value": 1}]}, "early.json")
         time.sleep(1)  # four looks of the watch
-        client.start()
+        client.notify("initialized", {})
         self.assertEqual(client.take_notification("textDocument/publishDiagnostics")["diagnostics"], [])
         self.assertEqual(self.labels(client, "o"), ["other"])
 

@@ -63,6 +63,9 @@ std::u16string insertionOf(const Candidates& candidates, const std::u16string& t
 
 /// There are more candidates that fit best than were asked for, so that it is not known how far they agree.
 bool lacksSome(const Completion& completion) {
+  using frontend::Status;
+  const Status status = completion.outcome.status;
+  if (status == Status::Interrupted || status == Status::TimedOut || status == Status::Failed) return false;
   return completion.total > completion.candidates.size() && !completion.candidates.empty() &&
          endOfBest(completion.candidates) == completion.candidates.end();
 }

@@ -1,5 +1,6 @@
 #include "tools/serve/Abilities.h"
 
+#include <algorithm>
 #include <string>
 
 #include "tools/Version.h"
@@ -32,8 +33,10 @@ void readOptions(const Json& options, Abilities& client) {
   const Json& limit = valueAt(options, Path("/limit"));
   if (limit.is_number_unsigned()) client.limit = limit.get<std::size_t>();
   const Json& patience = valueAt(options, Path("/timeout"));
-  if (patience.is_number_unsigned())
-    client.patience = std::chrono::milliseconds(patience.get<std::uint32_t>());
+  if (patience.is_number_unsigned()) {
+    constexpr std::uint64_t aDay = 86'400'000;
+    client.patience = std::chrono::milliseconds(std::min(patience.get<std::uint64_t>(), aDay));
+  }
   client.hidden = flagAt(options, Path("/hidden"));
 }
 

@@ -1,0 +1,141 @@
+// Completion in a world with one of everything: its cases, without code, and with every call failing or interrupted.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <boost/algorithm/string.hpp>
+#include <set>
+#include <stdexcept>
+
+#include "host/Exceptions.h"
+#include "tests/frontend/LineCases.h"
+#include "tools/FrontEnd.h"
+
+namespace {
+
+using frontend::Completion;
+using frontend::Status;
+
+Completion complete(frontend::Session& session, const LineCase& line, const frontend::Options& options) {
+  return frontend::complete(session, line.text, line.cursor, line.where(), options);
+}
+
+/// Columns are two or more blanks apart, and those that are empty are left out.
+std::string columns(const std::string& row) {
+  std::string text;
+  for (std::size_t at = 0; at < row.size(); ++at) {
+    const bool isGap = row.compare(at, 2, "  ") == 0;
+    if (!isGap) text += row[at];
+    if (isGap && !text.ends_with('|')) text += '|';
+    while (isGap && at + 1 < row.size() && row[at + 1] == ' ') ++at;
+  }
+  return boost::trim_right_copy_if(text, boost::is_any_of("|"));
+}
+
+std::string rowOf(const frontend::Candidate& candidate) {
+  return columns(tools::printable(candidate.label) + "  " + tools::kindOf(candidate) + "  " +
+                 tools::detailsOf(candidate));
+}
+
+std::vector<std::string> rowsOf(const Completion& completion) {
+  std::vector<std::string> rows;
+  for (const frontend::Candidate& candidate : completion.candidates) rows.push_back(rowOf(candidate));
+  return rows;
+}
+
+TEST(Completion, OffersWhatItsCasesSay) {
+  CaseWorld world;
+  const auto cases = lineCases("completion.txt");
+  EXPECT_GT(cases.size(), 90U);
+  for (const LineCase& line : cases) {
+    SCOPED_TRACE(line.place);
+    const Completion completion = complete(world.session, line, line.options());
+    std::vector<std::string> expected;
+    for (const std::string& row : line.expected) expected.push_back(columns(row));
+    EXPECT_EQ(rowsOf(completion), expected);
+    EXPECT_EQ(nameOf(completion.outcome.status), line.status);
+    EXPECT_EQ(completion.outcome.reason.empty(), line.status == "complete");
+    EXPECT_LE(completion.begin, completion.end);
+    EXPECT_EQ(completion.end, line.cursor);
+  }
+}
+
+TEST(Completion, RunsNoCodeUnderThePolicyNever) {
+  CaseWorld world;
+  TrappedSession session(*world.host);
+  for (const LineCase& line : lineCases("completion.txt")) {
+    frontend::Options options = line.options();
+    options.policy = frontend::CodePolicy::Never;
+    EXPECT_NE(complete(session, line, options).outcome.status, Status::Failed) << line.place;
+  }
+}
+
+/// Without a session there are no variables, but classes and what they offer.
+TEST(Completion, AnswersWithoutASessionWhatTheLibraryAloneCan) {
+  CaseWorld world;
+  frontend::NoSession nothing;
+  const auto count = [&](const std::u16string& text) {
+    return frontend::complete(nothing, text, text.size(), {}).total;
+  };
+  EXPECT_EQ(count(u"pump."), 0U);
+  EXPECT_GE(count(u"lab.Pump."), 3U);
+  EXPECT_GE(count(u"lab."), 5U);
+}
+
+/// One way in which a call of the host fails, and how a request must end then, if it does not go on.
+struct Failure {
+  const char* name;
+  std::function<void(embedded::Host&)> raise;
+  Status status;
+};
+
+const Failure failures[] = {
+    {"error", [](embedded::Host&) { throw foundation::core::except::Exception("a:b", "no"); }, Status::Failed},
+    {"std", [](embedded::Host&) { throw std::runtime_error("no"); }, Status::Failed},
+    {"foreign", [](embedded::Host&) { throw 1; }, Status::Failed},
+    {"interrupt",
+     [](embedded::Host& host) {
+       host.requestInterrupt();
+       throw Tamsix::System::InterruptException();
+     },
+     Status::Interrupted}};
+
+/// Fails the n-th call for every n; each time what is answered is part of the clean answer, and the next one is clean.
+std::size_t failEveryCall(CaseWorld& world, const LineCase& line, const Failure& failure) {
+  frontend::Options options = line.options();
+  options.limit = 1000;
+  const auto clean = rowsOf(complete(world.session, line, options));
+  std::set<std::u16string> known;
+  for (const auto& candidate : complete(world.session, line, options).candidates) known.insert(candidate.label);
+  std::uint64_t call = 0;
+  for (bool happened = true; happened; ++call) {
+    world.host->setFault({"", call + 1, false, [&] { failure.raise(*world.host); }});
+    const Completion faulty = complete(world.session, line, options);
+    happened = world.host->clearFault();
+    // An interrupt is told also where it was swallowed, unless it came when all had been answered.
+    if (happened && failure.status == Status::Interrupted && rowsOf(faulty) != clean) {
+      EXPECT_EQ(nameOf(faulty.outcome.status), std::string("interrupted")) << call;
+    }
+    for (const auto& candidate : faulty.candidates) {
+      // Values are written otherwise when it cannot be told that their class is an enumeration.
+      if (candidate.kind == frontend::Kind::Value) continue;
+      EXPECT_TRUE(known.contains(candidate.label)) << call << " " << tools::printable(candidate.label);
+    }
+    EXPECT_EQ(rowsOf(complete(world.session, line, options)), clean) << failure.name << " at call " << call;
+  }
+  return call;
+}
+
+TEST(Completion, SurvivesEveryFailureOfEveryCall) {
+  CaseWorld world;
+  std::size_t calls = 0;
+  for (const LineCase& line : lineCases("faults.txt")) {
+    for (const Failure& failure : failures) {
+      SCOPED_TRACE(line.place + " " + failure.name);
+      calls += failEveryCall(world, line, failure);
+    }
+  }
+  EXPECT_GT(calls, 1000U);
+}
+
+}  // namespace

@@ -90,6 +90,13 @@ TEST(CodeLimits, LongTextsAreLinear) {
   EXPECT_EQ(world.run("s" + repeated(".a", 2000)), "!KORVAL:code:NoSuchField 1:4");
 }
 
+/// Sanitizers slow down what runs between two looks at the interrupt.
+#ifdef __SANITIZE_ADDRESS__
+constexpr double longest = 1;
+#else
+constexpr double longest = 0.1;
+#endif
+
 /// From the request to the end of code that does not end by itself; afterwards the session works.
 double secondsToStop(const std::string& text) {
   code::World world;
@@ -120,11 +127,11 @@ TEST(CodeLimits, AnInterruptStopsCodeAtOnce) {
         "while true, sprintf('%d', 1:9e5); end", "c = {1}; for k = 1:60, c = {c, c}; end, disp(c)",
         "x = zeros(900, 900); while true, x = x'; end", "while true, sum(char(1:9e5) + 1); end"}) {
     // The machine may be busy with something else: the best of a few counts.
-    double fastest = 1;
-    for (int attempt = 0; attempt < 5 && fastest >= 0.1; ++attempt) {
+    double fastest = 2 * longest;
+    for (int attempt = 0; attempt < 5 && fastest >= longest; ++attempt) {
       fastest = std::min(fastest, secondsToStop(text));
     }
-    EXPECT_LT(fastest, 0.1) << text;
+    EXPECT_LT(fastest, longest) << text;
   }
 }
 

@@ -3,11 +3,11 @@
 
 namespace frontend {
 
-Completion complete(Session& session, const std::u16string& text, std::size_t cursor, const Place& place,
+Completion complete(Session& session, const std::u16string& text, std::size_t cursor, const Scope& scope,
                     const Options& options) {
   Completion completion;
-  completion.outcome = answer(session, place, options, [&](Inquiry& inquiry) {
-    offerAt(inquiry, positionAt(text, cursor), {options.limit}, completion);
+  completion.outcome = answer(session, scope, options, [&](RequestContext& request) {
+    offerAt(request, contextAt(text, cursor), {options.limit}, completion);
   });
   if (completion.outcome.status == Status::Complete && completion.total > completion.candidates.size()) {
     completion.outcome.status = Status::Limited;

@@ -96,7 +96,7 @@ struct Completion {
 
 /// What can be typed at the cursor, a UTF-16 offset; one beyond the text counts as its end, and one inside a surrogate
 /// pair as before it. What stands behind the cursor matters only where a call follows.
-Completion complete(Session& session, const std::u16string& text, std::size_t cursor, const Place& place,
+Completion complete(Session& session, const std::u16string& text, std::size_t cursor, const Scope& scope,
                     const Options& options = {});
 
 }  // namespace frontend

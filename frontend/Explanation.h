@@ -54,6 +54,6 @@ struct Explanation {
 
 /// Why `complete(session, text, cursor, place, options)` offers the name, or does not.
 Explanation explain(Session& session, const std::u16string& text, std::size_t cursor,
-                    const std::u16string& name, const Place& place, const Options& options = {});
+                    const std::u16string& name, const Scope& scope, const Options& options = {});
 
 }  // namespace frontend

@@ -55,7 +55,7 @@ struct Hover {
 
 /// What stands at the offset: the dotted name there, up to the end of the part that the offset is in. Members are described
 /// whoever may use them, and hidden ones, operators and constructors too.
-Hover describe(Session& session, const std::u16string& text, std::size_t offset, const Place& place,
+Hover describe(Session& session, const std::u16string& text, std::size_t offset, const Scope& scope,
                const Options& options = {});
 
 struct SignatureHelp {
@@ -67,6 +67,6 @@ struct SignatureHelp {
 
 /// The function whose call is around the cursor.
 SignatureHelp signatureHelp(Session& session, const std::u16string& text, std::size_t cursor,
-                            const Place& place, const Options& options = {});
+                            const Scope& scope, const Options& options = {});
 
 }  // namespace frontend

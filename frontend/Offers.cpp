@@ -1,60 +1,61 @@
 #include "frontend/Offers.h"
 
-#include "frontend/arguments/ValueOffers.h"
-#include "frontend/candidates/Gathering.h"
-#include "frontend/inquiry/Denotation.h"
-#include "frontend/members/MemberOffers.h"
-#include "frontend/names/NameOffers.h"
+#include "frontend/CandidateList.h"
+#include "frontend/MemberOffers.h"
+#include "frontend/NameOffers.h"
+#include "frontend/Resolution.h"
+#include "frontend/ValueOffers.h"
 
 namespace frontend {
 
 namespace {
 
 /// In a text with a folder in it, the part behind the folder is typed.
-std::u16string splitFolder(Position& position) {
-  const std::size_t slash = position.typed.rfind(u'/');
+std::u16string splitFolder(CursorContext& context) {
+  const std::size_t slash = context.typed.rfind(u'/');
   if (slash == std::u16string::npos) return {};
-  std::u16string folder = position.typed.substr(0, slash);
-  position.begin += slash + 1;
-  position.typed.erase(0, slash + 1);
+  std::u16string folder = context.typed.substr(0, slash);
+  context.begin += slash + 1;
+  context.typed.erase(0, slash + 1);
   return folder;
 }
 
-void finish(Gathering& gathering, const Wanted& wanted, Completion& completion) {
+void finish(CandidateList& candidates, const Wanted& wanted, Completion& completion) {
   if (wanted.details)
-    gathering.finish(wanted.limit, completion);
+    candidates.finish(wanted.limit, completion);
   else
-    gathering.finishWithoutDetails(wanted.limit, completion);
+    candidates.finishWithoutDetails(wanted.limit, completion);
 }
 
-void offerInText(Inquiry& inquiry, Position& position, const Wanted& wanted, Completion& completion) {
-  Gathering values(inquiry, position.typed);
-  offerTargetValues(inquiry, position, values);
-  if (position.target.empty()) offerArguments(inquiry, position, values);
+void offerInText(RequestContext& request, CursorContext& context, const Wanted& wanted,
+                 Completion& completion) {
+  CandidateList values(request, context.typed);
+  offerTargetValues(request, context, values);
+  if (context.target.empty()) offerArguments(request, context, values);
   finish(values, wanted, completion);
-  if (completion.total > 0 || !position.call) return;
-  const std::u16string folder = splitFolder(position);
-  completion.begin = position.begin;
-  Gathering files(inquiry, position.typed);
+  if (completion.total > 0 || !context.call) return;
+  const std::u16string folder = splitFolder(context);
+  completion.begin = context.begin;
+  CandidateList files(request, context.typed);
   offerFilesInText(folder, files);
   finish(files, wanted, completion);
 }
 
-void offer(Inquiry& inquiry, const Position& position, Gathering& gathering) {
-  switch (position.kind) {
-    case Position::Member:
-      offerMembers(inquiry, denote(inquiry, position.base), gathering);
+void offer(RequestContext& request, const CursorContext& context, CandidateList& candidates) {
+  switch (context.kind) {
+    case CursorContext::Member:
+      offerMembers(request, resolve(request, context.base), candidates);
       break;
-    case Position::Handle:
-      offerFunctions(inquiry, gathering);
+    case CursorContext::Handle:
+      offerFunctions(request, candidates);
       break;
-    case Position::Name:
-      offerTargetValues(inquiry, position, gathering);
-      if (!position.beginsStatement) offerArguments(inquiry, position, gathering);
-      if (!position.following.empty()) {
-        offerMethodsBeforeDot(inquiry, denote(inquiry, position.following), gathering);
+    case CursorContext::Name:
+      offerTargetValues(request, context, candidates);
+      if (!context.beginsStatement) offerArguments(request, context, candidates);
+      if (!context.following.empty()) {
+        offerMethodsBeforeDot(request, resolve(request, context.following), candidates);
       }
-      offerNames(inquiry, gathering);
+      offerNames(request, candidates);
       break;
     default:
       break;
@@ -63,19 +64,19 @@ void offer(Inquiry& inquiry, const Position& position, Gathering& gathering) {
 
 }  // namespace
 
-void offerAt(Inquiry& inquiry, Position position, const Wanted& wanted, Completion& completion) {
-  completion.begin = position.begin;
-  completion.end = position.end;
-  if (position.kind == Position::Nothing) return;
-  if (position.kind == Position::Text) return offerInText(inquiry, position, wanted, completion);
-  Gathering gathering(inquiry, position.typed);
+void offerAt(RequestContext& request, CursorContext context, const Wanted& wanted, Completion& completion) {
+  completion.begin = context.begin;
+  completion.end = context.end;
+  if (context.kind == CursorContext::Nothing) return;
+  if (context.kind == CursorContext::Text) return offerInText(request, context, wanted, completion);
+  CandidateList candidates(request, context.typed);
   try {
-    offer(inquiry, position, gathering);
+    offer(request, context, candidates);
   } catch (...) {
-    gathering.finishWithoutDetails(wanted.limit, completion);
+    candidates.finishWithoutDetails(wanted.limit, completion);
     throw;
   }
-  finish(gathering, wanted, completion);
+  finish(candidates, wanted, completion);
 }
 
 }  // namespace frontend

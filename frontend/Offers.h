@@ -5,8 +5,8 @@
 #include <cstddef>
 
 #include "frontend/Completion.h"
-#include "frontend/inquiry/Inquiry.h"
-#include "frontend/line/Position.h"
+#include "frontend/CursorContext.h"
+#include "frontend/RequestContext.h"
 
 namespace frontend {
 
@@ -17,6 +17,6 @@ struct Wanted {
 };
 
 /// Fills in all but the outcome. When it is stopped, or fails, what it has found so far is there.
-void offerAt(Inquiry& inquiry, Position position, const Wanted& wanted, Completion& completion);
+void offerAt(RequestContext& request, CursorContext context, const Wanted& wanted, Completion& completion);
 
 }  // namespace frontend

@@ -18,7 +18,7 @@ struct LocalName {
 };
 
 /// Where something is typed.
-struct Place {
+struct Scope {
   /// The function or file whose code it is, which decides what short class names mean; empty: a prompt.
   std::u16string function = {};
   /// The class whose code it is, as users name it: it may use members that others may not. Empty: of no class.

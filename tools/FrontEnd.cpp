@@ -75,7 +75,7 @@ Line lineOf(const FrontEndOptions& options, const std::string& command) {
   return line;
 }
 
-frontend::Place placeOf(const FrontEndOptions& options) {
+frontend::Scope placeOf(const FrontEndOptions& options) {
   return {utf_to_utf<char16_t>(options.function), utf_to_utf<char16_t>(options.className)};
 }
 

@@ -38,7 +38,7 @@ struct Line {
   std::size_t cursor = 0;
 };
 Line lineOf(const FrontEndOptions& options, const std::string& command);
-frontend::Place placeOf(const FrontEndOptions& options);
+frontend::Scope placeOf(const FrontEndOptions& options);
 frontend::Options optionsOf(const FrontEndOptions& options);
 
 Json jsonOf(const frontend::Outcome& outcome);

@@ -90,7 +90,8 @@ struct Failure {
 };
 
 const Failure failures[] = {
-    {"error", [](embedded::Host&) { throw foundation::core::except::Exception("a:b", "no"); }, Status::Failed},
+    {"error", [](embedded::Host&) { throw foundation::core::except::Exception("a:b", "no"); },
+     Status::Failed},
     {"std", [](embedded::Host&) { throw std::runtime_error("no"); }, Status::Failed},
     {"foreign", [](embedded::Host&) { throw 1; }, Status::Failed},
     {"interrupt",
@@ -106,7 +107,8 @@ std::size_t failEveryCall(CaseWorld& world, const LineCase& line, const Failure&
   options.limit = 1000;
   const auto clean = rowsOf(complete(world.session, line, options));
   std::set<std::u16string> known;
-  for (const auto& candidate : complete(world.session, line, options).candidates) known.insert(candidate.label);
+  for (const auto& candidate : complete(world.session, line, options).candidates)
+    known.insert(candidate.label);
   std::uint64_t call = 0;
   for (bool happened = true; happened; ++call) {
     world.host->setFault({"", call + 1, false, [&] { failure.raise(*world.host); }});

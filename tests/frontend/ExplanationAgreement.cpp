@@ -226,7 +226,7 @@ class Checked {
       text += std::string(nameOf(reason.rule)) + ": " + shown(reason.detail) + "\n";
     return text;
   }
-  static frontend::Place placeOf(const std::string& caller) { return {u"", wide(caller)}; }
+  static frontend::Scope placeOf(const std::string& caller) { return {u"", wide(caller)}; }
 
   const Description& world_;
   frontend::Session& session_;

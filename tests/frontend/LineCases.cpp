@@ -53,7 +53,7 @@ std::vector<LineCase> lineCases(const std::string& file) {
   return cases;
 }
 
-frontend::Place LineCase::where() const {
+frontend::Scope LineCase::where() const {
   const auto setting = [this](const char* key) {
     const auto found = settings.find(key);
     return found == settings.end() ? std::u16string() : wide(found->second);

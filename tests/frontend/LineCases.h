@@ -18,7 +18,7 @@ struct LineCase {
   std::string status = "complete";
   std::vector<std::string> expected;
 
-  frontend::Place where() const;
+  frontend::Scope where() const;
   frontend::Options options() const;
 };
 

@@ -22,8 +22,8 @@ using frontend::Match;
 using Candidates = std::vector<Candidate>;
 
 /// The names that the lines before give values, which no variable has yet.
-frontend::Place placeIn(const std::u16string& text, const embedded::Host& host) {
-  frontend::Place place;
+frontend::Scope placeIn(const std::u16string& text, const embedded::Host& host) {
+  frontend::Scope place;
   for (const embedded::CodeVariable& variable : embedded::outlineOf(text).variables) {
     if (host.variable(variable.name)) continue;
     place.locals.push_back({utf_to_utf<char16_t>(variable.name), utf_to_utf<char16_t>(variable.maker)});
@@ -74,7 +74,7 @@ bool lacksSome(const Completion& completion) {
 
 Completed Completer::complete(const std::u16string& text, std::size_t cursor, bool hidden,
                               std::size_t width) {
-  const frontend::Place place = placeIn(text.substr(0, text.rfind(u'\n') + 1), live_.host);
+  const frontend::Scope place = placeIn(text.substr(0, text.rfind(u'\n') + 1), live_.host);
   frontend::Options options = live_.options(hidden);
   const Interruptible request(live_.host);
   live_.trace.begin();

@@ -12,7 +12,7 @@ namespace {
 
 using embedded::CodeFunction;
 using frontend::LocalName;
-using frontend::Place;
+using frontend::Scope;
 
 std::u16string wide(const std::string& text) { return boost::locale::conv::utf_to_utf<char16_t>(text); }
 
@@ -133,13 +133,13 @@ std::vector<LocalName> newNames(frontend::Session& session, std::vector<LocalNam
 
 }  // namespace
 
-Place placeIn(frontend::Session& session, const std::string& uri, OpenDocument& document,
+Scope placeIn(frontend::Session& session, const std::string& uri, OpenDocument& document,
               std::size_t statement) {
   const FileName file(pathOf(uri));
   ClassNames classes(session, file.inNamespace);
   const embedded::CodeOutline& outline = document.outline();
   const Beginning beginning{document.content, statement};
-  Place place;
+  Scope place;
   place.className = file.className;
   if (!file.stem.empty() && file.className.empty()) place.function = file.inNamespace + file.stem;
   place.workspace = outline.functions.empty();

@@ -20,7 +20,7 @@ struct LatestCompletion {
   std::uint64_t number = 0;
   /// The text before what the candidates replace.
   std::u16string before = {};
-  frontend::Place place = {};
+  frontend::Scope place = {};
   std::vector<frontend::Candidate> candidates = {};
 };
 

@@ -19,7 +19,7 @@ struct Spot {
   std::size_t start = 0;
   /// The position, in them.
   std::size_t cursor = 0;
-  frontend::Place place;
+  frontend::Scope place;
 
   /// A range of the text as the client counts.
   Range rangeOf(std::size_t begin, std::size_t end) const {
@@ -33,7 +33,7 @@ std::optional<Spot> spotOf(Context& context, const Json& params);
 
 /// Whose code a document is, as far as its name and its text tell. Variables count that have been given a value before
 /// the statement, which begins at the offset.
-frontend::Place placeIn(frontend::Session& session, const std::string& uri, OpenDocument& document,
+frontend::Scope placeIn(frontend::Session& session, const std::string& uri, OpenDocument& document,
                         std::size_t statement);
 
 }  // namespace tools::serve

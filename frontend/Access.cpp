@@ -1,0 +1,177 @@
+#include "frontend/Access.h"
+
+#include <contextdata/KCOSIntrospection.h>
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+
+namespace frontend {
+
+using namespace KCOSContextData;
+
+namespace {
+
+constexpr std::int32_t publicLevel = 0;
+constexpr std::int32_t protectedLevel = 1;
+constexpr std::int32_t privateLevel = 2;
+constexpr std::int32_t listedLevel = 4;
+
+bool sharesAncestor(const ClassInfo& caller, const ClassInfo& asked) {
+  return caller.isA(asked.classId) ||
+         std::ranges::any_of(asked.structure.superclasses,
+                             [&](const auto& superclass) { return sharesAncestor(caller, *superclass); });
+}
+
+bool isWider(const std::vector<std::int32_t>& levels) { return levels.size() > 1; }
+
+void dropRepeated(std::vector<PropertyInfo>& properties) {
+  std::unordered_set<std::u16string> seen;
+  seen.reserve(properties.size());
+  std::erase_if(properties, [&](const PropertyInfo& property) { return !seen.insert(property.name).second; });
+}
+
+/// Of methods that are defined anew the new one stays, where the first one stood.
+void dropRepeated(std::vector<MethodInfo>& methods) {
+  std::unordered_map<std::u16string, MethodInfo*> kept;
+  std::vector<MethodInfo> first;
+  kept.reserve(methods.size());
+  first.reserve(methods.size());
+  for (MethodInfo& method : methods) {
+    MethodInfo*& known = kept[method.name];
+    if (known == nullptr)
+      known = &first.emplace_back(std::move(method));
+    else if (KCOSIntrospection::isKCOSClassDerivedFrom(method.definingClass, known->definingClass))
+      *known = std::move(method);
+  }
+  methods = std::move(first);
+}
+
+template <class Infos>
+std::unordered_set<std::u16string> namesOf(const Infos& infos) {
+  std::unordered_set<std::u16string> names;
+  names.reserve(infos.size());
+  for (const auto& info : infos) names.insert(info.name);
+  return names;
+}
+
+/// Code of a class that shares an ancestor with the class, but does not derive from it, may use what both inherit.
+bool isBystander(const ClassInfo* caller, const ClassInfo& asked, const std::vector<std::int32_t>& levels) {
+  return isWider(levels) && !caller->isA(asked.classId);
+}
+
+/// What code of a class may use although others may not, also of objects of classes that derive from it.
+std::vector<std::int32_t> ownLevels() { return {privateLevel, listedLevel}; }
+
+bool isOwnCode(const ClassInfo* caller, const ClassInfo& asked) {
+  return caller != nullptr && !asked.classId.isNull() && asked.isA(caller->classId);
+}
+
+template <class Infos>
+void addUnknown(const Infos& more, Infos& infos) {
+  const auto known = namesOf(infos);
+  std::ranges::copy_if(more, std::back_inserter(infos),
+                       [&](const auto& info) { return !known.contains(info.name); });
+}
+
+bool takesPart(const ClassInfo& asked, MethodInfo::GetContext context) {
+  return !asked.getMethods({{0, 1, 2, 3, 4, 5}, nullptr, context, true, true, true}).empty();
+}
+
+}  // namespace
+
+LoneRecord::LoneRecord(const ClassInfo& record)
+    : ClassInfo(ResolvedClassID::fromKnownResolvedClassID(std::string())) {
+  structure.name = record.structure.name;
+  classId = record.classId;
+}
+
+std::vector<std::int32_t> usableLevels(const ClassInfo* caller, const ClassInfo& asked) {
+  if (caller == nullptr || asked.classId.isNull()) return {publicLevel};
+  if (caller->classId == asked.classId) return {publicLevel, protectedLevel, privateLevel};
+  if (sharesAncestor(*caller, asked)) return {publicLevel, protectedLevel};
+  return {publicLevel};
+}
+
+std::vector<PropertyInfo> usableProperties(RequestContext& request, const ClassInfo& asked,
+                                           bool includeHidden) {
+  using Options = PropertyInfo::GetOptions;
+  const ClassInfo* caller = request.caller();
+  Options options{usableLevels(caller, asked), {Options::Read, Options::Write}, caller, includeHidden};
+  std::vector<PropertyInfo> properties = asked.getProperties(options);
+  if (isBystander(caller, asked, options.accessLevels)) {
+    const DeclaringClasses declaring(asked, options);
+    options.accessLevels = {publicLevel};
+    const auto others = namesOf(asked.getProperties(options));
+    std::erase_if(properties, [&](const PropertyInfo& property) {
+      if (others.contains(property.name)) return false;
+      const ClassInfo* declares = declaring.of(property.name);
+      return declares == nullptr || !caller->isA(declares->classId);
+    });
+  }
+  if (isOwnCode(caller, asked)) {
+    options.accessLevels = ownLevels();
+    addUnknown(LoneRecord(*caller).getProperties(options), properties);
+  }
+  dropRepeated(properties);
+  return properties;
+}
+
+std::vector<MethodInfo> usableMethods(RequestContext& request, const ClassInfo& asked,
+                                      MethodInfo::GetContext context, bool includeHidden) {
+  const ClassInfo* caller = request.caller();
+  const Lenience& lenience = request.lenience();
+  if (lenience.anyContext) context = MethodInfo::GetContext::Any;
+  MethodInfo::GetOptions options{usableLevels(caller, asked), caller,       context, lenience.constructors,
+                                 lenience.operators,          includeHidden};
+  std::vector<MethodInfo> methods = asked.getMethods(options);
+  if (isBystander(caller, asked, options.access)) {
+    options.access = {publicLevel};
+    const auto others = namesOf(asked.getMethods(options));
+    std::erase_if(methods, [&](const MethodInfo& method) {
+      return !others.contains(method.name) && !caller->isA(method.definingClass);
+    });
+  }
+  if (isOwnCode(caller, asked) && takesPart(asked, context)) {
+    options.access = ownLevels();
+    addUnknown(LoneRecord(*caller).getMethods(options), methods);
+  }
+  dropRepeated(methods);
+  return methods;
+}
+
+DeclaringClasses::DeclaringClasses(const ClassInfo& record, PropertyInfo::GetOptions options)
+    : record_(record), options_(std::move(options)), grants_(&record) {
+  grants_.clear(options_);
+}
+
+const ClassInfo* DeclaringClasses::of(const std::u16string& property) const {
+  const kcos::COSInternedName name = ResolvedClassID::fromKnownResolvedClassID(property);
+  return find(record_, name, options_.accessLevels);
+}
+
+bool DeclaringClasses::declares(const ClassInfo& record, const kcos::COSInternedName& property,
+                                const std::vector<std::int32_t>& levels) const {
+  const auto id = ResolvedClassID::fromKnownResolvedClassID(record.classId.text());
+  const kcos::COSClass* asked = KCOSIntrospection::getCOSClass(id);
+  const kcos::COSInterfacePtr found = asked == nullptr ? nullptr : asked->findProperty(property);
+  if (!found || kcos::cosiClassOfMember(found.get())->getID() != record.classId) return false;
+  kcos::COSPropInfo* own = kcos::cosiToProp(found.get());
+  return std::ranges::count(levels, own->getMemberGetAccess()) > 0 ||
+         std::ranges::count(levels, own->getMemberSetAccess()) > 0 || grants_.hasAccessingClass(own);
+}
+
+const ClassInfo* DeclaringClasses::find(const ClassInfo& record, const kcos::COSInternedName& property,
+                                        const std::vector<std::int32_t>& levels) const {
+  if (declares(record, property, levels)) return &record;
+  std::vector<std::int32_t> inherited = levels;
+  std::erase(inherited, privateLevel);
+  for (const auto& superclass : record.structure.superclasses) {
+    if (const ClassInfo* found = find(*superclass, property, inherited)) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace frontend

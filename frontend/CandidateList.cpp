@@ -1,0 +1,76 @@
+#include "frontend/CandidateList.h"
+
+#include <algorithm>
+#include <string_view>
+#include <tuple>
+#include <unordered_set>
+#include <utility>
+
+namespace frontend {
+
+namespace {
+
+auto rankOf(const Candidate& candidate) {
+  return std::tie(candidate.match, candidate.isHidden, candidate.kind, candidate.order, candidate.label);
+}
+
+}  // namespace
+
+CandidateList::CandidateList(const RequestContext& request, std::u16string typed)
+    : request_(request), typed_(std::move(typed)), hidden_(request.options().hidden) {}
+
+void CandidateList::add(Candidate candidate, Details details) {
+  request_.check();
+  candidate.match = matchOf(typed_, candidate.label);
+  if (candidate.match == Match::None) return;
+  if (candidate.isHidden && !hidden_ && candidate.match != Match::Exact) return;
+  entries_.push_back({std::move(candidate), std::move(details)});
+}
+
+void CandidateList::addNames(const std::vector<std::u16string>& names, Kind kind) {
+  for (const std::u16string& name : names) add({.label = name, .insertion = {}, .kind = kind});
+}
+
+void CandidateList::addInOrder(const std::vector<std::u16string>& names, Kind kind, const Details& details,
+                               std::size_t order) {
+  for (const std::u16string& name : names) {
+    add({.label = name, .insertion = {}, .kind = kind, .order = order++}, details);
+  }
+}
+
+/// Entries are big: their places are sorted, not they.
+std::vector<CandidateList::Entry*> CandidateList::ranked() {
+  std::vector<Entry*> order;
+  order.reserve(entries_.size());
+  for (Entry& entry : entries_) order.push_back(&entry);
+  std::ranges::sort(order, [](const Entry* left, const Entry* right) {
+    return rankOf(left->candidate) < rankOf(right->candidate);
+  });
+  std::unordered_set<std::u16string_view> seen;
+  seen.reserve(order.size());
+  std::erase_if(order, [&](const Entry* entry) { return !seen.insert(entry->candidate.label).second; });
+  return order;
+}
+
+void CandidateList::finishWithoutDetails(std::size_t limit, Completion& completion) {
+  std::vector<Entry*> order = ranked();
+  completion.total = order.size();
+  order.resize(std::min(limit, order.size()));
+  std::vector<Entry> answered;
+  for (Entry* entry : order) answered.push_back(std::move(*entry));
+  entries_ = std::move(answered);
+  for (Entry& entry : entries_) {
+    if (entry.candidate.insertion.empty()) entry.candidate.insertion = entry.candidate.label;
+    completion.candidates.push_back(std::move(entry.candidate));
+  }
+}
+
+void CandidateList::finish(std::size_t limit, Completion& completion) {
+  finishWithoutDetails(limit, completion);
+  for (std::size_t at = 0; at < entries_.size(); ++at) {
+    request_.check();
+    if (entries_[at].details) entries_[at].details(completion.candidates[at]);
+  }
+}
+
+}  // namespace frontend

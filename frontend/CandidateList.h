@@ -1,0 +1,65 @@
+#pragma once
+
+// Gathers candidates: those that fit what was typed, in their order, details for the first ones only.
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "frontend/Completion.h"
+#include "frontend/RequestContext.h"
+
+namespace frontend {
+
+class CandidateList {
+ public:
+  /// Fills in what is expensive to know.
+  using Details = std::function<void(Candidate&)>;
+
+  CandidateList(const RequestContext& request, std::u16string typed);
+
+  const std::u16string& typed() const noexcept { return typed_; }
+  /// Hidden names are wanted like others; otherwise one comes only when it is typed in full.
+  bool wantsHidden() const noexcept { return hidden_; }
+
+  /// The candidate's label, kind, order and whether it is hidden are set. One that does not fit is left out, and so is a
+  /// hidden one that is not wanted. Stops when the request has been asked to stop.
+  void add(Candidate candidate, Details details = {});
+
+  /// All of the same kind, the alphabet decides.
+  void addNames(const std::vector<std::u16string>& names, Kind kind);
+  /// All of the same kind, in their order, counted from `order`.
+  void addInOrder(const std::vector<std::u16string>& names, Kind kind, const Details& details = {},
+                  std::size_t order = 0);
+
+  /// Keeps what details refer to.
+  template <class Kept>
+  Kept* keep(std::shared_ptr<Kept> kept) {
+    kept_.push_back(kept);
+    return kept.get();
+  }
+
+  /// The first candidates in their order, each label once, with details as long as the request may go on.
+  void finish(std::size_t limit, Completion& completion);
+  /// The same for a request that cannot go on, or wants no details.
+  void finishWithoutDetails(std::size_t limit, Completion& completion);
+
+ private:
+  struct Entry {
+    Candidate candidate;
+    Details details;
+  };
+
+  /// The entries in their order, each label once.
+  std::vector<Entry*> ranked();
+
+  const RequestContext& request_;
+  const std::u16string typed_;
+  const bool hidden_;
+  std::vector<Entry> entries_;
+  std::vector<std::shared_ptr<void>> kept_;
+};
+
+}  // namespace frontend

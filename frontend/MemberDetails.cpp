@@ -1,0 +1,92 @@
+#include "frontend/MemberDetails.h"
+
+#include <contextdata/KCOSIntrospection.h>
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "frontend/ValueFacts.h"
+
+namespace frontend {
+
+using namespace KCOSContextData;
+
+namespace {
+
+std::u16string declaredSize(const PropertyInfo& property) {
+  std::u16string text;
+  for (const std::u16string& extent : property.sizeStrings) text += (text.empty() ? u"" : u"x") + extent;
+  return text;
+}
+
+kcos::COSPropInfo* ownProperty(const ClassInfo& record, const std::u16string& name) {
+  const auto id = ResolvedClassID::fromKnownResolvedClassID(record.classId.text());
+  kcos::COSClass* found = KCOSIntrospection::getCOSClass(id);
+  const kcos::COSInternedName member = ResolvedClassID::fromKnownResolvedClassID(name);
+  const kcos::COSInterfacePtr property = found == nullptr ? nullptr : found->findProperty(member);
+  return property ? kcos::cosiToProp(property.get()) : nullptr;
+}
+
+}  // namespace
+
+kcos::COSClass* definingClass(const MethodInfo& method) {
+  return KCOSIntrospection::getCOSClass(method.definingClass);
+}
+
+void describeMethod(const MethodInfo& method, Candidate& candidate) {
+  candidate.declaringClass = method.definingClass;
+  candidate.isStatic = method.isStatic;
+  candidate.readRunsCode = true;
+  const kcos::COSClass* defining = definingClass(method);
+  if (defining == nullptr) return;
+  const kcos::COSInternedName name = ResolvedClassID::fromKnownResolvedClassID(method.name);
+  auto methods = defining->findMethods(name);
+  if (!methods.hasMoreElements()) return;
+  candidate.access = kcos::cosiToMethod(methods.nextElement().get())->getMemberAccess();
+}
+
+PropertyDetails::PropertyDetails(RequestContext& request, const ClassInfo& record,
+                                 boost::intrusive_ptr<kxArray_tag> value)
+    : request_(request), record_(record), value_(std::move(value)) {}
+
+/// The nearest class whose property the caller may use; else it is one that only the caller's own code may use.
+const ClassInfo& PropertyDetails::declaring(const std::u16string& property) {
+  using Options = PropertyInfo::GetOptions;
+  if (record_.structure.superclasses.empty()) return record_;
+  const ClassInfo* caller = request_.caller();
+  if (!declaring_) {
+    declaring_.emplace(record_,
+                       Options{usableLevels(caller, record_), {Options::Read, Options::Write}, caller, true});
+  }
+  if (const ClassInfo* found = declaring_->of(property)) return *found;
+  return caller != nullptr && record_.isA(caller->classId) ? *caller : record_;
+}
+
+void PropertyDetails::describe(const PropertyInfo& property, Candidate& candidate) {
+  const ClassInfo& declares = declaring(property.name);
+  candidate.declaringClass = declares.structure.name;
+  candidate.type = property.type;
+  candidate.size = declaredSize(property);
+  candidate.readRunsCode = property.hasCustomGetter;
+  if (const kcos::COSPropInfo* own = ownProperty(declares, property.name)) {
+    candidate.access = own->getMemberGetAccess();
+    candidate.isConstant = own->getMemberSetAccess() == kcos::ConstantAccess;
+  }
+  if (value_ && !property.hasCustomGetter && request_.options().policy != CodePolicy::Never) {
+    describeStored(property, candidate);
+  }
+}
+
+void PropertyDetails::describeStored(const PropertyInfo& property, Candidate& candidate) const {
+  if (!kxIsScalar(value_.get())) return;
+  const boost::intrusive_ptr<kxArray_tag> stored(kxGetTypeProperty(value_.get(), 0, narrow(property.name)),
+                                                 false);
+  if (!stored) return;
+  Candidate found;
+  describeValue(request_, stored.get(), found);
+  if (!found.size.empty()) candidate.size = found.size;
+  if (candidate.type.empty() || candidate.type == u"any") candidate.type = found.type;
+}
+
+}  // namespace frontend

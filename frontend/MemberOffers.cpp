@@ -1,0 +1,295 @@
+#include "frontend/MemberOffers.h"
+
+#include <contextdata/KCOSContextData/CompletionTables.h>
+#include <contextdata/KCOSContextData/MemberNames.h>
+#include <contextdata/KCOSContextData/Namespaces.h>
+#include <contextdata/KCOSIntrospection.h>
+#include <contextdata/PKXContextData.h>
+#include <contextdata/Workspace/Values.h>
+#include <contextdata/Workspace/VariableMethods.h>
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <set>
+#include <unordered_set>
+#include <utility>
+
+#include "frontend/ForeignMembers.h"
+#include "frontend/MemberDetails.h"
+#include "frontend/Namespaces.h"
+#include "frontend/ValueFacts.h"
+
+namespace frontend {
+
+using namespace KCOSContextData;
+
+namespace {
+
+using Names = std::vector<std::u16string>;
+using ValuePtr = boost::intrusive_ptr<kxArray_tag>;
+using List = bool (*)(const ResolvedClassID&, Names&, bool&);
+
+Names namesOf(const ResolvedClassID& id, List list) {
+  Names names;
+  bool classFlag = false;
+  list(id, names, classFlag);
+  return names;
+}
+
+template <class Infos>
+std::unordered_set<std::u16string> namesOf(const Infos& infos) {
+  std::unordered_set<std::u16string> names;
+  names.reserve(infos.size());
+  for (const auto& info : infos) names.insert(info.name);
+  return names;
+}
+
+/// A class's record, what it offers, and what describes that; kept as long as the candidates are gathered.
+struct Described {
+  Described(RequestContext& request, const ResolvedClassID& id, ValuePtr value)
+      : record(id), details(request, record, std::move(value)) {}
+  const ClassInfo record;
+  PropertyDetails details;
+  std::vector<PropertyInfo> properties;
+  std::vector<MethodInfo> methods;
+  std::vector<MethodInfo> publicMethods;
+};
+
+class ClassMembers {
+ public:
+  ClassMembers(RequestContext& request, const ResolvedClassID& id, ValuePtr value, CandidateList& candidates)
+      : request_(request),
+        id_(id),
+        value_(value),
+        described_(candidates.keep(std::make_shared<Described>(request, id, std::move(value)))),
+        candidates_(candidates) {}
+
+  void offerObject() {
+    offerProperties([](const std::u16string&) { return std::optional(Kind::Property); });
+    offerDynamicProperties();
+    offerMethods(MethodInfo::GetContext::AfterDot);
+    offerPublicMethods();
+  }
+
+  void offerClass() {
+    const auto constants = namesOf(constantProperties());
+    offerProperties([&](const std::u16string& name) {
+      return constants.contains(name) ? std::optional(Kind::Constant) : std::nullopt;
+    });
+    offerMethods(MethodInfo::GetContext::Any, Kind::StaticMethod);
+    if (isEnumeration()) {
+      candidates_.addInOrder(namesOf(id_, getClassStaticMethodNames), Kind::StaticMethod,
+                             describePublicMethod());
+    }
+    offerEnumerationMembers();
+  }
+
+  void offerMethods(MethodInfo::GetContext context) { offerMethods(context, Kind::Method); }
+
+ private:
+  /// `kindOf` tells the kind of a property, or that it is not wanted.
+  template <class KindOf>
+  void offerProperties(KindOf kindOf) {
+    const auto ask = [&](bool hidden) { return usableProperties(request_, described_->record, hidden); };
+    const auto hidden =
+        readMembers(described_->properties, ask, [&] { return hasProperty(candidates_.typed()); });
+    const auto& properties = described_->properties;
+    for (std::size_t at = 0; at < properties.size(); ++at) {
+      const std::optional<Kind> kind = kindOf(properties[at].name);
+      if (!kind) continue;
+      candidates_.add({.label = properties[at].name,
+                       .insertion = {},
+                       .kind = *kind,
+                       .isHidden = hidden.contains(properties[at].name),
+                       .order = at},
+                      [described = described_, at](Candidate& candidate) {
+                        described->details.describe(described->properties[at], candidate);
+                      });
+    }
+    if (isEnumeration()) candidates_.addInOrder(namesOf(id_, getClassPropertyNames), Kind::Property);
+  }
+
+  void offerMethods(MethodInfo::GetContext context, Kind kind) {
+    const auto ask = [&](bool hidden) {
+      return usableMethods(request_, described_->record, context, hidden);
+    };
+    const auto hidden = readMembers(described_->methods, ask, [&] { return hasMethod(candidates_.typed()); });
+    const auto& methods = described_->methods;
+    for (std::size_t at = 0; at < methods.size(); ++at) {
+      if (methods[at].isStatic != (kind == Kind::StaticMethod)) continue;
+      candidates_.add({.label = methods[at].name,
+                       .insertion = {},
+                       .kind = kind,
+                       .isHidden = hidden.contains(methods[at].name),
+                       .order = at},
+                      [described = described_, at](Candidate& candidate) {
+                        describeMethod(described->methods[at], candidate);
+                      });
+    }
+  }
+
+  /// Reads what is offered; answers the names among it that are hidden. Hidden members take another question, which is
+  /// asked only where one may be shown.
+  template <class Infos, class Ask, class IsTypedMember>
+  std::unordered_set<std::u16string> readMembers(Infos& infos, Ask ask, IsTypedMember isTypedMember) const {
+    infos = ask(false);
+    const bool isShown = candidates_.wantsHidden() || (isUnknown(infos) && isTypedMember());
+    if (!isShown) return {};
+    const auto visible = namesOf(std::exchange(infos, ask(true)));
+    auto hidden = namesOf(infos);
+    std::erase_if(hidden, [&](const std::u16string& name) { return visible.contains(name); });
+    return hidden;
+  }
+
+  /// Something is typed that is none of these.
+  template <class Infos>
+  bool isUnknown(const Infos& infos) const {
+    const std::u16string& typed = candidates_.typed();
+    return !typed.empty() &&
+           std::ranges::none_of(infos, [&](const auto& info) { return info.name == typed; });
+  }
+
+  bool hasProperty(const std::u16string& name) const {
+    const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id_);
+    const kcos::COSInternedName member = ResolvedClassID::fromKnownResolvedClassID(name);
+    return found != nullptr && found->findProperty(member);
+  }
+
+  bool hasMethod(const std::u16string& name) const {
+    bool isStatic = false;
+    return KCOSIntrospection::hasMethod(id_, narrow(name), isStatic);
+  }
+
+  void offerEnumerationMembers() {
+    const auto describe = [described = described_](Candidate& candidate) {
+      candidate.declaringClass = described->record.structure.name;
+      candidate.type = described->record.structure.name;
+      candidate.size = u"1x1";
+    };
+    candidates_.addInOrder(namesOf(id_, getClassEnumerationNames), Kind::EnumerationMember, describe);
+    const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id_);
+    if (found == nullptr || (!candidates_.wantsHidden() && candidates_.typed().empty())) return;
+    for (kcos::COSIterator members = found->getEnumerationMembers(); members.hasMoreElements();) {
+      const kcos::COSEnumInfo* member = kcos::cosiToEnum(members.nextElement().get());
+      if (member == nullptr || !member->isHidden() || member->getName() == nullptr) continue;
+      candidates_.add({.label = wide(member->getName()),
+                       .insertion = {},
+                       .kind = Kind::EnumerationMember,
+                       .isHidden = true},
+                      describe);
+    }
+  }
+
+  /// Constants are written by nobody, which the library tells as an access level of its own.
+  std::vector<PropertyInfo> constantProperties() const {
+    return described_->record.getProperties(
+        {{kcos::ConstantAccess}, {PropertyInfo::GetOptions::Write}, nullptr, true});
+  }
+
+  /// A record of an enumeration offers nothing of its own.
+  bool isEnumeration() const {
+    const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id_);
+    return found != nullptr && found->isEnumeration();
+  }
+
+  /// What an object says itself, when its class has a say.
+  void offerDynamicProperties() {
+    if (!value_ || !KCOSIntrospection::hasMethod(value_.get(), "properties")) return;
+    if (!request_.mayUse(CodePolicy::Allowed, u"what the object says of its properties")) return;
+    Names names;
+    KCOSIntrospection::getObjectPropertyNames(value_.get(), names);
+    candidates_.addInOrder(names, Kind::Property, {}, described_->properties.size());
+  }
+
+  /// What completes behind a variable, whoever asks. A record offers all of it but for enumerations.
+  void offerPublicMethods() {
+    const auto& record = described_->record;
+    if (!isEnumeration()) return;
+    if (isNoDotClass() && !request_.lenience().anyContext) return;
+    Names names;
+    if (value_ && !request_.lenience().operators) {
+      names = getMethodsForWSVariable(KCOSIntrospection::getConstructorName(record.structure.name), value_);
+    } else {
+      names = namesOf(id_, getClassMethodNames);
+      const Names statics = namesOf(id_, getClassStaticMethodNames);
+      const std::unordered_set<std::u16string> ofClass(statics.begin(), statics.end());
+      const auto excluded =
+          request_.lenience().operators ? std::set<std::u16string>() : getKCOSMethodsExcludeSet();
+      std::erase_if(names, [&](const std::u16string& name) {
+        return excluded.contains(name) || ofClass.contains(name);
+      });
+    }
+    const auto known = namesOf(described_->methods);
+    std::erase_if(names, [&](const std::u16string& name) { return known.contains(name); });
+    candidates_.addInOrder(names, Kind::Method, describePublicMethod(), described_->methods.size());
+  }
+
+  bool isNoDotClass() const {
+    if (value_) return KCOSIntrospection::isNoDotMethodClass(value_.get());
+    return std::ranges::any_of(getNoDotMethodClassesExcludeSet(),
+                               [&](const std::u16string& name) { return described_->record.isA(name); });
+  }
+
+  /// Fills in the details of methods that are known by name only.
+  CandidateList::Details describePublicMethod() const {
+    return [described = described_](Candidate& candidate) {
+      const MethodInfo::GetOptions all{{0}, nullptr, MethodInfo::GetContext::Any, false, false, true};
+      if (described->publicMethods.empty()) described->publicMethods = described->record.getMethods(all);
+      for (const MethodInfo& method : described->publicMethods) {
+        if (method.name == candidate.label) return describeMethod(method, candidate);
+      }
+      candidate.declaringClass = described->record.structure.name;
+    };
+  }
+
+  RequestContext& request_;
+  const ResolvedClassID id_;
+  const ValuePtr value_;
+  Described* const described_;
+  CandidateList& candidates_;
+};
+
+bool offerValue(RequestContext& request, const ValuePtr& value, CandidateList& candidates) {
+  if (KCOSIntrospection::isKCOSObject(value.get())) {
+    ClassMembers(request, ResolvedClassID(value.get()), value, candidates).offerObject();
+  } else if (isStructure(value.get())) {
+    offerFields(request, value, candidates);
+  } else if (isObjectOrIsOpaque(value.get())) {
+    offerForeignObject(request, value, candidates);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool offerMembers(RequestContext& request, const Resolution& resolution, CandidateList& candidates) {
+  switch (resolution.kind) {
+    case Resolution::Value:
+      return offerValue(request, resolution.value, candidates);
+    case Resolution::Object:
+      ClassMembers(request, *resolution.id, {}, candidates).offerObject();
+      return true;
+    case Resolution::Class:
+      ClassMembers(request, *resolution.id, {}, candidates).offerClass();
+      return true;
+    case Resolution::Namespace:
+      offerNamespace(request, resolution.name, candidates);
+      return true;
+    case Resolution::Package:
+      offerPackage(request, resolution.name, candidates);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void offerMethodsBeforeDot(RequestContext& request, const Resolution& argument, CandidateList& candidates) {
+  const auto id = classOf(argument);
+  if (!id || argument.kind == Resolution::Class) return;
+  ClassMembers(request, *id, argument.value, candidates).offerMethods(MethodInfo::GetContext::BeforeDot);
+}
+
+}  // namespace frontend

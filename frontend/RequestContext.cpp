@@ -1,0 +1,109 @@
+#include "frontend/RequestContext.h"
+
+#include <boost/locale/encoding_utf.hpp>
+#include <exception>
+#include <utility>
+
+namespace frontend {
+
+using namespace KCOSContextData;
+
+RequestContext::RequestContext(Session& session, const Scope& scope, const Options& options)
+    : session_(session), scope_(scope), options_(options), needed_(options.policy) {
+  session_.beginRequest(options.policy, options.deadline);
+}
+
+RequestContext::RequestContext(const RequestContext& running, const Scope& scope, const Options& options,
+                               Lenience lenience)
+    : session_(running.session_),
+      scope_(scope),
+      options_(options),
+      lenience_(lenience),
+      isRunning_(false),
+      needed_(options.policy) {}
+
+RequestContext::~RequestContext() {
+  if (isRunning_) session_.endRequest();
+}
+
+bool RequestContext::mayUse(CodePolicy policy, const std::u16string& what) {
+  if (policy <= options_.policy) return true;
+  if (policy > needed_) needed_ = policy;
+  if (withheld_.empty()) withheld_ = what;
+  return false;
+}
+
+void RequestContext::check() const {
+  if (session_.stopRequested()) throw Stopped();
+}
+
+const ClassInfo* RequestContext::caller() {
+  if (!std::exchange(hasLookedForCaller_, true) && !scope_.className.empty()) {
+    auto record = std::make_unique<ClassInfo>(u"", scope_.className);
+    if (!record->classId.isNull()) caller_ = std::move(record);
+  }
+  return caller_.get();
+}
+
+Outcome RequestContext::finish(const std::u16string& failure) {
+  isRunning_ = false;
+  return outcomeOf(session_.endRequest(), failure);
+}
+
+Outcome RequestContext::outcomeOf(const RequestRecord& record, const std::u16string& failure) const {
+  Outcome outcome{Status::Complete, {}, needed_, record.printed};
+  if (record.codeRefusals > 0) outcome.neededPolicy = CodePolicy::Allowed;
+  if (record.interrupted) {
+    outcome.status = Status::Interrupted;
+    outcome.reason = u"interrupted";
+  } else if (record.timedOut) {
+    outcome.status = Status::TimedOut;
+    outcome.reason = u"the deadline has passed";
+  } else if (!failure.empty()) {
+    outcome.status = Status::Failed;
+    outcome.reason = failure;
+  } else if (outcome.neededPolicy > options_.policy) {
+    outcome.status = Status::RefusedCode;
+    const std::u16string what = record.refused.empty() ? withheld_ : wide(record.refused.front());
+    outcome.reason = u"not looked at under the policy \"" + wide(nameOf(options_.policy)) + u"\": " + what;
+  }
+  return outcome;
+}
+
+Outcome outcomeOfFailedBegin(CodePolicy policy) {
+  const std::u16string failure = failureOfCurrentException();
+  if (failure.empty()) return {Status::Interrupted, u"interrupted", policy, {}};
+  return {Status::Failed, failure, policy, {}};
+}
+
+std::u16string failureOfCurrentException() {
+  try {
+    throw;
+  } catch (const Stopped&) {
+    return {};
+  } catch (const Tamsix::System::InterruptException&) {
+    return {};
+  } catch (const foundation::core::except::Exception& exception) {
+    return wide(exception.message() + " [" + exception.messageId() + "]");
+  } catch (const std::exception& exception) {
+    return wide(exception.what());
+  } catch (...) {
+    return u"the class system failed";
+  }
+}
+
+std::u16string wide(const std::string& text) { return boost::locale::conv::utf_to_utf<char16_t>(text); }
+std::string narrow(const std::u16string& text) { return boost::locale::conv::utf_to_utf<char>(text); }
+
+const char* nameOf(CodePolicy policy) {
+  static constexpr const char* names[] = {"never", "stored-values", "allowed"};
+  return names[static_cast<int>(policy)];
+}
+
+const char* nameOf(Status status) {
+  static constexpr const char* names[] = {"complete",  "limited",     "refused-code",
+                                          "timed-out", "interrupted", "failed"};
+  return names[static_cast<int>(status)];
+}
+
+}  // namespace frontend

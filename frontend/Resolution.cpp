@@ -1,0 +1,183 @@
+#include "frontend/Resolution.h"
+
+#include <contextdata/KCOSContextData/MemberNames.h>
+#include <contextdata/KCOSIntrospection.h>
+#include <contextdata/Workspace/Evaluation.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "frontend/Access.h"
+#include "frontend/Namespaces.h"
+#include "frontend/Tokens.h"
+#include "frontend/ValueFacts.h"
+
+namespace frontend {
+
+using namespace KCOSContextData;
+
+namespace {
+
+using ValuePtr = boost::intrusive_ptr<kxArray_tag>;
+
+/// A part of a dotted expression with the bracketed groups behind it: "levels", "(3)".
+struct Part {
+  std::u16string name;
+  bool isCalled = false;
+  bool isUnpacked = false;
+};
+
+/// Nobody types longer chains; what they denote is looked for prefix by prefix.
+constexpr std::size_t mostParts = 100;
+
+/// Empty when the expression is no such chain, or too long.
+std::vector<Part> partsOf(const std::u16string& expression) {
+  std::vector<Part> parts;
+  std::size_t depth = 0;
+  for (const Token& token : tokensOf(expression, 0, expression.size())) {
+    const char16_t first = expression[token.begin];
+    if (first == u')' || first == u']' || first == u'}') {
+      if (depth-- == 0) return {};
+    } else if (first == u'(' || first == u'[' || first == u'{') {
+      if (parts.empty()) return {};
+      if (depth++ == 0) (first == u'(' ? parts.back().isCalled : parts.back().isUnpacked) = true;
+    } else if (depth == 0 && token.kind == TokenKind::Name) {
+      parts.push_back({expression.substr(token.begin, token.end - token.begin)});
+    } else if (depth == 0 && first != u'.') {
+      return {};
+    }
+  }
+  return parts.size() > mostParts ? std::vector<Part>() : parts;
+}
+
+bool isPlain(const std::vector<Part>& parts) {
+  return std::ranges::none_of(parts, [](const Part& part) { return part.isCalled || part.isUnpacked; });
+}
+
+Resolution declared(const RequestContext& request, const std::u16string& className) {
+  if (auto id = classNamed(request, className)) return {Resolution::Object, {}, std::move(id), className};
+  return {};
+}
+
+/// What a member of an object or a class denotes by what the class declares.
+Resolution declaredMember(RequestContext& request, const ResolvedClassID& id, const std::u16string& name) {
+  const ClassInfo record(id);
+  for (const PropertyInfo& property : usableProperties(request, record, true)) {
+    if (property.name == name) return declared(request, property.type);
+  }
+  return {};
+}
+
+Resolution declaredPath(RequestContext& request, Resolution from, const std::vector<Part>& parts,
+                        std::size_t at) {
+  for (; at < parts.size() && from.id; ++at) from = declaredMember(request, *from.id, parts[at].name);
+  return from;
+}
+
+/// A field of a scalar structure, without running code.
+ValuePtr fieldOf(const kxArray_tag* value, const std::u16string& name) {
+  if (!isStructure(value) || !kxIsScalar(value)) return {};
+  return ValuePtr(kxGetField(value, 0, narrow(name).c_str()));
+}
+
+/// Follows the parts through structures as long as these hold them, and through declarations from there on.
+Resolution walk(RequestContext& request, ValuePtr value, const std::vector<Part>& parts) {
+  std::size_t at = 1;
+  while (at < parts.size() && !parts[at - 1].isUnpacked) {
+    ValuePtr field = fieldOf(value.get(), parts[at].name);
+    if (!field) break;
+    value = std::move(field);
+    ++at;
+  }
+  Resolution resolution{Resolution::Value, value};
+  const bool isElement = parts[at - 1].isCalled || parts[at - 1].isUnpacked;
+  if (at == parts.size() && !isElement) return resolution;
+  if (parts[at - 1].isUnpacked) return {};
+  if (at == parts.size() && isStructure(value.get())) return resolution;
+  resolution.id = classOf(resolution);
+  if (!resolution.id) return {};
+  Resolution object{Resolution::Object, {}, resolution.id};
+  return declaredPath(request, std::move(object), parts, at);
+}
+
+Resolution ofVariable(RequestContext& request, const ValuePtr& value, const std::vector<Part>& parts,
+                      const std::u16string& expression) {
+  if (parts.size() == 1 && isPlain(parts)) return {Resolution::Value, value};
+  const Resolution walked = walk(request, value, parts);
+  if (walked.kind == Resolution::Value && isPlain(parts)) return walked;
+  if (!request.mayUse(CodePolicy::StoredValues, expression)) return walked;
+  if (ValuePtr found = GetValueFromCurrentWorkspace(expression)) return {Resolution::Value, found};
+  return walked;
+}
+
+std::u16string joined(const std::vector<Part>& parts, std::size_t count) {
+  std::u16string name = parts[0].name;
+  for (std::size_t at = 1; at < count; ++at) name += u"." + parts[at].name;
+  return name;
+}
+
+/// A class, an object made by calling it, or what one of its constants and enumeration members denotes.
+Resolution ofClass(RequestContext& request, const ResolvedClassID& id, const std::vector<Part>& parts,
+                   std::size_t count) {
+  Resolution object{Resolution::Object, {}, id};
+  if (parts[count - 1].isCalled) return declaredPath(request, std::move(object), parts, count);
+  if (count == parts.size()) return {Resolution::Class, {}, id, joined(parts, count)};
+  std::vector<std::u16string> members;
+  bool classFlag = false;
+  getClassEnumerationNames(id, members, classFlag);
+  if (std::ranges::count(members, parts[count].name) > 0) {
+    return declaredPath(request, std::move(object), parts, count + 1);
+  }
+  return declaredPath(request, std::move(object), parts, count);
+}
+
+Resolution ofName(RequestContext& request, const std::vector<Part>& parts) {
+  for (std::size_t count = parts.size(); count > 0; --count) {
+    const bool isBroken = std::any_of(parts.begin(), parts.begin() + static_cast<std::ptrdiff_t>(count) - 1,
+                                      [](const Part& part) { return part.isCalled || part.isUnpacked; });
+    if (isBroken || parts[count - 1].isUnpacked) continue;
+    if (const auto id = classNamed(request, joined(parts, count))) return ofClass(request, *id, parts, count);
+  }
+  if (!isPlain(parts)) return {};
+  const std::u16string name = joined(parts, parts.size());
+  const bool isNamespace = KCOSIntrospection::isKCOSNamespace(name) || isFolderNamespace(request, name);
+  if (isNamespace) return {Resolution::Namespace, {}, {}, name};
+  for (const SessionName& package : request.session().packageNames()) {
+    if (package.name == name) return {Resolution::Package, {}, {}, name};
+  }
+  return {};
+}
+
+}  // namespace
+
+std::optional<ResolvedClassID> classNamed(const RequestContext& request, const std::u16string& name) {
+  if (name.empty()) return {};
+  ResolvedClassID id(request.scope().function, name);
+  if (!KCOSIntrospection::isKCOSClass(id)) return {};
+  return id;
+}
+
+std::optional<ResolvedClassID> classOf(const Resolution& resolution) {
+  if (resolution.id) return resolution.id;
+  if (!resolution.value || !KCOSIntrospection::isKCOSObject(resolution.value.get())) return {};
+  return ResolvedClassID(resolution.value.get());
+}
+
+Resolution resolve(RequestContext& request, const std::u16string& expression) {
+  const std::vector<Part> parts = partsOf(expression);
+  if (parts.empty()) return {};
+  for (const LocalName& local : request.scope().locals) {
+    if (local.name != parts[0].name) continue;
+    if (parts[0].isUnpacked) return {};
+    return declaredPath(request, declared(request, local.className), parts, 1);
+  }
+  if (request.scope().workspace) {
+    if (const ValuePtr value = request.session().variable(parts[0].name)) {
+      return ofVariable(request, value, parts, expression);
+    }
+  }
+  return ofName(request, parts);
+}
+
+}  // namespace frontend

@@ -1,0 +1,149 @@
+#include "frontend/ValueOffers.h"
+
+#include <contextdata/KCOSContextData/ClassInfo.h>
+#include <contextdata/KCOSContextData/MemberNames.h>
+#include <contextdata/Workspace/SearchPath.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "frontend/Access.h"
+#include "frontend/Metadata.h"
+#include "frontend/Resolution.h"
+
+namespace frontend {
+
+using namespace KCOSContextData;
+
+namespace {
+
+using Names = std::vector<std::u16string>;
+
+std::u16string escaped(const std::u16string& text, char16_t quote) {
+  std::u16string result;
+  for (const char16_t unit : text) {
+    result += unit;
+    if (unit == quote) result += quote;
+  }
+  return result;
+}
+
+/// Texts with quotes where none are typed yet; inside a text only texts fit.
+void offerTexts(const Names& texts, const CursorContext& context, const std::u16string& type,
+                CandidateList& candidates) {
+  const bool isInText = context.kind == CursorContext::Text;
+  std::size_t order = 0;
+  for (const std::u16string& text : texts) {
+    const std::u16string inserted =
+        isInText ? escaped(text, context.quote) : u"'" + escaped(text, u'\'') + u"'";
+    candidates.add(
+        {.label = isInText ? text : inserted, .insertion = inserted, .kind = Kind::Value, .order = order++},
+        [type](Candidate& candidate) { candidate.type = type; });
+  }
+}
+
+/// As they are typed outside of texts. Members of enumerations are also found by their own name.
+void offerLiterals(const Names& values, const std::u16string& prefix, const std::u16string& type,
+                   CandidateList& candidates) {
+  std::size_t order = 0;
+  for (const std::u16string& value : values) {
+    const bool isWhole = matchOf(candidates.typed(), prefix + value) != Match::None;
+    candidates.add({.label = isWhole ? prefix + value : value,
+                    .insertion = prefix + value,
+                    .kind = Kind::Value,
+                    .order = order++},
+                   [type](Candidate& candidate) { candidate.type = type; });
+  }
+}
+
+bool isEnumeration(const RequestContext& request, const std::u16string& type) {
+  const auto id = classNamed(request, type);
+  Names members;
+  bool classFlag = false;
+  return id && getClassEnumerationNames(*id, members, classFlag);
+}
+
+void offerValuesOf(const RequestContext& request, const PropertyInfo& property, const CursorContext& context,
+                   CandidateList& candidates) {
+  const bool isInText = context.kind == CursorContext::Text;
+  if (property.possibleValuesKind == PropertyInfo::NumericPossibleValues) {
+    if (!isInText) offerLiterals(property.possibleValues, u"", property.type, candidates);
+  } else if (isEnumeration(request, property.type)) {
+    if (!isInText) offerLiterals(property.possibleValues, property.type + u".", property.type, candidates);
+  } else {
+    offerTexts(property.possibleValues, context, property.type, candidates);
+  }
+}
+
+bool isNumber(const std::u16string& text) {
+  return !text.empty() && text.find_first_not_of(u"0123456789.+-eE") == std::u16string::npos;
+}
+
+void offerValuesOf(const RequestContext& request, const Argument& argument, const CursorContext& context,
+                   CandidateList& candidates) {
+  const bool isInText = context.kind == CursorContext::Text;
+  if (isEnumeration(request, argument.className)) {
+    if (!isInText) offerLiterals(argument.values, argument.className + u".", argument.className, candidates);
+  } else if (!argument.values.empty() && std::ranges::all_of(argument.values, isNumber)) {
+    if (!isInText) offerLiterals(argument.values, u"", argument.className, candidates);
+  } else {
+    offerTexts(argument.values, context, argument.className, candidates);
+  }
+}
+
+void offerArgumentNames(const Signature& signature, const CursorContext& context, CandidateList& candidates) {
+  const bool isInText = context.kind == CursorContext::Text;
+  std::size_t order = 0;
+  for (const Argument& argument : signature.inputs) {
+    if (argument.kind != Argument::NameValue) continue;
+    candidates.add({.label = argument.name,
+                    .insertion = isInText ? argument.name : argument.name + u"=",
+                    .kind = Kind::ArgumentName,
+                    .order = order++},
+                   [argument](Candidate& candidate) {
+                     candidate.type = argument.className;
+                     candidate.size = argument.size;
+                   });
+  }
+}
+
+}  // namespace
+
+void offerTargetValues(RequestContext& request, const CursorContext& context, CandidateList& candidates) {
+  const std::size_t dot = context.target.rfind(u'.');
+  if (dot == std::u16string::npos) return;
+  const std::u16string name = context.target.substr(dot + 1);
+  const Resolution object = resolve(request, context.target.substr(0, dot));
+  const auto id = classOf(object);
+  if (!id || object.kind == Resolution::Class) return;
+  for (const PropertyInfo& property : usableProperties(request, ClassInfo(*id), true)) {
+    if (property.name == name) return offerValuesOf(request, property, context, candidates);
+  }
+}
+
+void offerArguments(RequestContext& request, const CursorContext& context, CandidateList& candidates) {
+  if (!context.call) return;
+  const auto signature = signatureOf(request, *context.call);
+  if (!signature) return;
+  if (const auto active = activeArgument(*signature, *context.call)) {
+    offerValuesOf(request, signature->inputs[*active], context, candidates);
+  }
+  const bool isNamed = std::ranges::any_of(signature->inputs, [&](const Argument& argument) {
+    return argument.kind == Argument::NameValue && argument.name == context.call->name;
+  });
+  if (!isNamed) offerArgumentNames(*signature, context, candidates);
+}
+
+void offerFilesInText(const std::u16string& folder, CandidateList& candidates) {
+  for (const std::string& kind : {std::string(".k"), std::string(".kex")}) {
+    Names files;
+    getWhatList(folder, files, kind);
+    candidates.addNames(files, Kind::CodeFile);
+  }
+  Names classes;
+  getWhatList(folder, classes, "classes");
+  for (std::u16string& name : classes) name.insert(0, u"@");
+  candidates.addNames(classes, Kind::ClassFolder);
+}
+
+}  // namespace frontend

@@ -111,7 +111,7 @@ def prove():
         "embedded/Host.h": "#include <nlohmann/json.hpp>\n#include <utf8.h>",
         "embedded/Value.h": '#include "host/Names.h"',
         "frontend/F.h": '#include "host/Arrays.h"',
-        "tools/main.cpp": '#include "embedded/Host.h"\n#include <CLI/CLI.hpp>',
+        "tools/commands/main.cpp": '#include "embedded/Host.h"\n#include <CLI/CLI.hpp>',
     }
     planted = {
         "host/X.h": "#include <contextdata/K.h>",

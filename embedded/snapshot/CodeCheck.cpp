@@ -1,6 +1,6 @@
-#include "embedded/code/Parser.h"
+#include "embedded/language/Parser.h"
+#include "embedded/model/Unicode.h"
 #include "embedded/snapshot/Checks.h"
-#include "embedded/text/Unicode.h"
 
 namespace embedded::snapshot {
 

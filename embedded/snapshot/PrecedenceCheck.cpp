@@ -2,8 +2,8 @@
 #include <set>
 #include <utility>
 
+#include "embedded/model/Value.h"
 #include "embedded/snapshot/Checks.h"
-#include "embedded/values/Value.h"
 
 namespace embedded::snapshot {
 

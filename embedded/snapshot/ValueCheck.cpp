@@ -3,9 +3,9 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "embedded/model/Value.h"
 #include "embedded/snapshot/Checks.h"
 #include "embedded/snapshot/InVariable.h"
-#include "embedded/values/Value.h"
 
 namespace embedded::snapshot {
 

@@ -9,7 +9,7 @@
 
 #include "host/Exceptions.h"
 #include "tests/frontend/LineCases.h"
-#include "tools/FrontEnd.h"
+#include "tools/commands/FrontEnd.h"
 
 namespace {
 

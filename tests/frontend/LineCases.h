@@ -6,7 +6,7 @@
 
 #include "embedded/Host.h"
 #include "frontend/Completion.h"
-#include "tools/HostSession.h"
+#include "tools/session/HostSession.h"
 
 /// A text case of tests/cases: a line with a cursor, what is set besides, and what is expected, line by line.
 struct LineCase {

@@ -1,4 +1,4 @@
-#include "contextdata/names/MemberNames.h"
+#include "contextdata/MemberNames.h"
 
 #include <gtest/gtest.h>
 

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <type_traits>
 
-#include "contextdata/names/KCOSMethodNameVisitor.h"
-#include "contextdata/names/KCOSPropertyNameVisitor.h"
+#include "contextdata/KCOSMethodNameVisitor.h"
+#include "contextdata/KCOSPropertyNameVisitor.h"
 #include "tests/support/Table.h"
 #include "tests/support/Text.h"
 #include "tests/support/World.h"

@@ -1,9 +1,8 @@
 // A program that brings the host: the embedded host's objects are part of this executable, which exports their
 // symbols, and the library takes them from here.
 
-#include <dlfcn.h>
-
 #include <contextdata/KCOSIntrospection.h>
+#include <dlfcn.h>
 
 #include <cstdio>
 
@@ -23,7 +22,8 @@ void expect(bool holds, const char* what) {
 
 int main(int argc, char** argv) {
   if (argc != 2) return 2;
-  expect(dlopen("libcontextdata-host.so.1", RTLD_NOLOAD | RTLD_NOW) == nullptr, "the host library is not loaded");
+  expect(dlopen("libcontextdata-host.so.1", RTLD_NOLOAD | RTLD_NOW) == nullptr,
+         "the host library is not loaded");
   expect(dlsym(RTLD_DEFAULT, "contextdata_host_abi_1") != nullptr, "the program exports its host");
 
   auto host = embedded::Host::load(argv[1]);

@@ -5,11 +5,11 @@
 
 #include "tests/support/Table.h"
 #include "tests/support/Text.h"
-#include "tools/serve/Document.h"
+#include "tools/lsp/Document.h"
 
-using tools::serve::Document;
-using tools::serve::Position;
-using tools::serve::PositionEncoding;
+using tools::lsp::Document;
+using tools::lsp::Position;
+using tools::lsp::PositionEncoding;
 
 namespace {
 
@@ -88,7 +88,7 @@ TEST(Documents, LinesEndInEveryWay) {
 TEST(Documents, AreEdited) {
   struct Row {
     std::u16string before;
-    tools::serve::Range range;
+    tools::lsp::Range range;
     std::u16string text;
     std::u16string after;
   };

@@ -1,4 +1,4 @@
-#include "tools/serve/Frames.h"
+#include "tools/lsp/Frames.h"
 
 #include <gtest/gtest.h>
 
@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-using tools::serve::BrokenStream;
-using tools::serve::Frame;
-using tools::serve::frameOf;
-using tools::serve::FrameReader;
+using tools::lsp::BrokenStream;
+using tools::lsp::Frame;
+using tools::lsp::frameOf;
+using tools::lsp::FrameReader;
 
 namespace {
 

@@ -5,16 +5,16 @@
 #include <variant>
 #include <vector>
 
-#include "tools/serve/Inbox.h"
-#include "tools/serve/Message.h"
-#include "tools/serve/Uri.h"
+#include "tools/lsp/Inbox.h"
+#include "tools/lsp/Message.h"
+#include "tools/lsp/Uri.h"
 
-using tools::serve::Event;
-using tools::serve::Inbox;
-using tools::serve::Json;
-using tools::serve::Message;
-using tools::serve::readMessage;
-using tools::serve::Rejection;
+using tools::lsp::Event;
+using tools::lsp::Inbox;
+using tools::lsp::Json;
+using tools::lsp::Message;
+using tools::lsp::readMessage;
+using tools::lsp::Rejection;
 
 namespace {
 
@@ -58,10 +58,10 @@ TEST(Uris, NameFiles) {
                                                               {"file://", ""},
                                                               {"untitled:a.k", ""},
                                                               {"", ""}};
-  for (const auto& [uri, path] : rows) EXPECT_EQ(tools::serve::pathOf(uri), path) << uri;
+  for (const auto& [uri, path] : rows) EXPECT_EQ(tools::lsp::pathOf(uri), path) << uri;
   for (const std::string path : {"/a/b.k", "/a b/\u00e4%/+p/@C/x.k", "/"})
-    EXPECT_EQ(tools::serve::pathOf(tools::serve::uriOf(path)), path);
-  EXPECT_EQ(tools::serve::uriOf("/a b/\u00e4.k"), "file:///a%20b/%C3%A4.k");
+    EXPECT_EQ(tools::lsp::pathOf(tools::lsp::uriOf(path)), path);
+  EXPECT_EQ(tools::lsp::uriOf("/a b/\u00e4.k"), "file:///a%20b/%C3%A4.k");
 }
 
 Event request(int id) { return Message{Json(id), "m", {}}; }

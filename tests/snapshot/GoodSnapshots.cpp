@@ -170,9 +170,11 @@ TEST(GoodSnapshots, KeepFunctionsScopesAndSurroundings) {
   ASSERT_TRUE(world.functions[1].arguments && !world.functions[0].arguments);
   const auto& arguments = *world.functions[1].arguments;
   EXPECT_TRUE(arguments.furtherOutputs && !arguments.furtherInputs && arguments.outputs.empty());
-  const auto& x = arguments.inputs.at(0), &y = arguments.inputs.at(1);
-  EXPECT_TRUE(x.name == "x" && x.kind == x.Positional && x.className.empty() && x.size.size() == 2 && !x.size[0]);
-  EXPECT_TRUE(y.kind == y.Repeating && y.className == "P" && y.validators == Names{"v"} && y.values == Names{"a"});
+  const auto &x = arguments.inputs.at(0), &y = arguments.inputs.at(1);
+  EXPECT_TRUE(x.name == "x" && x.kind == x.Positional && x.className.empty() && x.size.size() == 2 &&
+              !x.size[0]);
+  EXPECT_TRUE(y.kind == y.Repeating && y.className == "P" && y.validators == Names{"v"} &&
+              y.values == Names{"a"});
   EXPECT_TRUE(world.scopes.queryable && !world.scopes.bridge);
   EXPECT_EQ(world.scopes.executing, "k:lab.tune");
   ASSERT_EQ(world.scopes.active.size(), 2U);

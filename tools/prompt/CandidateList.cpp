@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "tools/FrontEnd.h"
-#include "tools/Text.h"
+#include "tools/commands/FrontEnd.h"
 #include "tools/prompt/Terminal.h"
+#include "tools/render/JsonText.h"
 
 namespace tools::prompt {
 

@@ -8,9 +8,9 @@
 #include <iostream>
 #include <string_view>
 
-#include "tools/Snapshot.h"
-#include "tools/Text.h"
 #include "tools/prompt/Questions.h"
+#include "tools/render/JsonText.h"
+#include "tools/session/Snapshot.h"
 
 namespace tools::prompt {
 

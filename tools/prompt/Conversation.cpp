@@ -3,11 +3,11 @@
 #include <iostream>
 #include <utility>
 
-#include "tools/ExitCode.h"
-#include "tools/Interrupt.h"
-#include "tools/Text.h"
+#include "tools/commands/ExitCode.h"
 #include "tools/prompt/Commands.h"
 #include "tools/prompt/Evaluation.h"
+#include "tools/render/JsonText.h"
+#include "tools/session/Interrupt.h"
 
 namespace tools::prompt {
 

@@ -5,8 +5,8 @@
 #include <iostream>
 #include <new>
 
-#include "tools/Interrupt.h"
 #include "tools/prompt/Terminal.h"
+#include "tools/session/Interrupt.h"
 
 namespace tools::prompt {
 

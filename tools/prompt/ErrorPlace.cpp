@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "tools/Text.h"
 #include "tools/prompt/Terminal.h"
+#include "tools/render/JsonText.h"
 
 namespace tools::prompt {
 

@@ -11,10 +11,10 @@
 #include "host/Arrays.h"
 #include "host/Exceptions.h"
 #include "host/Interpreter.h"
-#include "tools/Exceptions.h"
-#include "tools/Interrupt.h"
-#include "tools/Text.h"
 #include "tools/prompt/ErrorPlace.h"
+#include "tools/render/Exceptions.h"
+#include "tools/render/JsonText.h"
+#include "tools/session/Interrupt.h"
 
 namespace tools::prompt {
 

@@ -8,7 +8,7 @@
 #include <cwchar>
 #include <initializer_list>
 
-#include "tools/Interrupt.h"
+#include "tools/session/Interrupt.h"
 
 namespace tools::prompt {
 

@@ -4,8 +4,8 @@
 
 #include "embedded/Host.h"
 #include "frontend/Request.h"
-#include "tools/HostSession.h"
 #include "tools/prompt/Trace.h"
+#include "tools/session/HostSession.h"
 
 namespace tools::prompt {
 

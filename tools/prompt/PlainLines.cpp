@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "tools/Text.h"
+#include "tools/render/JsonText.h"
 
 namespace tools::prompt {
 

@@ -5,9 +5,9 @@
 
 #include "frontend/Explanation.h"
 #include "frontend/Hover.h"
-#include "tools/Explain.h"
-#include "tools/FrontEnd.h"
-#include "tools/Interrupt.h"
+#include "tools/commands/Explain.h"
+#include "tools/commands/FrontEnd.h"
+#include "tools/session/Interrupt.h"
 
 namespace tools::prompt {
 

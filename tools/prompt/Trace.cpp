@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "tools/Text.h"
+#include "tools/render/JsonText.h"
 
 namespace tools::prompt {
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "embedded/Host.h"
-#include "tools/Text.h"
+#include "tools/render/JsonText.h"
 
 namespace tools::query {
 

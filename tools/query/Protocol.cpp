@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "host/Exceptions.h"
-#include "tools/Version.h"
+#include "tools/commands/Version.h"
 #include "tools/query/Operation.h"
 #include "tools/query/Request.h"
 #include "tools/query/RequestError.h"

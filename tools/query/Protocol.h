@@ -6,7 +6,7 @@
 #include <string>
 
 #include "embedded/Host.h"
-#include "tools/Text.h"
+#include "tools/render/JsonText.h"
 
 namespace tools::query {
 

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "embedded/Host.h"
-#include "tools/Exceptions.h"
 #include "tools/query/Arguments.h"
 #include "tools/query/Rendering.h"
+#include "tools/render/Exceptions.h"
 
 namespace tools::query {
 

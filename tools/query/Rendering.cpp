@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "tools/Value.h"
+#include "tools/render/Value.h"
 
 namespace tools::query {
 

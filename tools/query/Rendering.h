@@ -17,7 +17,7 @@
 #include "host/Arrays.h"
 #include "host/Classes.h"
 #include "host/FunctionMetadata.h"
-#include "tools/Text.h"
+#include "tools/render/JsonText.h"
 
 namespace tools::query {
 

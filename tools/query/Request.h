@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tools/Text.h"
+#include "tools/render/JsonText.h"
 
 namespace tools::query {
 

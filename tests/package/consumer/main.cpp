@@ -21,6 +21,7 @@ int main(int argc, char** argv) {
   embedded::Activation active(*host);
   const bool pump = KCOSIntrospection::isKCOSClass(u"lab.Pump");
   const bool nothing = KCOSIntrospection::isKCOSClass(u"lab.Nothing");
-  std::printf("lab.Pump: %s, lab.Nothing: %s\n", pump ? "a class" : "no class", nothing ? "a class" : "no class");
+  std::printf("lab.Pump: %s, lab.Nothing: %s\n", pump ? "a class" : "no class",
+              nothing ? "a class" : "no class");
   return pump && !nothing ? 0 : 1;
 }

@@ -1,0 +1,89 @@
+#include <contextdata/KCOSIntrospection.h>
+#include <contextdata/Workspace/Evaluation.h>
+#include <contextdata/Workspace/Values.h>
+
+#include <algorithm>
+
+#include "contextdata/ClassCodes.h"
+#include "contextdata/ResultSlot.h"
+#include "host/Interpreter.h"
+#include "host/Text.h"
+
+namespace {
+
+using Value = boost::intrusive_ptr<kxArray_tag>;
+
+/// One step of the walk: to a value, to nothing at all, or off the path that can be walked.
+struct Step {
+  enum Kind { ToValue, ToNothing, OffPath } kind;
+  Value value = {};
+
+  static Step to(Value value) { return value ? Step{ToValue, std::move(value)} : Step{OffPath}; }
+};
+
+/// The valid name that stands at `position`; empty when none does.
+std::string nameAt(const std::string& text, std::size_t position) {
+  const int count = kxIsValidKorvalNameCount(text.c_str() + position);
+  return text.substr(position, static_cast<std::size_t>(std::max(count, 0)));
+}
+
+Step stepIntoObject(const Value& object, const std::string& field) {
+  if (KCOSIntrospection::hasMethod(object.get(), field)) return {Step::ToNothing};
+  if (!KCOSIntrospection::hasProperty(object.get(), field)) return {Step::OffPath};
+  return Step::to(getSharedProperty(object.get(), field, 0));
+}
+
+Step stepIntoOpaque(const Value& object, const std::string& field) {
+  const std::u16string name = fl::i18n::to_ustring(field, fl::i18n::codecvt_ascii_to_ustring());
+  std::vector<std::u16string> methods;
+  getOpaqueObjectMethods(object.get(), methods);
+  if (std::ranges::find(methods, name) != methods.end()) return {Step::ToNothing};
+  std::vector<std::u16string> properties;
+  getOpaqueObjectProperties(object.get(), properties);
+  if (std::ranges::find(properties, name) == properties.end()) return {Step::OffPath};
+  return Step::to(getSharedProperty(object.get(), field, 0));
+}
+
+Step stepInto(const Value& value, const std::string& field) {
+  if (!kxIsScalar(value.get())) return {Step::ToNothing};
+  const int classCode = kxGetClassID(value.get());
+  if (classCode == StructureClass || classCode == StructureObjectClass) {
+    return Step::to(Value(kxGetField(value.get(), 0, field.c_str())));
+  }
+  if (KCOSIntrospection::isKCOSObject(value.get())) return stepIntoObject(value, field);
+  if (isObjectOrIsOpaque(value.get())) return stepIntoOpaque(value, field);
+  return {Step::ToNothing};
+}
+
+/// The value of the expression as typed; whatever goes wrong, an interrupt too, means that there is none.
+Value evaluate(const std::u16string& expression) {
+  ResultSlot result;
+  try {
+    if (!EvalcExpSuccessful(expression, 1, result.address(), false)) return {};
+    return result.take();
+  } catch (...) {
+    return {};
+  }
+}
+
+}  // namespace
+
+boost::intrusive_ptr<kxArray_tag> GetValueFromCurrentWorkspace(const std::u16string& expression) {
+  if (IsJavaFunction(expression)) return {};
+  const std::string text = fl::i18n::to_string(expression, fl::i18n::codecvt_ustring_to_ascii());
+  const std::string variable = nameAt(text, 0);
+  Value value = makeSharedPtr(inGetValueFromCurrentWorkspace(variable));
+  if (!value) return {};
+  std::size_t position = variable.size();
+  while (position < text.size()) {
+    if (text[position] != '.') return evaluate(expression);
+    const std::string field = nameAt(text, position + 1);
+    if (field.empty()) return evaluate(expression);
+    Step step = stepInto(value, field);
+    if (step.kind == Step::ToNothing) return {};
+    if (step.kind == Step::OffPath) return evaluate(expression);
+    value = std::move(step.value);
+    position += 1 + field.size();
+  }
+  return value;
+}

@@ -1,0 +1,116 @@
+#include <contextdata/KCOSIntrospection.h>
+
+#include "contextdata/InternedName.h"
+#include "host/Arrays.h"
+#include "host/Exceptions.h"
+#include "host/Text.h"
+
+using KCOSContextData::ResolvedClassID;
+
+namespace KCOSIntrospection {
+
+namespace {
+
+/// The class of a name as it stands, valid or not. Whatever goes wrong here, an interrupt too, means that there is none.
+kcos::COSClass* lookUp(const std::string& name) {
+  try {
+    return kcos::COSClass::getClass(internedName(name));
+  } catch (...) {
+    return nullptr;
+  }
+}
+
+bool isValid(kcos::COSClass* cls) { return cls != nullptr && cls->checkClass(false) != nullptr; }
+
+/// The check stands outside the look-up's handler: what it throws is the caller's.
+kcos::COSClass* lookUpValid(const std::string& name) {
+  kcos::COSClass* cls = lookUp(name);
+  return isValid(cls) ? cls : nullptr;
+}
+
+}  // namespace
+
+kcos::COSClass* getCOSClass(const ResolvedClassID& id) {
+  try {
+    return kcos::COSClass::getClass(id);
+  } catch (const Tamsix::System::InterruptException&) {
+    throw;
+  } catch (...) {
+    return nullptr;
+  }
+}
+
+kcos::COSClass* getCOSClass(const kxArray_tag* object) { return lookUpValid(omGetCOSClassID(object).text()); }
+
+kcos::COSClass* getCOSClass(const std::u16string& className) {
+  return lookUpValid(fl::i18n::to_string(className));
+}
+
+std::u16string getClassName(const kxArray_tag* value) {
+  const std::string name = kxGetClassName(value);
+  if (name.empty()) return {};
+  return fl::i18n::to_ustring(name, fl::i18n::codecvt_ascii_to_ustring());
+}
+
+std::u16string getConstructorName(const std::u16string& className) {
+  const std::size_t dot = className.rfind(u'.');
+  return dot == std::u16string::npos ? className : className.substr(dot + 1);
+}
+
+kcos::COSInterface* getNamespaceInterface(const std::u16string& namespaceName) {
+  const std::string name = fl::i18n::to_string(namespaceName, fl::i18n::codecvt_ustring_to_ascii());
+  return kcos::COSNamespace::getNamespaceInterface(internedName(name)).get();
+}
+
+// getCOSClass(object) has checked the class already; the second check is part of the question.
+bool hasMethod(const kxArray_tag* object, const std::string& methodName) {
+  kcos::COSClass* cls = getCOSClass(object);
+  return isValid(cls) && cls->findMethods(internedName(methodName)).hasMoreElements();
+}
+
+bool hasMethod(const ResolvedClassID& id, const std::string& methodName, bool& isStatic) {
+  kcos::COSClass* cls = getCOSClass(id);
+  if (!isValid(cls)) return false;
+  const kcos::COSInternedName method = internedName(methodName);
+  if (!cls->findMethods(method).hasMoreElements()) return false;
+  isStatic = kcos::cosiToMethod(cls->findMethods(method).nextElement().get())->isStatic();
+  return true;
+}
+
+bool hasMethod(const std::u16string& className, const std::string& methodName, bool& isStatic) {
+  try {
+    return hasMethod(ResolvedClassID::fromLegacyString(fl::i18n::to_string(className)), methodName, isStatic);
+  } catch (const Tamsix::System::InterruptException&) {
+    throw;
+  } catch (...) {
+    return false;
+  }
+}
+
+bool hasProperty(const kxArray_tag* object, const std::string& propertyName) {
+  kcos::COSClass* cls = getCOSClass(object);
+  return isValid(cls) && static_cast<bool>(cls->findProperty(internedName(propertyName)));
+}
+
+bool isKCOSClass(const ResolvedClassID& id) { return getCOSClass(id) != nullptr; }
+
+bool isKCOSClass(const std::u16string& className) { return getCOSClass(className) != nullptr; }
+
+bool isKCOSObject(const kxArray_tag* value) { return getCOSClass(value) != nullptr; }
+
+bool isKCOSNamespace(const std::u16string& namespaceName) {
+  return getNamespaceInterface(namespaceName) != nullptr;
+}
+
+bool isKCOSClassDerivedFrom(const ResolvedClassID& derived, const ResolvedClassID& base) {
+  const kcos::COSClass* cls = getCOSClass(derived);
+  return cls != nullptr &&
+         cls->isDerivedFrom(internedName(static_cast<const kcos::COSInternedName&>(base).text()));
+}
+
+bool isKCOSClassDerivedFrom(const std::u16string& derived, const std::u16string& base) {
+  const kcos::COSClass* cls = getCOSClass(derived);
+  return cls != nullptr && cls->isDerivedFrom(internedName(fl::i18n::to_string(base)));
+}
+
+}  // namespace KCOSIntrospection

@@ -1,0 +1,124 @@
+#include <contextdata/KCOSContextData/ResolvedClassID.h>
+
+#include <utility>
+
+#include "contextdata/InternedName.h"
+#include "host/Classes.h"
+#include "host/Components.h"
+#include "host/Dispatcher.h"
+#include "host/Interpreter.h"
+#include "host/Text.h"
+
+namespace KCOSContextData {
+
+namespace {
+
+using Tamsix::KorvalComponents::ComponentFeature;
+
+std::string toAscii(const std::u16string& text) {
+  return fl::i18n::to_string(text, fl::i18n::codecvt_ustring_to_ascii());
+}
+
+bool canDenoteClass(const std::string& name) { return !name.empty() && name.front() != '.'; }
+
+const Kfh_KORVAL_fn* firstEligibleScope(const Kdispatcher& dispatcher) {
+  for (const KactiveScope* scope = dispatcher.getActiveScopes(); scope != nullptr; scope = scope->getNext()) {
+    if (scope->isEligible()) return scope->getFunction();
+  }
+  return nullptr;
+}
+
+const Kfh_KORVAL_fn* findScope(const std::u16string& context) {
+  const Kdispatcher& dispatcher = *Kdispatcher::getDispatcher();
+  if (const Kfh_KORVAL_fn* function = dispatcher.findFunction(context)) return function;
+  const std::u16string focus = ResolvedClassID::GetDebuggerFocus().name;
+  if (const Kfh_KORVAL_fn* function = dispatcher.findFunction(focus)) return function;
+  if (dispatcher.hasQueryableExecutionStack()) {
+    const Kfh_KORVAL_fn* executing = dispatcher.GetCurrentlyExecutingFunctionScopeOnQueryableExecutionStack();
+    if (executing != nullptr) return executing;
+  }
+  return firstEligibleScope(dispatcher);
+}
+
+kcos::COSInternedName resolve(const std::string& name, const Kfh_KORVAL_fn* scope) {
+  return internedName(kcos::nameresolution::omResolveAnyClass(name, scope));
+}
+
+}  // namespace
+
+ResolvedClassID::ResolvedClassID(const kxArray_tag* object) : id_(omGetCOSClassID(object)) {}
+
+ResolvedClassID::ResolvedClassID(const std::u16string& context, const std::u16string& className) {
+  const std::string name = fl::i18n::to_string(className);
+  if (!canDenoteClass(name)) return;
+  try {
+    id_ = ComponentFeature::IsOn() ? resolve(name, findScope(context)) : kcos::internal::makeInterned(name);
+  } catch (const Tamsix::System::InterruptException&) {
+    throw;
+  } catch (...) {
+    id_ = kcos::internal::makeInterned(name);
+  }
+}
+
+// The switch is asked outside the handler: here its failures are the caller's, unlike in the constructor above.
+ResolvedClassID::ResolvedClassID(const Kfh_KORVAL_fn* scope, const std::u16string& className) {
+  const std::string name = fl::i18n::to_string(className);
+  if (!canDenoteClass(name)) return;
+  if (!ComponentFeature::IsOn()) {
+    id_ = kcos::internal::makeInterned(name);
+    return;
+  }
+  try {
+    id_ = resolve(name, scope);
+  } catch (const Tamsix::System::InterruptException&) {
+    throw;
+  } catch (...) {
+    id_ = kcos::internal::makeInterned(name);
+  }
+}
+
+ResolvedClassID ResolvedClassID::fromKnownResolvedClassID(const std::string& name) {
+  return ResolvedClassID(internedName(name));
+}
+
+ResolvedClassID ResolvedClassID::fromKnownResolvedClassID(const std::u16string& name) {
+  return fromKnownResolvedClassID(toAscii(name));
+}
+
+ResolvedClassID ResolvedClassID::fromLegacyString(const std::string& name) {
+  kcos::COSClass* cls = kcos::COSClass::getClass(internedName(name));
+  if (cls == nullptr || cls->checkClass(false) == nullptr) throw BadClassNameException(name);
+  return ResolvedClassID(cls->getID());
+}
+
+ResolvedClassID ResolvedClassID::fromLegacyString(const std::u16string& name) {
+  return fromLegacyString(toAscii(name));
+}
+
+bool ResolvedClassID::isAlreadyResolved(const std::string& name) {
+  return kcos::nameresolution::isPackageQualifiedName(name);
+}
+
+bool ResolvedClassID::isAlreadyResolved(const std::u16string& name) {
+  return isAlreadyResolved(toAscii(name));
+}
+
+std::u16string ResolvedClassID::getComponentQualifiedName() const {
+  if (id_.isNull()) return {};
+  return fl::i18n::to_ustring(id_.text());
+}
+
+std::u16string ResolvedClassID::getNonComponentQualifiedName() const {
+  if (id_.isNull()) return {};
+  return fl::i18n::to_ustring(kcos::nameresolution::getUserVisibleClassName(id_.text()));
+}
+
+ResolvedClassID::DebuggerFocus ResolvedClassID::GetDebuggerFocus() {
+  DebuggerFocus focus;
+  const IInterpreterBridge* bridge = IInterpreter::GetInterpreterBridge();
+  if (bridge == nullptr || !bridge->hasDebuggerFocus()) return focus;
+  focus.name = bridge->getDebuggerFocus(focus.first, focus.second);
+  return focus;
+}
+
+}  // namespace KCOSContextData

@@ -1,7 +1,0 @@
-#include "embedded/Session.h"
-#include "host/Components.h"
-
-bool Tamsix::KorvalComponents::ComponentFeature::IsOn() {
-  embedded::enter<embedded::Operation::componentFeatureIsOn>();
-  return embedded::session().componentsOn;
-}

@@ -1,0 +1,60 @@
+#include "host/FunctionMetadata.h"
+
+#include <array>
+#include <limits>
+
+#include "embedded/host/Session.h"
+#include "embedded/model/Unicode.h"
+
+namespace embedded {
+
+namespace {
+
+constexpr std::uint64_t declaresArguments = 1, takesFurther = 2, givesFurther = 4;
+
+/// In the order of the kinds.
+constexpr std::array kindNames{u"positional", u"optional", u"repeating", u"name-value"};
+
+ValuePtr rowOf(const std::vector<std::optional<std::size_t>>& extents) {
+  if (extents.empty()) return newEmpty();
+  std::vector<double> row;
+  for (const auto& extent : extents)
+    row.push_back(extent ? static_cast<double>(*extent) : std::numeric_limits<double>::quiet_NaN());
+  const std::size_t count = row.size();
+  return newValue({1, count}, std::move(row));
+}
+
+ValuePtr rowOf(const std::vector<std::string>& texts) {
+  Cells cells;
+  for (const std::string& text : texts) cells.elements.push_back(newText(widened(text)));
+  return newValue({texts.empty() ? std::size_t{0} : std::size_t{1}, texts.size()}, std::move(cells));
+}
+
+/// Null when nothing is declared.
+boost::intrusive_ptr<kxArray_tag> structureOf(const std::vector<ArgumentDescription>& arguments) {
+  if (arguments.empty()) return {};
+  Structures structures{{"name", "class", "size", "validators", "values", "kind"}, {}};
+  for (const ArgumentDescription& argument : arguments) {
+    for (ValuePtr& field : std::array{newText(widened(argument.name)), newText(widened(argument.className)),
+                                      rowOf(argument.size), rowOf(argument.validators),
+                                      rowOf(argument.values), newText(kindNames.at(argument.kind))})
+      structures.values.push_back(std::move(field));
+  }
+  return {newValue({1, arguments.size()}, std::move(structures)).detach(), false};
+}
+
+}  // namespace
+
+}  // namespace embedded
+
+FunctionMetadata omGetFunctionMetadata(const std::string& name, const Kfh_KORVAL_fn* function) {
+  using namespace embedded;
+  enter<Operation::getFunctionMetadata>(name, function);
+  const Kfh_KORVAL_fn* found = function != nullptr ? function : session().dispatcher.function(name);
+  if (found == nullptr || !found->arguments) return {};
+  const ArgumentsDescription& arguments = *found->arguments;
+  FunctionMetadata metadata{structureOf(arguments.inputs), structureOf(arguments.outputs), declaresArguments};
+  if (arguments.furtherInputs) metadata.flags |= takesFurther;
+  if (arguments.furtherOutputs) metadata.flags |= givesFurther;
+  return metadata;
+}

@@ -1,0 +1,82 @@
+#include "embedded/host/Gate.h"
+
+#include <utility>
+
+#include "host/Exceptions.h"
+
+namespace embedded {
+
+constinit thread_local Gate* activeGate = nullptr;
+
+namespace {
+
+constexpr const char* operationNames[] = {
+#define OPERATION(identifier, name, rule) name,
+#include "embedded/host/Operations.def"
+#undef OPERATION
+};
+
+bool maySuffer(Rule rule) { return rule != Rule::NoThrow; }
+bool heedsInterrupt(Rule rule) { return rule != Rule::NoThrow && rule != Rule::Undo; }
+
+}  // namespace
+
+const char* nameOf(Operation operation) noexcept {
+  return operationNames[static_cast<std::size_t>(operation)];
+}
+
+std::size_t operationCount() noexcept { return std::size(operationNames); }
+
+void Gate::startLog() {
+  log_.clear();
+  attention_.fetch_or(Logging, std::memory_order_relaxed);
+}
+
+std::vector<LoggedCall> Gate::takeLog() {
+  attention_.fetch_and(~unsigned{Logging}, std::memory_order_relaxed);
+  return std::exchange(log_, {});
+}
+
+void Gate::setFault(PlannedFault fault) {
+  fault_ = std::move(fault);
+  attention_.fetch_or(Fault, std::memory_order_relaxed);
+}
+
+bool Gate::clearFault() {
+  attention_.fetch_and(~unsigned{Fault}, std::memory_order_relaxed);
+  return std::exchange(fault_, {}).happened;
+}
+
+void Gate::attend(Operation operation, std::initializer_list<std::string> arguments) {
+  const unsigned attention = attention_.load(std::memory_order_relaxed);
+  const Rule rule = ruleOf(operation);
+  if ((attention & Logging) != 0) log(operation, arguments);
+  if ((attention & Interrupt) != 0 && heedsInterrupt(rule)) throw Tamsix::System::InterruptException();
+  if ((attention & Fault) != 0 && maySuffer(rule)) raiseFault(operation);
+}
+
+void Gate::log(Operation operation, std::initializer_list<std::string> arguments) {
+  LoggedCall call{operation, {}};
+  for (const std::string& argument : arguments) {
+    if (!call.arguments.empty()) call.arguments += ", ";
+    call.arguments += argument;
+  }
+  log_.push_back(std::move(call));
+}
+
+void Gate::raiseFault(Operation operation) {
+  if (!fault_.anyOperation && fault_.operation != operation) return;
+  if (fault_.happened && !fault_.andLater) return;
+  if (!fault_.happened && --fault_.callsToGo > 0) return;
+  fault_.happened = true;
+  const auto raise = fault_.raise;  // which may set or drop the plan
+  raise();
+}
+
+void refuseWithoutHost(Operation operation) {
+  throw foundation::core::except::Exception(
+      "KORVAL:host:NotActive",
+      std::string("No host is active on this thread, so it cannot answer ") + nameOf(operation) + ".");
+}
+
+}  // namespace embedded

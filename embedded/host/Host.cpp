@@ -1,0 +1,154 @@
+#include "embedded/Host.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "embedded/host/Session.h"
+#include "embedded/model/DescribeValue.h"
+#include "embedded/model/References.h"
+#include "embedded/snapshot/DescriptionCheck.h"
+#include "embedded/snapshot/InVariable.h"
+#include "host/Abi.h"
+
+void contextdata_host_abi_1() noexcept {}
+
+namespace embedded {
+
+namespace {
+
+std::optional<Operation> operationNamed(const std::string& name) {
+  for (std::size_t at = 0; at < operationCount(); ++at)
+    if (name == nameOf(static_cast<Operation>(at))) return static_cast<Operation>(at);
+  return {};
+}
+
+bool isFaulty(Operation operation) { return ruleOf(operation) != Rule::NoThrow; }
+
+const Description& checked(const Description& description) {
+  checkDescription(description, "");
+  return description;
+}
+
+std::string fixedFolder(const std::string& path) {
+  return std::filesystem::absolute(path).lexically_normal().string();
+}
+
+/// Without the variables, and with folders that stay what they are when the process goes elsewhere.
+Description fixedPart(Description description) {
+  description.workspace.clear();
+  for (PathItemDescription& item : description.path) item.folder = fixedFolder(item.folder);
+  const std::string& current = description.currentFolder;
+  description.currentFolder = fixedFolder(current.empty() ? "." : current);
+  return description;
+}
+
+}  // namespace
+
+Host::Host(const Description& description)
+    : Host(std::make_unique<Session>(checked(description)), fixedPart(description)) {}
+
+Host::Host(std::unique_ptr<Session> session, Description fixed)
+    : session_(std::move(session)), fixed_(std::move(fixed)) {}
+
+Host::~Host() = default;
+
+/// Reading has checked what the file says.
+std::unique_ptr<Host> Host::load(const std::filesystem::path& file, const LoadProgress& progress) {
+  Description description = readSnapshot(file, progress);
+  auto session = std::make_unique<Session>(description);
+  return std::unique_ptr<Host>(new Host(std::move(session), fixedPart(std::move(description))));
+}
+
+void Host::requestInterrupt() noexcept { session_->requestInterrupt(); }
+void Host::clearInterrupt() noexcept { session_->clearInterrupt(); }
+bool Host::interruptRequested() const noexcept { return session_->interruptRequested(); }
+
+std::uint64_t Host::callCount() const noexcept { return session_->callCount(); }
+void Host::startLog() { session_->startLog(); }
+
+std::vector<Call> Host::takeLog() {
+  std::vector<Call> calls;
+  for (LoggedCall& call : session_->takeLog())
+    calls.push_back({nameOf(call.operation), std::move(call.arguments)});
+  return calls;
+}
+
+bool Host::ranKorvalCode(const std::vector<Call>& log) {
+  return std::ranges::any_of(
+      log, [](const Call& call) { return call.operation == nameOf(Operation::korvalCode); });
+}
+
+void Host::setFault(FaultPlan plan) {
+  PlannedFault fault{plan.operation.empty(), {}, plan.call, plan.andLater, std::move(plan.raise), false};
+  if (!fault.anyOperation) {
+    const auto operation = operationNamed(plan.operation);
+    if (!operation || !isFaulty(*operation))
+      throw std::invalid_argument("\"" + plan.operation + "\" is no operation of the host that may throw");
+    fault.operation = *operation;
+  }
+  if (fault.callsToGo == 0 || !fault.raise)
+    throw std::invalid_argument("A fault plan needs a call, counted from 1, and something to raise");
+  session_->setFault(std::move(fault));
+}
+
+bool Host::clearFault() { return session_->clearFault(); }
+
+std::vector<std::string> Host::faultyOperations() {
+  std::vector<std::string> names;
+  for (std::size_t at = 0; at < operationCount(); ++at)
+    if (const auto operation = static_cast<Operation>(at); isFaulty(operation))
+      names.emplace_back(nameOf(operation));
+  return names;
+}
+
+void Host::setCodePolicy(CodePolicy policy) noexcept { session_->interpreter.guard.setPolicy(policy); }
+const CodeRecord& Host::codeRecord() const noexcept { return session_->interpreter.guard.record(); }
+void Host::clearCodeRecord() { session_->interpreter.guard.clearRecord(); }
+void Host::setCodeLimits(const CodeLimits& limits) noexcept { session_->interpreter.limits = limits; }
+std::optional<CodeFailure> Host::codeFailure() const { return session_->interpreter.lastFailure; }
+void Host::setOutput(Output output) { session_->streams.host.setOutput(std::move(output)); }
+std::u16string Host::takeOutput() { return session_->streams.host.take(); }
+
+ReferenceAudit Host::references() noexcept { return referenceAudit(); }
+
+boost::intrusive_ptr<kxArray_tag> Host::variable(const std::string& name) const {
+  return {session_->workspace.find(name).detach(), false};
+}
+
+std::vector<std::string> Host::variableNames() const { return session_->workspace.names(); }
+
+std::vector<KnownName> Host::functionNames() const { return session_->names.functions(); }
+std::vector<KnownName> Host::classNames() const { return session_->names.classes(); }
+std::vector<KnownName> Host::packageNames() const { return session_->names.packages(); }
+
+std::vector<KnownName> Host::namespaceNames() const {
+  std::vector<KnownName> names;
+  for (std::string& name : session_->classes.namespaceNames()) names.push_back({std::move(name)});
+  return names;
+}
+
+void Host::setComponents(bool on) noexcept { session_->componentsOn = on; }
+void Host::setInterpreterAvailable(bool available) noexcept { session_->interpreterIsAvailable = available; }
+std::vector<const IExecutionFrame*> Host::frames() const { return session_->frames.frames(); }
+
+Description Host::describe() const {
+  Description description = fixed_;
+  description.components = session_->componentsOn;
+  ValueDescriber describer(session_->classes);
+  for (const std::string& name : session_->workspace.names()) {
+    const ValuePtr value = session_->workspace.find(name);
+    snapshot::inVariable(name, [&] { description.workspace.push_back({name, describer.describe(*value)}); });
+  }
+  return description;
+}
+
+const Kfh_KORVAL_fn* Host::function(const std::string& name) const {
+  return session_->dispatcher.function(name);
+}
+
+Activation::Activation(Host& host) noexcept
+    : before_(static_cast<Session*>(std::exchange(activeGate, host.session_.get()))) {}
+
+Activation::~Activation() { activeGate = before_; }
+
+}  // namespace embedded

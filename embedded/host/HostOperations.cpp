@@ -1,0 +1,174 @@
+#include <utility>
+
+#include "embedded/language/Convert.h"
+#include "embedded/language/Members.h"
+#include "embedded/language/Parser.h"
+#include "embedded/model/Unicode.h"
+#include "host/Interpreter.h"
+
+namespace embedded {
+
+namespace {
+
+const std::string expressionSource = "expression";
+
+enum Status : int { Success = 0, BadSyntax = 1, Failed = 2 };
+
+int statusOf(const CodeError& error) {
+  return error.messageId() == "KORVAL:code:Syntax" ? BadSyntax : Failed;
+}
+
+/// Keeps the error, and prints it unless errors are to be silent.
+void report(Session& session, const CodeError& error) {
+  session.interpreter.lastFailure =
+      CodeFailure{error.messageId(), error.message(), error.source(), error.at().line, error.at().column};
+  if (session.interpreter.errorMode == matrix::ErrorMode::Silent) return;
+  session.streams.error.write(widened(error.source() + ":" + std::to_string(error.at().line) + ":" +
+                                      std::to_string(error.at().column) + ": " + error.message() + " [" +
+                                      error.messageId() + "]\n"));
+}
+
+/// Missing results are null.
+void fill(Values results, int nlhs, kxArray_tag** plhs) {
+  for (int at = 0; at < nlhs; ++at) {
+    const auto index = static_cast<std::size_t>(at);
+    plhs[at] = index < results.size() ? results[index].detach() : nullptr;
+  }
+  enter<Operation::resultsStand>();
+}
+
+Values borrowed(int count, kxArray_tag** values) {
+  Values result;
+  for (int at = 0; at < count; ++at) {
+    if (values[at] == nullptr)
+      throw foundation::core::except::Exception("KORVAL:host:NoValue",
+                                                "There is no value to call a function with.");
+    result.emplace_back(static_cast<Value*>(values[at]));
+  }
+  return result;
+}
+
+std::size_t countOf(int nlhs) { return nlhs > 0 ? static_cast<std::size_t>(nlhs) : 0; }
+
+Values callFunction(Session& session, const std::string& name, Values arguments, int nlhs) {
+  const CodeRun run(session, name);
+  const CodeSource source(session.interpreter, name);
+  Evaluator caller(session, session.workspace, nullptr);
+  return callNamed(caller, name, std::move(arguments), countOf(nlhs));
+}
+
+/// Without `valueOfStatement` the text is one expression; with it, statements may stand before.
+const ExpressionStatement& answeringStatement(const Unit& unit, bool valueOfStatement) {
+  const bool answers =
+      !unit.script.empty() && std::holds_alternative<ExpressionStatement>(unit.script.back().form);
+  if (!answers || (unit.script.size() > 1 && !valueOfStatement))
+    failCode("KORVAL:code:NoValue", "A value is wanted, but the text is no expression");
+  return std::get<ExpressionStatement>(unit.script.back().form);
+}
+
+Values evaluate(Session& session, const std::u16string& text, int nlhs, bool valueOfStatement) {
+  const CodeSource source(session.interpreter, expressionSource);
+  const Routine routine({.name = expressionSource}, text);
+  const Unit& unit = routine.unit();
+  if (!unit.functions.empty()) {
+    session.interpreter.at = unit.functions.front().at;
+    failCode("KORVAL:code:Syntax", "An evaluation runs statements, and defines no functions");
+  }
+  Evaluator evaluator(session, session.workspace, &routine);
+  if (nlhs < 1) {
+    evaluator.run(unit.script);
+    return {};
+  }
+  const ExpressionStatement& last = answeringStatement(unit, valueOfStatement);
+  for (const Statement& statement : unit.script) {
+    if (&statement == &unit.script.back()) break;
+    if (evaluator.runOne(statement) != Evaluator::Exit::AtEnd)
+      failCode("KORVAL:code:NoValue", "The code returns before the expression whose value is wanted");
+  }
+  Values results = evaluator.valuesOf(last, countOf(nlhs));
+  if (results.size() < countOf(nlhs)) failCode("KORVAL:code:NoValue", "The expression gives too few values");
+  return results;
+}
+
+}  // namespace
+
+}  // namespace embedded
+
+using namespace embedded;
+
+bool inValidInterpreterAvailable() {
+  enter<Operation::validInterpreterAvailable>();
+  return session().interpreterIsAvailable;
+}
+
+int inEvalExp(const std::u16string& expression, int nlhs, kxArray_tag** plhs, bool valueOfStatement,
+              Tamsix::orvo::EvalSource source) {
+  enter<Operation::evalExp>(expression, nlhs, valueOfStatement, static_cast<int>(source));
+  Session& current = session();
+  current.interpreter.lastFailure.reset();
+  const CodeRun run(current, "evaluation");
+  try {
+    fill(evaluate(current, expression, nlhs, valueOfStatement), nlhs, plhs);
+    return Success;
+  } catch (const CodeError& error) {
+    report(current, error);
+    return statusOf(error);
+  }
+}
+
+void inCallFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs, const char* functionName) {
+  enter<Operation::callFcn>(functionName, nlhs, nrhs);
+  fill(callFunction(session(), functionName, borrowed(nrhs, prhs), nlhs), nlhs, plhs);
+}
+
+int inCallFcnWithTrap(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs, const char* functionName,
+                      bool trap) {
+  enter<Operation::callFcnWithTrap>(functionName, nlhs, nrhs, trap);
+  Session& current = session();
+  current.interpreter.lastFailure.reset();
+  try {
+    fill(callFunction(current, functionName, borrowed(nrhs, prhs), nlhs), nlhs, plhs);
+    return Success;
+  } catch (const CodeError& error) {
+    if (!trap) throw;
+    report(current, error);
+    return statusOf(error);
+  }
+}
+
+void inFullFevalFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs) {
+  enter<Operation::fullFevalFcn>(nlhs, nrhs);
+  Values arguments = borrowed(nrhs, prhs);
+  if (arguments.empty() || !isText(*arguments.front()))
+    throw foundation::core::except::Exception("KORVAL:host:NoFunctionName",
+                                              "The first argument is to be the name of a function.");
+  const std::string name = nameOf(*arguments.front());
+  arguments.erase(arguments.begin());
+  fill(callFunction(session(), name, std::move(arguments), nlhs), nlhs, plhs);
+}
+
+kxArray_tag* inCallMethodSingleInputSingleOutput(const kxArray_tag* value, const std::string& method,
+                                                 int nlhs) {
+  enter<Operation::callMethod>(value, method, nlhs);
+  const ValuePtr receiver(const_cast<Value*>(&valueOf(value)));
+  Values results = callFunction(session(), method, {receiver}, nlhs);
+  return results.empty() ? nullptr : results.front().detach();
+}
+
+kxArray_tag* kxGetPropertyShared(const kxArray_tag* object, std::size_t index, const std::string& name) {
+  enter<Operation::getPropertyShared>(object, index, name);
+  Session& current = session();
+  const CodeSource source(current.interpreter, expressionSource);
+  const ValuePtr element = elementOf(ValuePtr(const_cast<Value*>(&valueOf(object))), index);
+  std::optional<CodeRun> run;
+  if (readingRunsCode(current, *element, name)) run.emplace(current, "get method of " + name);
+  return readProperty(current, element, name, nullptr).detach();
+}
+
+kxArray_tag* kxGetTypeProperty(const kxArray_tag* object, std::size_t index, const std::string& name) {
+  enter<Operation::getTypeProperty>(object, index, name);
+  Session& current = session();
+  const CodeSource source(current.interpreter, expressionSource);
+  const ValuePtr element = elementOf(ValuePtr(const_cast<Value*>(&valueOf(object))), index);
+  return storedProperty(current, element, name).detach();
+}

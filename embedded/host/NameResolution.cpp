@@ -1,0 +1,72 @@
+#include <string_view>
+
+#include "embedded/host/Function.h"
+#include "embedded/host/Session.h"
+#include "embedded/model/DottedName.h"
+
+namespace embedded {
+
+namespace {
+
+constexpr auto none = std::string_view::npos;
+
+/// The name that an import gives to `name`; empty when it imports something else.
+std::string importedName(const std::string& import, const std::string& name) {
+  if (import.ends_with(".*")) return import.substr(0, import.size() - 1) + name;
+  return simpleNameOf(import) == name ? import : std::string();
+}
+
+/// The class of a whole name, for code of a component.
+const Class* classNamed(std::string_view component, const std::string& name) {
+  const ClassSystem& classes = session().classes;
+  if (const Class* found = classes.findFor(component, name); found != nullptr) return found;
+  return classes.find(name);
+}
+
+const Class* resolve(const std::string& name, const Kfh_KORVAL_fn* scope) {
+  if (name.empty()) return nullptr;
+  if (scope == nullptr) return classNamed("", name);
+  for (const std::string& import : scope->imports)
+    if (const Class* found = classNamed(scope->component, importedName(import, name)); found != nullptr)
+      return found;
+  if (!scope->inNamespace.empty())
+    if (const Class* found = classNamed(scope->component, scope->inNamespace + "." + name); found != nullptr)
+      return found;
+  return classNamed(scope->component, name);
+}
+
+/// Where the component of a name ends; `none` when it has none.
+std::size_t endOfComponent(std::string_view name) {
+  const auto colon = name.find(':');
+  return colon == 0 ? none : colon;
+}
+
+}  // namespace
+
+}  // namespace embedded
+
+namespace kcos::nameresolution {
+
+using embedded::enter;
+using embedded::Operation;
+
+std::string omResolveAnyClass(const std::string& name, const Kfh_KORVAL_fn* scope) {
+  enter<Operation::resolveAnyClass>(name, scope);
+  const embedded::Class* found = embedded::resolve(name, scope);
+  return found == nullptr ? std::string() : found->names().id.text();
+}
+
+std::string getUserVisibleClassName(const std::string& resolvedName) {
+  enter<Operation::getUserVisibleClassName>(resolvedName);
+  const embedded::Class* found = embedded::session().classes.find(resolvedName);
+  if (found != nullptr) return found->names().dotted.text();
+  const auto colon = embedded::endOfComponent(resolvedName);
+  return colon == embedded::none ? resolvedName : resolvedName.substr(colon + 1);
+}
+
+bool isPackageQualifiedName(const std::string& name) {
+  enter<Operation::isPackageQualifiedName>(name);
+  return embedded::endOfComponent(name) != embedded::none;
+}
+
+}  // namespace kcos::nameresolution

@@ -1,0 +1,181 @@
+#include <algorithm>
+#include <unordered_set>
+
+#include "embedded/language/BuiltinTables.h"
+#include "embedded/language/Convert.h"
+#include "embedded/language/Members.h"
+#include "embedded/model/ClassTest.h"
+#include "embedded/model/Interning.h"
+#include "embedded/model/Unicode.h"
+
+namespace embedded {
+
+namespace {
+
+[[noreturn]] void failWithout(const BuiltinCall& call, const std::string& what) {
+  failCode("KORVAL:code:WrongType", "A value of class \"" + call[0].className() + "\" has no " + what);
+}
+
+/// Visible names, each once, in the order of the class's walk.
+template <class Members, class Accept>
+void collect(const Members& members, const Accept& accept, std::vector<std::string>& names,
+             std::unordered_set<std::string>& seen) {
+  for (const auto& member : members)
+    if (!member->name().isNull() && accept(member->content()) && seen.insert(member->name().text()).second)
+      names.push_back(member->name().text());
+}
+
+std::vector<std::string> propertyNames(const Class& oneClass) {
+  std::vector<std::string> names;
+  std::unordered_set<std::string> seen;
+  for (const Class* each : oneClass.lineage())
+    collect(
+        each->parts().properties,
+        [](const PropertyContent& property) { return !property.hidden && property.get.level == 0; }, names,
+        seen);
+  return names;
+}
+
+std::vector<std::string> methodNames(const Class& oneClass) {
+  std::vector<std::string> names;
+  std::unordered_set<std::string> seen;
+  for (const Class* each : oneClass.lineage())
+    collect(
+        each->parts().methods,
+        [](const MethodContent& method) {
+          return method.visible && !method.hidden && method.access.level == 0;
+        },
+        names, seen);
+  return names;
+}
+
+Values properties(const BuiltinCall& call) {
+  call.require(1, 1);
+  const Class* oneClass = classOf(call.caller.session(), call[0]);
+  if (oneClass == nullptr) failWithout(call, "properties");
+  return {newCellOfTexts(propertyNames(*oneClass))};
+}
+
+Values fieldNames(const BuiltinCall& call) {
+  call.require(1, 1);
+  if (const auto* structures = call[0].as<Structures>()) return {newCellOfTexts(structures->fields)};
+  if (call[0].object() != nullptr) return properties(call);
+  const Opaque* opaque = call[0].opaque();
+  if (opaque == nullptr) failWithout(call, "fields");
+  std::vector<std::string> names;
+  for (const auto& field : opaque->fields) names.push_back(field.first);
+  return {newCellOfTexts(names)};
+}
+
+Values methods(const BuiltinCall& call) {
+  call.require(1, 1);
+  if (const Class* oneClass = classOf(call.caller.session(), call[0]))
+    return {newCellOfTexts(methodNames(*oneClass))};
+  CodeFiles& files = call.caller.session().interpreter.files;
+  if (const auto* structures = call[0].as<Structures>(); structures && !structures->className.empty())
+    return {newCellOfTexts(files.methodNames(structures->className))};
+  const Opaque* opaque = call[0].opaque();
+  if (opaque == nullptr) failWithout(call, "methods");
+  std::vector<std::string> names;
+  for (const Opaque::Method& method : opaque->methods) names.push_back(method.name);
+  return {newCellOfTexts(names)};
+}
+
+Values className(const BuiltinCall& call) {
+  call.require(1, 1);
+  return {newText(widened(call[0].className()))};
+}
+
+Values isA(const BuiltinCall& call) {
+  call.require(2, 2);
+  return {newLogical(isOfClass(call.caller.session().classes, call[0], nameOf(call[1])))};
+}
+
+Values isField(const BuiltinCall& call) {
+  call.require(2, 2);
+  const auto* structures = call[0].as<Structures>();
+  return {newLogical(structures != nullptr && isText(call[1]) &&
+                     std::ranges::find(structures->fields, nameOf(call[1])) != structures->fields.end())};
+}
+
+Values isProperty(const BuiltinCall& call) {
+  call.require(2, 2);
+  const Class* oneClass = classOf(call.caller.session(), call[0]);
+  return {newLogical(oneClass != nullptr && oneClass->property(alreadyInterned(nameOf(call[1]))) != nullptr)};
+}
+
+Values isMethod(const BuiltinCall& call) {
+  call.require(2, 2);
+  Session& session = call.caller.session();
+  const auto* structures = call[0].as<Structures>();
+  const bool hasFile = structures != nullptr && !structures->className.empty() &&
+                       session.interpreter.files.method(structures->className, nameOf(call[1])) != nullptr;
+  return {newLogical(hasFile || hasMethod(session, call[0], nameOf(call[1])))};
+}
+
+Values isObject(const BuiltinCall& call) {
+  call.require(1, 1);
+  return {newLogical(call[0].object() != nullptr)};
+}
+
+Values feval(const BuiltinCall& call) {
+  call.require(1, 1000);
+  const auto* handle = call[0].as<FunctionHandle>();
+  return callNamed(call.caller, handle != nullptr ? handle->function : nameOf(call[0]),
+                   {call.arguments.begin() + 1, call.arguments.end()}, call.wanted);
+}
+
+ValuePtr opaqueOf(const std::string& className, std::vector<std::pair<std::string, ValuePtr>> fields) {
+  return newValue({1, 1}, Opaque{className, std::move(fields), {}});
+}
+
+/// One object with a "Name" for each of them.
+ValuePtr opaquesNamed(const std::string& className, const std::vector<std::string>& names) {
+  Objects objects{{}, className};
+  for (const std::string& name : names)
+    objects.elements.push_back(opaqueOf(className, {{"Name", newText(widened(name))}}));
+  return newValue({names.size(), 1}, std::move(objects));
+}
+
+/// The package of the older object system, or an empty array.
+Values findPackage(const BuiltinCall& call) {
+  call.require(1, 1);
+  const std::string name = nameOf(call[0]);
+  for (const PackageDescription& package : call.caller.session().packages)
+    if (package.name == name)
+      return {opaqueOf("package", {{"Name", newText(widened(name))},
+                                   {"Classes", opaquesNamed("package.class", package.classes)},
+                                   {"Functions", opaquesNamed("package.function", package.functions)}})};
+  return {newEmpty()};
+}
+
+/// An array of objects with the dotted name of each namespace, in ascending order.
+Values allNamespaces(const BuiltinCall& call) {
+  call.require(0, 0);
+  const kcos::COSInternedName className = interned(namespaceObjectClass);
+  Objects objects{{}, className.text()};
+  const std::vector<std::string> names = call.caller.session().classes.namespaceNames();
+  for (const std::string& name : names)
+    objects.elements.push_back(
+        newValue({1, 1}, Object{className, className, {{"Name", newText(widened(name))}}, {}, {}}));
+  return {newValue({names.size(), 1}, std::move(objects))};
+}
+
+constexpr NamedBuiltin table[] = {{"properties", properties},
+                                  {"fieldnames", fieldNames},
+                                  {"methods", methods},
+                                  {"class", className},
+                                  {"isa", isA},
+                                  {"isfield", isField},
+                                  {"isprop", isProperty},
+                                  {"ismethod", isMethod},
+                                  {"isobject", isObject},
+                                  {"feval", feval},
+                                  {"findpackage", findPackage},
+                                  {"korval.metadata.Namespace.getAllNamespaces", allNamespaces}};
+
+}  // namespace
+
+std::span<const NamedBuiltin> builtinsOnObjects() { return table; }
+
+}  // namespace embedded

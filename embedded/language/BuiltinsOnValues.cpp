@@ -1,0 +1,206 @@
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "embedded/host/Session.h"
+#include "embedded/language/BuiltinTables.h"
+#include "embedded/language/Convert.h"
+
+namespace embedded {
+
+namespace {
+
+template <bool answer>
+Values logicalLiteral(const BuiltinCall& call) {
+  call.require(0, 0);
+  return {newLogical(answer)};
+}
+
+Values missing(const BuiltinCall& call) {
+  call.require(0, 0);
+  return {newString(std::nullopt)};
+}
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double pi = 3.14159265358979323846;
+
+template <const double& number>
+Values constant(const BuiltinCall& call) {
+  call.require(0, 0);
+  return {newNumber(number)};
+}
+
+Values numel(const BuiltinCall& call) {
+  call.require(1, 1);
+  return {newNumber(static_cast<double>(call[0].elementCount()))};
+}
+
+Values length(const BuiltinCall& call) {
+  call.require(1, 1);
+  const bool isEmpty = call[0].elementCount() == 0;
+  return {newNumber(isEmpty ? 0 : static_cast<double>(std::ranges::max(call[0].size())))};
+}
+
+Values isEmpty(const BuiltinCall& call) {
+  call.require(1, 1);
+  return {newLogical(call[0].elementCount() == 0)};
+}
+
+/// All extents as one row, one of them, or one for each value that is wanted, the last one holding the rest.
+Values size(const BuiltinCall& call) {
+  call.require(1, 2);
+  const Value::Size& extents = call[0].size();
+  if (call.arguments.size() == 2) {
+    const double dimension = numberOf(call[1]);
+    if (!(dimension >= 1) || dimension != std::floor(dimension))
+      failCode("KORVAL:code:Index", "A dimension is a whole number from 1 on");
+    return {newNumber(dimension > static_cast<double>(extents.size())
+                          ? 1
+                          : static_cast<double>(extents[static_cast<std::size_t>(dimension) - 1]))};
+  }
+  if (call.wanted < 2)
+    return {newValue({1, extents.size()}, std::vector<double>(extents.begin(), extents.end()))};
+  Values result;
+  for (std::size_t at = 0; at < call.wanted; ++at) {
+    double extent = at < extents.size() ? static_cast<double>(extents[at]) : 1;
+    for (std::size_t rest = at + 1; at + 1 == call.wanted && rest < extents.size(); ++rest)
+      extent *= static_cast<double>(extents[rest]);
+    result.push_back(newNumber(extent));
+  }
+  return result;
+}
+
+/// The size that the arguments of zeros(), ones() and cell() mean.
+Value::Size sizeOf(const BuiltinCall& call) {
+  std::vector<double> extents;
+  for (const ValuePtr& argument : call.arguments)
+    for (const double extent : numbersOf(*argument)) extents.push_back(extent);
+  if (extents.empty()) extents = {1, 1};
+  if (extents.size() == 1) extents.push_back(extents.front());
+  Value::Size size;
+  for (const double extent : extents) {
+    if (std::isnan(extent)) failCode("KORVAL:code:Index", "An extent is a number");
+    size.push_back(static_cast<std::size_t>(std::clamp(extent, 0.0, 1e18)));
+  }
+  session().interpreter.checkSize(size);
+  return withoutTrailingOnes(std::move(size));
+}
+
+std::size_t countOf(const Value::Size& size) {
+  std::size_t count = 1;
+  for (const std::size_t extent : size) count *= extent;
+  return count;
+}
+
+template <int number>
+Values filled(const BuiltinCall& call) {
+  const Value::Size size = sizeOf(call);
+  return {newValue(size, std::vector<double>(countOf(size), number))};
+}
+
+Values cell(const BuiltinCall& call) {
+  const Value::Size size = call.arguments.empty() ? Value::Size{0, 0} : sizeOf(call);
+  return {newValue(size, Cells{Values(countOf(size))})};
+}
+
+/// struct('a', 1, 'b', {{1, 2}}): a cell gives one element each; another value is for all elements.
+Values structure(const BuiltinCall& call) {
+  if (call.arguments.size() % 2 != 0)
+    failCode("KORVAL:code:ArgumentCount", "Fields and values come in pairs");
+  Value::Size size{1, 1};
+  Structures structures;
+  for (std::size_t at = 0; at < call.arguments.size(); at += 2) {
+    structures.fields.push_back(nameOf(call[at]));
+    if (call[at + 1].as<Cells>() && call[at + 1].elementCount() != 1) size = call[at + 1].size();
+  }
+  for (std::size_t element = 0; element < countOf(size); ++element) {
+    for (std::size_t at = 1; at < call.arguments.size(); at += 2) {
+      const auto* cells = call[at].as<Cells>();
+      if (cells != nullptr && cells->elements.size() != 1 && cells->elements.size() != countOf(size))
+        failCode("KORVAL:code:SizeMismatch", "The cells have different sizes");
+      structures.values.push_back(
+          cells == nullptr ? call.arguments[at] : cells->elements[cells->elements.size() == 1 ? 0 : element]);
+    }
+  }
+  return {newValue(size, std::move(structures))};
+}
+
+template <double (*function)(double)>
+Values onEach(const BuiltinCall& call) {
+  call.require(1, 1);
+  std::vector<double> numbers = numbersOf(call[0]);
+  for (double& number : numbers) number = function(number);
+  return {newValue(call[0].size(), std::move(numbers))};
+}
+
+double absolute(double number) { return std::abs(number); }
+double roundedDown(double number) { return std::floor(number); }
+
+Values isMissing(const BuiltinCall& call) {
+  call.require(1, 1);
+  std::vector<bool> result(call[0].elementCount(), false);
+  if (const auto* strings = call[0].as<Strings>())
+    std::transform(strings->elements.begin(), strings->elements.end(), result.begin(),
+                   [](const auto& text) { return !text; });
+  if (const auto* numbers = call[0].as<std::vector<double>>())
+    std::transform(numbers->begin(), numbers->end(), result.begin(),
+                   [](double number) { return std::isnan(number); });
+  return {newValue(call[0].size(), std::move(result))};
+}
+
+/// All elements as one, of however many dimensions.
+Values sum(const BuiltinCall& call) {
+  call.require(1, 1);
+  double result = 0;
+  for (const double number : numbersOf(call[0])) result += number;
+  return {newNumber(result)};
+}
+
+Values any(const BuiltinCall& call) {
+  call.require(1, 1);
+  return {newLogical(std::ranges::any_of(numbersOf(call[0]), [](double number) { return number != 0; }))};
+}
+
+Values all(const BuiltinCall& call) {
+  call.require(1, 1);
+  return {newLogical(std::ranges::all_of(numbersOf(call[0]), [](double number) { return number != 0; }))};
+}
+
+Values modulo(const BuiltinCall& call) {
+  call.require(2, 2);
+  const double divisor = numberOf(call[1]);
+  std::vector<double> numbers = numbersOf(call[0]);
+  for (double& number : numbers)
+    if (divisor != 0) number -= std::floor(number / divisor) * divisor;
+  return {newValue(call[0].size(), std::move(numbers))};
+}
+
+constexpr NamedBuiltin table[] = {{"true", logicalLiteral<true>},
+                                  {"false", logicalLiteral<false>},
+                                  {"missing", missing},
+                                  {"NaN", constant<notANumber>},
+                                  {"Inf", constant<infinity>},
+                                  {"pi", constant<pi>},
+                                  {"numel", numel},
+                                  {"length", length},
+                                  {"isempty", isEmpty},
+                                  {"size", size},
+                                  {"sizeAsDouble", size},
+                                  {"zeros", filled<0>},
+                                  {"ones", filled<1>},
+                                  {"cell", cell},
+                                  {"struct", structure},
+                                  {"abs", onEach<absolute>},
+                                  {"floor", onEach<roundedDown>},
+                                  {"ismissing", isMissing},
+                                  {"sum", sum},
+                                  {"any", any},
+                                  {"all", all},
+                                  {"mod", modulo}};
+
+}  // namespace
+
+std::span<const NamedBuiltin> builtinsOnValues() { return table; }
+
+}  // namespace embedded

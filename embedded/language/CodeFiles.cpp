@@ -1,0 +1,105 @@
+#include "embedded/language/CodeFiles.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <set>
+
+#include "embedded/language/Interpreter.h"
+#include "embedded/model/DottedName.h"
+#include "embedded/model/Unicode.h"
+
+namespace embedded {
+
+namespace {
+
+constexpr std::uintmax_t longestFile = 4U << 20U;
+
+std::u16string textOf(const std::filesystem::path& file) {
+  std::error_code failure;
+  const std::uintmax_t size = std::filesystem::file_size(file, failure);
+  std::ifstream stream(file, std::ios::binary);
+  if (failure || !stream || size > longestFile)
+    failCode("KORVAL:code:UnreadableFile", "The file " + file.string() + " cannot be read");
+  return widened(std::string(std::istreambuf_iterator<char>(stream), {}));
+}
+
+}  // namespace
+
+CodeFiles::CodeFiles(const Description& description)
+    : folders_{description.currentFolder.empty() ? "." : description.currentFolder} {
+  for (const PathItemDescription& item : description.path) {
+    if (item.kind == PathItemDescription::Path)
+      folders_.emplace_back(item.folder);
+    else
+      special_.push_back(item);
+  }
+}
+
+const Routine* CodeFiles::function(const std::string& dottedName) {
+  const std::string package(namespaceOf(dottedName));
+  const std::string file = std::string(simpleNameOf(dottedName)) + ".k";
+  for (const Path& folder : folders_)
+    if (const Routine* found =
+            read(package.empty() ? folder / file : folder / ("+" + package) / file, package))
+      return found;
+  for (const PathItemDescription& item : special_)
+    if (item.kind == PathItemDescription::Package && !package.empty() &&
+        Path(item.folder).filename() == "+" + package)
+      if (const Routine* found = read(Path(item.folder) / file, package)) return found;
+  return nullptr;
+}
+
+bool CodeFiles::isPackage(const std::string& name) const {
+  std::error_code failure;
+  const std::string folderName = "+" + name;
+  return std::ranges::any_of(folders_,
+                             [&](const Path& folder) {
+                               return std::filesystem::is_directory(folder / folderName, failure);
+                             }) ||
+         std::ranges::any_of(special_, [&](const PathItemDescription& item) {
+           return item.kind == PathItemDescription::Package && Path(item.folder).filename() == folderName;
+         });
+}
+
+std::vector<CodeFiles::Path> CodeFiles::foldersOfClass(const std::string& className) const {
+  const std::string folderName = "@" + className;
+  std::vector<Path> result;
+  for (const Path& folder : folders_) result.push_back(folder / folderName);
+  for (const PathItemDescription& item : special_)
+    if (item.kind == PathItemDescription::Class && Path(item.folder).filename() == folderName)
+      result.emplace_back(item.folder);
+  return result;
+}
+
+const Routine* CodeFiles::method(const std::string& className, const std::string& name) {
+  for (const Path& folder : foldersOfClass(className))
+    if (const Routine* found = read(folder / (name + ".k"), "")) return found;
+  return nullptr;
+}
+
+std::vector<std::string> CodeFiles::methodNames(const std::string& className) const {
+  std::set<std::string> names;
+  for (const Path& folder : foldersOfClass(className)) {
+    std::error_code failure;
+    std::filesystem::directory_iterator entry(folder, failure);
+    for (; !failure && entry != std::filesystem::directory_iterator(); entry.increment(failure))
+      if (entry->path().extension() == ".k") names.insert(entry->path().stem().string());
+  }
+  return {names.begin(), names.end()};
+}
+
+const Routine* CodeFiles::read(const Path& file, const std::string& inNamespace) {
+  std::error_code failure;
+  const auto written = std::filesystem::last_write_time(file, failure);
+  if (failure || !std::filesystem::is_regular_file(file, failure)) return nullptr;
+  File& known = files_[file.string()];
+  if (known.routine != nullptr && known.written == written) return known.routine.get();
+  Routine::Context context{.name = file.string(), .inNamespace = inNamespace, .isFile = true};
+  auto routine = std::make_unique<const Routine>(std::move(context), textOf(file));
+  if (known.routine != nullptr) replaced_.push_back(std::move(known.routine));
+  known = {written, std::move(routine)};
+  return known.routine.get();
+}
+
+}  // namespace embedded

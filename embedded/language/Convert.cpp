@@ -1,0 +1,238 @@
+#include "embedded/language/Convert.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "embedded/host/Session.h"
+#include "embedded/model/Unicode.h"
+
+namespace embedded {
+
+namespace {
+
+[[noreturn]] void failKind(const std::string& wanted, const Value& value) {
+  failCode("KORVAL:code:WrongType",
+           wanted + " is needed here, not a value of class \"" + value.className() + "\"");
+}
+
+template <class Element>
+std::vector<Element> picked(const std::vector<Element>& from, const std::vector<std::size_t>& elements) {
+  std::vector<Element> result;
+  result.reserve(elements.size());
+  for (const std::size_t element : elements) {
+    session().interpreter.pollAt(result.size());
+    result.push_back(element == noElement ? Element() : static_cast<Element>(from.at(element)));
+  }
+  return result;
+}
+
+struct Gatherer {
+  const std::vector<std::size_t>& elements;
+  const Value& value;
+
+  Value::Content operator()(const std::vector<double>& from) const { return picked(from, elements); }
+  Value::Content operator()(const std::vector<bool>& from) const { return picked(from, elements); }
+  Value::Content operator()(const std::u16string& from) const {
+    std::u16string result;
+    for (const std::size_t element : elements) result += element == noElement ? u'\0' : from.at(element);
+    return result;
+  }
+  Value::Content operator()(const Strings& from) const {
+    std::size_t length = 0;
+    for (const std::size_t element : elements)
+      if (element != noElement && from.elements.at(element)) length += from.elements[element]->size();
+    session().interpreter.checkSize({length});
+    return Strings{picked(from.elements, elements)};
+  }
+  Value::Content operator()(const Cells& from) const { return Cells{picked(from.elements, elements)}; }
+  Value::Content operator()(const Structures& from) const {
+    session().interpreter.checkSize({elements.size(), from.fields.size()});
+    Structures result{from.fields, {}, from.className};
+    for (const std::size_t element : elements)
+      for (std::size_t field = 0; field < from.fields.size(); ++field)
+        result.values.push_back(element == noElement ? nullptr
+                                                     : from.values.at(element * from.fields.size() + field));
+    return result;
+  }
+  Value::Content operator()(const Objects& from) const { return objects(from.elements); }
+  template <class Scalar>
+  Value::Content operator()(const Scalar& from) const {
+    if (value.object() != nullptr || value.opaque() != nullptr)
+      return objects({ValuePtr(const_cast<Value*>(&value))});
+    if (elements.size() != 1) failKind("A value that can be an array", value);
+    return from;
+  }
+
+  Objects objects(const std::vector<ValuePtr>& from) const {
+    if (std::ranges::find(elements, noElement) != elements.end())
+      failCode("KORVAL:code:SizeMismatch", "An array of objects cannot grow by elements that are not given");
+    return {picked(from, elements), value.className()};
+  }
+};
+
+/// How strongly a kind claims the kind of the whole; values of one rank and kind stand beside each other.
+enum Rank { Logicals, Doubles, Characters, StringArrays, Structs, ObjectArrays, CellArrays, Others };
+
+Rank rankOf(const Value& value) {
+  if (value.as<std::vector<bool>>()) return Logicals;
+  if (value.as<std::vector<double>>()) return Doubles;
+  if (value.as<std::u16string>()) return Characters;
+  if (value.as<Strings>()) return StringArrays;
+  if (value.as<Structures>()) return Structs;
+  if (value.as<Object>() || value.as<Opaque>() || value.as<Objects>()) return ObjectArrays;
+  return value.as<Cells>() ? CellArrays : Others;
+}
+
+ValuePtr asObjects(const ValuePtr& value, const std::string& className) {
+  if (value->className() != className) failKind("An object of class \"" + className + "\"", *value);
+  return value->as<Objects>() ? value : newValue({1, 1}, Objects{{value}, className});
+}
+
+ValuePtr asRank(Rank rank, const ValuePtr& value, const Value& model) {
+  if (rank == Doubles) return newValue(value->size(), numbersOf(*value));
+  if (rank == Characters) return asCharacters(value);
+  if (rank == StringArrays) return asStrings(value);
+  if (rank == ObjectArrays) return asObjects(value, model.className());
+  if (rank == CellArrays && !value->as<Cells>()) return newValue({1, 1}, Cells{{value}});
+  if (rank == Others || (rank == Structs && !value->as<Structures>()))
+    failKind("A value that can stand in an array with its neighbours", *value);
+  return value;
+}
+
+struct Appender {
+  Value::Content& all;
+
+  template <class Element>
+  void operator()(const std::vector<Element>& more) const {
+    auto& elements = std::get<std::vector<Element>>(all);
+    elements.insert(elements.end(), more.begin(), more.end());
+  }
+  void operator()(const std::u16string& more) const { std::get<std::u16string>(all) += more; }
+  void operator()(const Strings& more) const { append(std::get<Strings>(all).elements, more.elements); }
+  void operator()(const Cells& more) const { append(std::get<Cells>(all).elements, more.elements); }
+  void operator()(const Objects& more) const { append(std::get<Objects>(all).elements, more.elements); }
+  void operator()(const Structures& more) const {
+    auto& structures = std::get<Structures>(all);
+    if (structures.fields.size() != more.fields.size() || structures.className != more.className) refuse();
+    std::vector<std::size_t> places;
+    for (const std::string& field : structures.fields) {
+      const auto found = std::ranges::find(more.fields, field);
+      if (found == more.fields.end()) refuse();
+      places.push_back(static_cast<std::size_t>(found - more.fields.begin()));
+    }
+    for (std::size_t at = 0; at < more.values.size(); ++at)
+      structures.values.push_back(more.values[at - at % places.size() + places[at % places.size()]]);
+  }
+  template <class Scalar>
+  void operator()(const Scalar&) const {
+    failCode("KORVAL:code:WrongType", "Such values cannot stand in an array");
+  }
+
+  [[noreturn]] static void refuse() {
+    failCode("KORVAL:code:WrongType", "The structures of one array need the same fields");
+  }
+  template <class Element>
+  static void append(std::vector<Element>& all, const std::vector<Element>& more) {
+    all.insert(all.end(), more.begin(), more.end());
+  }
+};
+
+}  // namespace
+
+std::vector<double> numbersOf(const Value& value) {
+  if (const auto* numbers = value.as<std::vector<double>>()) return *numbers;
+  if (const auto* logicals = value.as<std::vector<bool>>()) return {logicals->begin(), logicals->end()};
+  if (const auto* text = value.as<std::u16string>()) return {text->begin(), text->end()};
+  failKind("A number", value);
+}
+
+double numberOf(const Value& value) {
+  if (value.elementCount() != 1) failKind("One number", value);
+  return numbersOf(value).front();
+}
+
+bool isText(const Value& value) noexcept {
+  if (const auto* text = value.as<std::u16string>()) return text->empty() || value.rows() == 1;
+  const auto* strings = value.as<Strings>();
+  return strings != nullptr && value.elementCount() == 1 && strings->elements.front();
+}
+
+std::u16string textOf(const Value& value) {
+  if (!isText(value)) failKind("A text", value);
+  if (const auto* text = value.as<std::u16string>()) return *text;
+  return *value.as<Strings>()->elements.front();
+}
+
+std::string nameOf(const Value& value) { return narrowed(textOf(value)); }
+
+bool isTrue(const Value& value) {
+  const std::vector<double> numbers = numbersOf(value);
+  return !numbers.empty() && std::ranges::find(numbers, 0.0) == numbers.end();
+}
+
+std::string shownNumber(double number) {
+  if (std::isnan(number)) return "NaN";
+  if (std::isinf(number)) return number < 0 ? "-Inf" : "Inf";
+  char text[64];
+  const auto end = std::to_chars(text, text + sizeof text, number == 0 ? 0 : number).ptr;
+  return {text, end};
+}
+
+Value::Size withoutTrailingOnes(Value::Size size) {
+  while (size.size() > 2 && size.back() == 1) size.pop_back();
+  return size;
+}
+
+ValuePtr asStrings(const ValuePtr& value) {
+  if (value->as<Strings>()) return value;
+  if (value->as<std::u16string>()) return newString(textOf(*value));
+  Strings strings;
+  for (const double number : numbersOf(*value)) {
+    session().interpreter.pollAt(strings.elements.size());
+    strings.elements.emplace_back(widened(shownNumber(number)));
+  }
+  return newValue(value->size(), std::move(strings));
+}
+
+ValuePtr asCharacters(const ValuePtr& value) {
+  if (value->as<std::u16string>()) return value;
+  std::u16string text;
+  for (const double number : numbersOf(*value))
+    text += static_cast<char16_t>(std::clamp(number, 0.0, 65535.0));
+  return newValue(value->size(), std::move(text));
+}
+
+ValuePtr gathered(const Value& value, const std::vector<std::size_t>& elements, Value::Size size) {
+  Value::Content content = std::visit(Gatherer{elements, value}, value.content());
+  if (auto* objects = std::get_if<Objects>(&content); objects != nullptr && elements.size() == 1)
+    return objects->elements.front();
+  return newValue(withoutTrailingOnes(std::move(size)), std::move(content));
+}
+
+Values unified(Values values) {
+  const Value* model = values.front().get();
+  for (const ValuePtr& value : values)
+    if (rankOf(*value) > rankOf(*model)) model = value.get();
+  const Rank rank = rankOf(*model);
+  const ValuePtr kept(const_cast<Value*>(model));
+  for (std::size_t at = 0; at < values.size(); ++at) {
+    session().interpreter.pollAt(at);
+    if (rankOf(*values[at]) != rank || rank >= ObjectArrays) values[at] = asRank(rank, values[at], *kept);
+  }
+  return values;
+}
+
+ValuePtr joined(const Values& unifiedValues) {
+  session().interpreter.step();
+  Value::Content all = unifiedValues.front()->content();
+  for (std::size_t at = 1; at < unifiedValues.size(); ++at) {
+    session().interpreter.pollAt(at);
+    std::visit(Appender{all}, unifiedValues[at]->content());
+  }
+  std::size_t count = 0;
+  for (const ValuePtr& value : unifiedValues) count += value->elementCount();
+  return newValue({1, count}, std::move(all));
+}
+
+}  // namespace embedded

@@ -1,0 +1,230 @@
+#include "embedded/language/Indexing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <numeric>
+
+#include "embedded/host/Session.h"
+#include "embedded/language/Convert.h"
+
+namespace embedded {
+
+namespace {
+
+using Size = Value::Size;
+using Positions = std::vector<std::size_t>;
+
+[[noreturn]] void failIndex(const std::string& message) { failCode("KORVAL:code:Index", message); }
+
+/// As many extents as subscripts: the last one holds all that are left.
+Size folded(const Size& size, std::size_t count) {
+  Size result(size.begin(), size.begin() + static_cast<std::ptrdiff_t>(std::min(count, size.size())));
+  result.resize(count, 1);
+  for (std::size_t rest = count; rest < size.size(); ++rest) result.back() *= size[rest];
+  return result;
+}
+
+Positions everyPosition(std::size_t count) {
+  Positions positions(count);
+  std::iota(positions.begin(), positions.end(), std::size_t{0});
+  return positions;
+}
+
+std::vector<Positions> positionsOf(std::span<const Subscript> subscripts, const Size& extents) {
+  std::vector<Positions> all;
+  for (std::size_t at = 0; at < subscripts.size(); ++at)
+    all.push_back(subscripts[at].every ? everyPosition(extents[at]) : subscripts[at].positions);
+  return all;
+}
+
+/// The linear indices of all combinations, the first subscript running fastest.
+Positions combinations(const std::vector<Positions>& positions, const Size& extents) {
+  Size counts;
+  for (const Positions& each : positions) counts.push_back(each.size());
+  session().interpreter.checkSize(counts);
+  Positions result{0};
+  std::size_t stride = 1;
+  for (std::size_t at = 0; at < positions.size(); stride *= extents[at++]) {
+    Positions longer;
+    longer.reserve(result.size() * positions[at].size());
+    for (const std::size_t position : positions[at])
+      for (const std::size_t before : result) longer.push_back(before + position * stride);
+    result = std::move(longer);
+  }
+  return result;
+}
+
+void checkRange(const std::vector<Positions>& positions, const Size& extents) {
+  for (std::size_t at = 0; at < positions.size(); ++at)
+    for (const std::size_t position : positions[at])
+      if (position >= extents[at])
+        failIndex("The index " + std::to_string(position + 1) + " is beyond the end, which is " +
+                  std::to_string(extents[at]));
+}
+
+Size linearSize(const Value& value, const Subscript& subscript, std::size_t count) {
+  if (subscript.every) return {count, 1};
+  const bool indexIsVector = subscript.size.size() == 2 && (subscript.size[0] == 1 || subscript.size[1] == 1);
+  const bool isVector = value.size().size() == 2 && (value.rows() == 1) != (value.columns() == 1);
+  if (!indexIsVector || !isVector) return subscript.size.empty() ? Size{1, count} : subscript.size;
+  return value.rows() == 1 ? Size{1, count} : Size{count, 1};
+}
+
+/// The size that holds those positions too.
+Size grown(const Size& size, const std::vector<Positions>& positions) {
+  const auto needed = [&](std::size_t at) {
+    return positions[at].empty() ? 0 : *std::ranges::max_element(positions[at]) + 1;
+  };
+  Size result = size;
+  if (positions.size() == 1) {
+    const std::size_t count = std::accumulate(size.begin(), size.end(), std::size_t{1}, std::multiplies());
+    if (needed(0) <= count) return size;
+    if (size.size() > 2 || (size[0] > 1 && size[1] != 1 && count > 0))
+      failIndex("One index makes no room in a matrix");
+    if (size[1] == 1 && size[0] > 1) return {needed(0), 1};
+    return {1, needed(0)};
+  }
+  result.resize(std::max(size.size(), positions.size()), 1);
+  for (std::size_t at = 0; at < positions.size(); ++at) {
+    if (needed(at) <= result[at]) continue;
+    if (at + 1 == positions.size() && positions.size() < size.size())
+      failIndex("An index that runs over several dimensions makes no room");
+    result[at] = needed(at);
+  }
+  return result;
+}
+
+/// Where each element of a bigger array comes from in the smaller one.
+Positions originsOf(const Size& bigger, const Size& smaller) {
+  const std::size_t count = std::accumulate(bigger.begin(), bigger.end(), std::size_t{1}, std::multiplies());
+  if (bigger == smaller) return everyPosition(count);
+  Positions origins(count, noElement);
+  Size at(bigger.size(), 0);
+  for (std::size_t index = 0; index < count; ++index) {
+    session().interpreter.pollAt(index);
+    std::size_t origin = 0;
+    std::size_t stride = 1;
+    bool inside = true;
+    for (std::size_t dimension = 0; dimension < bigger.size(); ++dimension) {
+      const std::size_t extent = dimension < smaller.size() ? smaller[dimension] : 1;
+      inside = inside && at[dimension] < extent;
+      origin += at[dimension] * stride;
+      stride *= extent;
+    }
+    if (inside) origins[index] = origin;
+    for (std::size_t dimension = 0; dimension < bigger.size() && ++at[dimension] == bigger[dimension];
+         ++dimension)
+      at[dimension] = 0;
+  }
+  return origins;
+}
+
+/// Replaces elements where nothing grows and no kind changes: the usual case, without a look at every element.
+struct Replacer {
+  const Positions& targets;
+  Value::Content& all;
+
+  template <class Elements>
+  bool replaced(Elements& elements, const Elements& by) const {
+    for (std::size_t at = 0; at < targets.size(); ++at) elements[targets[at]] = by[by.size() == 1 ? 0 : at];
+    return true;
+  }
+  bool operator()(const std::vector<double>& by) const {
+    return replaced(std::get<std::vector<double>>(all), by);
+  }
+  bool operator()(const std::vector<bool>& by) const {
+    return replaced(std::get<std::vector<bool>>(all), by);
+  }
+  bool operator()(const std::u16string& by) const { return replaced(std::get<std::u16string>(all), by); }
+  bool operator()(const Cells& by) const { return replaced(std::get<Cells>(all).elements, by.elements); }
+  template <class Other>
+  bool operator()(const Other&) const {
+    return false;
+  }
+};
+
+/// Null when that takes more.
+ValuePtr withReplaced(const Value& value, const Positions& targets, const Value& elements) {
+  if (value.content().index() != elements.content().index()) return nullptr;
+  Value::Content content = value.content();
+  if (!std::visit(Replacer{targets, content}, elements.content())) return nullptr;
+  return newValue(value.size(), std::move(content));
+}
+
+Subscript fromLogicals(const std::vector<bool>& logicals, const Size& size) {
+  Subscript result{.size = size};
+  for (std::size_t at = 0; at < logicals.size(); ++at)
+    if (logicals[at]) result.positions.push_back(at);
+  result.size = size[0] == 1 ? Size{1, result.positions.size()} : Size{result.positions.size(), 1};
+  return result;
+}
+
+}  // namespace
+
+Subscript subscriptOf(const Value& index) {
+  if (const auto* logicals = index.as<std::vector<bool>>()) return fromLogicals(*logicals, index.size());
+  Subscript result{.size = index.size()};
+  for (const double number : numbersOf(index)) {
+    if (!(number >= 1) || number != std::floor(number) || number > 1e15)
+      failIndex("An index is a whole number from 1 on, not " + shownNumber(number));
+    result.positions.push_back(static_cast<std::size_t>(number) - 1);
+  }
+  return result;
+}
+
+ValuePtr indexed(const Value& value, std::span<const Subscript> subscripts) {
+  const Size extents = folded(value.size(), subscripts.size());
+  const std::vector<Positions> positions = positionsOf(subscripts, extents);
+  checkRange(positions, extents);
+  Positions elements = combinations(positions, extents);
+  if (subscripts.size() == 1) {
+    Size size = linearSize(value, subscripts.front(), elements.size());
+    return gathered(value, elements, std::move(size));
+  }
+  Size size;
+  for (const Positions& each : positions) size.push_back(each.size());
+  return gathered(value, elements, std::move(size));
+}
+
+ValuePtr withElements(const ValuePtr& value, std::span<const Subscript> subscripts,
+                      const ValuePtr& elements) {
+  const std::size_t count = elements->elementCount();
+  Size extents = folded(value->size(), subscripts.size());
+  std::vector<Positions> positions = positionsOf(subscripts, extents);
+  if (value->elementCount() == 0)  // x(:, 1) = column makes the rows
+    for (std::size_t at = 0; at < subscripts.size(); ++at)
+      if (subscripts[at].every && extents[at] == 0)
+        positions[at] =
+            everyPosition(subscripts.size() == 1 ? count : folded(elements->size(), subscripts.size())[at]);
+  const Size size = grown(value->size(), positions);
+  session().interpreter.checkSize(size);
+  const Positions targets = combinations(positions, folded(size, subscripts.size()));
+  if (count != 1 && count != targets.size())
+    failCode("KORVAL:code:SizeMismatch", std::to_string(count) + " elements do not go into " +
+                                             std::to_string(targets.size()) + " places");
+  if (size == value->size())
+    if (ValuePtr result = withReplaced(*value, targets, *elements)) return result;
+  const bool isNew = value->elementCount() == 0 && !value->as<Structures>() && !value->as<Cells>();
+  const Values both = isNew ? unified({elements}) : unified({value, elements});
+  const ValuePtr all = isNew ? both.front() : joined(both);
+  Positions origins = originsOf(size, isNew ? Size{0, 0} : value->size());
+  const std::size_t offset = isNew ? 0 : value->elementCount();
+  for (std::size_t at = 0; at < targets.size(); ++at) origins[targets[at]] = offset + (count == 1 ? 0 : at);
+  return gathered(*all, origins, size);
+}
+
+std::size_t lastIndex(const Value& value, std::size_t place, std::size_t count) {
+  return folded(value.size(), count)[place];
+}
+
+ValuePtr transposed(const Value& value) {
+  if (value.size().size() > 2) failCode("KORVAL:code:SizeMismatch", "Only a matrix can be transposed");
+  Positions elements;
+  for (std::size_t row = 0; row < value.rows(); ++row)
+    for (std::size_t column = 0; column < value.columns(); ++column)
+      elements.push_back(row + column * value.rows());
+  return gathered(value, elements, {value.columns(), value.rows()});
+}
+
+}  // namespace embedded

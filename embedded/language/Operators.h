@@ -1,0 +1,20 @@
+#pragma once
+
+#include "embedded/language/Interpreter.h"
+#include "embedded/language/Token.h"
+
+namespace embedded {
+
+/// The method by which a class gives the operator a meaning of its own.
+const char* methodOf(Symbol binary);
+
+/// All operators between two values but && and ||.
+ValuePtr calculated(Symbol binary, const ValuePtr& left, const ValuePtr& right);
+
+/// + - ~ before a value.
+ValuePtr calculated(Symbol prefix, const ValuePtr& operand);
+
+/// first:step:last
+ValuePtr rangeOf(double first, double step, double last);
+
+}  // namespace embedded

@@ -1,0 +1,138 @@
+#pragma once
+
+// What the parser makes of a text. Whatever a text can make long is a list here, not a depth: a chain of
+// operators of one rank, the accesses behind a name, the branches of an `if`.
+
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "embedded/language/Token.h"
+
+namespace embedded {
+
+struct Expression;
+using ExpressionPtr = std::unique_ptr<Expression>;
+using Expressions = std::vector<ExpressionPtr>;
+
+struct NumberLiteral {
+  double number;
+};
+/// 'text'
+struct TextLiteral {
+  std::u16string text;
+};
+/// "text"
+struct StringLiteral {
+  std::u16string text;
+};
+/// `:` as an index.
+struct EveryIndex {};
+/// `end` inside an index.
+struct LastIndex {};
+/// `~` where an output is not wanted.
+struct Unwanted {};
+/// @name
+struct HandleLiteral {
+  std::string function;
+};
+/// [a, b; c, d], or {a, b; c, d} as a cell.
+struct Matrix {
+  std::vector<Expressions> rows;
+  bool isCell;
+};
+/// first:last or first:step:last
+struct Range {
+  ExpressionPtr first;
+  ExpressionPtr step;  // null: 1
+  ExpressionPtr last;
+};
+/// Signs and negations, the outermost first.
+struct Prefixed {
+  std::vector<Symbol> operators;
+  ExpressionPtr operand;
+};
+/// Operands with operators of one rank between them, evaluated from left to right.
+struct Chain {
+  Expressions operands;
+  std::vector<Symbol> operators;
+};
+/// What follows a name or a value: .field, (arguments), {indices} or '.
+struct Selector {
+  enum Kind { Field, Paren, Brace, Transposed } kind;
+  Position at;
+  std::string field;
+  Expressions arguments;
+};
+struct Reference {
+  std::string name;
+  std::vector<Selector> accesses;
+};
+/// (value) or a literal, with accesses.
+struct Accessed {
+  ExpressionPtr value;
+  std::vector<Selector> accesses;
+};
+
+struct Expression {
+  Position at;
+  std::variant<NumberLiteral, TextLiteral, StringLiteral, EveryIndex, LastIndex, Unwanted, HandleLiteral,
+               Matrix, Range, Prefixed, Chain, Reference, Accessed>
+      form;
+};
+
+struct Statement;
+using Block = std::vector<Statement>;
+
+struct ExpressionStatement {
+  ExpressionPtr value;
+};
+struct Assignment {
+  Expressions targets;  // each a Reference or Unwanted
+  ExpressionPtr value;
+};
+struct Branch {
+  ExpressionPtr condition;  // null: else
+  Block block;
+};
+struct If {
+  std::vector<Branch> branches;
+};
+struct While {
+  ExpressionPtr condition;
+  Block block;
+};
+struct For {
+  std::string variable;
+  ExpressionPtr values;
+  Block block;
+};
+struct Break {};
+struct Continue {};
+struct Return {};
+
+struct Statement {
+  Position at;
+  /// It is not ended by a semicolon.
+  bool prints = false;
+  std::variant<ExpressionStatement, Assignment, If, While, For, Break, Continue, Return> form;
+};
+
+/// function [outputs] = name(inputs)
+struct FunctionSyntax {
+  Position at;
+  std::string name;
+  std::vector<std::string> inputs;
+  std::vector<std::string> outputs;
+  Block body;
+};
+
+/// A whole text: its functions, of which the first is the main one, or statements without any function.
+struct Unit {
+  std::vector<std::string> imports;
+  Block script;
+  std::vector<FunctionSyntax> functions;
+};
+
+}  // namespace embedded

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "embedded/Description.h"
+#include "embedded/language/Routine.h"
+#include "embedded/model/Class.h"
+#include "embedded/model/TypeRepository.h"
+
+namespace embedded {
+
+/// The classes and namespaces of one session.
+class ClassSystem {
+ public:
+  explicit ClassSystem(const Description& description);
+
+  /// The class of that identity, alias, or name as a user knows it; of several with one name the first. Null
+  /// when there is none.
+  Class* find(kcos::COSInternedName name) const;
+  Class* find(std::string_view name) const;
+
+  /// Of the classes that a user knows by that dotted name the one that code of that component means: its
+  /// component's, else one without a component, else the first. Null when there is none.
+  Class* findFor(std::string_view component, std::string_view dottedName) const;
+
+  Namespace* findNamespace(kcos::COSInternedName dottedName) const;
+  /// The names of all namespaces, in ascending order.
+  std::vector<std::string> namespaceNames() const;
+
+  /// The class of that number, or null.
+  const Class* numbered(int number) const;
+
+  const TypeRepository& types() const noexcept { return types_; }
+
+ private:
+  using Handle = const std::string*;  // of an interned name: equal names have one
+
+  void addClass(const ClassDescription& description);
+  void addFunction(const FunctionDescription& description);
+  void indexNames(const std::vector<ClassDescription>& descriptions);
+  void completeClass(Class& oneClass, const ClassDescription& description);
+  Namespace* makeNamespace(std::string_view dottedName);
+  TypeRepository::Values valuesOf(const PropertyDescription& description) const;
+  static std::shared_ptr<const Routine> routineOf(const Class& oneClass, const MethodDescription& method);
+  static std::shared_ptr<const Routine> routineOf(const Class& oneClass, const std::string& member,
+                                                  const std::string& code, Routine::Receiver receiver);
+  PropertyContent contentOf(const Class& oneClass, const PropertyDescription& description);
+  kcos::COSExtendedAccess accessOf(const Access& access) const;
+
+  std::vector<std::unique_ptr<Class>> classes_;
+  std::unordered_map<Handle, Class*> byName_;
+  std::unordered_map<Handle, std::vector<Class*>> byDottedName_;
+  std::unordered_map<Handle, std::unique_ptr<Namespace>> namespaces_;
+  TypeRepository types_;
+  std::deque<Method> functions_;
+};
+
+}  // namespace embedded

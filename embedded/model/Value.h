@@ -1,0 +1,164 @@
+#pragma once
+
+#include <atomic>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "embedded/Description.h"
+#include "host/Arrays.h"
+#include "host/Names.h"
+
+namespace embedded {
+
+class ClassSystem;
+class Value;
+
+/// The host's own holder: what it does is counted by the audit, but no operation that a client asked for.
+using ValuePtr = boost::intrusive_ptr<Value>;
+
+struct Cells {
+  std::vector<ValuePtr> elements;  // null: absent
+};
+
+struct Strings {
+  std::vector<std::optional<std::u16string>> elements;  // without a value: missing
+};
+
+struct Structures {
+  std::vector<std::string> fields;
+  std::vector<ValuePtr> values;                 // element by element; null: an empty array
+  std::string className = {};                   // of structure-based objects
+  mutable std::vector<const char*> names = {};  // the fields, as they are lent
+};
+
+/// Knows its class by name only, so that it outlives the host.
+struct Object {
+  kcos::COSInternedName classId;
+  kcos::COSInternedName className;  // the one that users know
+  std::vector<std::pair<std::string, ValuePtr>> properties;
+  std::string member;
+  std::optional<std::u16string> text;  // what it shows for itself
+  bool failing = false;                // asking for that fails
+};
+
+/// A scalar object of a foreign object system.
+struct Opaque {
+  struct Method {
+    std::string name;
+    ValuePtr answer;  // null: calling it fails
+  };
+
+  std::string className;
+  std::vector<std::pair<std::string, ValuePtr>> fields;
+  std::vector<Method> methods;
+  bool java = false;
+};
+
+/// An array of objects of one class, or of opaque ones.
+struct Objects {
+  std::vector<ValuePtr> elements;
+  std::string className = {};     // for an array without elements
+  bool ofPossibleValues = false;  // the conversion of a possible value has yielded it
+};
+
+struct FunctionHandle {
+  std::string function;
+};
+
+/// A reference to a class, by the name that users know.
+struct ClassReference {
+  std::string className;
+};
+
+/// A member of a class of a foreign object system.
+struct ForeignMember {
+  std::string className;
+  std::string name;
+};
+
+struct Tall {
+  ValuePtr inside;
+};
+
+/// A value of the interpreter. Made with one reference.
+class Value final : public kxArray_tag {
+ public:
+  using Content =
+      std::variant<std::vector<double>, std::vector<bool>, std::u16string, Strings, Cells, Structures, Object,
+                   Objects, Opaque, FunctionHandle, ClassReference, ForeignMember, Tall>;
+
+  using Size = std::vector<std::size_t>;
+
+  Value(Size size, Content content, DimensionForm form = DimensionForm::Full);
+  ~Value();
+
+  void addReference() const noexcept;
+  /// Was it the last?
+  bool dropReference() const noexcept;
+
+  /// The object, or the first one of an array of objects; null for any other value.
+  const Object* object() const noexcept;
+  /// The same for opaque objects.
+  const Opaque* opaque() const noexcept;
+  const Content& content() const noexcept { return content_; }
+  template <class Kind>
+  const Kind* as() const noexcept {
+    return std::get_if<Kind>(&content_);
+  }
+  int classCode() const noexcept;
+  /// "double", "logical", "char", "string", "cell", "struct", "function_handle", "class_reference", "tall", or
+  /// the name by which users know the class.
+  std::string className() const;
+  const Size& size() const noexcept { return size_; }
+  std::size_t rows() const noexcept { return size_[0]; }
+  /// Of the value as a rectangle: of all dimensions but the first.
+  std::size_t columns() const noexcept;
+  std::size_t elementCount() const noexcept;
+
+  DimensionForm dimensionForm() const noexcept { return form_; }
+  /// What has been held lazily is held fully from now on.
+  void completeDimensions() const noexcept;
+
+ private:
+  Size size_;
+  Content content_;
+  mutable DimensionForm form_;
+  mutable std::atomic<std::uint32_t> references_ = 1;
+};
+
+inline const Value& valueOf(const kxArray_tag* value) { return static_cast<const Value&>(*value); }
+
+inline void intrusive_ptr_add_ref(const Value* value) noexcept { value->addReference(); }
+/// However deep values are nested, this takes little of the stack.
+void destroyValue(const Value* value) noexcept;
+
+inline void intrusive_ptr_release(const Value* value) noexcept {
+  if (value->dropReference()) destroyValue(value);
+}
+
+ValuePtr newValue(Value::Size size, Value::Content content, DimensionForm form = DimensionForm::Full);
+ValuePtr newNumber(double number);
+ValuePtr newLogical(bool value);
+/// A row of characters.
+ValuePtr newText(std::u16string text);
+ValuePtr newString(std::optional<std::u16string> text);
+/// The empty array of doubles.
+ValuePtr newEmpty();
+/// A column of rows of characters.
+ValuePtr newCellOfTexts(const std::vector<std::string>& texts);
+
+/// The value of a description that has been checked.
+ValuePtr makeValue(const ValueDescription& description, const ClassSystem& classes);
+
+/// The class of the objects that stand for namespaces: a built-in function makes them, no description has it.
+inline constexpr std::string_view namespaceObjectClass = "korval.metadata.Namespace";
+
+/// The storage class of a built-in class by its name.
+std::optional<int> builtInClassCode(std::string_view className) noexcept;
+
+}  // namespace embedded

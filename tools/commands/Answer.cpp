@@ -1,0 +1,76 @@
+#include "tools/commands/Answer.h"
+
+#include <iostream>
+
+#include "host/Exceptions.h"
+#include "tools/commands/ExitCode.h"
+#include "tools/render/Exceptions.h"
+#include "tools/session/Interrupt.h"
+#include "tools/session/Snapshot.h"
+
+namespace tools {
+
+namespace {
+
+int write(const Answer& answer) {
+  if (!answer.notice.empty()) std::cerr << "contextdata: " << answer.notice << '\n';
+  std::cout << answer.output << std::flush;
+  if (std::cout) return Answered;
+  std::cerr << "contextdata: cannot write the answer [command.output]\n";
+  return NoAnswer;
+}
+
+/// For programs the error as JSON, for people its text.
+int fail(const AnswerOptions& options, const Json& error, const std::string& text, int status) {
+  if (options.json) {
+    std::cout << lineOf({{"error", error}}) << '\n';
+  } else {
+    std::cerr << "contextdata: " << text << '\n';
+  }
+  return status;
+}
+
+int fail(const AnswerOptions& options, const AnswerError& error) {
+  Json whole = {{"code", error.code}, {"message", error.message}};
+  whole.update(error.details);
+  return fail(options, whole, error.message + " [" + error.code + "]", error.status);
+}
+
+int failWithCurrentException(const AnswerOptions& options) {
+  const std::string code = options.command + ".failed";
+  const std::string message = "the class system failed";
+  const Json exception = describeCurrentException();
+  return fail(options, {{"code", code}, {"message", message}, {"exception", exception}},
+              message + ": " + lineOf(exception) + " [" + code + "]", NoAnswer);
+}
+
+int answer(const AnswerOptions& options, embedded::Host& host,
+           const std::function<Answer(embedded::Host&)>& ask) {
+  const AnswerError interrupted = {options.command + ".interrupted", "interrupted", Json::object(),
+                                   Interrupted};
+  const embedded::Activation active(host);
+  const Interruptible request(host);
+  try {
+    const Answer answer = ask(host);
+    if (host.interruptRequested()) return fail(options, interrupted);
+    return write(answer);
+  } catch (const Tamsix::System::InterruptException&) {
+    return fail(options, interrupted);
+  } catch (const AnswerError& error) {
+    return fail(options, error);
+  } catch (...) {
+    return failWithCurrentException(options);
+  }
+}
+
+}  // namespace
+
+int answerOnce(const AnswerOptions& options, const std::function<Answer(embedded::Host&)>& ask) {
+  try {
+    return answer(options, *loadSnapshot(options.snapshot), ask);
+  } catch (const embedded::SnapshotError& error) {
+    return fail(options, jsonOf(error), describe(error), NoAnswer);
+  }
+}
+
+}  // namespace tools

@@ -1,0 +1,43 @@
+#pragma once
+
+// How a subcommand answers one question about a session.
+
+#include <functional>
+#include <string>
+
+#include "embedded/Host.h"
+#include "tools/commands/ExitCode.h"
+#include "tools/render/JsonText.h"
+
+namespace tools {
+
+/// Why a question has no answer. Codes are stable; docs/command.md lists them.
+struct AnswerError {
+  std::string code;
+  std::string message;
+  /// What programs are told besides.
+  Json details = Json::object();
+  int status = NoAnswer;
+};
+
+struct Answer {
+  /// For standard output, whole lines.
+  std::string output;
+  /// One line for people, for standard error; or nothing.
+  std::string notice = {};
+};
+
+struct AnswerOptions {
+  /// The subcommand, with which the codes of its errors begin.
+  std::string command;
+  /// The file of the session.
+  std::string snapshot;
+  /// Errors as JSON on standard output, for programs, instead of text.
+  bool json = false;
+};
+
+/// Loads the session, asks with its host active, and writes the answer or why there is none: an AnswerError, an
+/// interrupt, a failure of the class system, a bad snapshot. The exit code.
+int answerOnce(const AnswerOptions& options, const std::function<Answer(embedded::Host&)>& ask);
+
+}  // namespace tools

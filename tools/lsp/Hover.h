@@ -1,0 +1,10 @@
+#pragma once
+
+#include "tools/lsp/Server.h"
+
+namespace tools::lsp {
+
+/// textDocument/hover
+Json hover(Context& context, const Json& params);
+
+}  // namespace tools::lsp

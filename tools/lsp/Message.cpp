@@ -1,0 +1,70 @@
+#include "tools/lsp/Message.h"
+
+#include <cctype>
+#include <string_view>
+
+namespace tools::lsp {
+
+namespace {
+
+/// The value of the escape at the backslash ("\uD83D"), or 0.
+unsigned escapedUnit(std::string_view text, std::size_t at) {
+  if (text.substr(at, 2) != "\\u" || at + 6 > text.size()) return 0;
+  unsigned unit = 0;
+  for (const char digit : text.substr(at + 2, 4)) {
+    if (std::isxdigit(static_cast<unsigned char>(digit)) == 0) return 0;
+    unit = unit * 16 + static_cast<unsigned>(digit <= '9' ? digit - '0' : (digit | 32) - 'a' + 10);
+  }
+  return unit;
+}
+
+/// Some editors hold half of a surrogate pair for a moment and send it as an escape, which JSON readers refuse. The
+/// replacement character takes as much room, so that positions stay what they are.
+std::string withoutLoneSurrogates(std::string text) {
+  for (std::size_t at = text.find('\\'); at != std::string::npos; at = text.find('\\', at)) {
+    const unsigned unit = escapedUnit(text, at);
+    const unsigned next = unit == 0 ? 0 : escapedUnit(text, at + 6);
+    const bool isPair = unit >= 0xD800 && unit < 0xDC00 && next >= 0xDC00 && next < 0xE000;
+    if (!isPair && unit >= 0xD800 && unit < 0xE000) text.replace(at, 6, "\\uFFFD");
+    at += isPair ? 12 : (unit == 0 ? 2 : 6);
+  }
+  return text;
+}
+
+Json parse(const std::string& body) {
+  Json json = Json::parse(body, nullptr, false);
+  if (json.is_discarded()) json = Json::parse(withoutLoneSurrogates(body), nullptr, false);
+  if (json.is_discarded()) throw Rejection{{}, {ErrorCode::ParseError, "the message is no JSON"}};
+  return json;
+}
+
+}  // namespace
+
+std::optional<Message> readMessage(const std::string& body) {
+  Json json = parse(body);
+  Json id;
+  const auto refuse = [&](const char* reason) { throw Rejection{id, {ErrorCode::InvalidRequest, reason}}; };
+  if (json.is_array()) refuse("the protocol has no batches");
+  if (!json.is_object()) refuse("a message is an object");
+  if (json.contains("id")) {
+    const Json& given = json["id"];
+    const bool isResponse = !json.contains("method") && given.is_null();
+    if (!given.is_number_integer() && !given.is_string() && !isResponse)
+      refuse("an id is an integer or a string");
+    id = given;
+  }
+  if (!json.contains("jsonrpc") || json["jsonrpc"] != "2.0") refuse("\"jsonrpc\" is \"2.0\"");
+  if (!json.contains("method")) {
+    if (json.contains("id") && (json.contains("result") || json.contains("error"))) return {};
+    refuse("a message has a \"method\"");
+  }
+  if (!json["method"].is_string()) refuse("\"method\" is a string");
+  Message message{{}, json["method"], {}};
+  if (json.contains("id")) message.id = id;
+  if (json.contains("params")) message.params = std::move(json["params"]);
+  if (!message.params.is_structured() && !message.params.is_null())
+    refuse("\"params\" is an object or an array");
+  return message;
+}
+
+}  // namespace tools::lsp

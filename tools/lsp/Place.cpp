@@ -1,0 +1,154 @@
+#include <boost/locale/encoding_utf.hpp>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "tools/lsp/Spot.h"
+#include "tools/lsp/Uri.h"
+
+namespace tools::lsp {
+
+namespace {
+
+using embedded::CodeFunction;
+using frontend::LocalName;
+using frontend::Scope;
+
+std::u16string wide(const std::string& text) { return boost::locale::conv::utf_to_utf<char16_t>(text); }
+
+/// Names of classes as code of a namespace writes them; asked for when the first one is needed.
+class ClassNames {
+ public:
+  ClassNames(frontend::Session& session, std::u16string inNamespace)
+      : session_(session), inNamespace_(std::move(inNamespace)) {}
+
+  /// The class as users name it; empty when there is none.
+  std::u16string find(const std::string& name) {
+    if (name.empty()) return {};
+    if (names_.empty()) {
+      for (frontend::SessionName& known : session_.classNames()) names_.insert(std::move(known.name));
+    }
+    const std::u16string plain = wide(name);
+    const std::u16string inside = inNamespace_ + plain;
+    if (names_.contains(inside)) return inside;
+    return names_.contains(plain) ? plain : std::u16string();
+  }
+
+ private:
+  frontend::Session& session_;
+  const std::u16string inNamespace_;
+  std::set<std::u16string> names_;
+};
+
+/// What folders say: ".../+lab/@Pump/start.k" is code of the class lab.Pump, ".../+lab/tune.k" the function lab.tune.
+struct FileName {
+  explicit FileName(const std::filesystem::path& file) : stem(wide(file.stem().string())) {
+    auto folder = file.parent_path();
+    const std::string last = folder.filename().string();
+    if (last.starts_with('@')) {
+      className = wide(last.substr(1));
+      folder = folder.parent_path();
+    }
+    for (std::string name = folder.filename().string(); name.starts_with('+');
+         folder = folder.parent_path(), name = folder.filename().string()) {
+      inNamespace.insert(0, wide(name.substr(1)) + u".");
+    }
+    if (!className.empty()) className.insert(0, inNamespace);
+  }
+
+  std::u16string stem;
+  std::u16string className;
+  /// With its dot, or empty.
+  std::u16string inNamespace;
+};
+
+/// An open document, from its beginning to an offset.
+struct Beginning {
+  const Document& content;
+  std::size_t end;
+
+  bool has(embedded::CodePlace place) const { return content.offsetInCode(place.line, place.column) < end; }
+};
+
+/// The function that a statement at the end belongs to.
+const CodeFunction* functionAt(const Beginning& beginning, const std::vector<CodeFunction>& functions) {
+  const CodeFunction* found = nullptr;
+  for (const CodeFunction& function : functions) {
+    if (beginning.has(function.begin) && !beginning.has(function.end)) found = &function;
+  }
+  return found;
+}
+
+std::vector<LocalName> namesOf(const std::vector<embedded::CodeVariable>& variables,
+                               const Beginning& beginning, ClassNames& classes) {
+  std::vector<LocalName> names;
+  for (const embedded::CodeVariable& variable : variables) {
+    if (!beginning.has(variable.at)) continue;
+    names.push_back({wide(variable.name), classes.find(variable.maker)});
+  }
+  return names;
+}
+
+/// Arguments, results and variables. A method is given its object first, a constructor makes it.
+std::vector<LocalName> namesIn(const CodeFunction& function, const Beginning& beginning, const FileName& file,
+                               ClassNames& classes) {
+  std::vector<LocalName> names;
+  const std::u16string simpleName = file.className.substr(file.className.rfind(u'.') + 1);
+  const bool isConstructor = file.stem == simpleName;
+  for (const std::string& input : function.inputs) {
+    names.push_back({wide(input), names.empty() && !isConstructor ? file.className : std::u16string()});
+  }
+  for (const std::string& output : function.outputs) {
+    names.push_back({wide(output), isConstructor && output == function.outputs.front() ? file.className
+                                                                                       : std::u16string()});
+  }
+  const auto variables = namesOf(function.variables, beginning, classes);
+  names.insert(names.end(), variables.begin(), variables.end());
+  return names;
+}
+
+/// One entry a name: where it stands first, with the first class that is told.
+std::vector<LocalName> onceEach(const std::vector<LocalName>& names) {
+  std::vector<LocalName> once;
+  std::map<std::u16string, std::size_t> places;
+  for (const LocalName& name : names) {
+    const auto [place, isNew] = places.insert({name.name, once.size()});
+    if (isNew) {
+      once.push_back(name);
+    } else if (once[place->second].className.empty()) {
+      once[place->second].className = name.className;
+    }
+  }
+  return once;
+}
+
+/// A script works on the variables that are there: they are known better than what the script says of them.
+std::vector<LocalName> newNames(frontend::Session& session, std::vector<LocalName> names) {
+  const std::vector<std::u16string> list = session.variableNames();
+  const std::set<std::u16string> known(list.begin(), list.end());
+  std::erase_if(names,
+                [&](const LocalName& name) { return name.className.empty() && known.contains(name.name); });
+  return names;
+}
+
+}  // namespace
+
+Scope placeIn(frontend::Session& session, const std::string& uri, OpenDocument& document,
+              std::size_t statement) {
+  const FileName file(pathOf(uri));
+  ClassNames classes(session, file.inNamespace);
+  const embedded::CodeOutline& outline = document.outline();
+  const Beginning beginning{document.content, statement};
+  Scope place;
+  place.className = file.className;
+  if (!file.stem.empty() && file.className.empty()) place.function = file.inNamespace + file.stem;
+  place.workspace = outline.functions.empty();
+  if (const auto* function = functionAt(beginning, outline.functions)) {
+    place.locals = onceEach(namesIn(*function, beginning, file, classes));
+  } else {
+    place.locals = newNames(session, onceEach(namesOf(outline.variables, beginning, classes)));
+  }
+  return place;
+}
+
+}  // namespace tools::lsp

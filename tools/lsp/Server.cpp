@@ -1,0 +1,119 @@
+#include "tools/lsp/Server.h"
+
+#include <exception>
+#include <iostream>
+#include <variant>
+
+#include "tools/commands/ExitCode.h"
+#include "tools/lsp/Diagnostics.h"
+#include "tools/lsp/Requests.h"
+
+namespace tools::lsp {
+
+namespace {
+
+ResponseError cancelled() { return {ErrorCode::RequestCancelled, "the request was cancelled"}; }
+
+}  // namespace
+
+int Server::run() {
+  while (!exitCode_) {
+    const Event event = inbox_.take();
+    std::visit([this](const auto& what) { handle(what); }, event);
+    inbox_.finish();
+    if (!exitCode_ && context_.client.isGone()) {
+      std::cerr << "contextdata: cannot write to the client [command.output]\n";
+      exitCode_ = NoAnswer;
+    }
+    if (!exitCode_ && inbox_.isEmpty()) publishPending();
+  }
+  return *exitCode_;
+}
+
+void Server::handle(const Message& message) {
+  if (message.id) {
+    request(message);
+  } else {
+    notification(message);
+  }
+}
+
+void Server::handle(const Rejection& rejection) { context_.client.refuse(rejection.id, rejection.error); }
+
+void Server::handle(const SnapshotChanged&) {
+  snapshotChanged_ = phase_ != Phase::Running;
+  if (phase_ == Phase::Running) context_.session.reload(context_.client);
+}
+
+void Server::handle(const InputEnded& end) {
+  if (!end.reason.empty()) std::cerr << "contextdata: " << end.reason << " [serve.broken-input]\n";
+  exitCode_ = phase_ == Phase::ShutDown && end.reason.empty() ? Answered : NoAnswer;
+}
+
+void Server::request(const Message& message) {
+  try {
+    if (inbox_.isCancelled()) throw cancelled();
+    const Json result = resultOf(message);
+    if (inbox_.isCancelled()) throw cancelled();
+    context_.client.answer(*message.id, result);
+  } catch (const ResponseError& error) {
+    context_.client.refuse(*message.id, error);
+  } catch (const std::exception& error) {
+    context_.client.refuse(*message.id, {ErrorCode::InternalError, error.what()});
+  }
+}
+
+Json Server::resultOf(const Message& message) {
+  if (phase_ == Phase::ShutDown)
+    throw ResponseError{ErrorCode::InvalidRequest, "the server has been shut down"};
+  if (message.method == "initialize") return initialize(message.params);
+  if (phase_ == Phase::Starting) {
+    throw ResponseError{ErrorCode::ServerNotInitialized, "\"initialize\" comes first"};
+  }
+  if (message.method == "shutdown") {
+    phase_ = Phase::ShutDown;
+    return {};
+  }
+  return answerRequest(context_, message.method, message.params);
+}
+
+Json Server::initialize(const Json& params) {
+  if (phase_ != Phase::Starting) throw ResponseError{ErrorCode::InvalidRequest, "\"initialize\" comes once"};
+  if (!params.is_object()) throw ResponseError{ErrorCode::InvalidParams, "\"initialize\" has parameters"};
+  context_.abilities = abilitiesOf(params);
+  context_.documents.setEncoding(context_.abilities.encoding);
+  process_.set(context_.abilities.process);
+  phase_ = Phase::Asked;
+  return serverAbilities(context_.abilities);
+}
+
+void Server::notification(const Message& message) {
+  if (message.method == "exit") {
+    exitCode_ = phase_ == Phase::ShutDown ? Answered : NoAnswer;
+    return;
+  }
+  if (message.method == "initialized" && phase_ == Phase::Asked) return initialized();
+  if (phase_ != Phase::Asked && phase_ != Phase::Running) return;
+  try {
+    takeNotification(context_, message.method, message.params);
+  } catch (const ResponseError& error) {
+    context_.client.log(Severity::Warning, message.method + ": " + error.message);
+  }
+}
+
+void Server::initialized() {
+  phase_ = Phase::Running;
+  context_.client.setInitialized();
+  if (snapshotChanged_) handle(SnapshotChanged{});
+}
+
+void Server::publishPending() {
+  if (phase_ != Phase::Running) return;
+  for (auto& [uri, document] : context_.documents.all()) {
+    if (!document.isChecked) {
+      publishDiagnostics(context_.client, uri, document, context_.abilities.versionedDiagnostics);
+    }
+  }
+}
+
+}  // namespace tools::lsp

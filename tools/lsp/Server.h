@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "frontend/Completion.h"
+#include "tools/lsp/Abilities.h"
+#include "tools/lsp/Client.h"
+#include "tools/lsp/ClientProcess.h"
+#include "tools/lsp/Documents.h"
+#include "tools/lsp/Inbox.h"
+#include "tools/lsp/SessionFile.h"
+
+namespace tools::lsp {
+
+/// What the latest completion offered: what its items are resolved from.
+struct LatestCompletion {
+  std::uint64_t number = 0;
+  /// The text before what the candidates replace.
+  std::u16string before = {};
+  frontend::Scope place = {};
+  std::vector<frontend::Candidate> candidates = {};
+};
+
+/// What every answer is made from.
+struct Context {
+  Client& client;
+  SessionFile& session;
+  Abilities abilities = {};
+  Documents documents = {};
+  LatestCompletion completion = {};
+};
+
+/// Answers what comes into the inbox, one after the other, on the thread that has activated the host.
+class Server {
+ public:
+  Server(Inbox& inbox, Client& client, SessionFile& session, ClientProcess& process)
+      : inbox_(inbox), process_(process), context_{client, session} {}
+
+  /// Until the client says `exit` or is gone. The exit code.
+  int run();
+
+ private:
+  /// Asked has been answered, but the client takes nothing else yet.
+  enum class Phase { Starting, Asked, Running, ShutDown };
+
+  void handle(const Message& message);
+  void handle(const Rejection& rejection);
+  void handle(const SnapshotChanged& change);
+  void handle(const InputEnded& end);
+
+  void request(const Message& message);
+  Json resultOf(const Message& message);
+  Json initialize(const Json& params);
+  void notification(const Message& message);
+  void initialized();
+  /// Once nothing waits, so that a burst of changes is checked once and never keeps an answer waiting.
+  void publishPending();
+
+  Inbox& inbox_;
+  ClientProcess& process_;
+  Context context_;
+  Phase phase_ = Phase::Starting;
+  bool snapshotChanged_ = false;
+  std::optional<int> exitCode_;
+};
+
+}  // namespace tools::lsp

@@ -1,0 +1,152 @@
+#include "tools/lsp/Symbols.h"
+
+#include <algorithm>
+#include <boost/algorithm/string/predicate.hpp>
+#include <tuple>
+
+#include "frontend/Completion.h"
+#include "tools/lsp/Params.h"
+#include "tools/lsp/Uri.h"
+
+namespace tools::lsp {
+
+namespace {
+
+using embedded::CodeFunction;
+using embedded::CodePlace;
+using embedded::CodeVariable;
+
+enum class SymbolKind { Class = 5, Function = 12, Variable = 13 };
+
+std::string listed(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
+  return list;
+}
+
+/// "[a, b] = name(x)"
+std::string headOf(const CodeFunction& function) {
+  const auto& outputs = function.outputs;
+  std::string head =
+      outputs.size() > 1 ? "[" + listed(outputs) + "] = " : (outputs.empty() ? "" : outputs[0] + " = ");
+  return head + function.name + "(" + listed(function.inputs) + ")";
+}
+
+/// Makes symbols of a document, as a tree or as a list.
+class DocumentSymbols {
+ public:
+  explicit DocumentSymbols(OpenDocument& document)
+      : content_(document.content), outline_(document.outline()) {}
+
+  Json tree() const {
+    Json symbols = treeOf(outline_.variables);
+    for (const CodeFunction& function : outline_.functions) {
+      Json symbol = {
+          {"name", nameOf(function)}, {"kind", SymbolKind::Function}, {"detail", headOf(function)}};
+      symbol["range"] = jsonOf(rangeOf(function.begin, function.end));
+      symbol["selectionRange"] = jsonOf(rangeOf(function.nameAt, function.name.size()));
+      symbol["children"] = treeOf(function.variables);
+      symbols.push_back(std::move(symbol));
+    }
+    return symbols;
+  }
+
+  Json list(const std::string& uri) const {
+    Json symbols = Json::array();
+    for (const CodeVariable& variable : outline_.variables) {
+      symbols.push_back(
+          entry(uri, variable.name, SymbolKind::Variable, rangeOf(variable.at, variable.name.size())));
+    }
+    for (const CodeFunction& function : outline_.functions) {
+      symbols.push_back(
+          entry(uri, nameOf(function), SymbolKind::Function, rangeOf(function.begin, function.end)));
+    }
+    return symbols;
+  }
+
+  static Json entry(const std::string& uri, const std::string& name, SymbolKind kind, const Range& range) {
+    return {{"name", name}, {"kind", kind}, {"location", {{"uri", uri}, {"range", jsonOf(range)}}}};
+  }
+
+ private:
+  /// Of a function that has no name yet; the protocol wants one.
+  static std::string nameOf(const CodeFunction& function) {
+    return function.name.empty() ? "function" : function.name;
+  }
+
+  Json treeOf(const std::vector<CodeVariable>& variables) const {
+    Json symbols = Json::array();
+    for (const CodeVariable& variable : variables) {
+      const Json range = jsonOf(rangeOf(variable.at, variable.name.size()));
+      symbols.push_back({{"name", variable.name},
+                         {"kind", SymbolKind::Variable},
+                         {"range", range},
+                         {"selectionRange", range}});
+    }
+    return symbols;
+  }
+
+  std::size_t offsetOf(CodePlace place) const { return content_.offsetInCode(place.line, place.column); }
+  Range rangeOf(CodePlace begin, CodePlace end) const {
+    return content_.rangeOf(offsetOf(begin), offsetOf(end));
+  }
+  Range rangeOf(CodePlace begin, std::size_t length) const {
+    return content_.rangeOf(offsetOf(begin), offsetOf(begin) + length);
+  }
+
+  const Document& content_;
+  const embedded::CodeOutline& outline_;
+};
+
+struct Found {
+  frontend::Match match;
+  std::u16string name;
+  SymbolKind kind;
+};
+
+/// The better of how a text fits a whole dotted name and its last part.
+frontend::Match matchOf(const std::u16string& typed, const std::u16string& name) {
+  return std::min(frontend::matchOf(typed, name),
+                  frontend::matchOf(typed, name.substr(name.rfind(u'.') + 1)));
+}
+
+/// For people who look for a name, it is enough that it has the text somewhere.
+bool fits(const std::u16string& typed, const Found& found) {
+  return found.match != frontend::Match::None ||
+         boost::algorithm::icontains(utf8Of(found.name), utf8Of(typed));
+}
+
+}  // namespace
+
+Json documentSymbols(Context& context, const Json& params) {
+  const std::string uri = textAt(params, Path("/textDocument/uri"));
+  OpenDocument* document = context.documents.find(uri);
+  if (document == nullptr || !document->isCode) return Json::array();
+  const DocumentSymbols symbols(*document);
+  return context.abilities.hierarchicalSymbols ? symbols.tree() : symbols.list(uri);
+}
+
+Json workspaceSymbols(Context& context, const Json& params) {
+  const std::u16string typed = wideTextAt(params, Path("/query"));
+  std::vector<Found> found;
+  const auto add = [&](const std::vector<frontend::SessionName>& names, SymbolKind kind) {
+    for (const frontend::SessionName& known : names) {
+      const Found each{matchOf(typed, known.name), known.name, kind};
+      if (!known.hidden && fits(typed, each)) found.push_back(each);
+    }
+  };
+  add(context.session.session().classNames(), SymbolKind::Class);
+  add(context.session.session().functionNames(), SymbolKind::Function);
+  std::sort(found.begin(), found.end(), [](const Found& left, const Found& right) {
+    return std::tie(left.match, left.name, left.kind) < std::tie(right.match, right.name, right.kind);
+  });
+  found.resize(std::min(found.size(), context.abilities.limit));
+  Json symbols = Json::array();
+  for (const Found& each : found) {
+    symbols.push_back(
+        DocumentSymbols::entry(uriOf(context.session.file()), utf8Of(each.name), each.kind, {}));
+  }
+  return symbols;
+}
+
+}  // namespace tools::lsp

@@ -13,7 +13,7 @@ REPOSITORY = {
     "embedded": ["host/", "embedded/"],
     "include/contextdata": ["include/contextdata/", "host/"],
     "contextdata": ["include/contextdata/", "host/", "contextdata/"],
-    "frontend": ["include/contextdata/", "host/Arrays.h", "frontend/"],
+    "frontend": ["include/contextdata/", "host/Arrays.h", "host/Members.h", "host/Text.h", "frontend/"],
     "tools": ["include/contextdata/", "host/", "embedded/Host.h", "frontend/", "tools/"],
     "tests": ["include/contextdata/", "host/", "embedded/", "contextdata/", "frontend/", "tools/", "tests/"],
     "examples": ["include/contextdata/", "host/", "embedded/Host.h", "examples/"],

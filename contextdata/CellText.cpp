@@ -2,10 +2,8 @@
 
 #include <iterator>
 
-#include "contextdata/ClassCodes.h"
-
 bool getStringsFromKxarray(const kxArray_tag* value, std::vector<std::u16string>& strings) {
-  if (value == nullptr || kxGetClassID(value) != CellClass) return false;
+  if (value == nullptr || kxGetClassID(value) != StorageCode::Cell) return false;
   const std::size_t count = kxGetNumberOfElements(value);
   strings.reserve(strings.size() + count);
   // Gathered apart, so that neither an early end nor an exception leaves some of them behind.

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "contextdata/ClassCodes.h"
 #include "contextdata/ResultSlot.h"
 #include "host/Interpreter.h"
 #include "host/Text.h"
@@ -46,8 +45,7 @@ Step stepIntoOpaque(const Value& object, const std::string& field) {
 
 Step stepInto(const Value& value, const std::string& field) {
   if (!kxIsScalar(value.get())) return {Step::ToNothing};
-  const int classCode = kxGetClassID(value.get());
-  if (classCode == StructureClass || classCode == StructureObjectClass) {
+  if (StorageCode::isStructure(kxGetClassID(value.get()))) {
     return Step::to(Value(kxGetField(value.get(), 0, field.c_str())));
   }
   if (KCOSIntrospection::isKCOSObject(value.get())) return stepIntoObject(value, field);

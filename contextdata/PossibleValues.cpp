@@ -13,8 +13,6 @@ namespace {
 
 using Value = boost::intrusive_ptr<kxArray_tag>;
 
-enum ClassCode { CharacterArray = 4, DoubleArray = 6, ObjectArray = 17 };
-
 void addText(const Value& value, PropertyInfo& property) {
   if (property.possibleValuesKind == PropertyInfo::NumericPossibleValues) return;
   property.possibleValuesKind = PropertyInfo::TextPossibleValues;
@@ -62,11 +60,11 @@ void addObject(const Value& value, PropertyInfo& property) {
 
 void add(const Value& value, PropertyInfo& property) {
   switch (kxGetClassID(value.get())) {
-    case CharacterArray:
+    case StorageCode::CharacterArray:
       return addText(value, property);
-    case DoubleArray:
+    case StorageCode::DoubleArray:
       return addNumber(value, property);
-    case ObjectArray:
+    case StorageCode::ObjectArray:
       return addObject(value, property);
     default:
       return;

@@ -3,7 +3,6 @@
 #include <boost/numeric/conversion/cast.hpp>
 #include <cmath>
 
-#include "contextdata/ClassCodes.h"
 #include "contextdata/Dimensions.h"
 #include "host/Classes.h"
 #include "host/Interpreter.h"
@@ -19,7 +18,7 @@ const char* sizeMethod(const kxArray_tag* value) {
 
 /// The extents that a size method answers; none when its answer says nothing. An extent that is no count throws.
 Extents extentsOf(const kxArray_tag* answer) {
-  if (answer == nullptr || kxGetClassID(answer) != DoubleClass || kxIsEmpty(answer)) return {};
+  if (answer == nullptr || kxGetClassID(answer) != StorageCode::DoubleArray || kxIsEmpty(answer)) return {};
   const std::size_t count = kxGetNumberOfElements(answer);
   const double* numbers = count == 0 ? nullptr : kxGetDoubles(answer);
   Extents extents;
@@ -34,7 +33,7 @@ Extents extentsOf(const kxArray_tag* answer) {
 
 std::vector<unsigned long> getSizeFromKxArray(const kxArray_tag* value) {
   if (value == nullptr || kxIsA(value, "tall")) return {};
-  if (kxGetClassID(value) < FirstUserClass) return ownDimensions(value);
+  if (!StorageCode::isSizedByClass(kxGetClassID(value))) return ownDimensions(value);
   const char* method = sizeMethod(value);
   Extents extents;
   try {

@@ -50,9 +50,29 @@ inline void intrusive_ptr_release(const kxArray_tag* value) noexcept {
 
 // What a value is.
 
-/// The storage class of a value, one code per value: 1 cell, 2 structure, 4 character array, 6 double array,
-/// 17 object array as conversions of possible values yield it, 18 structure-based object, 19 and above
-/// objects of user-defined classes. Other built-in classes have the other codes below 18.
+/// The storage classes of values that clients tell apart, by the codes that kxGetClassID() returns.
+namespace StorageCode {
+
+enum : int {
+  Cell = 1,
+  Structure = 2,
+  CharacterArray = 4,
+  DoubleArray = 6,
+  ObjectArray = 17,      ///< as conversions of possible values yield it
+  StructureObject = 18,  ///< an object that is stored as a structure
+  UserObject = 19,       ///< this and all codes above: objects of user-defined classes
+};
+
+/// Does a value of that code have fields?
+constexpr bool isStructure(int code) noexcept { return code == Structure || code == StructureObject; }
+
+/// Is the class of a value of that code asked for its size? Other values answer for their own.
+constexpr bool isSizedByClass(int code) noexcept { return code >= StructureObject; }
+
+}  // namespace StorageCode
+
+/// The storage class of a value, one code per value. Built-in classes that nobody asks for have codes of the host's
+/// choice below 18.
 KORVAL_HOST_API int kxGetClassID(const kxArray_tag* value);
 /// The number of the value's class in the dispatcher's class registry.
 KORVAL_HOST_API int kxGetClassNumber(const kxArray_tag* value);

@@ -19,8 +19,12 @@ struct Kfh_KORVAL_fn;
 struct FunctionMetadata {
   boost::intrusive_ptr<kxArray_tag> inputArguments;
   boost::intrusive_ptr<kxArray_tag> outputArguments;
-  /// Bit 0: the function has argument declarations; bit 1: further inputs are taken; bit 2: further outputs
-  /// are given. The other bits are 0.
+  /// What `flags` is made of; its other bits are 0.
+  enum Flag : std::uint64_t {
+    DeclaresArguments = 1,  ///< the function has argument declarations
+    TakesFurtherInputs = 2,
+    GivesFurtherOutputs = 4,
+  };
   std::uint64_t flags = 0;
 };
 

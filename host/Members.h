@@ -6,8 +6,11 @@
 // Names are narrow and null-terminated. A missing name is a null pointer: a broken class can have one, and
 // the library answers it with an exception of its own. No query here runs Korval code, and each may throw.
 
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <set>
+#include <string_view>
 
 #include "host/DataTypes.h"
 #include "host/Export.h"
@@ -55,12 +58,45 @@ class COSInterfacePtr {
   COSInterface* interface_ = nullptr;
 };
 
-/// Who may use a member. Only the named levels mean something to the library; the rest are the host's.
+/// Who may use a member. To the library itself only public, private and constant mean something. A host may have further
+/// levels.
 enum MemberAccess : std::int32_t {
   PublicAccess = 0,
-  PrivateAccess = 2,   ///< never visible from a subclass
-  ConstantAccess = 5,  ///< the set access of a constant property
+  ProtectedAccess = 1,  ///< the class and its subclasses
+  PrivateAccess = 2,    ///< never visible from a subclass
+  ImmutableAccess = 3,  ///< anybody reads it, only code of the class sets it
+  ListedAccess = 4,     ///< nobody but the classes of the extended access
+  ConstantAccess = 5,   ///< the set access of a constant property
 };
+
+/// The words by which people know the levels.
+struct AccessWord {
+  MemberAccess level;
+  std::string_view word;
+};
+
+inline constexpr std::array<AccessWord, 6> accessWords{{{PublicAccess, "public"},
+                                                        {ProtectedAccess, "protected"},
+                                                        {PrivateAccess, "private"},
+                                                        {ImmutableAccess, "immutable"},
+                                                        {ListedAccess, "listed"},
+                                                        {ConstantAccess, "constant"}}};
+
+/// The word of a level; empty for one that only the host knows.
+constexpr std::string_view accessWord(std::int32_t level) noexcept {
+  for (const AccessWord& known : accessWords) {
+    if (known.level == level) return known.word;
+  }
+  return {};
+}
+
+/// The level of a word, or none.
+constexpr std::optional<MemberAccess> accessLevel(std::string_view word) noexcept {
+  for (const AccessWord& known : accessWords) {
+    if (known.word == word) return known.level;
+  }
+  return std::nullopt;
+}
 
 /// An access level together with the classes that may use the member whatever the level says.
 struct COSExtendedAccess {

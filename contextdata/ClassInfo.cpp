@@ -2,14 +2,111 @@
 #include <contextdata/KCOSIntrospection.h>
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
 
+#include "contextdata/internal/ClassRules.h"
 #include "host/Classes.h"
 #include "host/Exceptions.h"
 #include "host/Text.h"
 
 namespace KCOSContextData {
 
+namespace {
+
 using Superclasses = std::vector<std::shared_ptr<ClassInfo>>;
+using Properties = std::vector<PropertyInfo>;
+using Methods = std::vector<MethodInfo>;
+using NameSet = std::set<std::u16string>;
+
+void appendWithAncestors(const ClassStructureInfo& structure, std::vector<std::u16string>& names) {
+  if (structure.name.empty()) return;
+  names.push_back(structure.name);
+  for (const auto& superclass : structure.superclasses) appendWithAncestors(superclass->structure, names);
+}
+
+/// The access levels with which the superclasses are asked: without the first private one. Only that one: whoever lists the
+/// level twice means the superclasses' private members too.
+void dropFirstPrivateLevel(std::vector<std::int32_t>& levels) {
+  const auto first = std::ranges::find(levels, std::int32_t{kcos::PrivateAccess});
+  if (first != levels.end()) levels.erase(first);
+}
+
+/// Appends the records of one superclass; takes over a first list as it is, for there may be many.
+template <class Record>
+void append(std::vector<Record>& all, std::vector<Record> more) {
+  if (all.empty())
+    all = std::move(more);
+  else
+    std::ranges::move(more, std::back_inserter(all));
+}
+
+/// Removes the inherited properties that an own one replaces.
+void shadow(Properties& inherited, const PropertyVisitorMutable& own) {
+  if (inherited.empty()) return;
+  std::unordered_set<std::u16string_view> names;
+  names.reserve(own.properties.size() + own.hiddenProperties.size());
+  for (const PropertyInfo& property : own.properties) names.insert(property.name);
+  for (const PropertyInfo& property : own.hiddenProperties) names.insert(property.name);
+  std::erase_if(inherited, [&](const PropertyInfo& property) { return names.contains(property.name); });
+}
+
+/// A superclass that cannot answer adds nothing.
+Properties propertiesOrNone(const ClassInfo& superclass, const PropertyInfo::GetOptions& options) {
+  try {
+    return superclass.getProperties(options);
+  } catch (const Tamsix::System::InterruptException&) {
+    throw;
+  } catch (...) {
+    return {};
+  }
+}
+
+/// Classes that derive from this one offer no methods after the dot.
+constexpr const char16_t* noDotMethodsMixin =
+    u"korval.mixin.internal.indexing.DisallowCompletionOfDotMethodNames";
+
+/// Removes the inherited methods that an own hidden one masks. An own visible one masks nothing.
+void mask(Methods& inherited, const Methods& hidden) {
+  if (inherited.empty()) return;
+  std::unordered_set<std::u16string_view> names;
+  names.reserve(hidden.size());
+  for (const MethodInfo& method : hidden) names.insert(method.name);
+  std::erase_if(inherited, [&](const MethodInfo& method) { return names.contains(method.name); });
+}
+
+NameSet converted(const std::vector<std::string>& names) {
+  static const fl::i18n::codecvt_ascii_to_ustring converter;
+  NameSet all;
+  for (const std::string& name : names) all.insert(fl::i18n::to_ustring(name, converter));
+  return all;
+}
+
+AttributeSets ownAttributes(const kcos::COSClass& cls, bool argument) {
+  AttributeSets own;
+  own.attributeList1 = converted(cls.getAttributeNames1(argument));
+  own.attributeList2 = converted(cls.getAttributeNames2(argument));
+  own.attributeList3 = converted(cls.getAttributeNames3(argument));
+  own.attributeList4 = converted(cls.getAttributeNames4(argument));
+  return own;
+}
+
+void unite(AttributeSets& all, AttributeSets more) {
+  all.attributeList1.merge(more.attributeList1);
+  all.attributeList2.merge(more.attributeList2);
+  all.attributeList3.merge(more.attributeList3);
+  all.attributeList4.merge(more.attributeList4);
+}
+
+}  // namespace
+
+std::vector<std::u16string> ClassStructureInfo::getSuperclasses() const {
+  std::vector<std::u16string> names;
+  appendWithAncestors(*this, names);
+  return names;
+}
 
 Superclasses ClassInfo::readSuperclasses(const kcos::COSInternedName& classId) {
   Superclasses superclasses;
@@ -68,6 +165,107 @@ bool ClassInfo::isA(kcos::COSInternedName identity) const {
 const std::vector<std::int32_t>& ClassInfo::getDefaultAccessibility() const {
   static const std::vector<std::int32_t> levels{kcos::PublicAccess};
   return levels;
+}
+
+void ClassInfo::collectProperties(const PropertyInfo::GetOptions& options) const {
+  propertyVisitor.clear(options);
+  kcos::COSClass* cls = kcos::COSClass::getClass(classId);
+  if (!isValid(cls) || cls->isEnumeration()) return;
+  cls->visitProperties(propertyVisitor);
+}
+
+std::vector<PropertyInfo> ClassInfo::getProperties(const PropertyInfo::GetOptions& options) const {
+  try {
+    collectProperties(options);
+  } catch (const Tamsix::System::InterruptException&) {
+    throw;
+  } catch (...) {
+    return {};
+  }
+  Properties all = getPropertiesOfSuperclasses(options);
+  shadow(all, propertyVisitor);
+  Properties& own = propertyVisitor.properties;
+  all.reserve(all.size() + own.size());
+  std::ranges::move(own, std::back_inserter(all));
+  own.clear();
+  return all;
+}
+
+std::vector<PropertyInfo> ClassInfo::getProperties(const std::vector<std::int32_t>& accessLevels,
+                                                   const ClassInfo* accessingClass) const {
+  PropertyInfo::GetOptions options;
+  options.accessLevels = accessLevels;
+  options.accessingClass = accessingClass;
+  return getProperties(options);
+}
+
+std::vector<PropertyInfo> ClassInfo::getPropertiesOfSuperclasses(
+    const PropertyInfo::GetOptions& options) const {
+  PropertyInfo::GetOptions inheritedOptions = options;
+  dropFirstPrivateLevel(inheritedOptions.accessLevels);
+  Properties all;
+  for (const auto& superclass : structure.superclasses) {
+    append(all, propertiesOrNone(*superclass, inheritedOptions));
+  }
+  return all;
+}
+
+void ClassInfo::collectMethods() const {
+  kcos::COSClass* cls = kcos::COSClass::getClass(classId);
+  if (!isValid(cls) || cls->isEnumeration()) return;
+  cls->visitMethods(methodVisitor);
+}
+
+std::vector<MethodInfo> ClassInfo::getMethods(const MethodInfo::GetOptions& options) const {
+  methodVisitor.clear(options);
+  if (classId.isNull() || !isClassToCompleteMethodsFor(classId, options.context)) return {};
+  if (options.context == MethodInfo::GetContext::AfterDot && isA(noDotMethodsMixin)) return {};
+  try {
+    collectMethods();
+  } catch (const Tamsix::System::InterruptException&) {
+    throw;
+  } catch (...) {
+    return {};
+  }
+  Methods all = getMethodsOfSuperclasses(options);
+  if (!options.includeHidden) mask(all, methodVisitor.hiddenMethods);
+  all.insert(all.end(), methodVisitor.methods.begin(), methodVisitor.methods.end());
+  return all;
+}
+
+std::vector<MethodInfo> ClassInfo::getMethods(const std::vector<std::int32_t>& access,
+                                              const MethodInfo::GetContext& context,
+                                              const ClassInfo* accessingClass) const {
+  MethodInfo::GetOptions options;
+  options.access = access;
+  options.context = context;
+  options.accessingClass = accessingClass;
+  return getMethods(options);
+}
+
+std::vector<MethodInfo> ClassInfo::getMethodsOfSuperclasses(const MethodInfo::GetOptions& options) const {
+  MethodInfo::GetOptions inheritedOptions = options;
+  dropFirstPrivateLevel(inheritedOptions.access);
+  Methods all;
+  for (const auto& superclass : structure.superclasses) {
+    append(all, superclass->getMethods(inheritedOptions));
+  }
+  return all;
+}
+
+AttributeSets ClassInfo::getAttributes(bool argument) const {
+  AttributeSets all;
+  if (structure.name.empty()) return all;
+  try {
+    const kcos::COSClass* cls = kcos::COSClass::getClass(classId);
+    if (cls != nullptr) all = ownAttributes(*cls, argument);
+    for (const auto& superclass : structure.superclasses) unite(all, superclass->getAttributes(argument));
+    return all;
+  } catch (const Tamsix::System::InterruptException&) {
+    throw;
+  } catch (...) {
+    return {};
+  }
 }
 
 }  // namespace KCOSContextData

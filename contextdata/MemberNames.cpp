@@ -2,9 +2,8 @@
 
 #include <contextdata/KCOSIntrospection.h>
 
-#include "contextdata/KCOSMethodNameVisitor.h"
-#include "contextdata/KCOSPropertyNameVisitor.h"
-#include "contextdata/MemberName.h"
+#include "contextdata/internal/NameVisitors.h"
+#include "contextdata/internal/Names.h"
 
 namespace KCOSContextData {
 

@@ -1,6 +1,7 @@
 #pragma once
 
-// Member lists that only the library itself asks for.
+// The one of the member lists that is not exported. No query asks for it: it completes the selections of methods for
+// sources of the library.
 
 #include <contextdata/KCOSContextData/MemberNames.h>
 

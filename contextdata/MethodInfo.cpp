@@ -3,7 +3,6 @@
 
 #include <set>
 
-#include "contextdata/CompletionContext.h"
 #include "host/Text.h"
 
 namespace KCOSContextData {
@@ -52,19 +51,6 @@ bool MethodInfo::isClassToCompleteMethodsForBeforeDot(kcos::COSInternedName clas
 
 bool MethodInfo::isClassToCompleteMethodsForAfterDot(kcos::COSInternedName classId) {
   return !classesWithoutDotMethods().contains(classId.text());
-}
-
-bool isClassToCompleteMethodsFor(kcos::COSInternedName classId, const MethodInfo::GetContext& context) {
-  switch (context) {
-    case MethodInfo::GetContext::Any:
-      return true;
-    case MethodInfo::GetContext::BeforeDot:
-      return MethodInfo::isClassToCompleteMethodsForBeforeDot(classId);
-    case MethodInfo::GetContext::AfterDot:
-      return MethodInfo::isClassToCompleteMethodsForAfterDot(classId);
-    default:
-      return false;
-  }
 }
 
 }  // namespace KCOSContextData

@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include "contextdata/CompletionContext.h"
-#include "contextdata/InternedName.h"
-#include "contextdata/MemberName.h"
+#include "contextdata/internal/ClassRules.h"
+#include "contextdata/internal/Names.h"
 #include "host/Classes.h"
 #include "host/Text.h"
 
@@ -52,8 +51,7 @@ void MethodVisitorMutable::visit(kcos::COSInterface* member) {
 
 void MethodVisitorMutable::visit(kcos::COSInterfacePtr member, kcos::COSMethodInfo* method) {
   const std::string name = memberName(method->getName());
-  const kcos::COSClass* definingClass = kcos::cosiClassOfMember(member.get());
-  if (definingClass == nullptr || definingClass->getID() != owner->classId) return;
+  if (!isDefinedBy(member.get(), owner->classId)) return;
   const std::string className = qualifiedName(owner->classId);
   const bool isOfLevel = std::ranges::find(access, std::int32_t{method->getMemberAccess()}) != access.end();
   if (!isOfLevel && !hasAccessingClass(method)) return;
@@ -71,10 +69,7 @@ void MethodVisitorMutable::visit(kcos::COSInterfacePtr member, kcos::COSMethodIn
 }
 
 bool MethodVisitorMutable::hasAccessingClass(kcos::COSMethodInfo* method) const {
-  if (accessingClass == nullptr) return false;
-  const kcos::COSExtendedAccess granted = method->getExtendedAccess();
-  return std::ranges::any_of(granted.classes,
-                             [this](const auto& classId) { return accessingClass->isA(classId); });
+  return accessingClass != nullptr && isGranted(method->getExtendedAccess(), *accessingClass);
 }
 
 }  // namespace KCOSContextData

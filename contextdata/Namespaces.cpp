@@ -1,8 +1,12 @@
 #include <contextdata/KCOSContextData/Namespaces.h>
 #include <contextdata/KCOSIntrospection.h>
+#include <contextdata/Workspace/Values.h>
 
-#include "contextdata/MemberName.h"
+#include "contextdata/internal/Dimensions.h"
+#include "contextdata/internal/Names.h"
+#include "contextdata/internal/ResultSlot.h"
 #include "host/Classes.h"
+#include "host/Interpreter.h"
 #include "host/Text.h"
 
 namespace KCOSContextData {
@@ -10,6 +14,7 @@ namespace KCOSContextData {
 namespace {
 
 using Names = std::vector<std::u16string>;
+using Value = boost::intrusive_ptr<kxArray_tag>;
 
 /// What an iterator yields becomes an offered element, or null when it is of another kind or kept back.
 const kcos::COSMethodInfo* offeredFunction(kcos::COSInterface* element) {
@@ -41,6 +46,16 @@ bool listMembers(const std::u16string& ns, Names& names,
   return names.size() != before;
 }
 
+Value emptyCell() {
+  const std::size_t dimensions[] = {0, 0};
+  return makeSharedPtr(kxCreateCell(2, dimensions));
+}
+
+Value nameValue(const kxArray_tag* metadata, std::size_t index) {
+  Value name = makeSharedPtr(kxGetTypeProperty(metadata, index, "Name"));
+  return name ? name : emptyCell();
+}
+
 }  // namespace
 
 bool getNamespaceFunctionNames(const std::u16string& ns, Names& names) {
@@ -53,6 +68,21 @@ bool getNamespaceClassNames(const std::u16string& ns, Names& names) {
 
 bool getNamespaceNamespaceNames(const std::u16string& ns, Names& names) {
   return listMembers(ns, names, &kcos::COSNamespace::getNamespaces, kcos::cosiToNamespace);
+}
+
+boost::intrusive_ptr<kxArray_tag> getKCOSAllNamespaces() {
+  const auto function = makeSharedPtr(kxCreateString("korval.metadata.Namespace.getAllNamespaces"));
+  kxArray_tag* arguments[] = {function.get()};
+  ResultSlot metadata;
+  inFullFevalFcn(1, metadata.address(), 1, arguments);
+  if (metadata.get() == nullptr) return emptyCell();
+  const std::vector<unsigned long> dimensions = ownDimensions(metadata.get());
+  auto names = makeSharedPtr(kxCreateCell(dimensions.size(), dimensions.data()));
+  const std::size_t count = kxGetNumberOfElements(metadata.get());
+  for (std::size_t index = 0; index < count; ++index) {
+    kxSetCell(names.get(), index, nameValue(metadata.get(), index).detach());
+  }
+  return names;
 }
 
 }  // namespace KCOSContextData

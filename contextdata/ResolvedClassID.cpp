@@ -2,7 +2,8 @@
 
 #include <utility>
 
-#include "contextdata/InternedName.h"
+#include "contextdata/internal/ClassRules.h"
+#include "contextdata/internal/Names.h"
 #include "host/Classes.h"
 #include "host/Components.h"
 #include "host/Dispatcher.h"
@@ -14,10 +15,6 @@ namespace KCOSContextData {
 namespace {
 
 using Tamsix::KorvalComponents::ComponentFeature;
-
-std::string toAscii(const std::u16string& text) {
-  return fl::i18n::to_string(text, fl::i18n::codecvt_ustring_to_ascii());
-}
 
 bool canDenoteClass(const std::string& name) { return !name.empty() && name.front() != '.'; }
 
@@ -87,7 +84,7 @@ ResolvedClassID ResolvedClassID::fromKnownResolvedClassID(const std::u16string& 
 
 ResolvedClassID ResolvedClassID::fromLegacyString(const std::string& name) {
   kcos::COSClass* cls = kcos::COSClass::getClass(internedName(name));
-  if (cls == nullptr || cls->checkClass(false) == nullptr) throw BadClassNameException(name);
+  if (!isValid(cls)) throw BadClassNameException(name);
   return ResolvedClassID(cls->getID());
 }
 
@@ -120,5 +117,16 @@ ResolvedClassID::DebuggerFocus ResolvedClassID::GetDebuggerFocus() {
   focus.name = bridge->getDebuggerFocus(focus.first, focus.second);
   return focus;
 }
+
+ResolvedClassID::BadClassNameException::BadClassNameException(std::string name)
+    : className(std::move(name)) {}
+
+ResolvedClassID::BadClassNameException::~BadClassNameException() noexcept = default;
+
+std::unique_ptr<foundation::core::except::IException> ResolvedClassID::BadClassNameException::clone() const {
+  return std::make_unique<BadClassNameException>(*this);
+}
+
+void ResolvedClassID::BadClassNameException::rethrow() const { throw BadClassNameException(*this); }
 
 }  // namespace KCOSContextData

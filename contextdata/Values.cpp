@@ -1,9 +1,39 @@
 #include <contextdata/KCOSIntrospection.h>
-#include <contextdata/StructContextData.h>
 #include <contextdata/Workspace/Values.h>
 
-#include "contextdata/MemberName.h"
-#include "host/Text.h"
+#include <boost/numeric/conversion/cast.hpp>
+#include <cmath>
+#include <iterator>
+
+#include "contextdata/internal/Dimensions.h"
+#include "contextdata/internal/Names.h"
+#include "host/Classes.h"
+#include "host/Dispatcher.h"
+#include "host/Interpreter.h"
+
+namespace {
+
+using Extents = std::vector<unsigned long>;
+
+const char* sizeMethod(const kxArray_tag* value) {
+  static const std::string customSize = "korval.mixin.internal.CustomSizeString";
+  return omIsKCOS(value) && kxIsA(value, customSize.c_str()) ? "sizeAsDouble" : "size";
+}
+
+/// The extents that a size method answers; none when its answer says nothing. An extent that is no count throws.
+Extents extentsOf(const kxArray_tag* answer) {
+  if (answer == nullptr || kxGetClassID(answer) != StorageCode::DoubleArray || kxIsEmpty(answer)) return {};
+  const std::size_t count = kxGetNumberOfElements(answer);
+  const double* numbers = count == 0 ? nullptr : kxGetDoubles(answer);
+  Extents extents;
+  for (std::size_t index = 0; index < count; ++index) {
+    if (std::isnan(numbers[index])) return {};
+    extents.push_back(boost::numeric_cast<unsigned long>(numbers[index]));
+  }
+  return extents;
+}
+
+}  // namespace
 
 boost::intrusive_ptr<kxArray_tag> makeSharedPtr(kxArray_tag* value) { return {value, false}; }
 
@@ -26,14 +56,52 @@ void getOpaqueObjectMethods(const kxArray_tag* value, std::vector<std::u16string
   KCOSIntrospection::callFunctionOnObject(value, "methods", names);
 }
 
-namespace StructContextData {
-
-void getStructFieldNames(const kxArray_tag* value, std::vector<std::u16string>& names) {
-  const int count = value->get_number_of_struct_fields();
-  if (count <= 0) return;
-  const fl::i18n::codecvt_ascii_to_ustring converter;
-  const char* const* fields = value->get_struct_field_names();
-  for (int index = 0; index < count; ++index) names.push_back(asciiMemberName(fields[index], converter));
+bool getStringsFromKxarray(const kxArray_tag* value, std::vector<std::u16string>& strings) {
+  if (value == nullptr || kxGetClassID(value) != StorageCode::Cell) return false;
+  const std::size_t count = kxGetNumberOfElements(value);
+  strings.reserve(strings.size() + count);
+  // Gathered apart, so that neither an early end nor an exception leaves some of them behind.
+  std::vector<std::u16string> texts;
+  texts.reserve(count);
+  for (std::size_t index = 0; index < count; ++index) {
+    const kxArray_tag* element = kxGetCell(value, index);
+    if (element == nullptr || !Tamsix::String::isNonMissingScalarText(element)) return false;
+    texts.push_back(Tamsix::String::getScalarText(element));
+  }
+  strings.insert(strings.end(), std::move_iterator(texts.begin()), std::move_iterator(texts.end()));
+  return true;
 }
 
-}  // namespace StructContextData
+std::vector<unsigned long> getSizeFromKxArray(const kxArray_tag* value) {
+  if (value == nullptr || kxIsA(value, "tall")) return {};
+  if (!StorageCode::isSizedByClass(kxGetClassID(value))) return ownDimensions(value);
+  const char* method = sizeMethod(value);
+  Extents extents;
+  try {
+    extents = extentsOf(makeSharedPtr(inCallMethodSingleInputSingleOutput(value, method, 1)).get());
+  } catch (...) {
+    return {};
+  }
+  return extents.empty() ? ownDimensions(value) : extents;
+}
+
+unsigned int GetClassPrecedence(const std::u16string& classA, const std::u16string& classB) {
+  const std::string nameA = toAscii(classA);
+  const std::string nameB = toAscii(classB);
+  const KobjectSystem& objectSystem = *kdGetObjectSystem();
+  const KclassIdentifier* a = objectSystem.getClassIdentifier(nameA);
+  const KclassIdentifier* b = objectSystem.getClassIdentifier(nameB);
+  if (objectSystem.precedes(a, b)) return 0xFFFFFFFFU;
+  return objectSystem.precedes(b, a) ? 1U : 0U;
+}
+
+bool IsJavaFunction(const std::u16string& name) {
+  const std::string text = toAscii(name);
+  const std::size_t dot = text.rfind('.');
+  if (dot == std::string::npos || dot == 0) return false;
+  const boost::intrusive_ptr<kxArray_tag> cls = makeSharedPtr(kxCreateClassArray(text.substr(0, dot)));
+  if (!cls) return false;
+  const boost::intrusive_ptr<kxArray_tag> member =
+      makeSharedPtr(kxFindTypeMember(cls.get(), text.substr(dot + 1)));
+  return member && kxIsA(member.get(), "java");
+}

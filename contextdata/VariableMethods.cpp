@@ -3,7 +3,7 @@
 #include <contextdata/Workspace/Values.h>
 #include <contextdata/Workspace/VariableMethods.h>
 
-#include "contextdata/KCOSMethodNameVisitor.h"
+#include "contextdata/internal/NameVisitors.h"
 
 std::vector<std::u16string> getMethodsForWSVariable(const std::u16string& name,
                                                     const boost::intrusive_ptr<const kxArray_tag>& value) {

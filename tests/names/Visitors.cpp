@@ -4,8 +4,7 @@
 #include <cstring>
 #include <type_traits>
 
-#include "contextdata/KCOSMethodNameVisitor.h"
-#include "contextdata/KCOSPropertyNameVisitor.h"
+#include "contextdata/internal/NameVisitors.h"
 #include "tests/support/Table.h"
 #include "tests/support/Text.h"
 #include "tests/support/World.h"

@@ -1,5 +1,7 @@
 #pragma once
 
+// Visitors that list names of members only, without building records.
+
 #include <cstdint>
 #include <set>
 #include <string>
@@ -30,3 +32,24 @@ class KCOSMethodNameVisitor : public kcos::COSVisitor<kcos::COSInterface*> {
 /// Appends the names of a class's methods; nothing for null and for a class that fails its check. What the walk throws
 /// passes.
 void appendMethodNames(kcos::COSClass* cls, std::vector<std::u16string>& names, std::uint32_t selection);
+
+/// Lists the names of the public, visible properties that a walk meets.
+class KCOSPropertyNameVisitor : public kcos::COSVisitor<kcos::COSInterface*> {
+ public:
+  enum Selection : std::uint32_t { Constant = 0, NonConstant = 1, All = 2 };
+
+  /// Appends to `names`, and the data type of each listed property to `dataTypes` unless that is null. An unknown
+  /// selection lists nothing.
+  KCOSPropertyNameVisitor(std::vector<std::u16string>* names, std::vector<kcos::COSDataTypePtr>* dataTypes,
+                          std::uint32_t selection);
+
+  void visit(kcos::COSInterface* member) override;
+
+ private:
+  bool isSelected(const kcos::COSPropInfo& property) const;
+
+  std::vector<std::u16string>* names_;
+  std::vector<kcos::COSDataTypePtr>* dataTypes_;
+  fl::i18n::codecvt_ascii_to_ustring converter_;
+  std::uint32_t selection_;
+};

@@ -1,10 +1,20 @@
+#include <contextdata/KCOSContextData/CompletionTables.h>
 #include <contextdata/KCOSIntrospection.h>
+#include <contextdata/Workspace/Values.h>
 
-#include "contextdata/InternedName.h"
+#include <algorithm>
+
+#include "contextdata/internal/ClassRules.h"
+#include "contextdata/internal/NameVisitors.h"
+#include "contextdata/internal/Names.h"
+#include "contextdata/internal/ResultSlot.h"
 #include "host/Arrays.h"
+#include "host/Dispatcher.h"
 #include "host/Exceptions.h"
+#include "host/Interpreter.h"
 #include "host/Text.h"
 
+using KCOSContextData::isValid;
 using KCOSContextData::ResolvedClassID;
 
 namespace KCOSIntrospection {
@@ -19,8 +29,6 @@ kcos::COSClass* lookUp(const std::string& name) {
     return nullptr;
   }
 }
-
-bool isValid(kcos::COSClass* cls) { return cls != nullptr && cls->checkClass(false) != nullptr; }
 
 /// The check stands outside the look-up's handler: what it throws is the caller's.
 kcos::COSClass* lookUpValid(const std::string& name) {
@@ -58,8 +66,7 @@ std::u16string getConstructorName(const std::u16string& className) {
 }
 
 kcos::COSInterface* getNamespaceInterface(const std::u16string& namespaceName) {
-  const std::string name = fl::i18n::to_string(namespaceName, fl::i18n::codecvt_ustring_to_ascii());
-  return kcos::COSNamespace::getNamespaceInterface(internedName(name)).get();
+  return kcos::COSNamespace::getNamespaceInterface(internedName(toAscii(namespaceName))).get();
 }
 
 // getCOSClass(object) has checked the class already; the second check is part of the question.
@@ -111,6 +118,36 @@ bool isKCOSClassDerivedFrom(const ResolvedClassID& derived, const ResolvedClassI
 bool isKCOSClassDerivedFrom(const std::u16string& derived, const std::u16string& base) {
   const kcos::COSClass* cls = getCOSClass(derived);
   return cls != nullptr && cls->isDerivedFrom(internedName(fl::i18n::to_string(base)));
+}
+
+bool callFunctionOnObject(const kxArray_tag* object, const std::string& functionName,
+                          std::vector<std::u16string>& names) {
+  ResultSlot result;
+  // The interpreter's arguments are not constant, although it does not change them.
+  kxArray_tag* argument = const_cast<kxArray_tag*>(object);
+  try {
+    inCallFcn(1, result.address(), 1, &argument, functionName.c_str());
+  } catch (...) {
+    return false;
+  }
+  return getStringsFromKxarray(result.get(), names);
+}
+
+void getObjectPropertyNames(const kxArray_tag* object, std::vector<std::u16string>& names) {
+  if (callFunctionOnObject(object, "properties", names)) return;
+  const kcos::COSClass* cls = getCOSClass(object);
+  if (cls == nullptr) return;
+  KCOSPropertyNameVisitor visitor(&names, nullptr, KCOSPropertyNameVisitor::All);
+  cls->visitProperties(visitor);
+}
+
+bool isNoDotMethodClass(const kxArray_tag* value) {
+  const int classNumber = kxGetClassNumber(value);
+  const KclassRegistry& registry = *Kdispatcher::getDispatcher()->getClassRegistry();
+  const std::set<std::u16string> names = KCOSContextData::getNoDotMethodClassesExcludeSet();
+  return std::ranges::any_of(names, [&](const std::u16string& name) {
+    return registry.isA(classNumber, registry.getClassNumber(toAscii(name)));
+  });
 }
 
 }  // namespace KCOSIntrospection

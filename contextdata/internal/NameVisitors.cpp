@@ -1,8 +1,9 @@
-#include "contextdata/KCOSMethodNameVisitor.h"
+#include "contextdata/internal/NameVisitors.h"
 
 #include <utility>
 
-#include "contextdata/MemberName.h"
+#include "contextdata/internal/ClassRules.h"
+#include "contextdata/internal/Names.h"
 
 namespace {
 
@@ -10,6 +11,11 @@ namespace {
 constexpr std::size_t usualNameCount = 32;
 
 std::string lastPart(const std::string& dottedName) { return dottedName.substr(dottedName.rfind('.') + 1); }
+
+bool isAccessible(const kcos::COSPropInfo& property) {
+  return property.getMemberGetAccess() == kcos::PublicAccess ||
+         property.getMemberSetAccess() == kcos::PublicAccess;
+}
 
 }  // namespace
 
@@ -30,8 +36,31 @@ void KCOSMethodNameVisitor::visit(kcos::COSInterface* member) {
 }
 
 void appendMethodNames(kcos::COSClass* cls, std::vector<std::u16string>& names, std::uint32_t selection) {
-  if (cls == nullptr || cls->checkClass(false) == nullptr) return;
+  if (!KCOSContextData::isValid(cls)) return;
   if (names.capacity() < usualNameCount) names.reserve(usualNameCount);
   KCOSMethodNameVisitor visitor(&names, selection);
   cls->visitMethods(visitor);
+}
+
+KCOSPropertyNameVisitor::KCOSPropertyNameVisitor(std::vector<std::u16string>* names,
+                                                 std::vector<kcos::COSDataTypePtr>* dataTypes,
+                                                 std::uint32_t selection)
+    : names_(names), dataTypes_(dataTypes), selection_(selection) {}
+
+void KCOSPropertyNameVisitor::visit(kcos::COSInterface* member) {
+  const kcos::COSPropInfo& property = *kcos::cosiToProp(member);
+  if (!isSelected(property) || !isAccessible(property) || !property.isVisible()) return;
+  names_->push_back(asciiMemberName(property.getName(), converter_));
+  if (dataTypes_ != nullptr) dataTypes_->push_back(property.getDataType());
+}
+
+bool KCOSPropertyNameVisitor::isSelected(const kcos::COSPropInfo& property) const {
+  switch (selection_) {
+    case Constant:
+      return property.getMemberSetAccess() == kcos::ConstantAccess;
+    case NonConstant:
+      return property.getMemberSetAccess() != kcos::ConstantAccess;
+    default:
+      return selection_ == All;
+  }
 }

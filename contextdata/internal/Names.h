@@ -1,9 +1,22 @@
 #pragma once
 
+// Names as they come from the class system, and as it takes them.
+
 #include <stdexcept>
 #include <string>
 
+#include "host/Names.h"
 #include "host/Text.h"
+
+/// Narrow text by the ASCII conversion.
+inline std::string toAscii(const std::u16string& text) {
+  return fl::i18n::to_string(text, fl::i18n::codecvt_ustring_to_ascii());
+}
+
+/// The interned form of a name; the null name for an empty one, which the class system does not intern.
+inline kcos::COSInternedName internedName(const std::string& name) {
+  return name.empty() ? kcos::COSInternedName() : kcos::internal::makeInterned(name);
+}
 
 /// The text of a name that the class system hands out; a missing one is an error. Raised here, because what happens when
 /// a string is made from a null pointer is not to be left to whoever wrote the string.
@@ -12,7 +25,7 @@ inline std::string memberName(const char* name) {
   return std::string(name);
 }
 
-/// The same in UTF-16, by the ASCII conversion, which an empty name does not need.
+/// The same in UTF-16, by the ASCII conversion, which an empty name does not need: the host is not asked then.
 inline std::u16string asciiMemberName(const char* name, const fl::i18n::codecvt_ascii_to_ustring& converter) {
   const std::string text = memberName(name);
   return text.empty() ? std::u16string() : fl::i18n::to_ustring(text, converter);

@@ -1,0 +1,36 @@
+#include "contextdata/internal/ClassRules.h"
+
+#include <contextdata/KCOSContextData/ClassInfo.h>
+
+#include <algorithm>
+
+#include "host/Classes.h"
+
+namespace KCOSContextData {
+
+bool isValid(kcos::COSClass* cls) { return cls != nullptr && cls->checkClass(false) != nullptr; }
+
+bool isClassToCompleteMethodsFor(kcos::COSInternedName classId, const MethodInfo::GetContext& context) {
+  switch (context) {
+    case MethodInfo::GetContext::Any:
+      return true;
+    case MethodInfo::GetContext::BeforeDot:
+      return MethodInfo::isClassToCompleteMethodsForBeforeDot(classId);
+    case MethodInfo::GetContext::AfterDot:
+      return MethodInfo::isClassToCompleteMethodsForAfterDot(classId);
+    default:
+      return false;
+  }
+}
+
+bool isDefinedBy(kcos::COSInterface* member, const kcos::COSInternedName& classId) {
+  const kcos::COSClass* definingClass = kcos::cosiClassOfMember(member);
+  return definingClass != nullptr && definingClass->getID() == classId;
+}
+
+bool isGranted(const kcos::COSExtendedAccess& access, const ClassInfo& accessingClass) {
+  return std::ranges::any_of(access.classes,
+                             [&](const auto& classId) { return accessingClass.isA(classId); });
+}
+
+}  // namespace KCOSContextData

@@ -11,6 +11,7 @@ FunctionMetadata getArgumentBlockMetadata(const std::u16string& functionReferenc
   const std::string name = functionName.empty()
                                ? std::string()
                                : fl::i18n::to_string(functionName, fl::i18n::codecvt_ustring_to_string());
+  // Without components the reference plays no part: the host looks the function up by its name.
   if (!Tamsix::KorvalComponents::ComponentFeature::IsOn()) return omGetFunctionMetadata(name, nullptr);
   return omGetFunctionMetadata(name, Kdispatcher::getDispatcher()->findFunction(functionReference));
 }

@@ -27,8 +27,8 @@ void appendWithAncestors(const ClassStructureInfo& structure, std::vector<std::u
   for (const auto& superclass : structure.superclasses) appendWithAncestors(superclass->structure, names);
 }
 
-/// The access levels with which the superclasses are asked: without the first private one. Only that one: whoever lists the
-/// level twice means the superclasses' private members too.
+/// The access levels with which the superclasses are asked: without the first private one. Only that one:
+/// whoever lists the level twice means the superclasses' private members too.
 void dropFirstPrivateLevel(std::vector<std::int32_t>& levels) {
   const auto first = std::ranges::find(levels, std::int32_t{kcos::PrivateAccess});
   if (first != levels.end()) levels.erase(first);
@@ -116,6 +116,7 @@ Superclasses ClassInfo::readSuperclasses(const kcos::COSInternedName& classId) {
   while (names.hasMoreElements()) {
     const kcos::COSClass* superclass = kcos::COSClass::getClass(names.nextElement());
     if (superclass == nullptr) continue;
+    // By its own identity: the class may be listed under a name that only stands for it.
     superclasses.push_back(std::make_shared<ClassInfo>(ResolvedClassID(superclass->getID())));
   }
   return superclasses;
@@ -187,7 +188,7 @@ std::vector<PropertyInfo> ClassInfo::getProperties(const PropertyInfo::GetOption
   Properties& own = propertyVisitor.properties;
   all.reserve(all.size() + own.size());
   std::ranges::move(own, std::back_inserter(all));
-  own.clear();
+  own.clear();  // moved from: no half-empty records are left where a visitor's lists can be seen
   return all;
 }
 
@@ -227,6 +228,7 @@ std::vector<MethodInfo> ClassInfo::getMethods(const MethodInfo::GetOptions& opti
   } catch (...) {
     return {};
   }
+  // Unlike the properties, the methods stay in the visitor, whose lists can be seen after a query.
   Methods all = getMethodsOfSuperclasses(options);
   if (!options.includeHidden) mask(all, methodVisitor.hiddenMethods);
   all.insert(all.end(), methodVisitor.methods.begin(), methodVisitor.methods.end());
@@ -248,6 +250,7 @@ std::vector<MethodInfo> ClassInfo::getMethodsOfSuperclasses(const MethodInfo::Ge
   dropFirstPrivateLevel(inheritedOptions.access);
   Methods all;
   for (const auto& superclass : structure.superclasses) {
+    // No handler as for properties: what the query of a specialised superclass throws propagates.
     append(all, superclass->getMethods(inheritedOptions));
   }
   return all;

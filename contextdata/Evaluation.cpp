@@ -46,6 +46,8 @@ class SilentErrorMode {
   SilentErrorMode() : saved_(matrix::getErrorMode()) { matrix::setErrorMode(matrix::ErrorMode::Silent); }
   ~SilentErrorMode() {
     try {
+      // Nobody needs the mode here, but a host that watches sees it read before it is set, as at the
+      // beginning.
       matrix::getErrorMode();
       matrix::setErrorMode(saved_);
     } catch (...) {
@@ -62,7 +64,8 @@ class SilentErrorMode {
 
 bool EvalcExpSuccessful(const std::u16string& expression, int nlhs, kxArray_tag** plhs, bool flag) {
   if (!inValidInterpreterAvailable()) return false;
-  // One sink for both streams, whose text nobody reads.
+  // One sink for both streams, whose text nobody reads. The mode comes last and so is restored first: what a
+  // host prints about that is thrown away too.
   const auto sink = boost::make_shared<services::io::KLStringSink>();
   const PushedSink output(KLStream::KLOut(), sink);
   const PushedSink errors(KLStream::KLErr(), sink);
@@ -105,6 +108,8 @@ Step stepIntoOpaque(const Value& object, const std::string& field) {
 
 Step stepInto(const Value& value, const std::string& field) {
   if (!kxIsScalar(value.get())) return {Step::ToNothing};
+  // Structures come first: an object that is stored as one is walked by its fields, whatever its class
+  // offers.
   if (StorageCode::isStructure(kxGetClassID(value.get()))) {
     return Step::to(Value(kxGetField(value.get(), 0, field.c_str())));
   }

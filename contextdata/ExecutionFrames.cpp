@@ -2,6 +2,8 @@
 
 IExecutionFrame::~IExecutionFrame() = default;
 
+// Pushed while the frame is still being made: a host keeps the pointer and calls nothing of it before that is
+// done.
 AutoPushingExecutionFrame::AutoPushingExecutionFrame() : guard_(Tamsix::orvo::pushFrame(this)) {}
 
 AutoPushingExecutionFrame::~AutoPushingExecutionFrame() = default;

@@ -21,7 +21,8 @@ namespace KCOSIntrospection {
 
 namespace {
 
-/// The class of a name as it stands, valid or not. Whatever goes wrong here, an interrupt too, means that there is none.
+/// The class of a name as it stands, valid or not. Whatever goes wrong here, an interrupt too, means that
+/// there is none.
 kcos::COSClass* lookUp(const std::string& name) {
   try {
     return kcos::COSClass::getClass(internedName(name));
@@ -80,6 +81,7 @@ bool hasMethod(const ResolvedClassID& id, const std::string& methodName, bool& i
   if (!isValid(cls)) return false;
   const kcos::COSInternedName method = internedName(methodName);
   if (!cls->findMethods(method).hasMoreElements()) return false;
+  // A second walk, because a pass that has been asked for its elements is no fresh one.
   isStatic = kcos::cosiToMethod(cls->findMethods(method).nextElement().get())->isStatic();
   return true;
 }
@@ -130,6 +132,7 @@ bool callFunctionOnObject(const kxArray_tag* object, const std::string& function
   } catch (...) {
     return false;
   }
+  // Outside the handler: a result that cannot be read is the caller's affair, unlike a call that fails.
   return getStringsFromKxarray(result.get(), names);
 }
 

@@ -30,8 +30,8 @@ bool listMethods(const ResolvedClassID& id, Names& names, std::uint32_t selectio
   return names.size() != before;
 }
 
-/// Asks by name. Whatever is thrown on the way, an interrupt too, makes the answer false, although names may have been
-/// appended before it.
+/// Asks by name. Whatever is thrown on the way, an interrupt too, makes the answer false, although names may
+/// have been appended before it.
 bool askByName(Query query, const std::u16string& className, Names& names, bool& classFlag) {
   try {
     return query(ResolvedClassID::fromLegacyString(className), names, classFlag);

@@ -1,7 +1,7 @@
 #pragma once
 
-// The one of the member lists that is not exported. No query asks for it: it completes the selections of methods for
-// sources of the library.
+// The one of the member lists that is not exported. No query asks for it: it completes the selections of
+// methods for sources of the library.
 
 #include <contextdata/KCOSContextData/MemberNames.h>
 

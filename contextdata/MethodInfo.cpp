@@ -11,8 +11,8 @@ namespace {
 
 using ClassNames = std::set<std::string>;
 
-/// Built-in types, whose methods nobody completes. "unit16" and "in32" are meant as they are written: the classes that
-/// they resemble take part.
+/// Built-in types, whose methods nobody completes. "unit16" and "in32" are meant as they are written: the
+/// classes that they resemble take part.
 const ClassNames& builtinTypes() {
   static const ClassNames names{"double",          "single", "int8",   "uint8",   "int16", "unit16", "in32",
                                 "uint32",          "int64",  "uint64", "logical", "char",  "struct", "cell",

@@ -50,14 +50,15 @@ void MethodVisitorMutable::visit(kcos::COSInterface* member) {
 }
 
 void MethodVisitorMutable::visit(kcos::COSInterfacePtr member, kcos::COSMethodInfo* method) {
+  // The name is read first: a missing one is an error also of a method that another class defines.
   const std::string name = memberName(method->getName());
   if (!isDefinedBy(member.get(), owner->classId)) return;
   const std::string className = qualifiedName(owner->classId);
   const bool isOfLevel = std::ranges::find(access, std::int32_t{method->getMemberAccess()}) != access.end();
   if (!isOfLevel && !hasAccessingClass(method)) return;
 
-  // A hidden method masks inherited ones wherever it stands and whatever it is called, so it is filed before the
-  // position and the name are looked at.
+  // A hidden method masks inherited ones wherever it stands and whatever it is called, so it is filed before
+  // the position and the name are looked at.
   const bool isHidden = !includeHidden && !method->isVisible();
   if (!isHidden) {
     if (!isClassToCompleteMethodsFor(internedName(className), context)) return;

@@ -74,6 +74,8 @@ boost::intrusive_ptr<kxArray_tag> getKCOSAllNamespaces() {
   const auto function = makeSharedPtr(kxCreateString("korval.metadata.Namespace.getAllNamespaces"));
   kxArray_tag* arguments[] = {function.get()};
   ResultSlot metadata;
+  // Called as it is, not silently as an evaluation: what the function prints is seen, and what it throws
+  // propagates.
   inFullFevalFcn(1, metadata.address(), 1, arguments);
   if (metadata.get() == nullptr) return emptyCell();
   const std::vector<unsigned long> dimensions = ownDimensions(metadata.get());

@@ -29,10 +29,12 @@ bool getPackageStrings(const std::u16string& package, std::vector<std::u16string
   kxArray_tag* arguments[] = {packageName.get()};
   ResultSlot found;
   const int status = inCallFcnWithTrap(1, found.address(), 1, arguments, "findpackage", true);
+  // A package that cannot be found is no reason to stop: its folders are listed all the same.
   if (status == 0 && found.get() != nullptr && kxIsScalar(found.get())) {
     appendListed(found.get(), "Classes", names);
     appendListed(found.get(), "Functions", names);
   }
+  // Any word but the two others selects compiled files.
   for (const char* kind : {".k", ".kex", "classes"}) getWhatList(u"@" + package, names, kind);
   return names.size() != before;
 }

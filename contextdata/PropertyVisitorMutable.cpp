@@ -38,6 +38,7 @@ void addText(const Value& value, PropertyInfo& property) {
 
 /// A number without its fraction; none when 32 bits do not hold that.
 std::optional<std::int32_t> truncated(double number) {
+  // Without its fraction a number just beyond either limit fits; NaN fails both comparisons.
   if (!(number > -2147483649.0 && number < 2147483648.0)) return std::nullopt;
   return static_cast<std::int32_t>(number);
 }
@@ -86,8 +87,8 @@ void add(const Value& value, PropertyInfo& property) {
   }
 }
 
-/// Fills the possible values and their kind, when the data type allows finitely many. What the host throws propagates,
-/// except from the text conversion of an object.
+/// Fills the possible values and their kind, when the data type allows finitely many. What the host throws
+/// propagates, except from the text conversion of an object.
 void collectPossibleValues(const kcos::COSDataTypePtr& dataType, PropertyInfo& property) {
   if (!dataType->isPossibleValuesFinite()) return;
   const kcos::COSInternedName any = kcos::internal::makeInterned("any");
@@ -102,7 +103,7 @@ std::u16string sizeText(const kcos::COSValidationDimension& dimension) {
   return fl::i18n::to_ustring(std::to_string(std::get<std::uint64_t>(dimension)));
 }
 
-/// Fills size and validation functions; answers the class that the validation names.
+/// Fills size and validation functions; returns the class that the validation names.
 std::string collectValidation(const kcos::COSValidationType& validation, PropertyInfo& property) {
   std::string className = validation.getClassName();
   auto dimensions = validation.getDimensions();
@@ -114,7 +115,7 @@ std::string collectValidation(const kcos::COSValidationType& validation, Propert
   return className;
 }
 
-/// Fills everything that follows from the data type; answers the type's name.
+/// Fills everything that follows from the data type; returns the type's name.
 std::string collectType(const kcos::COSDataTypePtr& dataType, PropertyInfo& property) {
   std::string type;
   if (const kcos::COSValidationType* validation = kcos::COSValidationType::get(dataType)) {
@@ -183,6 +184,7 @@ void PropertyVisitorMutable::visit(kcos::COSInterface* member) {
 }
 
 void PropertyVisitorMutable::visit(kcos::COSInterfacePtr member, kcos::COSPropInfo* property) {
+  // The name is read first: a missing one is an error also of a property that another class defines.
   const std::string name = memberName(property->getName());
   if (!isDefinedBy(member.get(), owner->classId)) return;
   const Levels levels = levelsOf(*property, accessorKinds);

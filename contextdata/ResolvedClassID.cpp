@@ -25,6 +25,8 @@ const Kfh_KORVAL_fn* firstEligibleScope(const Kdispatcher& dispatcher) {
   return nullptr;
 }
 
+/// The function of that name, or the best guess at who is asking. Each place is asked only when those before
+/// it name no function: hosts see the order.
 const Kfh_KORVAL_fn* findScope(const std::u16string& context) {
   const Kdispatcher& dispatcher = *Kdispatcher::getDispatcher();
   if (const Kfh_KORVAL_fn* function = dispatcher.findFunction(context)) return function;
@@ -57,7 +59,8 @@ ResolvedClassID::ResolvedClassID(const std::u16string& context, const std::u16st
   }
 }
 
-// The switch is asked outside the handler: here its failures are the caller's, unlike in the constructor above.
+// The switch is asked outside the handler: here its failures are the caller's, unlike in the constructor
+// above.
 ResolvedClassID::ResolvedClassID(const Kfh_KORVAL_fn* scope, const std::u16string& className) {
   const std::string name = fl::i18n::to_string(className);
   if (!canDenoteClass(name)) return;

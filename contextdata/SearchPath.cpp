@@ -45,8 +45,10 @@ class FolderLister : public KpathItemVisitor {
   Entries& entries_;
 };
 
-/// What the folders of that name on the search path hold. One that cannot be visited means that nothing is known of any.
+/// What the folders of that name on the search path hold. One that cannot be visited means that nothing is
+/// known of any.
 Entries entriesOnPath(const std::u16string& folder) {
+  // Outside the handler: a path that cannot be had is an error, not an empty folder.
   const boost::shared_ptr<const KsearchPath> path = Kdispatcher::getDispatcher()->GetCurrentPath();
   Entries entries;
   try {

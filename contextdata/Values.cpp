@@ -20,7 +20,8 @@ const char* sizeMethod(const kxArray_tag* value) {
   return omIsKCOS(value) && kxIsA(value, customSize.c_str()) ? "sizeAsDouble" : "size";
 }
 
-/// The extents that a size method answers; none when its answer says nothing. An extent that is no count throws.
+/// The extents that a size method returns; none when its answer says nothing. An extent that is no count
+/// throws.
 Extents extentsOf(const kxArray_tag* answer) {
   if (answer == nullptr || kxGetClassID(answer) != StorageCode::DoubleArray || kxIsEmpty(answer)) return {};
   const std::size_t count = kxGetNumberOfElements(answer);
@@ -48,6 +49,7 @@ boost::intrusive_ptr<kxArray_tag> getSharedProperty(const kxArray_tag* object, c
 
 bool isObjectOrIsOpaque(const kxArray_tag* value) { return kxIsObject(value) || kxIsOpaque(value); }
 
+// A failed call and an object without names are the same to these two: nothing is appended.
 void getOpaqueObjectProperties(const kxArray_tag* value, std::vector<std::u16string>& names) {
   KCOSIntrospection::callFunctionOnObject(value, "fieldnames", names);
 }
@@ -59,8 +61,9 @@ void getOpaqueObjectMethods(const kxArray_tag* value, std::vector<std::u16string
 bool getStringsFromKxarray(const kxArray_tag* value, std::vector<std::u16string>& strings) {
   if (value == nullptr || kxGetClassID(value) != StorageCode::Cell) return false;
   const std::size_t count = kxGetNumberOfElements(value);
+  // Room is made before anything is read, so that appending cannot fail once all texts are there.
   strings.reserve(strings.size() + count);
-  // Gathered apart, so that neither an early end nor an exception leaves some of them behind.
+  // Gathered apart, so that neither an early end nor an exception leaves some in the list.
   std::vector<std::u16string> texts;
   texts.reserve(count);
   for (std::size_t index = 0; index < count; ++index) {
@@ -82,6 +85,7 @@ std::vector<unsigned long> getSizeFromKxArray(const kxArray_tag* value) {
   } catch (...) {
     return {};
   }
+  // Outside the handler: what the value's own dimensions throw is the caller's, as it is for other values.
   return extents.empty() ? ownDimensions(value) : extents;
 }
 

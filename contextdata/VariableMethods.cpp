@@ -16,6 +16,7 @@ std::vector<std::u16string> getMethodsForWSVariable(const std::u16string& name,
   const std::set<std::u16string> operators = KCOSContextData::getKCOSMethodsExcludeSet();
   std::erase_if(methods,
                 [&](const std::u16string& method) { return method == name || operators.contains(method); });
+  // Such a name cannot be typed after an object and a dot: it would be read as two.
   std::erase_if(methods,
                 [](const std::u16string& method) { return method.find(u'.') != std::u16string::npos; });
   return methods;

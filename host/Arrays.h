@@ -38,7 +38,7 @@ using kxArray = kxArray_tag;
 // References. They need no active host, never throw, and no interrupt stops them.
 
 KORVAL_HOST_API void kxAddReference(const kxArray_tag* value) noexcept;
-/// Drops one reference; answers whether it was the last, in which case the caller destroys the value.
+/// Drops one reference; returns whether it was the last, in which case the caller destroys the value.
 KORVAL_HOST_API bool kxDropReference(const kxArray_tag* value) noexcept;
 /// Destroys a value without references. Runs no Korval code.
 KORVAL_HOST_API void kxDestroyArray(const kxArray_tag* value) noexcept;
@@ -71,8 +71,8 @@ constexpr bool isSizedByClass(int code) noexcept { return code >= StructureObjec
 
 }  // namespace StorageCode
 
-/// The storage class of a value, one code per value. Built-in classes that nobody asks for have codes of the host's
-/// choice below 18.
+/// The storage class of a value, one code per value. Built-in classes that nobody asks for have codes of the
+/// host's choice below 18.
 KORVAL_HOST_API int kxGetClassID(const kxArray_tag* value);
 /// The number of the value's class in the dispatcher's class registry.
 KORVAL_HOST_API int kxGetClassNumber(const kxArray_tag* value);
@@ -91,7 +91,7 @@ KORVAL_HOST_API bool kxIsLogicalScalarTrue(const kxArray_tag* value);
 /// Opaque values may hold their dimensions lazily; then they are to be completed before they are read.
 KORVAL_HOST_API bool kxHasLazyDimensions(const kxArray_tag* value);
 KORVAL_HOST_API void kxCompleteDimensions(const kxArray_tag* value);
-/// Does the value hold just two dimensions, in the compact form? Then the next two answer them, and
+/// Does the value hold just two dimensions, in the compact form? Then the next two return them, and
 /// kxGetDimensions() is not to be asked.
 KORVAL_HOST_API bool kxHasCompactDimensions(const kxArray_tag* value);
 KORVAL_HOST_API std::size_t kxGetRowCount(const kxArray_tag* value);
@@ -113,11 +113,11 @@ KORVAL_HOST_API kxArray_tag* kxGetCell(const kxArray_tag* cell, std::size_t inde
 /// A field of one element of a structure, borrowed from the structure; null when there is no such field.
 KORVAL_HOST_API kxArray_tag* kxGetField(const kxArray_tag* structure, std::size_t index, const char* name);
 /// A property of one element of an object, with one reference for the caller, perhaps null. May run Korval
-/// code (a get method), and lets its errors out.
+/// code (a get method), and its errors propagate.
 KORVAL_HOST_API kxArray_tag* kxGetPropertyShared(const kxArray_tag* object, std::size_t index,
                                                  const std::string& name);
-/// A property of one element as its type information has it, without running a get method; with one reference for
-/// the caller, perhaps null.
+/// A property of one element as its type information has it, without running a get method; with one reference
+/// for the caller, perhaps null.
 KORVAL_HOST_API kxArray_tag* kxGetTypeProperty(const kxArray_tag* object, std::size_t index,
                                                const std::string& name);
 /// A member of the class that a class reference names, as a value with one reference for the caller; null

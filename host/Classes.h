@@ -28,19 +28,20 @@ class KORVAL_HOST_API COSClass {
   static COSClass* getClass(const COSInternedName& name);
 
   /// Is the class usable as it stands? A class (callers test it for null and go on with the one they have),
-  /// or null. The library always passes false. The base answers the class itself.
+  /// or null. The library always passes false. The base returns the class itself.
   virtual COSClass* checkClass(bool /*complete*/) { return this; }
 
   /// The canonical identity of the class.
   virtual COSInternedName getID() const = 0;
   /// The last part of the class's name.
   virtual const char* getSimpleName() const = 0;
-  /// The whole name with its namespaces, without a component. Never missing for a class that defines a member.
+  /// The whole name with its namespaces, without a component. Never missing for a class that defines a
+  /// member.
   virtual const char* getDottedName() const = 0;
   /// The namespace that holds the class, or null.
   virtual COSNamespace* getNamespace() const = 0;
 
-  /// Is the class an enumeration? The base answers no.
+  /// Is the class an enumeration? The base returns no.
   virtual bool isEnumeration() const { return false; }
   /// Asked by listings of namespaces only.
   virtual bool isHidden() const = 0;
@@ -59,9 +60,11 @@ class KORVAL_HOST_API COSClass {
   /// sequence. The graph has no cycle.
   virtual COSEnumeration<COSInternedName> getSuperclasses() const = 0;
 
-  /// Calls the visitor once per property, own and inherited, in class order. What the visitor throws passes.
+  /// Calls the visitor once per property, own and inherited, in class order. What the visitor throws
+  /// propagates.
   virtual void visitProperties(COSVisitor<COSInterface*>& visitor) const = 0;
-  /// Calls the visitor once per method, own and inherited, in class order. What the visitor throws passes.
+  /// Calls the visitor once per method, own and inherited, in class order. What the visitor throws
+  /// propagates.
   virtual void visitMethods(COSVisitor<COSInterface*>& visitor) const = 0;
 
   /// The members of an enumeration class in the order of their declaration, hidden and repeated ones

@@ -1,8 +1,8 @@
 #pragma once
 
 // Data types of properties and attributes: their identity, their validation and the values they allow. Owned
-// by the class system and borrowed for one query. No operation here runs Korval code; each may throw. Elements
-// of enumerations are never null.
+// by the class system and borrowed for one query. No operation here runs Korval code; each may throw.
+// Elements of enumerations are never null.
 
 #include <cstdint>
 #include <string>

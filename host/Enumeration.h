@@ -13,8 +13,8 @@ namespace kcos {
 class COSInterface;
 class COSInterfacePtr;
 
-/// What a host implements for one sequence. Both operations may throw. Nobody asks for its dynamic type, so each
-/// side may have its own copy of what the compiler makes of the template.
+/// What a host implements for one sequence. Both operations may throw. Nobody asks for its dynamic type, so
+/// each side may have its own copy of what the compiler makes of the template.
 template <class T>
 class COSEnumerator {
  public:
@@ -24,7 +24,7 @@ class COSEnumerator {
   virtual T nextElement() = 0;
 };
 
-/// The handle of one sequence, perhaps of none at all. Made anew by each call that answers one; elements are
+/// The handle of one sequence, perhaps of none at all. Made anew by each call that returns one; elements are
 /// borrowed from the class system, the handle itself belongs to the caller.
 template <class T>
 class COSEnumeration {

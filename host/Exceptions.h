@@ -4,7 +4,7 @@
 //
 // A handler that treats the user's interrupt differently names Tamsix::System::InterruptException before any
 // base of it, and passes it on with `throw;`, so that a type derived from it keeps its dynamic type. None of
-// these types is a std::exception; hosts may also let std::exceptions and other types out of any operation
+// these types is a std::exception; hosts may also throw std::exceptions and other types from any operation
 // that is not `noexcept`.
 
 #include <memory>

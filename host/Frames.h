@@ -10,7 +10,8 @@
 class IExecutionFrame;
 class FunctionExecutionFrame;
 
-/// What a FunctionExecutionFrame stands for: a function of the interpreter, borrowed, never released by the frame.
+/// What a FunctionExecutionFrame stands for: a function of the interpreter, borrowed, never released by the
+/// frame.
 struct Kfh_KORVAL_fn;
 
 namespace Tamsix::orvo {

@@ -1,10 +1,10 @@
 #pragma once
 
 // The interpreter: evaluation, calls, variables, and the debugger behind its bridge. The operations that run
-// Korval code say so; they let the errors of that code out unless they say otherwise. Results have one reference
-// for the caller; arguments are borrowed, and may be null where a client asks about a null value. Slots are null
-// before a call and may stay null after a successful one. A slot that was filled before an exception left keeps
-// its reference: the caller drops it.
+// Korval code say so; the errors of that code propagate unless they say otherwise. Results have one reference
+// for the caller; arguments are borrowed, and may be null where a client asks about a null value. Slots are
+// null before a call and may stay null after a successful one. A slot that was filled before an exception
+// left keeps its reference: the caller drops it.
 
 #include <cstdint>
 #include <string>
@@ -23,7 +23,7 @@ enum class EvalSource : std::int32_t { Query = 3 };
 /// Is there an interpreter that could evaluate anything? Asked before each evaluation. Runs no Korval code.
 KORVAL_HOST_API bool inValidInterpreterAvailable();
 
-/// Evaluates a text in the current workspace and answers 0, or reports an error by another number. Runs
+/// Evaluates a text in the current workspace and returns 0, or reports an error by another number. Runs
 /// Korval code. `nlhs` results go into the slots of `plhs`; `valueOfStatement` asks for the value of an
 /// expression statement.
 KORVAL_HOST_API int inEvalExp(const std::u16string& expression, int nlhs, kxArray_tag** plhs,
@@ -36,7 +36,7 @@ KORVAL_HOST_API kxArray_tag* inGetValueFromCurrentWorkspace(const std::string& n
 KORVAL_HOST_API void inCallFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs,
                                const char* functionName);
 
-/// Calls a function and, with `trap` set, answers an error of its code as a status other than 0. Runs Korval
+/// Calls a function and, with `trap` set, returns an error of its code as a status other than 0. Runs Korval
 /// code; may still throw.
 KORVAL_HOST_API int inCallFcnWithTrap(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs,
                                       const char* functionName, bool trap);
@@ -44,7 +44,7 @@ KORVAL_HOST_API int inCallFcnWithTrap(int nlhs, kxArray_tag** plhs, int nrhs, kx
 /// Calls the function whose name is the first of the arguments. Runs Korval code.
 KORVAL_HOST_API void inFullFevalFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs);
 
-/// Calls a method on a value; null when it answers nothing. Runs Korval code.
+/// Calls a method on a value; null when it returns nothing. Runs Korval code.
 KORVAL_HOST_API kxArray_tag* inCallMethodSingleInputSingleOutput(const kxArray_tag* value,
                                                                  const std::string& method, int nlhs);
 

@@ -58,8 +58,8 @@ class COSInterfacePtr {
   COSInterface* interface_ = nullptr;
 };
 
-/// Who may use a member. To the library itself only public, private and constant mean something. A host may have further
-/// levels.
+/// Who may use a member. To the library itself only public, private and constant mean something. A host may
+/// have further levels.
 enum MemberAccess : std::int32_t {
   PublicAccess = 0,
   ProtectedAccess = 1,  ///< the class and its subclasses
@@ -117,7 +117,7 @@ class KORVAL_HOST_API COSPropT {
   virtual MemberAccess getMemberSetAccess() const = 0;
 };
 
-/// A property of a class. The base answers that nobody is granted extended access.
+/// A property of a class. The base says that nobody is granted extended access.
 class KORVAL_HOST_API COSPropInfo : public COSPropT {
  public:
   ~COSPropInfo() override;
@@ -142,7 +142,7 @@ class KORVAL_HOST_API COSMethodBase {
   virtual const char* getName() const = 0;
 };
 
-/// A method of a class or a function of a namespace. The base answers that nobody is granted extended access.
+/// A method of a class or a function of a namespace. The base says that nobody is granted extended access.
 class KORVAL_HOST_API COSMethodInfo : public COSMethodBase {
  public:
   ~COSMethodInfo() override;
@@ -162,9 +162,9 @@ class KORVAL_HOST_API COSEnumInfo {
   virtual bool isHidden() const = 0;
 };
 
-// What an interface is. Each bears a null interface and answers null when the interface is of another kind,
+// What an interface is. Each bears a null interface and returns null when the interface is of another kind,
 // except that inside a property walk cosiToProp(), inside a method walk cosiToMethod(), and inside either
-// cosiClassOfMember() never answer null; nor does cosiToMethod() for an element of COSClass::findMethods().
+// cosiClassOfMember() never return null; nor does cosiToMethod() for an element of COSClass::findMethods().
 
 KORVAL_HOST_API COSPropInfo* cosiToProp(COSInterface* interface);
 KORVAL_HOST_API COSMethodInfo* cosiToMethod(COSInterface* interface);

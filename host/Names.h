@@ -75,12 +75,12 @@ namespace nameresolution {
 /// Called once per typed name. May throw. Runs no Korval code.
 KORVAL_HOST_API std::string omResolveAnyClass(const std::string& name, const Kfh_KORVAL_fn* scope);
 
-/// The name by which a user knows the class of a resolved name; a name that no class has is answered without
+/// The name by which a user knows the class of a resolved name; a name that no class has is returned without
 /// its component. Never asked for an empty name. May throw. Runs no Korval code.
 KORVAL_HOST_API std::string getUserVisibleClassName(const std::string& resolvedName);
 
-/// Is the name package-qualified already, as the resolver answers names? Empty names are asked too (false). May
-/// throw. Runs no Korval code.
+/// Is the name package-qualified already, as the resolver returns names? Empty names are asked too (false).
+/// May throw. Runs no Korval code.
 KORVAL_HOST_API bool isPackageQualifiedName(const std::string& name);
 
 }  // namespace nameresolution

@@ -40,7 +40,7 @@ class KORVAL_HOST_API KpathItemVisitor {
 class KORVAL_HOST_API KsearchPath {
  public:
   virtual ~KsearchPath();
-  /// Visits the items of these kinds in path order. What the visitor throws passes.
+  /// Visits the items of these kinds in path order. What the visitor throws propagates.
   virtual void visitItems(const std::vector<int>& kinds, KpathItemVisitor& visitor) const = 0;
 };
 

@@ -35,7 +35,8 @@ KORVAL_HOST_API std::u16string trim(const std::u16string& text, const std::u16st
 KORVAL_HOST_API bool is_ascii_letter(char16_t unit);
 KORVAL_HOST_API bool is_ascii_digit(char16_t unit);
 
-/// The first and the second half of a character that UTF-16 writes with two units. They ask nothing of the host.
+/// The first and the second half of a character that UTF-16 writes with two units. They ask nothing of the
+/// host.
 constexpr bool is_high_surrogate(char16_t unit) noexcept { return unit >= 0xD800 && unit <= 0xDBFF; }
 constexpr bool is_low_surrogate(char16_t unit) noexcept { return unit >= 0xDC00 && unit <= 0xDFFF; }
 

@@ -11,8 +11,8 @@
 #include "host/Enumeration.h"
 #include "host/Text.h"
 
-/// Lists the names of the public, visible methods that a walk meets, without constructors. The first method of a
-/// name, constructors aside, decides for the name, whether it is listed or not.
+/// Lists the names of the public, visible methods that a walk meets, without constructors. The first method
+/// of a name, constructors aside, decides for the name, whether it is listed or not.
 class KCOSMethodNameVisitor : public kcos::COSVisitor<kcos::COSInterface*> {
  public:
   /// Any other selection is taken for NonStatic.
@@ -29,8 +29,8 @@ class KCOSMethodNameVisitor : public kcos::COSVisitor<kcos::COSInterface*> {
   fl::i18n::codecvt_ascii_to_ustring converter_;
 };
 
-/// Appends the names of a class's methods; nothing for null and for a class that fails its check. What the walk throws
-/// passes.
+/// Appends the names of a class's methods; nothing for null and for a class that fails its check. What the
+/// walk throws propagates.
 void appendMethodNames(kcos::COSClass* cls, std::vector<std::u16string>& names, std::uint32_t selection);
 
 /// Lists the names of the public, visible properties that a walk meets.
@@ -38,8 +38,8 @@ class KCOSPropertyNameVisitor : public kcos::COSVisitor<kcos::COSInterface*> {
  public:
   enum Selection : std::uint32_t { Constant = 0, NonConstant = 1, All = 2 };
 
-  /// Appends to `names`, and the data type of each listed property to `dataTypes` unless that is null. An unknown
-  /// selection lists nothing.
+  /// Appends to `names`, and the data type of each listed property to `dataTypes` unless that is null. An
+  /// unknown selection lists nothing.
   KCOSPropertyNameVisitor(std::vector<std::u16string>* names, std::vector<kcos::COSDataTypePtr>* dataTypes,
                           std::uint32_t selection);
 

@@ -4,7 +4,8 @@
 
 #include "host/Arrays.h"
 
-/// The slot for one result of a call. It owns what the call leaves in it, also when the call fails after that.
+/// The slot for one result of a call. It owns what the call leaves in it, also when the call fails after
+/// that.
 class ResultSlot {
  public:
   ResultSlot() = default;

@@ -13,8 +13,8 @@
 //   None of them locks anything.
 // - Names are UTF-16 at this interface and narrow inside the class system. An operation says which of the
 //   host's two conversions it uses where they matter.
-// - Failures are answers. Lists are appended to and never cleared. Which exceptions pass is said per operation;
-//   "the interrupt" is Tamsix::System::InterruptException or anything derived from it.
+// - Failures are answers. Lists are appended to and never cleared. Which exceptions propagate is said per
+//   operation; "the interrupt" is Tamsix::System::InterruptException or anything derived from it.
 // - Class objects belong to the class system, results to the caller.
 
 #include <contextdata/KCOSContextData/ArgumentBlockMetadata.h>

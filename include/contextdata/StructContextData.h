@@ -14,8 +14,8 @@
 
 namespace StructContextData {
 
-/// Appends the field names of a structure, which is not null, in field order (ASCII conversion). A missing name is a std::logic_error; the names
-/// before it stay. Every exception passes. Runs no Korval code.
+/// Appends the field names of a structure, which is not null, in field order (ASCII conversion). A missing
+/// name is a std::logic_error; the names before it stay. Every exception propagates. Runs no Korval code.
 CONTEXTDATA_API void getStructFieldNames(const kxArray_tag* value, std::vector<std::u16string>& names);
 
 }  // namespace StructContextData

@@ -1,12 +1,12 @@
 #pragma once
 
-// The workspace and the interpreter: what a typed expression denotes, what a value says about itself, what the search
-// path holds, and the frames that the interpreter sees. All in the global namespace.
+// The workspace and the interpreter: what a typed expression denotes, what a value says about itself, what
+// the search path holds, and the frames that the interpreter sees. All in the global namespace.
 //
 //   if (boost::intrusive_ptr<kxArray_tag> value = GetValueFromCurrentWorkspace(u"pump.Settings.Rate")) ...
 //
-// Here Korval code can run, where an operation says so. Everything runs on the interpreter thread. Values that are
-// answered have a reference of their own; values that are given are borrowed.
+// Here Korval code can run, where an operation says so. Everything runs on the interpreter thread. Values
+// that are returned have a reference of their own; values that are given are borrowed.
 
 #include <contextdata/Workspace/Evaluation.h>
 #include <contextdata/Workspace/ExecutionFrames.h>

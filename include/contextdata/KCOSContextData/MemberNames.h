@@ -12,16 +12,17 @@
 // occurs once per call, decided by the first method of that name, constructors aside, that the walk meets;
 // constructors are never listed.
 //
-// All operations append to `names` and answer whether this call appended anything. `classFlag` receives the
+// All operations append to `names` and return whether this call appended anything. `classFlag` receives the
 // class's own yes/no answer in the two property lists, before any name is appended, also when nothing is
 // listed; it stays untouched when there is no such class, and in the other three operations always.
 //
-// The forms that take an identifier answer false for the null identifier and for an unknown class, and let
-// every exception of the flag, the check and the walk pass; of the look-up of the class only the interrupt. Properties and
-// enumeration members are listed of classes that fail their check, too; methods are not.
+// The forms that take an identifier return false for the null identifier and for an unknown class, and let
+// every exception of the flag, the check and the walk propagate; of the look-up of the class only the
+// interrupt. Properties and enumeration members are listed of classes that fail their check, too; methods are
+// not.
 //
 // The forms that take a name look the class up as ResolvedClassID::fromLegacyString does (ASCII conversion),
-// so that a class that fails its check is unknown to all of them. Nothing passes, not even the interrupt:
+// so that a class that fails its check is unknown to all of them. Nothing propagates, not even the interrupt:
 // after an exception the answer is false, and what had been appended stays.
 //
 // A member without a name is an exception (std::logic_error), once it is the turn of its name: for properties

@@ -13,8 +13,9 @@
 
 namespace KCOSContextData {
 
-/// Part of a ClassInfo, which has the class system walk the class with it. Slot order: the destructor, then the two
-/// visits. A visit appends one record or none; what the class system throws passes. No Korval code runs.
+/// Part of a ClassInfo, which has the class system walk the class with it. Slot order: the destructor, then
+/// the two visits. A visit appends one record or none; what the class system throws propagates. No Korval
+/// code runs.
 class CONTEXTDATA_API MethodVisitorMutable : public kcos::COSVisitor<kcos::COSInterface*> {
  public:
   explicit MethodVisitorMutable(const ClassInfo* owner);
@@ -40,8 +41,8 @@ class CONTEXTDATA_API MethodVisitorMutable : public kcos::COSVisitor<kcos::COSIn
   bool includeHidden;
   /// In visiting order.
   std::vector<MethodInfo> methods;
-  /// Filled only while hidden methods are not wanted like others. Hidden methods come here whatever they are called and
-  /// wherever the query is for, as long as they are accessible.
+  /// Filled only while hidden methods are not wanted like others. Hidden methods come here whatever they are
+  /// called and wherever the query is for, as long as they are accessible.
   std::vector<MethodInfo> hiddenMethods;
 };
 

@@ -13,11 +13,11 @@
 
 namespace KCOSContextData {
 
-/// Part of a ClassInfo, which has the class system walk the class with it. Slot order: the destructor, then the two
-/// visits. A visit appends one record or none; what the class system throws passes, and then nothing is appended, except
-/// that a failing query whether reading runs code counts as yes (the interrupt passes), that a failing second flag counts
-/// as true (the interrupt passes), and that a possible value whose text conversion fails, for whatever reason, is left
-/// out. No Korval code runs.
+/// Part of a ClassInfo, which has the class system walk the class with it. Slot order: the destructor, then
+/// the two visits. A visit appends one record or none; what the class system throws propagates, and then
+/// nothing is appended, except that a failing query whether reading runs code counts as yes (the interrupt
+/// propagates), that a failing second flag counts as true (the interrupt propagates), and that a possible
+/// value whose text conversion fails, for whatever reason, is left out. No Korval code runs.
 class CONTEXTDATA_API PropertyVisitorMutable : public kcos::COSVisitor<kcos::COSInterface*> {
  public:
   explicit PropertyVisitorMutable(const ClassInfo* owner);
@@ -31,7 +31,8 @@ class CONTEXTDATA_API PropertyVisitorMutable : public kcos::COSVisitor<kcos::COS
   void visit(kcos::COSInterface* member) override;
   virtual void visit(kcos::COSInterfacePtr member, kcos::COSPropInfo* property);
 
-  /// Does the property grant access, for reading or for writing, to the accessing class or to one that it derives from?
+  /// Does the property grant access, for reading or for writing, to the accessing class or to one that it
+  /// derives from?
   bool hasAccessingClass(kcos::COSPropInfo* property) const;
 
   const ClassInfo* owner;

@@ -61,7 +61,7 @@ class CONTEXTDATA_API ResolvedClassID {
   };
 
   /// The class of an object. For a value that is no class-system object, and for null, the null identifier.
-  /// Every exception of the host passes.
+  /// Every exception of the host propagates.
   explicit ResolvedClassID(const kxArray_tag* object);
 
   /// The class that `className` means in the function or file named `context`. Where the host knows no such
@@ -70,40 +70,41 @@ class CONTEXTDATA_API ResolvedClassID {
   ///
   /// The null identifier: for an empty name, one that begins with ".", and one that does not resolve. With
   /// component-aware resolution off, and when the host fails to resolve: the name as typed. Converts with the
-  /// general conversion. The interrupt passes, and so does what the conversion of the name throws, and what
-  /// interning the typed name throws after a failure; every other exception is swallowed.
+  /// general conversion. The interrupt propagates, and so does what the conversion of the name throws, and
+  /// what interning the typed name throws after a failure; every other exception is swallowed.
   ResolvedClassID(const std::u16string& context, const std::u16string& className);
 
   /// The class that `className` means in the scope of a function, which may be null; no other scope is looked
-  /// for. Answers and exceptions are those of the form above, except that what reading the component switch, or
-  /// interning while it is off, throws passes.
+  /// for. Answers and exceptions are those of the form above, except that what reading the component switch,
+  /// or interning while it is off, throws propagates.
   ResolvedClassID(const Kfh_KORVAL_fn* scope, const std::u16string& className);
 
   /// The identifier of a name that is resolved already; null for an empty one. Whether there is such a class
-  /// is not asked. The UTF-16 form uses the ASCII conversion. Every exception of the host passes.
+  /// is not asked. The UTF-16 form uses the ASCII conversion. Every exception of the host propagates.
   static ResolvedClassID fromKnownResolvedClassID(const std::string& name);
   static ResolvedClassID fromKnownResolvedClassID(const std::u16string& name);
 
   /// The own identifier of the existing, valid class of that name, which can differ from the name given. No
   /// scope plays a part. Throws BadClassNameException when there is no such class (also for an empty name) or
-  /// when it fails its check. The UTF-16 form uses the ASCII conversion. Every exception of the host passes.
+  /// when it fails its check. The UTF-16 form uses the ASCII conversion. Every exception of the host
+  /// propagates.
   static ResolvedClassID fromLegacyString(const std::string& name);
   static ResolvedClassID fromLegacyString(const std::u16string& name);
 
-  /// Is the name package-qualified already, as resolved names are? The UTF-16 form uses the ASCII conversion. Every
-  /// exception of the host passes.
+  /// Is the name package-qualified already, as resolved names are? The UTF-16 form uses the ASCII conversion.
+  /// Every exception of the host propagates.
   static bool isAlreadyResolved(const std::string& name);
   static bool isAlreadyResolved(const std::u16string& name);
 
-  /// The name itself; empty for the null identifier. What the conversion throws passes.
+  /// The name itself; empty for the null identifier. What the conversion throws propagates.
   std::u16string getComponentQualifiedName() const;
 
   /// The name by which users know the class; empty for the null identifier. Every exception of the host
-  /// passes.
+  /// propagates.
   std::u16string getNonComponentQualifiedName() const;
 
   /// Where the debugger is stopped now; an empty record when it is not stopped or cannot be reached. Every
-  /// exception of the host passes.
+  /// exception of the host propagates.
   static DebuggerFocus GetDebuggerFocus();
 
   /// The identifier as the class system takes it.

@@ -1,7 +1,7 @@
 #pragma once
 
-// Frames by which the interpreter's frame visitors see what is done on behalf of the library's clients. No query of the
-// library makes one.
+// Frames by which the interpreter's frame visitors see what is done on behalf of the library's clients. No
+// query of the library makes one.
 
 #include <contextdata/Export.h>
 
@@ -15,12 +15,12 @@ struct Kfh_KORVAL_fn;
 class CONTEXTDATA_API IExecutionFrame {
  public:
   virtual ~IExecutionFrame();
-  /// Calls the visitor's operation for this kind of frame, with this frame. What that throws passes.
+  /// Calls the visitor's operation for this kind of frame, with this frame. What that throws propagates.
   virtual void accept(Tamsix::orvo::IFrameVisitor& visitor) const = 0;
 };
 
-/// A frame that is on the interpreter's frame stack exactly as long as it lives, also while an exception unwinds. What
-/// pushing throws passes; then there is no frame.
+/// A frame that is on the interpreter's frame stack exactly as long as it lives, also while an exception
+/// unwinds. What pushing throws propagates; then there is no frame.
 class CONTEXTDATA_API AutoPushingExecutionFrame : public IExecutionFrame {
  public:
   ~AutoPushingExecutionFrame() override;

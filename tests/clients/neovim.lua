@@ -2,7 +2,7 @@
 -- that the server works on. Everything is typed, or asked as the editor's commands ask it. Ends with exit code 0, or tells what went wrong.
 
 local snapshot = os.getenv("CONTEXTDATA_SNAPSHOT")
-local patience = 60000 -- milliseconds
+local hang = 600000 -- milliseconds: nothing takes that long on any machine
 
 local function finish(problem)
   if problem then io.stderr:write(problem .. "\n") end
@@ -11,7 +11,7 @@ end
 
 -- Goes on when the condition is true. The editor works meanwhile.
 local function wait_until(what, condition)
-  local steps = patience / 20
+  local steps = hang / 20
   while not condition() do
     steps = steps - 1
     if steps == 0 then error("waited in vain until " .. what) end

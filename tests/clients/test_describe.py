@@ -7,7 +7,7 @@ import subprocess
 import time
 import unittest
 
-from Command import COMMAND, SOURCE, CommandTest, environment, run
+from Command import COMMAND, HANG, SOURCE, CommandTest, environment, pauses, run
 
 LEVELS = ["public", "protected", "private", "immutable", "listed", "constant"]
 
@@ -236,15 +236,13 @@ class DescribeTest(CommandTest):
                                            "properties": [f"p{at}_{number}" for number in range(200)]}
                                           for at in range(60)]}
         big = self.snapshot(chain, "chain.json")
-        begin = time.monotonic()
         self.assertEqual(len(self.classes("C59", snapshot=big)), 60)
-        whole = time.monotonic() - begin
-        for attempt in range(20):
+        for pause in pauses():
             with subprocess.Popen([COMMAND, "describe", "C59", "--json", "--snapshot", big], stdout=subprocess.PIPE,
                                   env=environment()) as process:
-                time.sleep(whole * (0.3 + 0.03 * attempt))
+                time.sleep(pause)
                 process.send_signal(signal.SIGINT)
-                output, _ = process.communicate(timeout=60)
+                output, _ = process.communicate(timeout=HANG)
             if process.returncode == 130 and output:
                 self.assertEqual(json.loads(output)["error"]["code"], "describe.interrupted")
                 return
@@ -253,7 +251,7 @@ class DescribeTest(CommandTest):
     def test_an_answer_that_cannot_be_written(self):
         with open("/dev/full", "wb") as full:
             done = subprocess.run([COMMAND, "describe", "rig.Top", "--snapshot", self.session], stdout=full,
-                                  stderr=subprocess.PIPE, timeout=60, check=False)
+                                  stderr=subprocess.PIPE, timeout=HANG, check=False)
         self.assertEqual(done.returncode, 1)
         self.assertIn(b"[command.output]", done.stderr)
 

@@ -5,7 +5,7 @@ import subprocess
 import time
 import unittest
 
-from Command import COMMAND, SOURCE, CommandTest, environment, run
+from Command import COMMAND, HANG, SOURCE, CommandTest, environment, pauses, run
 
 
 class EvalTest(CommandTest):
@@ -79,17 +79,17 @@ class EvalTest(CommandTest):
         with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=environment()) as process:
             self.assertEqual(process.stdout.readline(), b"first\n")
             process.send_signal(signal.SIGINT)
-            error = process.communicate(timeout=30)[1]
+            error = process.communicate(timeout=HANG)[1]
             self.assertEqual((process.returncode, error.decode().strip()[-18:]), (130, "[eval.interrupted]"))
 
     def test_an_interrupt_stops_code_that_loops(self):
         command = [COMMAND, "eval", "while true, end", "--snapshot", self.session]
-        for attempt in range(1, 30):  # one that comes before the code runs ends the command without a word
+        for pause in pauses():  # one that comes before the code runs ends the command without a word
             with subprocess.Popen(command, stderr=subprocess.PIPE, env=environment()) as process:
                 self.addCleanup(process.kill)
-                time.sleep(0.02 * attempt)
+                time.sleep(pause)
                 process.send_signal(signal.SIGINT)
-                errors = process.communicate(timeout=60)[1]
+                errors = process.communicate(timeout=HANG)[1]
             if errors:
                 self.assertEqual((process.returncode, errors), (130, b"contextdata: interrupted [eval.interrupted]\n"))
                 return

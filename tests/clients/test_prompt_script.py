@@ -7,7 +7,7 @@ import signal
 import subprocess
 import unittest
 
-from Command import COMMAND, SOURCE, CommandTest, environment, run
+from Command import COMMAND, HANG, SOURCE, CommandTest, environment, run
 
 # (script, output, the beginning of each line of the errors that is no line of the script, exit code)
 SCRIPTS = [
@@ -53,7 +53,7 @@ SCRIPTS = [
 class PromptScriptTest(CommandTest):
     def prompt(self, script, *options, snapshot=None):
         text = script if isinstance(script, bytes) else script.encode()
-        return run("prompt", "--snapshot", snapshot or self.session, *options, stdin=text)
+        return run("prompt", "--snapshot", snapshot or self.session, "--timeout", "0", *options, stdin=text)
 
     def test_scripts(self):
         for script, output, errors, code in SCRIPTS:
@@ -113,11 +113,11 @@ class PromptScriptTest(CommandTest):
             self.addCleanup(process.kill)
             process.stdin.write(b"disp('running'); while true, end\nn\n")
             process.stdin.close()
-            self.assertTrue(select.select([process.stdout], [], [], 60)[0], "output does not come before the code ends")
+            self.assertTrue(select.select([process.stdout], [], [], HANG)[0], "output does not come before the code ends")
             self.assertEqual(process.stdout.readline(), b"running\n")
             process.send_signal(signal.SIGINT)
             self.assertEqual((process.stdout.read(), process.stderr.read()), (b"", b"interrupted\n"))
-            self.assertEqual(process.wait(60), 130)
+            self.assertEqual(process.wait(HANG), 130)
 
     def test_output_and_errors_come_as_they_are_made(self):
         reader, writer = os.pipe()
@@ -131,7 +131,7 @@ class PromptScriptTest(CommandTest):
                     process.stdin.flush()
                     self.assertEqual([output.readline() for _ in answer], answer)
                 process.stdin.close()
-            self.assertEqual(process.wait(60), 1)
+            self.assertEqual(process.wait(HANG), 1)
 
     def test_no_code_runs_under_the_policy_never(self):
         done = self.prompt(":trace on\n?tool.Age\n:explain tool.Age\n", "--code", "never")

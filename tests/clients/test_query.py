@@ -6,7 +6,7 @@ import threading
 import time
 import unittest
 
-from Command import COMMAND, SOURCE, CommandTest, environment, run
+from Command import COMMAND, HANG, SOURCE, CommandTest, environment, pauses, run
 
 PUMP = "core:lab.Pump"
 SURROGATE = {"utf16": [0x61, 0xD800]}
@@ -617,13 +617,13 @@ class QueryTest(CommandTest):
                 process.stdin.flush()
                 self.assertEqual(json.loads(process.stdout.readline()), {"op": "isKCOSClass", "result": True})
             process.stdin.close()
-            self.assertEqual(process.wait(60), 0)
+            self.assertEqual(process.wait(HANG), 0)
 
     def start(self, *options, snapshot=None):
-        """A running query that has opened its stream; it is ended after a minute, so that no test waits for ever."""
+        """A running query that has opened its stream; one that hangs is ended, so that no test waits for ever."""
         process = subprocess.Popen([COMMAND, "query", "--snapshot", snapshot or self.session, *options],
                                    stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=environment())
-        end = threading.Timer(60, process.kill)
+        end = threading.Timer(HANG, process.kill)
         end.start()
         self.addCleanup(end.cancel)
         self.assertEqual(json.loads(process.stdout.readline())["protocol"], 1)
@@ -632,21 +632,21 @@ class QueryTest(CommandTest):
     def test_an_interrupt_while_waiting_ends_the_command(self):
         with self.start() as process:
             process.send_signal(signal.SIGINT)
-            self.assertEqual((process.wait(60), process.stdout.read()), (130, b""))
+            self.assertEqual((process.wait(HANG), process.stdout.read()), (130, b""))
 
     def test_an_interrupt_during_a_request_is_answered_before_the_command_ends(self):
         many = [f"method{number}" for number in range(50000)]
         big = self.snapshot({"format": 1, "classes": [{"name": "Big", "methods": many}]}, "big.json")
         interrupted = 0
-        for attempt in range(40):
+        for attempt, pause in enumerate(pauses()):
             with self.start("--trace", snapshot=big) as process:
                 request = {"op": "getClassMethodNames", "id": "Big", "tag": attempt}
                 process.stdin.write(line_of(request) + b"\n" + line_of({"op": "GetDebuggerFocus"}) + b"\n")
                 process.stdin.flush()
-                time.sleep(0.002 * attempt)
+                time.sleep(pause)
                 process.send_signal(signal.SIGINT)
                 answers = [json.loads(line) for line in process.stdout]
-                self.assertEqual(process.wait(60), 130)
+                self.assertEqual(process.wait(HANG), 130)
             self.assertLessEqual(len(answers), 2)
             if answers and answers[0].get("status") == "interrupted":
                 self.assertEqual((len(answers), answers[0]["tag"]), (1, attempt))
@@ -679,7 +679,7 @@ class QueryTest(CommandTest):
     def test_an_answer_that_cannot_be_written(self):
         with open("/dev/full", "wb") as full:
             done = subprocess.run([COMMAND, "query", "--snapshot", self.session], stdin=subprocess.DEVNULL,
-                                  stdout=full, stderr=subprocess.PIPE, timeout=60, check=False)
+                                  stdout=full, stderr=subprocess.PIPE, timeout=HANG, check=False)
         self.assertEqual(done.returncode, 1)
         self.assertIn(b"[command.output]", done.stderr)
 

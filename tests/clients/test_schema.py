@@ -7,6 +7,7 @@ import subprocess
 import unittest
 from pathlib import Path
 
+from Command import HANG
 from jsonschema import Draft202012Validator
 
 SOURCE = Path(os.environ["CONTEXTDATA_SOURCE"])
@@ -129,7 +130,7 @@ def changed(place, value):
 def read(documents):
     """The reader's code for each document, without its prefix; empty when it is accepted."""
     lines = "".join(json.dumps(document) + "\n" for document in documents)
-    done = subprocess.run([READER], input=lines.encode(), capture_output=True, timeout=600, check=True)
+    done = subprocess.run([READER], input=lines.encode(), capture_output=True, timeout=HANG, check=True)
     codes = [line.removeprefix("snapshot.") for line in done.stdout.decode().splitlines()]
     if len(codes) != len(documents):
         raise AssertionError(f"{len(codes)} answers for {len(documents)} documents")

@@ -7,8 +7,8 @@ import unittest
 from pathlib import Path
 
 import Cases
-from Command import COMMAND, SOURCE, CommandTest, environment, run
-from LanguageClient import PATIENCE, LanguageClient, frame
+from Command import COMMAND, HANG, SOURCE, CommandTest, environment, run
+from LanguageClient import LanguageClient, frame
 
 CASES = sorted((SOURCE / "tests/clients/serve").glob("*.txt"))
 
@@ -87,7 +87,7 @@ class Exchange:
         """The exit code, and what standard error holds; no message is left over."""
         code, _, text = rest.partition(" ")
         self.test.assertEqual(self.client.end(), int(code), self.client.errors)
-        last = self.client.arrived.get(timeout=PATIENCE)
+        last = self.client.arrived.get(timeout=HANG)
         self.test.assertIsInstance(last, EOFError, last)
         self.test.assertEqual(self.client.kept, [])
         for thread in self.client.threads:
@@ -120,7 +120,6 @@ class ServeTest(CommandTest):
                     played += 1
         self.assertGreater(played, 20)
 
-
     def test_shared_cases(self):
         """The server offers what the command offers."""
         cases = Cases.read(SOURCE / "tests/cases/completion.txt")
@@ -134,7 +133,7 @@ class ServeTest(CommandTest):
                 key = json.dumps(options)
                 if key not in clients:
                     clients[key] = self.serve(str(SOURCE / "tests/cases/world.json"))
-                    clients[key].start({"timeout": 0, **options})
+                    clients[key].start(options)
                 self.assertEqual(*self.played(case, clients[key], uri_of(settings)))
 
     def played(self, case, client, uri):
@@ -180,22 +179,14 @@ class ServeTest(CommandTest):
         self.assertEqual(good["diagnostics"], [])
         self.assertEqual(self.labels(client, "o"), ["other"])
 
-    def test_a_snapshot_that_changes_before_the_client_is_ready(self):
-        path = self.snapshot({"format": 1, "workspace": [{"name": "one", "value": 1}]}, "early.json")
-        client = self.serve(path)
-        client.ask("initialize", {"capabilities": {}})
-        self.snapshot({"format": 1, "workspace": [{"name": "other", "value": 1}]}, "early.json")
-        time.sleep(1)  # four looks of the watch
-        client.notify("initialized", {})
-        self.assertEqual(client.take_notification("textDocument/publishDiagnostics")["diagnostics"], [])
-        self.assertEqual(self.labels(client, "o"), ["other"])
-
     def endless(self):
-        """A server that runs code, and the parameters of a completion that never ends."""
+        """A server that runs code, and the parameters of a completion that ends on no machine before somebody gives up:
+        each step towards the limit multiplies large matrices."""
+        getter = "x = ones(900); while true, x = x * x; end"
         client = self.serve(self.snapshot({
-            "format": 1, "classes": [{"name": "C", "properties": [{"name": "p", "getter": "while true, end"}]}],
+            "format": 1, "classes": [{"name": "C", "properties": [{"name": "p", "getter": getter}]}],
             "workspace": [{"name": "c", "value": {"object": "C"}}]}))
-        client.start({"code": "allowed", "timeout": 0})
+        client.start({"code": "allowed"})
         client.open("untitled:a", "c.p.\nc.")
         return client, {"textDocument": {"uri": "untitled:a"}, "position": {"line": 0, "character": 4}}
 
@@ -205,15 +196,13 @@ class ServeTest(CommandTest):
             running = client.begin("textDocument/completion", params)
             waiting = client.begin("textDocument/completion", params)
             behind = client.begin("textDocument/completion", {**params, "position": {"line": 1, "character": 2}})
-            time.sleep(pause)
+            time.sleep(pause)  # for cancellations at different moments; they work at any
             client.notify("$/cancelRequest", {"id": waiting})
             client.notify("$/cancelRequest", {"id": running})
             client.notify("$/cancelRequest", {"id": "unknown"})
-            begun = time.monotonic()
             for number in (running, waiting):
                 self.assertEqual(client.take_response(number)["error"]["code"], -32800)
             self.assertEqual([item["label"] for item in client.take_response(behind)["result"]["items"]], ["p"])
-            self.assertLess(time.monotonic() - begun, PATIENCE / 2)
             client.notify("$/cancelRequest", {"id": behind})
 
     def test_a_deadline(self):
@@ -246,7 +235,7 @@ class ServeTest(CommandTest):
             client = self.serve()
             client.ask("initialize", {"processId": parent.pid, "capabilities": {}})
             parent.kill()
-        self.assertEqual(client.process.wait(PATIENCE), 1)
+        self.assertEqual(client.process.wait(HANG), 1)
         for thread in client.threads:
             thread.join()
         self.assertIn(b"[serve.broken-input]", client.errors)
@@ -257,7 +246,7 @@ class ServeTest(CommandTest):
             process.stdout.close()
             process.stdin.write(frame({"jsonrpc": "2.0", "id": 1, "method": "initialize", "params": {"capabilities": {}}}))
             process.stdin.flush()
-            self.assertEqual(process.wait(PATIENCE), 1)
+            self.assertEqual(process.wait(HANG), 1)
             self.assertIn(b"[command.output]", process.stderr.read())
 
     def test_bad_snapshots(self):

@@ -1,6 +1,7 @@
 """Runs the contextdata command the way its users do."""
 import json
 import os
+import resource
 import shutil
 import subprocess
 import tempfile
@@ -9,6 +10,7 @@ from pathlib import Path
 
 COMMAND = os.environ["CONTEXTDATA_COMMAND"]
 SOURCE = Path(os.environ["CONTEXTDATA_SOURCE"])
+HANG = 600  # seconds: nothing takes that long on any machine, so whatever waits in vain for them waits for ever
 
 # A session with one of everything that the clients meet.
 SESSION = {
@@ -80,9 +82,27 @@ def environment():
 
 
 def run(*arguments, stdin=b""):
-    """The finished process, its output as bytes. It never takes long."""
-    return subprocess.run([COMMAND, *arguments], input=stdin, capture_output=True, timeout=120, check=False,
+    """The finished process, its output as bytes."""
+    return subprocess.run([COMMAND, *arguments], input=stdin, capture_output=True, timeout=HANG, check=False,
                           env=environment())
+
+
+def cpu_seconds(*arguments):
+    """What the command takes of a processor to answer with exit code 0, whatever else the machine does."""
+    def used():
+        usage = resource.getrusage(resource.RUSAGE_CHILDREN)
+        return usage.ru_utime + usage.ru_stime
+    before = used()
+    run(*arguments).check_returncode()
+    return used() - before
+
+
+def pauses():
+    """Ever longer ones, before a signal that must arrive while something runs: on each machine some of them are right."""
+    pause = 0.001
+    while pause < HANG:
+        yield pause
+        pause *= 1.25
 
 
 class CommandTest(unittest.TestCase):

@@ -4,9 +4,7 @@ import queue
 import subprocess
 import threading
 
-from Command import COMMAND, environment
-
-PATIENCE = 60  # seconds for an answer; it is there at once unless something is wrong
+from Command import COMMAND, HANG, environment
 
 
 def frame(body):
@@ -83,7 +81,7 @@ class LanguageClient:
             self.process.stdin.close()
         except BrokenPipeError:
             pass
-        return self.process.wait(PATIENCE)
+        return self.process.wait(HANG)
 
     # Taking.
 
@@ -95,7 +93,7 @@ class LanguageClient:
                 return message
         while True:
             try:
-                message = self.arrived.get(timeout=PATIENCE)
+                message = self.arrived.get(timeout=HANG)
             except queue.Empty:
                 raise AssertionError(f"nothing came; so far: {self.kept}") from None
             if isinstance(message, Exception):
@@ -120,9 +118,10 @@ class LanguageClient:
         return response["result"]
 
     def start(self, options=None, **capabilities):
-        """Both halves of the beginning; what the server can do."""
+        """Both halves of the beginning; what the server can do. Answers take as long as they take unless the options
+        say otherwise: on a slow machine the usual limit would cut some of them short."""
         abilities = self.ask("initialize", {"processId": None, "rootUri": None, "capabilities": capabilities,
-                                            "initializationOptions": options})
+                                            "initializationOptions": {"timeout": 0, **(options or {})}})
         self.notify("initialized", {})
         return abilities
 

@@ -12,6 +12,8 @@ import termios
 import time
 import unicodedata
 
+from Command import HANG
+
 SEQUENCE = re.compile(r"\x1b(?:\[([?0-9;]*)([@-~])|[=>]|[()][A-Z0-9])")
 
 
@@ -137,9 +139,9 @@ class Terminal:
         self.screen.write(self.decoder.decode(data))
         return bool(data)
 
-    def wait(self, holds, what, timeout=120, again=None):
+    def wait(self, holds, what, again=None):
         """Until it holds of the screen. The keys of `again` are sent in turn meanwhile: some may come too early."""
-        end = time.monotonic() + timeout
+        end = time.monotonic() + HANG
         turns = itertools.cycle(again or [None])
         while not holds(self.screen):
             if time.monotonic() > end:
@@ -171,9 +173,9 @@ class Terminal:
     def close(self):
         """The exit code."""
         try:
-            while self.read(60):
+            while self.read(HANG):
                 pass
-            return self.process.wait(60)
+            return self.process.wait(HANG)
         finally:
             os.close(self.master)
 

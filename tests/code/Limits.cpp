@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
-#include <limits>
 #include <thread>
 
 #include "host/Exceptions.h"
@@ -76,7 +74,7 @@ TEST(CodeLimits, LongTextsAreLinear) {
     const std::size_t length = start == "s" || start == "'" ? 1U << 20U : 1U << 16U;
     const std::string some = start + repeated(more, length / 8 / more.size());
     const std::string many = start + repeated(more, length / more.size());
-    EXPECT_LT(growth([&] { world.run(some); }, [&] { world.run(many); }), linearGrowth) << start << more;
+    EXPECT_TRUE(isLinear([&] { world.run(some); }, [&] { world.run(many); })) << start << more;
     EXPECT_LT(world.run(many).size(), 100U) << start << more;
   }
   EXPECT_EQ(world.value("x = 0" + repeated(" + 1", 2000)), "x = 2000");
@@ -113,6 +111,7 @@ double secondsToStop(const std::string& text) {
 }
 
 TEST(CodeLimits, AnInterruptStopsCodeAtOnce) {
+  const double usual = secondsOfSteps();
   for (const std::string text :
        {"while true, end", "pump.Endless;", "x = ones(1000); while true, x = x * x; end",
         "while true, fprintf('%d', 1:9999); end", "x = zeros(1, 1e6); while true, x(end) = 1; end",
@@ -123,11 +122,10 @@ TEST(CodeLimits, AnInterruptStopsCodeAtOnce) {
         "while true, sprintf('%d', 1:9e5); end", "c = {1}; for k = 1:60, c = {c, c}; end, disp(c)",
         "x = zeros(900, 900); while true, x = x'; end", "while true, sum(char(1:9e5) + 1); end"}) {
     // The machine may be busy with something else: the best of a few counts.
-    double fastest = std::numeric_limits<double>::max();
-    for (int attempt = 0; attempt < 5 && fastest >= 1; ++attempt) {
-      fastest = std::min(fastest, secondsToStop(text) / secondsOfSteps());
-    }
-    EXPECT_LT(fastest, 1) << text;
+    bool isAtOnce = secondsToStop(text) < usual;
+    for (int attempt = 0; attempt < 5 && !isAtOnce; ++attempt)
+      isAtOnce = secondsToStop(text) < secondsOfSteps();
+    EXPECT_TRUE(isAtOnce) << text;
   }
 }
 

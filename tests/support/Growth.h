@@ -17,17 +17,16 @@ double cpuSeconds(const Action& action) {
   return now() - begin;
 }
 
-/// How many times longer the second action takes than the first one, each at the best of a few times: a number that is
-/// the same on a slow machine. For eight times as much it is about 8 where the time is linear and 64 where it is quadratic.
+/// Is the second action, on eight times as much, of linear time? Then it takes about 8 times as long as the first one on a
+/// machine of any speed, and 64 times where the time is quadratic. The best of a few attempts counts.
 template <class Small, class Large>
-double growth(const Small& small, const Large& large) {
-  double least = cpuSeconds(small), most = cpuSeconds(large);
-  for (int again = 0; again < 2; ++again) {
+bool isLinear(const Small& small, const Large& large) {
+  constexpr double between = 32;
+  double least = cpuSeconds(small);
+  double most = cpuSeconds(large);
+  for (int again = 0; again < 4 && most >= between * least; ++again) {
     least = std::min(least, cpuSeconds(small));
     most = std::min(most, cpuSeconds(large));
   }
-  return most / least;
+  return most < between * least;
 }
-
-/// What linear work may grow by at most when there is eight times as much of it: half-way to quadratic.
-constexpr double linearGrowth = 32;

@@ -9,7 +9,8 @@
 
 #include "host/Exceptions.h"
 #include "tests/frontend/LineCases.h"
-#include "tools/commands/FrontEnd.h"
+#include "tools/render/FrontEnd.h"
+#include "tools/render/Text.h"
 
 namespace {
 

@@ -1,11 +1,10 @@
 #include "tools/commands/Answer.h"
 
 #include <iostream>
+#include <nlohmann/json.hpp>
 
 #include "host/Exceptions.h"
-#include "tools/commands/ExitCode.h"
-#include "tools/render/Exceptions.h"
-#include "tools/session/Interrupt.h"
+#include "tools/render/Errors.h"
 #include "tools/session/Snapshot.h"
 
 namespace tools {
@@ -32,30 +31,28 @@ int fail(const AnswerOptions& options, const Json& error, const std::string& tex
 
 int fail(const AnswerOptions& options, const AnswerError& error) {
   Json whole = {{"code", error.code}, {"message", error.message}};
-  whole.update(error.details);
+  if (error.addDetails) error.addDetails(whole);
   return fail(options, whole, error.message + " [" + error.code + "]", error.status);
 }
 
 int failWithCurrentException(const AnswerOptions& options) {
   const std::string code = options.command + ".failed";
   const std::string message = "the class system failed";
-  const Json exception = describeCurrentException();
+  const Json exception = jsonOfCurrentException();
   return fail(options, {{"code", code}, {"message", message}, {"exception", exception}},
               message + ": " + lineOf(exception) + " [" + code + "]", NoAnswer);
 }
 
 int answer(const AnswerOptions& options, embedded::Host& host,
            const std::function<Answer(embedded::Host&)>& ask) {
-  const AnswerError interrupted = {options.command + ".interrupted", "interrupted", Json::object(),
-                                   Interrupted};
   const embedded::Activation active(host);
   const Interruptible request(host);
   try {
     const Answer answer = ask(host);
-    if (host.interruptRequested()) return fail(options, interrupted);
+    if (host.interruptRequested()) return fail(options, interruptedError(options.command));
     return write(answer);
   } catch (const Tamsix::System::InterruptException&) {
-    return fail(options, interrupted);
+    return fail(options, interruptedError(options.command));
   } catch (const AnswerError& error) {
     return fail(options, error);
   } catch (...) {
@@ -64,6 +61,10 @@ int answer(const AnswerOptions& options, embedded::Host& host,
 }
 
 }  // namespace
+
+AnswerError interruptedError(const std::string& command) {
+  return {command + ".interrupted", "interrupted", Interrupted};
+}
 
 int answerOnce(const AnswerOptions& options, const std::function<Answer(embedded::Host&)>& ask) {
   try {

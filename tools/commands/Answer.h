@@ -6,8 +6,8 @@
 #include <string>
 
 #include "embedded/Host.h"
-#include "tools/commands/ExitCode.h"
-#include "tools/render/JsonText.h"
+#include "tools/render/Json.h"
+#include "tools/session/Process.h"
 
 namespace tools {
 
@@ -15,10 +15,13 @@ namespace tools {
 struct AnswerError {
   std::string code;
   std::string message;
-  /// What programs are told besides.
-  Json details = Json::object();
   int status = NoAnswer;
+  /// Adds what programs are told besides, when there is something.
+  std::function<void(Json& error)> addDetails = {};
 };
+
+/// The answer was not waited for; the subcommand begins the code.
+AnswerError interruptedError(const std::string& command);
 
 struct Answer {
   /// For standard output, whole lines.

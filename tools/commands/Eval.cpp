@@ -1,10 +1,7 @@
-#include "tools/commands/Eval.h"
-
-#include <boost/locale/encoding_utf.hpp>
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <fstream>
 #include <iostream>
-#include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,7 +9,8 @@
 #include "host/Arrays.h"
 #include "host/Interpreter.h"
 #include "tools/commands/Answer.h"
-#include "tools/render/JsonText.h"
+#include "tools/commands/Commands.h"
+#include "tools/render/Text.h"
 #include "tools/render/Value.h"
 
 namespace tools {
@@ -22,13 +20,6 @@ namespace {
 using embedded::OutputKind;
 
 constexpr std::size_t longestScript = std::size_t{4} << 20;
-
-struct EvalOptions {
-  std::string expression;
-  std::string file;
-  std::string snapshot;
-  bool json = false;
-};
 
 std::string readScript(const std::string& file) {
   std::ifstream stream(file, std::ios::binary);
@@ -42,26 +33,32 @@ std::string readScript(const std::string& file) {
   return text;
 }
 
-std::u16string textOf(const EvalOptions& options) {
+std::u16string codeFrom(const EvalOptions& options) {
   const std::string text = options.file.empty() ? options.expression : readScript(options.file);
   if (!isUtf8(text)) throw AnswerError{"eval.not-utf8", "the code is no UTF-8 text"};
-  return boost::locale::conv::utf_to_utf<char16_t>(text);
+  return wide(text);
 }
 
 /// What code prints goes to where people expect it, when the host delivers it.
 void print(OutputKind kind, std::u16string_view text) {
   std::ostream& stream = kind == OutputKind::Output ? std::cout : std::cerr;
-  stream << boost::locale::conv::utf_to_utf<char>(text.data(), text.data() + text.size()) << std::flush;
+  stream << narrow(text) << std::flush;
 }
 
-AnswerError errorOf(const EvalOptions& options, const embedded::CodeFailure& failure) {
+/// Programs are told the place and the output in keys of their own.
+AnswerError errorOf(const EvalOptions& options, const embedded::CodeFailure& failure,
+                    const std::u16string& output) {
   const bool isScript = failure.source == "expression" && !options.file.empty();
   const std::string source = isScript ? options.file : failure.source;
   const std::string place =
       source + ":" + std::to_string(failure.line) + ":" + std::to_string(failure.column) + ": ";
-  return {failure.id,
-          options.json ? failure.message : place + failure.message,
-          {{"source", jsonOf(source)}, {"line", failure.line}, {"column", failure.column}}};
+  const auto addDetails = [=, line = failure.line, column = failure.column](Json& error) {
+    error["source"] = jsonOf(source);
+    error["line"] = line;
+    error["column"] = column;
+    error["output"] = jsonOf(output);
+  };
+  return {failure.id, options.json ? failure.message : place + failure.message, NoAnswer, addDetails};
 }
 
 /// Takes the code's output for as long as it lives.
@@ -80,7 +77,7 @@ class OutputTo {
 
 /// For programs, an expression gives its value; otherwise statements run and print as they say.
 Answer evaluate(const EvalOptions& options, embedded::Host& host) {
-  const std::u16string text = textOf(options);
+  const std::u16string text = codeFrom(options);
   std::u16string output;
   const auto keep = [&](OutputKind, std::u16string_view printed) { output += printed; };
   const OutputTo printing(host, options.json ? embedded::Output(keep) : embedded::Output(print));
@@ -90,40 +87,18 @@ Answer evaluate(const EvalOptions& options, embedded::Host& host) {
   kxArray_tag* slot = nullptr;
   const int status = inEvalExp(text, nlhs, &slot, true, Tamsix::orvo::EvalSource::Query);
   const boost::intrusive_ptr<kxArray_tag> value(slot, false);
-  if (status != 0) {
-    AnswerError error = errorOf(options, host.codeFailure().value());
-    error.details["output"] = jsonOf(output);
-    throw error;
-  }
+  if (status != 0) throw errorOf(options, host.codeFailure().value(), output);
   if (!options.json) return {};
   Json answer = {{"output", jsonOf(output)}};
   if (nlhs == 1) answer["value"] = jsonOfValue(value.get());
   return {lineOf(answer) + '\n'};
 }
 
-int run(const EvalOptions& options) {
-  return answerOnce({"eval", options.snapshot, options.json},
-                    [&](embedded::Host& host) { return evaluate(options, host); });
-}
-
 }  // namespace
 
-void addEval(CLI::App& app, int& status) {
-  const auto options = std::make_shared<EvalOptions>();
-  CLI::App& command = *app.add_subcommand("eval", "Runs an expression or a script in the session");
-  CLI::Option* expression =
-      command.add_option("EXPR", options->expression, "For instance 'pump.Flow * 2'")->type_name("");
-  CLI::Option* file = command.add_option("--file", options->file, "A script instead")
-                          ->type_name("FILE")
-                          ->excludes(expression);
-  command.add_option("--snapshot", options->snapshot, "The session to run it in")
-      ->type_name("FILE")
-      ->required();
-  command.add_flag("--json", options->json, "Print JSON, for programs");
-  command.callback([=, &status] {
-    if (expression->empty() && file->empty()) throw CLI::RequiredError("EXPR or --file");
-    status = run(*options);
-  });
+int runEval(const EvalOptions& options) {
+  return answerOnce({"eval", options.snapshot, options.json},
+                    [&](embedded::Host& host) { return evaluate(options, host); });
 }
 
 }  // namespace tools

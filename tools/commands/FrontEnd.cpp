@@ -1,149 +1,97 @@
-#include "tools/commands/FrontEnd.h"
+// The subcommands on top of the front end: complete and explain.
 
-#include <boost/locale/encoding_utf.hpp>
+#include "tools/render/FrontEnd.h"
+
 #include <chrono>
-#include <vector>
 
+#include "frontend/Explanation.h"
 #include "tools/commands/Answer.h"
+#include "tools/commands/Commands.h"
+#include "tools/render/Text.h"
+#include "tools/session/HostSession.h"
 
 namespace tools {
 
 namespace {
 
-using boost::locale::conv::utf_to_utf;
+using frontend::Completion;
+using frontend::Explanation;
+using frontend::Status;
 
-const std::vector<std::string>& policies() {
-  static const std::vector<std::string> words = {"never", "stored-values", "allowed"};
-  return words;
-}
+struct Line {
+  std::u16string text;
+  std::size_t cursor = 0;
+};
 
-frontend::CodePolicy policyOf(const std::string& word) {
-  if (word == policies()[0]) return frontend::CodePolicy::Never;
-  return word == policies()[1] ? frontend::CodePolicy::StoredValues : frontend::CodePolicy::Allowed;
-}
-
-bool isLead(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-
+/// How many UTF-16 units so many characters of the text take.
 std::size_t unitsOf(const std::u16string& text, std::size_t characters) {
+  const auto isLead = [](char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; };
   std::size_t at = 0;
   for (; characters > 0 && at < text.size(); --characters)
     at += isLead(text[at]) && at + 1 < text.size() ? 2 : 1;
   return at;
 }
 
-void add(Json& json, const char* key, const std::u16string& text) {
-  if (!text.empty()) json[key] = jsonOf(text);
-}
-
-}  // namespace
-
-void addFrontEndOptions(CLI::App& command, FrontEndOptions& options) {
-  command.add_option("TEXT", options.text, "A line of code, for instance 'pump.Fl'")
-      ->type_name("")
-      ->required();
-  command.add_option("--snapshot", options.snapshot, "The session to ask about")
-      ->type_name("FILE")
-      ->required();
-  command.add_option("--cursor", options.cursor, "How many characters are before the cursor; by default all")
-      ->check(CLI::NonNegativeNumber)
-      ->type_name("N");
-  command.add_option("--in", options.function, "The function whose code it is")->type_name("FUNCTION");
-  command.add_option("--class", options.className, "The class whose code it is")->type_name("CLASS");
-  addPolicyOption(command, options);
-  command.add_option("--limit", options.limit, "How many candidates at most, 200 by default")
-      ->check(CLI::NonNegativeNumber)
-      ->type_name("N");
-  command.add_option("--timeout", options.milliseconds, "Stop looking after so many milliseconds")
-      ->check(CLI::Range(0, 86'400'000))
-      ->type_name("MS");
-  command.add_flag("--hidden", options.hidden, "Hidden names too");
-  command.add_flag("--json", options.json, "Print JSON, for programs");
-}
-
-void addPolicyOption(CLI::App& command, FrontEndOptions& options) {
-  command
-      .add_option("--code", options.policy,
-                  "How far code may run: never, stored-values (the default), allowed")
-      ->check(CLI::IsMember(policies()))
-      ->type_name("POLICY");
-}
-
-Line lineOf(const FrontEndOptions& options, const std::string& command) {
+/// The text and the cursor as the front end has them; `command` begins the code of the error.
+Line lineFrom(const FrontEndOptions& options, const std::string& command) {
   if (!isUtf8(options.text)) throw AnswerError{command + ".not-utf8", "the text is no UTF-8"};
-  Line line{utf_to_utf<char16_t>(options.text)};
+  Line line{wide(options.text)};
   line.cursor = options.cursor ? unitsOf(line.text, *options.cursor) : line.text.size();
   return line;
 }
 
-frontend::Scope placeOf(const FrontEndOptions& options) {
-  return {utf_to_utf<char16_t>(options.function), utf_to_utf<char16_t>(options.className)};
+frontend::Scope scopeFrom(const FrontEndOptions& options) {
+  return {wide(options.function), wide(options.className)};
 }
 
-frontend::Options optionsOf(const FrontEndOptions& options) {
-  frontend::Options asked{policyOf(options.policy), {}, options.limit, options.hidden};
+frontend::Options limitsFrom(const FrontEndOptions& options) {
+  frontend::Options asked{options.policy, {}, options.limit, options.hidden};
   if (options.milliseconds > 0) {
     asked.deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(options.milliseconds);
   }
   return asked;
 }
 
-Json jsonOf(const frontend::Outcome& outcome) {
-  Json json = {{"status", nameOf(outcome.status)}};
-  add(json, "reason", outcome.reason);
-  json["neededPolicy"] = nameOf(outcome.neededPolicy);
-  add(json, "printed", outcome.printed);
-  return json;
+Answer answerComplete(const FrontEndOptions& options, embedded::Host& host) {
+  const Line line = lineFrom(options, "complete");
+  HostSession session(host);
+  const Completion completion =
+      frontend::complete(session, line.text, line.cursor, scopeFrom(options), limitsFrom(options));
+  const frontend::Outcome& outcome = completion.outcome;
+  if (outcome.status == Status::Interrupted) throw interruptedError("complete");
+  // What was found before the failure is worth showing.
+  if (outcome.status == Status::Failed && completion.candidates.empty()) {
+    throw AnswerError{"complete.failed", printable(outcome.reason)};
+  }
+  if (options.json) return {jsonLineOf(completion) + '\n'};
+  const std::string notice = noticeOf(outcome);
+  const bool isEmpty = completion.candidates.empty() && notice.empty();
+  return {textOf(completion), isEmpty ? "nothing completes '" + printable(line.text) + "'" : notice};
 }
 
-Json jsonOf(const frontend::Candidate& candidate) {
-  Json json = {{"label", jsonOf(candidate.label)},
-               {"insertion", jsonOf(candidate.insertion)},
-               {"kind", nameOf(candidate.kind)},
-               {"match", nameOf(candidate.match)},
-               {"order", candidate.order}};
-  add(json, "declaringClass", candidate.declaringClass);
-  if (candidate.access) json["access"] = wordOfAccess(*candidate.access);
-  add(json, "type", candidate.type);
-  add(json, "size", candidate.size);
-  if (candidate.isStatic) json["static"] = true;
-  if (candidate.isConstant) json["constant"] = true;
-  if (candidate.isHidden) json["hidden"] = true;
-  if (candidate.readRunsCode) json["readRunsCode"] = true;
-  return json;
+Answer answerExplain(const FrontEndOptions& options, const std::string& name, embedded::Host& host) {
+  const Line line = lineFrom(options, "explain");
+  if (!isUtf8(name)) throw AnswerError{"explain.not-utf8", "the name is no UTF-8"};
+  HostSession session(host);
+  const Explanation explanation =
+      frontend::explain(session, line.text, line.cursor, wide(name), scopeFrom(options), limitsFrom(options));
+  const frontend::Outcome& outcome = explanation.outcome;
+  if (outcome.status == Status::Interrupted) throw interruptedError("explain");
+  if (outcome.status == Status::Failed) throw AnswerError{"explain.failed", printable(outcome.reason)};
+  if (options.json) return {jsonLineOf(explanation) + '\n'};
+  return {textOf(explanation), noticeOf(outcome)};
 }
 
-std::string wordOfAccess(std::int32_t level) {
-  static const char* const words[] = {"public", "protected", "private", "immutable", "listed", "constant"};
-  return level >= 0 && level < 6 ? words[level] : std::to_string(level);
+}  // namespace
+
+int runComplete(const FrontEndOptions& options) {
+  return answerOnce({"complete", options.snapshot, options.json},
+                    [&](embedded::Host& host) { return answerComplete(options, host); });
 }
 
-std::string kindOf(const frontend::Candidate& candidate) {
-  std::string kind = nameOf(candidate.kind);
-  for (char& character : kind) character = character == '-' ? ' ' : character;
-  return candidate.declaringClass.empty() ? kind : kind + " of " + printable(candidate.declaringClass);
-}
-
-std::string detailsOf(const frontend::Candidate& candidate) {
-  std::vector<std::string> parts;
-  const std::string type = printable(candidate.type);
-  const std::string size = printable(candidate.size);
-  if (!type.empty() || !size.empty())
-    parts.push_back(size + (size.empty() || type.empty() ? "" : " ") + type);
-  if (candidate.access.value_or(0) != 0) parts.push_back(wordOfAccess(*candidate.access));
-  if (candidate.isConstant && candidate.kind != frontend::Kind::Constant) parts.push_back("constant");
-  if (candidate.isHidden) parts.push_back("hidden");
-  const bool isProperty = candidate.kind == frontend::Kind::Property;
-  if (candidate.readRunsCode && isProperty) parts.push_back("reading runs code");
-  std::string text;
-  for (const std::string& part : parts) text += (text.empty() ? "" : ", ") + part;
-  return text;
-}
-
-std::string noticeOf(const frontend::Outcome& outcome) {
-  if (outcome.status == frontend::Status::Complete) return {};
-  const std::string status = nameOf(outcome.status);
-  const std::string reason = printable(outcome.reason);
-  return reason.empty() || reason == status ? status : status + ": " + reason;
+int runExplain(const FrontEndOptions& options, const std::string& name) {
+  return answerOnce({"explain", options.snapshot, options.json},
+                    [&](embedded::Host& host) { return answerExplain(options, name, host); });
 }
 
 }  // namespace tools

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "tools/commands/Version.h"
+#include "tools/session/Process.h"
 #include "tools/lsp/Params.h"
 
 namespace tools::lsp {

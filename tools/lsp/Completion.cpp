@@ -4,7 +4,7 @@
 #include <string>
 
 #include "frontend/Completion.h"
-#include "tools/commands/FrontEnd.h"
+#include "tools/render/FrontEnd.h"
 #include "tools/lsp/Outcome.h"
 #include "tools/lsp/Params.h"
 #include "tools/lsp/Spot.h"

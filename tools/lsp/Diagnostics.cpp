@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "tools/lsp/Params.h"
-#include "tools/session/Snapshot.h"
+#include "tools/render/Errors.h"
 
 namespace tools::lsp {
 

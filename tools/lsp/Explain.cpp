@@ -1,7 +1,7 @@
 #include "tools/lsp/Explain.h"
 
 #include "frontend/Explanation.h"
-#include "tools/commands/Explain.h"
+#include "tools/render/FrontEnd.h"
 #include "tools/lsp/Params.h"
 #include "tools/lsp/Spot.h"
 

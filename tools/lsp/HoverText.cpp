@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/commands/FrontEnd.h"
+#include "tools/render/FrontEnd.h"
 #include "tools/lsp/Params.h"
 
 namespace tools::lsp {

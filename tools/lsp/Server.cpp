@@ -4,7 +4,7 @@
 #include <iostream>
 #include <variant>
 
-#include "tools/commands/ExitCode.h"
+#include "tools/session/Process.h"
 #include "tools/lsp/Diagnostics.h"
 #include "tools/lsp/Requests.h"
 

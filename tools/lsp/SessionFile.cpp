@@ -4,6 +4,7 @@
 
 #include "tools/lsp/Diagnostics.h"
 #include "tools/lsp/Uri.h"
+#include "tools/render/Errors.h"
 #include "tools/session/Snapshot.h"
 
 namespace tools::lsp {

@@ -7,9 +7,9 @@
 
 #include "embedded/Host.h"
 #include "frontend/Session.h"
-#include "tools/lsp/CancellableSession.h"
 #include "tools/lsp/Client.h"
 #include "tools/lsp/Inbox.h"
+#include "tools/session/HostSession.h"
 
 namespace tools::lsp {
 
@@ -32,12 +32,13 @@ class SessionFile {
  private:
   /// A host that is this thread's.
   struct Active {
+    /// A request may have been cancelled before it has begun.
     Active(std::unique_ptr<embedded::Host> loaded, Inbox& inbox)
-        : host(std::move(loaded)), activation(*host), session(*host, inbox) {}
+        : host(std::move(loaded)), activation(*host), session(*host, [&inbox] { inbox.renewInterrupt(); }) {}
 
     std::unique_ptr<embedded::Host> host;
     embedded::Activation activation;
-    CancellableSession session;
+    HostSession session;
   };
 
   void use(std::unique_ptr<embedded::Host> host);

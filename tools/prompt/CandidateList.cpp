@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "tools/commands/FrontEnd.h"
+#include "tools/render/FrontEnd.h"
 #include "tools/prompt/Terminal.h"
-#include "tools/render/JsonText.h"
+#include "tools/render/Text.h"
 
 namespace tools::prompt {
 

@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "tools/prompt/Questions.h"
-#include "tools/render/JsonText.h"
-#include "tools/session/Snapshot.h"
+#include "tools/render/Text.h"
+#include "tools/render/Errors.h"
 
 namespace tools::prompt {
 

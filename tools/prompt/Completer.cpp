@@ -6,10 +6,10 @@
 #include <boost/locale/encoding_utf.hpp>
 
 #include "frontend/Completion.h"
-#include "tools/commands/FrontEnd.h"
+#include "tools/render/FrontEnd.h"
 #include "tools/prompt/CandidateList.h"
 #include "tools/prompt/Terminal.h"
-#include "tools/session/Interrupt.h"
+#include "tools/session/Process.h"
 
 namespace tools::prompt {
 

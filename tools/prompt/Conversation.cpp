@@ -3,11 +3,10 @@
 #include <iostream>
 #include <utility>
 
-#include "tools/commands/ExitCode.h"
+#include "tools/session/Process.h"
 #include "tools/prompt/Commands.h"
 #include "tools/prompt/Evaluation.h"
-#include "tools/render/JsonText.h"
-#include "tools/session/Interrupt.h"
+#include "tools/render/Text.h"
 
 namespace tools::prompt {
 

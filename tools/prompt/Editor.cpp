@@ -6,7 +6,7 @@
 #include <new>
 
 #include "tools/prompt/Terminal.h"
-#include "tools/session/Interrupt.h"
+#include "tools/session/Process.h"
 
 namespace tools::prompt {
 

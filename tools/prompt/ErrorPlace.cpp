@@ -4,7 +4,7 @@
 #include <cstddef>
 
 #include "tools/prompt/Terminal.h"
-#include "tools/render/JsonText.h"
+#include "tools/render/Text.h"
 
 namespace tools::prompt {
 

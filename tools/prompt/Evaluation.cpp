@@ -12,9 +12,9 @@
 #include "host/Exceptions.h"
 #include "host/Interpreter.h"
 #include "tools/prompt/ErrorPlace.h"
-#include "tools/render/Exceptions.h"
-#include "tools/render/JsonText.h"
-#include "tools/session/Interrupt.h"
+#include "tools/render/Errors.h"
+#include "tools/render/Text.h"
+#include "tools/session/Process.h"
 
 namespace tools::prompt {
 
@@ -65,7 +65,7 @@ std::string errorOf(embedded::Host& host, const std::u16string& text, int firstL
   } catch (const Tamsix::System::InterruptException&) {
     return "interrupted\n";
   } catch (...) {
-    return "the session failed: " + lineOf(describeCurrentException()) + '\n';
+    return "the session failed: " + describeCurrentException() + '\n';
   }
 }
 

@@ -8,7 +8,7 @@
 #include <cwchar>
 #include <initializer_list>
 
-#include "tools/session/Interrupt.h"
+#include "tools/session/Process.h"
 
 namespace tools::prompt {
 

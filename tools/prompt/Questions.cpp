@@ -5,9 +5,9 @@
 
 #include "frontend/Explanation.h"
 #include "frontend/Hover.h"
-#include "tools/commands/Explain.h"
-#include "tools/commands/FrontEnd.h"
-#include "tools/session/Interrupt.h"
+#include "tools/render/FrontEnd.h"
+#include "tools/render/Text.h"
+#include "tools/session/Process.h"
 
 namespace tools::prompt {
 

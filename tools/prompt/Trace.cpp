@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "tools/render/JsonText.h"
+#include "tools/render/Text.h"
 
 namespace tools::prompt {
 

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
 
-#include "tools/query/RequestError.h"
-
 namespace tools::query {
 
+using KCOSContextData::MethodInfo;
 using KCOSContextData::ResolvedClassID;
 
 namespace {
@@ -28,8 +28,6 @@ Arguments::Arguments(const Json& object, embedded::Host& host, std::string path)
     : object_(object), host_(host), path_(std::move(path)) {}
 
 bool Arguments::has(const std::string& name) const { return object_.contains(name); }
-
-bool Arguments::hasNull(const std::string& name) const { return has(name) && get(name).is_null(); }
 
 bool Arguments::hasIdentifier(const std::string& name) const {
   return has(name) && object_.at(name).is_object() && !textOf(object_.at(name));
@@ -91,12 +89,13 @@ std::vector<std::int32_t> Arguments::numbers(const std::string& name) const {
   return numbers;
 }
 
-std::int32_t Arguments::numberOrWord(const std::string& name, const std::vector<std::string>& words) const {
+MethodInfo::GetContext Arguments::context(const std::string& name) const {
+  static const std::vector<std::string> words = {"none", "before-dot", "after-dot", "any"};
   const Json& given = get(name);
-  if (const std::optional<std::int32_t> number = numberOf(given)) return *number;
+  if (const std::optional<std::int32_t> number = numberOf(given)) return MethodInfo::GetContext{*number};
   const auto found = given.is_string() ? std::ranges::find(words, given.get<std::string>()) : words.end();
   if (found == words.end()) wrongType(name, "a 32-bit number or one of the words for it");
-  return static_cast<std::int32_t>(found - words.begin());
+  return MethodInfo::GetContext{static_cast<std::int32_t>(found - words.begin())};
 }
 
 boost::intrusive_ptr<kxArray_tag> Arguments::value(const std::string& name) const {
@@ -136,6 +135,46 @@ ResolvedClassID Arguments::identifier(const std::string& name) const {
       inner.has("id") ? inner.identifier("id") : construct(inner, [](const auto& make) { return make(); });
   inner.finish();
   return id;
+}
+
+Record Arguments::record(const std::string& name) const {
+  const Arguments inner = nested(name);
+  Record made = constructRecord(inner, [](const auto& make) { return make(); });
+  inner.finish();
+  return made;
+}
+
+Record Arguments::recordOrNone(const std::string& name) const {
+  if (!has(name) || get(name).is_null()) return nullptr;
+  return record(name);
+}
+
+PropertyOptions Arguments::propertyOptions(const std::string& name) const {
+  PropertyOptions read;
+  if (!has(name)) return read;
+  const Arguments inner = nested(name);
+  if (inner.has("accessLevels")) read.options.accessLevels = inner.numbers("accessLevels");
+  if (inner.has("accessorKinds")) read.options.accessorKinds = inner.numbers("accessorKinds");
+  read.accessingClass = inner.recordOrNone("accessingClass");
+  read.options.accessingClass = read.accessingClass.get();
+  read.options.includeHidden = inner.flag("includeHidden");
+  inner.finish();
+  return read;
+}
+
+MethodOptions Arguments::methodOptions(const std::string& name) const {
+  MethodOptions read;
+  if (!has(name)) return read;
+  const Arguments inner = nested(name);
+  if (inner.has("access")) read.options.access = inner.numbers("access");
+  read.accessingClass = inner.recordOrNone("accessingClass");
+  read.options.accessingClass = read.accessingClass.get();
+  if (inner.has("context")) read.options.context = inner.context("context");
+  read.options.includeConstructors = inner.flag("includeConstructors");
+  read.options.includeOperatorOverloads = inner.flag("includeOperatorOverloads");
+  read.options.includeHidden = inner.flag("includeHidden");
+  inner.finish();
+  return read;
 }
 
 void Arguments::finish() const {

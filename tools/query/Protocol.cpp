@@ -1,18 +1,53 @@
 #include "tools/query/Protocol.h"
 
+#include <nlohmann/json.hpp>
+#include <set>
 #include <utility>
+#include <vector>
 
 #include "host/Exceptions.h"
-#include "tools/commands/Version.h"
 #include "tools/query/Operation.h"
-#include "tools/query/Request.h"
-#include "tools/query/RequestError.h"
+#include "tools/render/Text.h"
+#include "tools/session/Process.h"
 
 namespace tools::query {
 
 namespace {
 
 constexpr int protocolNumber = 1;
+
+/// Follows the parser and finds the key that an object has twice; the parser itself keeps the last value.
+class RepeatedKeys {
+ public:
+  bool operator()(int, Json::parse_event_t event, const Json& parsed) {
+    if (event == Json::parse_event_t::object_start) keys_.emplace_back();
+    if (event == Json::parse_event_t::object_end) keys_.pop_back();
+    if (event == Json::parse_event_t::key) insert(parsed.get_ref<const std::string&>());
+    return true;
+  }
+
+ private:
+  void insert(const std::string& key) {
+    if (!keys_.back().insert(key).second) {
+      throw RequestError{"query.repeated-key", "\"" + key + "\" is given twice", key};
+    }
+  }
+
+  std::vector<std::set<std::string>> keys_;
+};
+
+/// The JSON object of a line. Throws RequestError: not JSON, not an object, a repeated key.
+Json parseRequest(const std::string& line) {
+  if (!isUtf8(line)) throw RequestError{"query.not-utf8", "the line is no UTF-8 text"};
+  Json request;
+  try {
+    request = Json::parse(line, RepeatedKeys());
+  } catch (const Json::exception& error) {
+    throw RequestError{"query.not-json", error.what()};
+  }
+  if (!request.is_object()) throw RequestError{"query.not-object", "a request is a JSON object"};
+  return request;
+}
 
 Json errorAnswer(const RequestError& error) {
   Json rendered = {{"code", error.code}, {"message", error.message}};
@@ -38,15 +73,17 @@ Json headed(const Json& request, Json answer) {
 
 }  // namespace
 
-Json Protocol::opening() const { return {{"protocol", protocolNumber}, {"version", version()}}; }
+std::string Protocol::opening() const {
+  return lineOf({{"protocol", protocolNumber}, {"version", version()}});
+}
 
-Json Protocol::answer(const std::string& line) {
+std::string Protocol::answer(const std::string& line) {
   try {
     if (line.size() > longestLine) throw RequestError{"query.line-too-long", "more than 16 MiB"};
-    return answerRequest(parseRequest(line));
+    return lineOf(answerRequest(parseRequest(line)));
   } catch (const RequestError& error) {
     first_ = false;
-    return errorAnswer(error);
+    return lineOf(errorAnswer(error));
   }
 }
 
@@ -84,9 +121,11 @@ Json Protocol::ask(const Json& request) {
   arguments.allow("tag");
   const Operation& operation = operationOf(arguments);
   const bool trace = arguments.flag("trace") || trace_;
-  Question question(arguments, host_, trace);
+  Json answer = Json::object();
+  Question question(arguments, host_, trace, answer);
   operation.answer(question);
-  return question.takeAnswer();
+  question.finish();
+  return answer;
 }
 
 }  // namespace tools::query

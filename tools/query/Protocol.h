@@ -6,7 +6,7 @@
 #include <string>
 
 #include "embedded/Host.h"
-#include "tools/render/JsonText.h"
+#include "tools/render/Json.h"
 
 namespace tools::query {
 
@@ -19,10 +19,10 @@ class Protocol {
   Protocol(embedded::Host& host, bool trace) : host_(host), trace_(trace) {}
 
   /// The line that opens the stream.
-  Json opening() const;
+  std::string opening() const;
 
-  /// Lines are counted: a line that names the protocol may only be the first.
-  Json answer(const std::string& line);
+  /// Also a line. Requests are counted: one that names the protocol may only be the first.
+  std::string answer(const std::string& line);
 
  private:
   Json answerRequest(const Json& request);

@@ -1,74 +1,83 @@
-#include "tools/render/Rendering.h"
-#include "tools/render/Table.h"
-#include "tools/render/Words.h"
+#include "tools/render/Text.h"
 
-namespace tools::description {
+#include <algorithm>
+#include <boost/locale/encoding_utf.hpp>
+
+namespace tools {
 
 namespace {
 
-/// The tree under the first class. A class that is met again is not followed again.
-void addTree(const std::vector<ClassDescription>& classes, std::size_t at, std::size_t depth,
-             std::vector<bool>& shown, std::string& text) {
-  text += std::string(2 * depth, ' ') + title(classes[at]);
-  const bool again = shown[at];
-  shown[at] = true;
-  if (again && !classes[at].superclasses.empty()) text += " (see above)";
-  text += '\n';
-  if (again) return;
-  for (const std::size_t superclass : classes[at].superclasses) {
-    addTree(classes, superclass, depth + 1, shown, text);
-  }
+using boost::locale::conv::utf_to_utf;
+
+bool isControl(char16_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0xA0); }
+
+/// Characters of a UTF-8 text.
+std::size_t lengthOf(const std::string& text) {
+  return std::ranges::count_if(text, [](char unit) { return (unit & 0xC0) != 0x80; });
 }
 
-using Rows = std::vector<std::vector<std::string>>;
-
-Rows propertyRows(const ClassDescription& described) {
-  Rows rows;
-  for (const Property& property : described.properties) {
-    rows.push_back({printable(property.info.name), printable(property.info.type), size(property.info),
-                    access(property), joined(notes(property), "; ")});
+std::vector<std::size_t> widthsOf(const std::vector<std::vector<std::string>>& rows) {
+  std::vector<std::size_t> widths(rows.empty() ? 0 : rows.front().size());
+  for (const auto& row : rows) {
+    for (std::size_t column = 0; column < row.size(); ++column) {
+      widths[column] = std::max(widths[column], lengthOf(row[column]));
+    }
   }
-  return rows;
+  return widths;
 }
 
-Rows methodRows(const ClassDescription& described) {
-  Rows rows;
-  for (const Method& method : described.methods) {
-    rows.push_back({printable(method.info.name), access(method), joined(notes(method), "; ")});
+std::string lineOfRow(const std::vector<std::string>& row, const std::vector<std::size_t>& widths) {
+  std::string line;
+  for (std::size_t column = 0; column < row.size(); ++column) {
+    if (widths[column] > 0)
+      line += row[column] + std::string(widths[column] - lengthOf(row[column]) + 2, ' ');
   }
-  return rows;
-}
-
-Rows enumerationRows(const ClassDescription& described) {
-  Rows rows;
-  for (const std::u16string& member : described.enumerationMembers) rows.push_back({printable(member)});
-  return rows;
-}
-
-/// One section for each class that has something to show.
-std::string sections(const Description& description, const std::string& heading,
-                     Rows (*rowsOf)(const ClassDescription&)) {
-  std::string text;
-  for (const ClassDescription& described : description.classes) {
-    const Rows rows = rowsOf(described);
-    if (rows.empty()) continue;
-    text += "\n" + heading + " " + title(described) + "\n" + tableOf(rows, 2);
-  }
-  return text;
+  line.erase(line.find_last_not_of(' ') + 1);
+  return line;
 }
 
 }  // namespace
 
-std::string textOf(const Description& description) {
-  std::string text;
-  std::vector<bool> shown(description.classes.size());
-  addTree(description.classes, 0, 0, shown, text);
-  for (const ClassDescription& described : description.classes) {
-    if (!described.isValid) text += "\n" + title(described) + " is broken: its own members are not known\n";
+bool isUtf8(const std::string& text) {
+  try {
+    utf_to_utf<char32_t>(text, boost::locale::conv::stop);
+    return true;
+  } catch (const boost::locale::conv::conversion_error&) {
+    return false;
   }
-  text += sections(description, "members of the enumeration", enumerationRows);
-  text += sections(description, "properties of", propertyRows);
-  return text + sections(description, "methods of", methodRows);
 }
 
-}  // namespace tools::description
+std::u16string wide(std::string_view text) {
+  return utf_to_utf<char16_t>(text.data(), text.data() + text.size());
+}
+
+std::string narrow(std::u16string_view text) {
+  return utf_to_utf<char>(text.data(), text.data() + text.size());
+}
+
+std::string printable(std::u16string text) {
+  std::replace_if(text.begin(), text.end(), isControl, u'\uFFFD');
+  return narrow(text);
+}
+
+std::string printable(const std::string& text) { return printable(wide(text)); }
+
+const std::vector<std::string>& accessWords() {
+  static const std::vector<std::string> words{"public",    "protected", "private",
+                                              "immutable", "listed",    "constant"};
+  return words;
+}
+
+std::string accessWord(std::int32_t level) {
+  const auto at = static_cast<std::size_t>(level);
+  return level >= 0 && at < accessWords().size() ? accessWords()[at] : std::to_string(level);
+}
+
+std::string tableOf(const std::vector<std::vector<std::string>>& rows, std::size_t indent) {
+  const std::vector<std::size_t> widths = widthsOf(rows);
+  std::string table;
+  for (const auto& row : rows) table += std::string(indent, ' ') + lineOfRow(row, widths) + '\n';
+  return table;
+}
+
+}  // namespace tools

@@ -2,7 +2,6 @@
 
 // Requests a host's interrupt at a time.
 
-#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -24,7 +23,7 @@ class Alarm {
 
   /// Starts a thread when it is set for the first time; goes off at once when the time has passed.
   void set(Time time);
-  /// Afterwards it does not go off; answers whether it has since it was last set or stopped.
+  /// Afterwards it does not go off; returns whether it has since it was last set or stopped.
   bool stop() noexcept;
 
  private:

@@ -1,17 +1,16 @@
 #include "tools/session/HostSession.h"
 
-#include <boost/locale/encoding_utf.hpp>
+#include <boost/shared_ptr.hpp>
 #include <utility>
 
 #include "host/Streams.h"
+#include "tools/render/Text.h"
 
 namespace tools {
 
 using services::io::KLStream;
 
 namespace {
-
-std::u16string wide(const std::string& text) { return boost::locale::conv::utf_to_utf<char16_t>(text); }
 
 std::vector<frontend::SessionName> sessionNames(const std::vector<embedded::KnownName>& known) {
   std::vector<frontend::SessionName> names;
@@ -81,7 +80,8 @@ class HostSession::Silence {
   KLStream& err_ = KLStream::KLErr();
 };
 
-HostSession::HostSession(embedded::Host& host) : host_(host), alarm_(host) {}
+HostSession::HostSession(embedded::Host& host, std::function<void()> begun)
+    : host_(host), begun_(std::move(begun)), alarm_(host) {}
 HostSession::~HostSession() = default;
 
 void HostSession::beginRequest(frontend::CodePolicy policy, frontend::Deadline deadline) {
@@ -92,6 +92,7 @@ void HostSession::beginRequest(frontend::CodePolicy policy, frontend::Deadline d
   host_.clearCodeRecord();
   const bool isAllowed = policy == frontend::CodePolicy::Allowed;
   host_.setCodePolicy(isAllowed ? embedded::CodePolicy::Allowed : embedded::CodePolicy::Refused);
+  if (begun_) begun_();
 }
 
 frontend::RequestRecord HostSession::endRequest() noexcept {
@@ -116,7 +117,7 @@ std::vector<std::u16string> HostSession::variableNames() {
 }
 
 boost::intrusive_ptr<kxArray_tag> HostSession::variable(const std::u16string& name) {
-  return host_.variable(boost::locale::conv::utf_to_utf<char>(name));
+  return host_.variable(narrow(name));
 }
 
 std::vector<frontend::SessionName> HostSession::functionNames() {

@@ -2,7 +2,8 @@
 
 // The session of an embedded host, as the front end asks for it.
 
-#include <boost/shared_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,8 +16,9 @@ namespace tools {
 
 class HostSession final : public frontend::Session {
  public:
-  /// The host is active on this thread, and outlives the session.
-  explicit HostSession(embedded::Host& host);
+  /// The host is active on this thread, and outlives the session. `begun` is called when a request has begun: for what a
+  /// request may no longer forget, as it forgets interrupts from before.
+  explicit HostSession(embedded::Host& host, std::function<void()> begun = {});
   ~HostSession() override;
 
   void beginRequest(frontend::CodePolicy policy, frontend::Deadline deadline) override;
@@ -34,6 +36,7 @@ class HostSession final : public frontend::Session {
   class Silence;
 
   embedded::Host& host_;
+  const std::function<void()> begun_;
   Alarm alarm_;
   std::unique_ptr<Silence> silence_;
 };

@@ -46,17 +46,4 @@ std::unique_ptr<embedded::Host> loadSnapshot(const std::string& file) {
                               [&](std::uintmax_t read, std::uintmax_t total) { bar.show(read, total); });
 }
 
-std::string describe(const embedded::SnapshotError& error) {
-  std::string text = error.file() + ": ";
-  if (!error.pointer().empty()) text += error.pointer() + ": ";
-  return text + error.reason() + " [" + error.code() + "]";
-}
-
-Json jsonOf(const embedded::SnapshotError& error) {
-  return {{"code", error.code()},
-          {"file", jsonOf(error.file())},
-          {"pointer", jsonOf(error.pointer())},
-          {"message", jsonOf(error.reason())}};
-}
-
 }  // namespace tools

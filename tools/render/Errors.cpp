@@ -1,9 +1,10 @@
-#include "tools/render/Exceptions.h"
+#include "tools/render/Errors.h"
 
 #include <contextdata/KCOSContextData/ResolvedClassID.h>
 
 #include <boost/core/demangle.hpp>
 #include <exception>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <typeinfo>
 
@@ -20,7 +21,7 @@ std::string typeOf(const Exception& exception) {
 
 }  // namespace
 
-Json describeCurrentException() {
+Json jsonOfCurrentException() {
   try {
     throw;
   } catch (const KCOSContextData::ResolvedClassID::BadClassNameException& exception) {
@@ -36,6 +37,21 @@ Json describeCurrentException() {
   } catch (...) {
     return {{"type", "unknown"}};
   }
+}
+
+std::string describeCurrentException() { return lineOf(jsonOfCurrentException()); }
+
+std::string describe(const embedded::SnapshotError& error) {
+  std::string text = error.file() + ": ";
+  if (!error.pointer().empty()) text += error.pointer() + ": ";
+  return text + error.reason() + " [" + error.code() + "]";
+}
+
+Json jsonOf(const embedded::SnapshotError& error) {
+  return {{"code", error.code()},
+          {"file", jsonOf(error.file())},
+          {"pointer", jsonOf(error.pointer())},
+          {"message", jsonOf(error.reason())}};
 }
 
 }  // namespace tools

@@ -1,11 +1,11 @@
-#include "tools/session/Interrupt.h"
+#include "tools/session/Process.h"
 
+#include <contextdata/Version.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <atomic>
-
-#include "tools/commands/ExitCode.h"
+#include <cstdio>
 
 namespace tools {
 
@@ -16,6 +16,7 @@ static_assert(std::atomic<embedded::Host*>::is_always_lock_free);
 std::atomic<bool> noted = false;
 static_assert(std::atomic<bool>::is_always_lock_free);
 
+// Both handlers call only what a signal handler may.
 void interrupt(int) {
   embedded::Host* host = interruptible.load();
   if (host == nullptr || host->interruptRequested()) _exit(Interrupted);
@@ -36,6 +37,23 @@ void handle(void (*handler)(int)) {
 }
 
 }  // namespace
+
+std::string version() {
+  return std::to_string(CONTEXTDATA_VERSION_MAJOR) + "." + std::to_string(CONTEXTDATA_VERSION_MINOR) + "." +
+         std::to_string(CONTEXTDATA_VERSION_PATCH);
+}
+
+bool readLine(std::istream& input, std::string& line, std::size_t longest) {
+  line.clear();
+  // The buffer is read itself: a line of any length is skipped without being kept.
+  std::streambuf& buffer = *input.rdbuf();
+  int character = buffer.sbumpc();
+  if (character == EOF) return false;
+  for (; character != '\n' && character != EOF; character = buffer.sbumpc()) {
+    if (line.size() <= longest) line.push_back(static_cast<char>(character));
+  }
+  return true;
+}
 
 void handleInterrupts() { handle(interrupt); }
 

@@ -1,0 +1,126 @@
+#include "tools/query/Result.h"
+
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "tools/render/ClassDescription.h"
+#include "tools/render/Value.h"
+
+namespace tools::query {
+
+namespace {
+
+using KCOSContextData::ClassInfo;
+using KCOSContextData::ResolvedClassID;
+
+Json identityOf(const ClassInfo* record) {
+  return record == nullptr ? Json() : tools::jsonOf(record->classId.text());
+}
+
+/// The JSON of each thing that a result can be, or hold.
+struct Rendering {
+  Json operator()(std::nullptr_t) const { return nullptr; }
+  Json operator()(bool flag) const { return flag; }
+  Json operator()(unsigned int number) const { return number; }
+  Json operator()(std::int32_t number) const { return number; }
+  Json operator()(std::size_t number) const { return number; }
+  Json operator()(const std::u16string& text) const { return tools::jsonOf(text); }
+  Json operator()(const std::string& text) const { return tools::jsonOf(text); }
+  Json operator()(const KCOSContextData::PropertyInfo& property) const { return tools::jsonOf(property); }
+  Json operator()(const KCOSContextData::MethodInfo& method) const { return tools::jsonOf(method); }
+
+  /// As snapshots have it where that is short.
+  Json operator()(const boost::intrusive_ptr<kxArray_tag>& value) const { return jsonOfValue(value.get()); }
+
+  template <class Element>
+  Json operator()(const std::vector<Element>& elements) const {
+    return listOf(elements);
+  }
+
+  Json operator()(const std::set<std::u16string>& texts) const { return listOf(texts); }
+
+  /// Sorted.
+  Json operator()(const std::unordered_set<std::u16string>& texts) const {
+    return listOf(std::set<std::u16string>(texts.begin(), texts.end()));
+  }
+
+  Json operator()(const FunctionMetadata& metadata) const {
+    return {{"inputArguments", (*this)(metadata.inputArguments)},
+            {"outputArguments", (*this)(metadata.outputArguments)},
+            {"flags", metadata.flags}};
+  }
+
+  /// The component-qualified name; "" for the null identifier.
+  Json operator()(const ResolvedClassID& id) const {
+    const kcos::COSInternedName& name = id;
+    return tools::jsonOf(name.text());
+  }
+
+  Json operator()(const ResolvedClassID::DebuggerFocus& focus) const {
+    return {{"name", tools::jsonOf(focus.name)}, {"first", focus.first}, {"second", focus.second}};
+  }
+
+  Json operator()(const KCOSContextData::AttributeSets& sets) const {
+    return {{"attributeList1", listOf(sets.attributeList1)},
+            {"attributeList2", listOf(sets.attributeList2)},
+            {"attributeList3", listOf(sets.attributeList3)},
+            {"attributeList4", listOf(sets.attributeList4)}};
+  }
+
+  /// Name, superclasses with theirs, and identity; the visitors' state is told by operations on visitors.
+  Json operator()(const ClassInfo* record) const {
+    Json superclasses = Json::array();
+    for (const auto& superclass : record->structure.superclasses) {
+      superclasses.push_back((*this)(superclass.get()));
+    }
+    return {{"name", tools::jsonOf(record->structure.name)},
+            {"superclasses", std::move(superclasses)},
+            {"classId", tools::jsonOf(record->classId.text())}};
+  }
+
+  Json operator()(const KCOSContextData::PropertyVisitorMutable* visitor) const {
+    return {{"owner", identityOf(visitor->owner)},
+            {"accessLevels", visitor->accessLevels},
+            {"accessorKinds", visitor->accessorKinds},
+            {"accessingClass", identityOf(visitor->accessingClass)},
+            {"includeHidden", visitor->includeHidden},
+            {"properties", listOf(visitor->properties)},
+            {"hiddenProperties", listOf(visitor->hiddenProperties)}};
+  }
+
+  Json operator()(const KCOSContextData::MethodVisitorMutable* visitor) const {
+    return {{"owner", identityOf(visitor->owner)},
+            {"access", visitor->access},
+            {"accessingClass", identityOf(visitor->accessingClass)},
+            {"context", static_cast<std::int32_t>(visitor->context)},
+            {"includeConstructors", visitor->includeConstructors},
+            {"includeOperatorOverloads", visitor->includeOperatorOverloads},
+            {"includeHidden", visitor->includeHidden},
+            {"methods", listOf(visitor->methods)},
+            {"hiddenMethods", listOf(visitor->hiddenMethods)}};
+  }
+
+  /// The identity of the class, or null.
+  Json operator()(kcos::COSClass* found) const {
+    return found == nullptr ? Json() : tools::jsonOf(found->getID().text());
+  }
+
+  /// The dotted name of the namespace, or null.
+  Json operator()(kcos::COSInterface* found) const {
+    const kcos::COSNamespace* space = kcos::cosiToNamespace(found);
+    return space == nullptr ? Json() : tools::jsonOf(std::string(space->getDottedName()));
+  }
+
+  template <class Elements>
+  Json listOf(const Elements& elements) const {
+    Json list = Json::array();
+    for (const auto& element : elements) list.push_back((*this)(element));
+    return list;
+  }
+};
+
+}  // namespace
+
+Json jsonOf(const Result& result) { return std::visit(Rendering(), result); }
+
+}  // namespace tools::query

@@ -1,0 +1,265 @@
+#include "tools/render/ClassDescription.h"
+
+#include <boost/algorithm/string/join.hpp>
+#include <nlohmann/json.hpp>
+#include <utility>
+#include <vector>
+
+#include "tools/render/Text.h"
+
+namespace tools {
+
+using boost::algorithm::join;
+using description::ClassDescription;
+using description::Description;
+using description::Level;
+using description::Method;
+using description::Property;
+
+namespace {
+
+using Rows = std::vector<std::vector<std::string>>;
+
+// The parts of a description in words, for the forms that people read.
+
+/// "lab.Recorder", or with an identity that differs "lab.Recorder (logging:lab.Recorder)".
+std::string titleOf(const ClassDescription& described) {
+  const std::string name = printable(described.name);
+  const std::string identity = printable(described.classId);
+  return identity == name ? name : name + " (" + identity + ")";
+}
+
+std::string joined(const std::vector<std::u16string>& texts, const std::string& separator) {
+  std::vector<std::string> list;
+  for (const std::u16string& text : texts) list.push_back(printable(text));
+  return join(list, separator);
+}
+
+/// "1 x :", or nothing.
+std::string sizeOf(const Property& property) { return joined(property.info.sizeStrings, " x "); }
+
+std::string accessOf(const Level& level) { return level ? accessWords().at(*level) : "unknown"; }
+
+/// "public", or where the two differ "public, write: private".
+std::string accessOf(const Property& property) {
+  const std::string read = accessOf(property.readLevel);
+  const std::string write = accessOf(property.writeLevel);
+  return read == write ? read : read + ", write: " + write;
+}
+
+/// "hidden; reading runs code; values: 1, 2"
+std::string notesOn(const Property& property) {
+  std::vector<std::string> notes;
+  if (property.isHidden) notes.push_back("hidden");
+  if (property.info.isDependent) notes.push_back("dependent");
+  if (property.info.hasCustomGetter) notes.push_back("reading runs code");
+  const auto& functions = property.info.validationFunctions;
+  if (!functions.empty()) notes.push_back("checked by: " + joined(functions, ", "));
+  const auto& values = property.info.possibleValues;
+  if (!values.empty()) notes.push_back("values: " + joined(values, ", "));
+  return join(notes, "; ");
+}
+
+std::string notesOn(const Method& method) {
+  std::vector<std::string> notes;
+  if (method.isConstructor) notes.push_back("constructor");
+  if (method.info.isStatic) notes.push_back("static");
+  if (method.isOperatorOverload) notes.push_back("operator");
+  if (method.isHidden) notes.push_back("hidden");
+  return join(notes, "; ");
+}
+
+// For people.
+
+/// The tree under the class. A class that is met again is not followed again.
+void addTree(const std::vector<ClassDescription>& classes, std::size_t at, std::size_t depth,
+             std::vector<bool>& shown, std::string& text) {
+  text += std::string(2 * depth, ' ') + titleOf(classes[at]);
+  const bool again = shown[at];
+  shown[at] = true;
+  if (again && !classes[at].superclasses.empty()) text += " (see above)";
+  text += '\n';
+  if (again) return;
+  for (const std::size_t superclass : classes[at].superclasses) {
+    addTree(classes, superclass, depth + 1, shown, text);
+  }
+}
+
+Rows propertyRows(const ClassDescription& described) {
+  Rows rows;
+  for (const Property& property : described.properties) {
+    rows.push_back({printable(property.info.name), printable(property.info.type), sizeOf(property),
+                    accessOf(property), notesOn(property)});
+  }
+  return rows;
+}
+
+Rows methodRows(const ClassDescription& described) {
+  Rows rows;
+  for (const Method& method : described.methods) {
+    rows.push_back({printable(method.info.name), accessOf(method.level), notesOn(method)});
+  }
+  return rows;
+}
+
+Rows enumerationRows(const ClassDescription& described) {
+  Rows rows;
+  for (const std::u16string& member : described.enumerationMembers) rows.push_back({printable(member)});
+  return rows;
+}
+
+/// One section for each class that has something to show.
+std::string sections(const Description& description, const std::string& heading,
+                     Rows (*rowsOf)(const ClassDescription&)) {
+  std::string text;
+  for (const ClassDescription& described : description.classes) {
+    const Rows rows = rowsOf(described);
+    if (rows.empty()) continue;
+    text += "\n" + heading + " " + titleOf(described) + "\n" + tableOf(rows, 2);
+  }
+  return text;
+}
+
+// For programs.
+
+Json wordOf(const Level& level) { return level ? Json(accessWords().at(*level)) : Json(); }
+
+Json listOf(const std::vector<std::u16string>& texts) {
+  Json list = Json::array();
+  for (const std::u16string& text : texts) list.push_back(jsonOf(text));
+  return list;
+}
+
+Json objectOf(const Property& property) {
+  Json json = jsonOf(property.info);
+  json["readAccess"] = wordOf(property.readLevel);
+  json["writeAccess"] = wordOf(property.writeLevel);
+  json["isHidden"] = property.isHidden;
+  return json;
+}
+
+Json objectOf(const Method& method) {
+  Json json = jsonOf(method.info);
+  json["access"] = wordOf(method.level);
+  json["isHidden"] = method.isHidden;
+  json["isConstructor"] = method.isConstructor;
+  json["isOperatorOverload"] = method.isOperatorOverload;
+  return json;
+}
+
+template <class Members>
+Json objectsOf(const Members& members) {
+  Json list = Json::array();
+  for (const auto& member : members) list.push_back(objectOf(member));
+  return list;
+}
+
+Json objectOf(const ClassDescription& described, const std::vector<ClassDescription>& classes) {
+  Json superclasses = Json::array();
+  for (const std::size_t at : described.superclasses) superclasses.push_back(jsonOf(classes[at].classId));
+  return {{"name", jsonOf(described.name)},
+          {"classId", jsonOf(described.classId)},
+          {"isValid", described.isValid},
+          {"isEnumeration", described.isEnumeration},
+          {"superclasses", std::move(superclasses)},
+          {"enumerationMembers", listOf(described.enumerationMembers)},
+          {"properties", objectsOf(described.properties)},
+          {"methods", objectsOf(described.methods)}};
+}
+
+// For graphviz.
+
+std::string escaped(const std::string& text, const std::string& special) {
+  std::string escaped;
+  for (const char character : text) {
+    if (special.find(character) != std::string::npos) escaped += '\\';
+    escaped += character;
+  }
+  return escaped;
+}
+
+/// Text in the label of a record, where some characters draw lines.
+std::string labelText(const std::string& text) { return escaped(text, "\\\"{}|<>"); }
+
+std::string shortly(const Property& property) {
+  std::string line = printable(property.info.name);
+  if (!property.info.type.empty()) line += ": " + printable(property.info.type);
+  const std::string extents = sizeOf(property);
+  return extents.empty() ? line : line + " " + extents;
+}
+
+std::string shortly(const Method& method) { return printable(method.info.name) + "()"; }
+
+std::string shortly(const std::u16string& enumerationMember) { return printable(enumerationMember); }
+
+/// A compartment of the class's box; nothing for no members.
+template <class Members>
+std::string compartment(const Members& members) {
+  std::string lines;
+  for (const auto& member : members) lines += labelText(shortly(member)) + "\\l";
+  return lines.empty() ? lines : "|" + lines;
+}
+
+std::string labelOf(const ClassDescription& described) {
+  return "{" + labelText(titleOf(described)) + compartment(described.enumerationMembers) +
+         compartment(described.properties) + compartment(described.methods) + "}";
+}
+
+std::string nodeOf(std::size_t at) { return "class" + std::to_string(at); }
+
+}  // namespace
+
+Json jsonOf(const KCOSContextData::PropertyInfo& property) {
+  return {{"name", jsonOf(property.name)},
+          {"type", jsonOf(property.type)},
+          {"sizeStrings", listOf(property.sizeStrings)},
+          {"validationFunctions", listOf(property.validationFunctions)},
+          {"isDependent", property.isDependent},
+          {"hasCustomGetter", property.hasCustomGetter},
+          {"optimizedPropertyFlag", property.optimizedPropertyFlag},
+          {"possibleValuesKind", property.possibleValuesKind},
+          {"possibleValues", listOf(property.possibleValues)}};
+}
+
+Json jsonOf(const KCOSContextData::MethodInfo& method) {
+  return {{"name", jsonOf(method.name)},
+          {"definingClass", jsonOf(method.definingClass)},
+          {"isStatic", method.isStatic}};
+}
+
+std::string textOf(const Description& description) {
+  std::string text;
+  std::vector<bool> shown(description.classes.size());
+  addTree(description.classes, 0, 0, shown, text);
+  for (const ClassDescription& described : description.classes) {
+    if (!described.isValid) text += "\n" + titleOf(described) + " is broken: its own members are not known\n";
+  }
+  text += sections(description, "members of the enumeration", enumerationRows);
+  text += sections(description, "properties of", propertyRows);
+  return text + sections(description, "methods of", methodRows);
+}
+
+std::string jsonLineOf(const Description& description) {
+  Json classes = Json::array();
+  for (const ClassDescription& described : description.classes) {
+    classes.push_back(objectOf(described, description.classes));
+  }
+  return lineOf({{"classes", std::move(classes)}});
+}
+
+std::string dotOf(const Description& description) {
+  const auto& classes = description.classes;
+  std::string dot = "digraph \"" + escaped(printable(classes.front().name), "\\\"") + "\" {\n";
+  dot += "  rankdir=BT;\n  node [shape=record];\n  edge [arrowhead=empty];\n";
+  for (std::size_t at = 0; at < classes.size(); ++at) {
+    dot += "  " + nodeOf(at) + " [label=\"" + labelOf(classes[at]) + "\"];\n";
+  }
+  for (std::size_t at = 0; at < classes.size(); ++at) {
+    for (const std::size_t superclass : classes[at].superclasses) {
+      dot += "  " + nodeOf(at) + " -> " + nodeOf(superclass) + ";\n";
+    }
+  }
+  return dot + "}\n";
+}
+
+}  // namespace tools

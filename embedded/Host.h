@@ -122,16 +122,6 @@ struct CodeLimits {
   std::size_t elements = 1'000'000;
 };
 
-/// An error of Korval code. The column counts UTF-16 code units; both count from 1.
-struct CodeFailure {
-  std::string id;
-  std::string message;
-  /// The method, function or file, or "expression".
-  std::string source;
-  int line = 0;
-  int column = 0;
-};
-
 /// What Korval code prints: to the output or to the error stream.
 enum class OutputKind { Output, Error };
 using Output = std::function<void(OutputKind kind, std::u16string_view text)>;

@@ -11,7 +11,15 @@
 
 namespace embedded {
 
-struct CodeFailure;
+/// An error of Korval code. The column counts UTF-16 code units; both count from 1.
+struct CodeFailure {
+  std::string id;
+  std::string message;
+  /// The method, function or file, or "expression".
+  std::string source;
+  int line = 0;
+  int column = 0;
+};
 
 /// Lines and columns count from 1, columns in UTF-16 code units; a line ends with "\n".
 struct CodePlace {

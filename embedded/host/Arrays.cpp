@@ -1,12 +1,110 @@
 #include "host/Arrays.h"
 
-#include "embedded/host/Gate.h"
-#include "embedded/model/Value.h"
-#include "host/Classes.h"
+#include <algorithm>
 
-using embedded::enter;
-using embedded::Operation;
-using embedded::valueOf;
+#include "embedded/host/Session.h"
+#include "embedded/language/Members.h"
+#include "embedded/model/Unicode.h"
+
+namespace embedded {
+
+namespace {
+
+/// The value, whose dimensions must not be held in that form any more.
+const Value& heldOtherwise(const kxArray_tag* value, std::initializer_list<DimensionForm> forms) {
+  for (const DimensionForm form : forms)
+    if (valueOf(value).dimensionForm() == form)
+      throw foundation::core::except::Exception("KORVAL:host:DimensionForm",
+                                                "The value does not hold its dimensions in this form.");
+  return valueOf(value);
+}
+
+/// The text of a row of characters (or an empty array of them) or of a string scalar.
+std::u16string scalarText(const kxArray_tag* value) {
+  if (value != nullptr) {
+    const Value& found = valueOf(value);
+    const auto* characters = found.as<std::u16string>();
+    if (characters != nullptr && (characters->empty() || (found.size().size() == 2 && found.rows() == 1)))
+      return *characters;
+    if (const auto* strings = found.as<Strings>(); strings != nullptr && found.elementCount() == 1) {
+      if (!strings->elements.front()) throw KORVAL::string::MissingNotSupported();
+      return *strings->elements.front();
+    }
+  }
+  throw KORVAL::string::MustBeStringScalarOrCharacterVector();
+}
+
+bool hasScalarText(const kxArray_tag* value) {
+  const Value& found = valueOf(value);
+  const auto* characters = found.as<std::u16string>();
+  if (characters != nullptr) return characters->empty() || (found.size().size() == 2 && found.rows() == 1);
+  const auto* strings = found.as<Strings>();
+  return strings != nullptr && found.elementCount() == 1 && strings->elements.front().has_value();
+}
+
+/// The field of one element; a field that nobody has set yet is set to an empty array, so that it can be borrowed.
+Value* fieldOf(const Structures& structures, std::size_t index, std::string_view name) {
+  const auto field = std::ranges::find(structures.fields, name);
+  if (field == structures.fields.end()) return nullptr;
+  const std::size_t at =
+      index * structures.fields.size() + static_cast<std::size_t>(field - structures.fields.begin());
+  ValuePtr& value = const_cast<ValuePtr&>(structures.values.at(at));
+  if (value == nullptr) value = newEmpty();
+  return value.get();
+}
+
+const ForeignClassDescription* foreignClass(const std::string& name) {
+  const auto& all = session().foreignClasses;
+  const auto found = std::ranges::find(all, name, &ForeignClassDescription::name);
+  return found == all.end() ? nullptr : &*found;
+}
+
+ValuePtr foreignMember(const ForeignClassDescription& foreign, const std::string& name) {
+  if (std::ranges::find(foreign.members, name) == foreign.members.end()) return nullptr;
+  return newValue({1, 1}, ForeignMember{foreign.name, name});
+}
+
+/// What everybody can have of a class without an object: a constant, an enumeration member, a method as its handle.
+ValuePtr memberOf(const Class& oneClass, const std::string& name) {
+  const Property* property = oneClass.property(alreadyInterned(name));
+  if (property == nullptr || mayUse(property->content().get, *property->definingClass(), nullptr))
+    if (ValuePtr constant = classConstant(oneClass, name, nullptr)) return constant;
+  if (oneClass.method(alreadyInterned(name)) == nullptr) return nullptr;
+  return newValue({1, 1}, FunctionHandle{oneClass.names().dotted.text() + "." + name});
+}
+
+bool isLetter(char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+}
+
+bool isNameCharacter(char character) {
+  return isLetter(character) || (character >= '0' && character <= '9') || character == '_';
+}
+
+}  // namespace
+
+}  // namespace embedded
+
+using namespace embedded;
+
+// References.
+
+void kxAddReference(const kxArray_tag* value) noexcept {
+  enter<Operation::addReference>(value);
+  valueOf(value).addReference();
+}
+
+bool kxDropReference(const kxArray_tag* value) noexcept {
+  enter<Operation::dropReference>(value);
+  return valueOf(value).dropReference();
+}
+
+void kxDestroyArray(const kxArray_tag* value) noexcept {
+  enter<Operation::destroyArray>(value);
+  destroyValue(&valueOf(value));
+}
+
+// What a value is.
 
 int kxGetClassID(const kxArray_tag* value) {
   enter<Operation::getClassIdentifier>(value);
@@ -18,10 +116,88 @@ std::string kxGetClassName(const kxArray_tag* value) {
   return valueOf(value).className();
 }
 
+int kxGetClassNumber(const kxArray_tag* value) {
+  enter<Operation::getClassNumber>(value);
+  return session().dispatcher.classNumbers().numberOf(valueOf(value));
+}
+
+bool kxIsOpaque(const kxArray_tag* value) {
+  enter<Operation::isOpaque>(value);
+  return valueOf(value).opaque() != nullptr;
+}
+
+bool kxIsObject(const kxArray_tag* value) {
+  enter<Operation::isObject>(value);
+  const Value& found = valueOf(value);
+  if (const auto* structures = found.as<Structures>()) return !structures->className.empty();
+  if (found.as<Objects>()) return found.opaque() == nullptr;
+  return found.object() != nullptr;
+}
+
+bool kxIsScalar(const kxArray_tag* value) {
+  enter<Operation::isScalar>(value);
+  return valueOf(value).elementCount() == 1;
+}
+
+bool kxIsLogicalScalarTrue(const kxArray_tag* value) {
+  enter<Operation::isLogicalScalarTrue>(value);
+  const auto* elements = valueOf(value).as<std::vector<bool>>();
+  return elements != nullptr && elements->size() == 1 && elements->front();
+}
+
+bool kxIsA(const kxArray_tag* value, const char* className) {
+  enter<Operation::isA>(value, className);
+  return session().classes.isOfClass(valueOf(value), className);
+}
+
+// Dimensions.
+
+bool kxHasLazyDimensions(const kxArray_tag* value) {
+  enter<Operation::hasLazyDimensions>(value);
+  return valueOf(value).dimensionForm() == DimensionForm::Lazy;
+}
+
+void kxCompleteDimensions(const kxArray_tag* value) {
+  enter<Operation::completeDimensions>(value);
+  valueOf(value).completeDimensions();
+}
+
+bool kxHasCompactDimensions(const kxArray_tag* value) {
+  enter<Operation::hasCompactDimensions>(value);
+  return valueOf(value).dimensionForm() == DimensionForm::Compact;
+}
+
+std::size_t kxGetRowCount(const kxArray_tag* value) {
+  enter<Operation::getRowCount>(value);
+  return heldOtherwise(value, {DimensionForm::Lazy}).rows();
+}
+
+std::size_t kxGetColumnCount(const kxArray_tag* value) {
+  enter<Operation::getColumnCount>(value);
+  return heldOtherwise(value, {DimensionForm::Lazy}).columns();
+}
+
+std::size_t kxGetNumberOfDimensions(const kxArray_tag* value) {
+  enter<Operation::getNumberOfDimensions>(value);
+  return heldOtherwise(value, {DimensionForm::Lazy}).size().size();
+}
+
+const std::size_t* kxGetDimensions(const kxArray_tag* value) {
+  enter<Operation::getDimensions>(value);
+  return heldOtherwise(value, {DimensionForm::Lazy, DimensionForm::Compact}).size().data();
+}
+
 std::size_t kxGetNumberOfElements(const kxArray_tag* value) {
   enter<Operation::getNumberOfElements>(value);
   return valueOf(value).elementCount();
 }
+
+bool kxIsEmpty(const kxArray_tag* value) {
+  enter<Operation::isEmpty>(value);
+  return valueOf(value).elementCount() == 0;
+}
+
+// Contents.
 
 const double* kxGetDoubles(const kxArray_tag* value) {
   enter<Operation::getDoubles>(value);
@@ -33,28 +209,140 @@ const char16_t* kxGetCharacters(const kxArray_tag* value) {
   return std::get<std::u16string>(valueOf(value).content()).data();
 }
 
-kcos::COSInternedName omGetCOSClassID(const kxArray_tag* value) {
-  enter<Operation::getCOSClassID>(value);
-  const embedded::Object* object = value == nullptr ? nullptr : valueOf(value).object();
-  return object == nullptr ? kcos::COSInternedName() : object->classId;
+int kxArray_tag::get_number_of_struct_fields() const {
+  enter<Operation::getNumberOfStructFields>(this);
+  const auto* structures = valueOf(this).as<Structures>();
+  return structures == nullptr ? 0 : static_cast<int>(structures->fields.size());
 }
 
-bool omIsKCOS(const kxArray_tag* value) {
-  enter<Operation::isKCOS>(value);
-  return value != nullptr && valueOf(value).object() != nullptr;
+const char* const* kxArray_tag::get_struct_field_names() const {
+  enter<Operation::getStructFieldNames>(this);
+  const auto& structures = std::get<Structures>(valueOf(this).content());
+  structures.names.resize(structures.fields.size());
+  std::ranges::transform(structures.fields, structures.names.begin(), &std::string::c_str);
+  return structures.names.data();
 }
 
-kxArray_tag* omGetArrayElement(const kxArray_tag* array, std::size_t index) {
-  enter<Operation::getArrayElement>(array, index);
-  return embedded::ValuePtr(std::get<embedded::Objects>(valueOf(array).content()).elements.at(index))
-      .detach();
+kxArray_tag* kxGetField(const kxArray_tag* structure, std::size_t index, const char* name) {
+  enter<Operation::getField>(structure, index, name);
+  return fieldOf(std::get<Structures>(valueOf(structure).content()), index, name);
 }
 
-std::optional<std::u16string> omGetStringConversion(const kxArray_tag* object) {
-  enter<Operation::getStringConversion>(object);
-  const embedded::Object* found = valueOf(object).object();
-  if (found != nullptr && found->failing)
-    throw foundation::core::except::Exception("KORVAL:class:NoTextConversion",
-                                              "The object cannot be converted to text.");
-  return found == nullptr ? std::nullopt : found->text;
+kxArray_tag* kxGetCell(const kxArray_tag* cell, std::size_t index) {
+  enter<Operation::getCell>(cell, index);
+  return std::get<Cells>(valueOf(cell).content()).elements.at(index).get();
 }
+
+kxArray_tag* kxGetPropertyShared(const kxArray_tag* object, std::size_t index, const std::string& name) {
+  enter<Operation::getPropertyShared>(object, index, name);
+  Session& current = session();
+  const CodeSource source(current.interpreter, expressionSource);
+  const ValuePtr element = elementOf(ValuePtr(const_cast<Value*>(&valueOf(object))), index);
+  std::optional<CodeRun> run;
+  if (readingRunsCode(current, *element, name)) run.emplace(current, "get method of " + name);
+  return readProperty(current, element, name, nullptr).detach();
+}
+
+kxArray_tag* kxGetTypeProperty(const kxArray_tag* object, std::size_t index, const std::string& name) {
+  enter<Operation::getTypeProperty>(object, index, name);
+  Session& current = session();
+  const CodeSource source(current.interpreter, expressionSource);
+  const ValuePtr element = elementOf(ValuePtr(const_cast<Value*>(&valueOf(object))), index);
+  return storedProperty(current, element, name).detach();
+}
+
+kxArray_tag* kxFindTypeMember(const kxArray_tag* classReference, const std::string& name) {
+  enter<Operation::findTypeMember>(classReference, name);
+  const std::string& className = std::get<ClassReference>(valueOf(classReference).content()).className;
+  if (const Class* found = session().classes.find(className)) return memberOf(*found, name).detach();
+  const ForeignClassDescription* foreign = foreignClass(className);
+  return foreign == nullptr ? nullptr : foreignMember(*foreign, name).detach();
+}
+
+// New values.
+
+kxArray_tag* kxCreateCell(std::size_t numberOfDimensions, const std::size_t* dimensions) {
+  enter<Operation::createCell>(numberOfDimensions);
+  Value::Size size(dimensions, dimensions + numberOfDimensions);
+  if (size.size() < 2) size.resize(2, 1);
+  session().interpreter.checkSize(size);
+  ValuePtr cell = newValue(size, Cells());
+  const_cast<Cells*>(cell->as<Cells>())->elements.resize(cell->elementCount());
+  return cell.detach();
+}
+
+void kxSetCell(kxArray_tag* cell, std::size_t index, kxArray_tag* value) {
+  const ValuePtr adopted(static_cast<Value*>(value), false);
+  enter<Operation::setCell>(cell, index, value);
+  const_cast<Cells&>(std::get<Cells>(valueOf(cell).content())).elements.at(index) = adopted;
+}
+
+kxArray_tag* kxCreateString(const char* text) {
+  enter<Operation::createString>(text);
+  return newString(widened(text)).detach();
+}
+
+kxArray_tag* kxCreateClassArray(const std::string& className) {
+  enter<Operation::createClassArray>(className);
+  const Class* found = session().classes.find(className);
+  if (found == nullptr && foreignClass(className) == nullptr) return nullptr;
+  const std::string& name = found == nullptr ? className : found->names().dotted.text();
+  return newValue({1, 1}, ClassReference{name}).detach();
+}
+
+int kxIsValidKorvalNameCount(const char* text) {
+  enter<Operation::isValidNameCount>(text);
+  if (!isLetter(*text)) return 0;
+  const char* end = text + 1;
+  while (isNameCharacter(*end)) ++end;
+  return static_cast<int>(end - text);
+}
+
+namespace matrix {
+
+ErrorMode getErrorMode() {
+  enter<Operation::getErrorMode>();
+  return session().interpreter.errorMode;
+}
+
+void setErrorMode(ErrorMode mode) {
+  enter<Operation::setErrorMode>(static_cast<unsigned long>(mode));
+  session().interpreter.errorMode = mode;
+}
+
+kxArray_tag* create(const std::u16string& text) {
+  enter<Operation::createText>(text);
+  return newString(text).detach();
+}
+
+std::u16string get_ustring(const kxArray_tag* value) {
+  enter<Operation::getUstring>(value);
+  return scalarText(value);
+}
+
+}  // namespace matrix
+
+namespace Tamsix::String {
+
+bool isString(const kxArray_tag* value) {
+  enter<Operation::isString>(value);
+  return valueOf(value).as<Strings>() != nullptr;
+}
+
+std::u16string getString(const kxArray_tag* value) {
+  enter<Operation::getString>(value);
+  if (valueOf(value).as<Strings>() == nullptr) throw KORVAL::string::MustBeStringScalarOrCharacterVector();
+  return scalarText(value);
+}
+
+bool isNonMissingScalarText(const kxArray_tag* value) {
+  enter<Operation::isNonMissingScalarText>(value);
+  return hasScalarText(value);
+}
+
+std::u16string getScalarText(const kxArray_tag* value) {
+  enter<Operation::getScalarText>(value);
+  return scalarText(value);
+}
+
+}  // namespace Tamsix::String

@@ -1,36 +1,75 @@
 #include "embedded/host/Dispatcher.h"
 
+#include <algorithm>
 #include <boost/range/adaptor/reversed.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include "embedded/host/SearchPath.h"
 #include "embedded/host/Session.h"
 #include "embedded/model/Unicode.h"
 
 namespace embedded {
 
-Dispatcher::Dispatcher(const Description& description, const ClassSystem& classes)
-    : queryable_(description.scopes.queryable),
-      registry_(classes),
+namespace {
+
+constexpr int unknown = -1;
+
+}  // namespace
+
+bool ActiveScope::isEligible() const {
+  enter<Operation::scopeIsEligible>(function_);
+  return eligible_;
+}
+
+const Kfh_KORVAL_fn* ActiveScope::getFunction() const {
+  enter<Operation::scopeGetFunction>(function_);
+  return function_;
+}
+
+const KactiveScope* ActiveScope::getNext() const {
+  enter<Operation::scopeGetNext>(function_);
+  return next_;
+}
+
+int ClassRegistry::getClassNumber(const std::string& className) const {
+  enter<Operation::registryGetClassNumber>(className);
+  if (const Class* found = classes_.find(className); found != nullptr) return found->number();
+  if (const auto other = others_.find(className); other != others_.end()) return other->second;
+  return builtInClassCode(className).value_or(unknown);
+}
+
+int ClassRegistry::numberOf(const Value& value) const {
+  const Object* object = value.object();
+  const Class* found = object == nullptr ? nullptr : classes_.find(object->classId);
+  if (found == nullptr) found = classes_.find(value.className());
+  if (found != nullptr) return found->number();
+  if (const auto code = builtInClassCode(value.className())) return *code;
+  return others_.try_emplace(value.className(), unknown - 1 - static_cast<int>(others_.size())).first->second;
+}
+
+bool ClassRegistry::isA(int classNumber, int baseNumber) const {
+  enter<Operation::registryIsA>(classNumber, baseNumber);
+  const Class* derived = classes_.numbered(classNumber);
+  const Class* base = classes_.numbered(baseNumber);
+  if (derived != nullptr && base != nullptr) return derived->derivesFrom(*base);
+  return classNumber == baseNumber && classNumber != unknown;
+}
+
+Dispatcher::Dispatcher(const Description& description, const World& world)
+    : functions_(world.functions),
+      queryable_(description.scopes.queryable),
+      registry_(world.classes),
       currentFolder_(description.currentFolder),
       path_(boost::make_shared<SearchPath>(description.path)) {
-  for (const FunctionDescription& function : description.functions)
-    functions_.try_emplace(function.name, function);
-  executing_ = function(description.scopes.executing);
+  executing_ = functions_.find(description.scopes.executing);
   for (const ActiveScopeDescription& scope : boost::adaptors::reverse(description.scopes.active))
-    scopes_.emplace_back(function(scope.function), scope.eligible,
+    scopes_.emplace_back(functions_.find(scope.function), scope.eligible,
                          scopes_.empty() ? nullptr : &scopes_.back());
   for (const std::string& name : description.builtins) builtins_.push_back(widened(name));
 }
 
-const Kfh_KORVAL_fn* Dispatcher::function(const std::string& name) const {
-  const auto found = functions_.find(name);
-  return found == functions_.end() ? nullptr : &found->second;
-}
-
 const Kfh_KORVAL_fn* Dispatcher::findFunction(const std::u16string& name) const {
   enter<Operation::findFunction>(name);
-  return name.empty() ? nullptr : function(narrowed(name));
+  return name.empty() ? nullptr : functions_.find(narrowed(name));
 }
 
 bool Dispatcher::hasQueryableExecutionStack() const {
@@ -68,11 +107,42 @@ std::vector<std::u16string> Dispatcher::getDocumentedBuiltins() const {
   return builtins_;
 }
 
+ObjectSystem::ObjectSystem(const Description& description, const ClassSystem& classes) : classes_(classes) {
+  for (const ClassDescription& described : description.classes) {
+    KclassIdentifier& first = identifiers_[identityOf(described.component, described.name)];
+    for (const std::string& second : described.precedence) first.over.push_back(&identifiers_[key(second)]);
+  }
+}
+
+const std::string& ObjectSystem::key(const std::string& className) const {
+  const Class* found = classes_.find(className);
+  return found == nullptr ? className : found->names().id.text();
+}
+
+const KclassIdentifier* ObjectSystem::getClassIdentifier(const std::string& className) const {
+  enter<Operation::getClassIdentifierNamed>(className);
+  const auto found = identifiers_.find(key(className));
+  return found == identifiers_.end() ? nullptr : &found->second;
+}
+
+bool ObjectSystem::precedes(const KclassIdentifier* first, const KclassIdentifier* second) const {
+  enter<Operation::precedes>();
+  return first != nullptr && second != nullptr && std::ranges::find(first->over, second) != first->over.end();
+}
+
 }  // namespace embedded
 
+KactiveScope::~KactiveScope() = default;
+KclassRegistry::~KclassRegistry() = default;
 Kdispatcher::~Kdispatcher() = default;
+KobjectSystem::~KobjectSystem() = default;
 
 Kdispatcher* Kdispatcher::getDispatcher() {
   embedded::enter<embedded::Operation::getDispatcher>();
   return &embedded::session().dispatcher;
+}
+
+const KobjectSystem* kdGetObjectSystem() {
+  embedded::enter<embedded::Operation::getObjectSystem>();
+  return &embedded::session().objectSystem;
 }

@@ -1,4 +1,4 @@
-#include "host/Files.h"
+#include "embedded/host/Files.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -16,6 +16,7 @@ namespace files = std::filesystem;
 using fl::filesystem::file_status;
 using fl::filesystem::file_type;
 
+constexpr std::u16string_view scheme = u"file://";
 constexpr std::u16string_view everyEntry = u"/*";
 
 file_status statusOf(files::file_type type) {
@@ -51,7 +52,18 @@ std::vector<FileNameWithStat> listed(const std::string& folder) {
   return found;
 }
 
+/// Where the last component begins: after the last slash of the path.
+std::size_t lastComponent(const std::u16string& iri) { return iri.rfind(u'/') + 1; }
+
 }  // namespace
+
+foundation::storage::vfs::CanonicalAbsoluteIRI folderName(const std::string& path) {
+  std::error_code failure;
+  auto canonical = std::filesystem::weakly_canonical(std::filesystem::absolute(path), failure);
+  if (failure) canonical = std::filesystem::absolute(path).lexically_normal();
+  if (!canonical.has_filename() && canonical.has_relative_path()) canonical = canonical.parent_path();
+  return foundation::storage::vfs::CanonicalAbsoluteIRI(std::u16string(scheme) + widened(canonical.string()));
+}
 
 }  // namespace embedded
 
@@ -71,4 +83,30 @@ void ioGetDirList(const std::u16string& pattern, std::vector<FileNameWithStat>& 
   if (!pattern.ends_with(embedded::everyEntry)) embedded::failListing(folder, "only the pattern * is known");
   const std::vector<FileNameWithStat> found = embedded::listed(folder.empty() ? "/" : folder);
   entries.insert(entries.end(), found.begin(), found.end());
+}
+
+namespace foundation::storage::vfs {
+
+std::u16string AbsoluteIRI::getName() const {
+  enter<Operation::iriGetName>(text_);
+  return text_.substr(embedded::lastComponent(text_));
+}
+
+CanonicalAbsoluteIRI CanonicalAbsoluteIRI::getParent() const {
+  enter<Operation::iriGetParent>(text());
+  const std::size_t root = embedded::scheme.size() + 1;
+  const std::size_t last = embedded::lastComponent(text());
+  return CanonicalAbsoluteIRI(text().substr(0, last > root ? last - 1 : last));
+}
+
+CanonicalAbsoluteIRI Folder::getLocation() const {
+  enter<Operation::folderGetLocation>(location_.text());
+  return location_;
+}
+
+}  // namespace foundation::storage::vfs
+
+std::u16string Tamsix::PathManagement::GetStringFromIRI(const foundation::storage::vfs::AbsoluteIRI& iri) {
+  enter<Operation::getStringFromIRI>(iri.text());
+  return iri.text().starts_with(embedded::scheme) ? iri.text().substr(embedded::scheme.size()) : iri.text();
 }

@@ -50,7 +50,7 @@ boost::intrusive_ptr<kxArray_tag> structureOf(const std::vector<ArgumentDescript
 FunctionMetadata omGetFunctionMetadata(const std::string& name, const Kfh_KORVAL_fn* function) {
   using namespace embedded;
   enter<Operation::getFunctionMetadata>(name, function);
-  const Kfh_KORVAL_fn* found = function != nullptr ? function : session().dispatcher.function(name);
+  const Kfh_KORVAL_fn* found = function != nullptr ? function : session().functions.find(name);
   if (found == nullptr || !found->arguments) return {};
   const ArgumentsDescription& arguments = *found->arguments;
   FunctionMetadata metadata{structureOf(arguments.inputs), structureOf(arguments.outputs), declaresArguments};

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "embedded/model/Unicode.h"
+#include "embedded/model/World.h"
 #include "host/Exceptions.h"
 
 namespace embedded {
@@ -19,6 +21,21 @@ constexpr const char* operationNames[] = {
 bool maySuffer(Rule rule) { return rule != Rule::NoThrow; }
 bool heedsInterrupt(Rule rule) { return rule != Rule::NoThrow && rule != Rule::Undo; }
 
+/// Control characters, which would break the lines of a log, as "\x.." escapes.
+std::string quoted(const std::string& text) {
+  constexpr char digits[] = "0123456789abcdef";
+  std::string result = "\"";
+  for (const char character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (character == '"' || character == '\\') result += '\\';
+    if (byte < 0x20 || byte == 0x7f)
+      result += {'\\', 'x', digits[byte / 16], digits[byte % 16]};
+    else
+      result += character;
+  }
+  return result + '"';
+}
+
 }  // namespace
 
 const char* nameOf(Operation operation) noexcept {
@@ -26,6 +43,33 @@ const char* nameOf(Operation operation) noexcept {
 }
 
 std::size_t operationCount() noexcept { return std::size(operationNames); }
+
+std::string describe(const std::string& text) { return quoted(text); }
+std::string describe(const std::u16string& text) { return quoted(narrowed(text)); }
+std::string describe(const char* text) { return text == nullptr ? "null" : quoted(text); }
+std::string describe(const kcos::COSInternedName& name) {
+  return name.isNull() ? "null" : quoted(name.text());
+}
+std::string describe(bool value) { return value ? "true" : "false"; }
+std::string describe(int value) { return std::to_string(value); }
+std::string describe(unsigned long value) { return std::to_string(value); }
+
+std::string describe(const kxArray_tag* value) {
+  if (value == nullptr) return "null";
+  std::string result = "<";
+  result += valueOf(value).className();
+  char separator = ' ';
+  for (const std::size_t extent : valueOf(value).size()) {
+    result += std::exchange(separator, 'x');
+    result += std::to_string(extent);
+  }
+  result += '>';
+  return result;
+}
+
+std::string describe(const Kfh_KORVAL_fn* function) {
+  return function == nullptr ? "null" : quoted(function->name);
+}
 
 void Gate::startLog() {
   log_.clear();

@@ -4,8 +4,7 @@
 #include <utility>
 
 #include "embedded/host/Session.h"
-#include "embedded/model/DescribeValue.h"
-#include "embedded/model/References.h"
+#include "embedded/snapshot/DescribeValue.h"
 #include "embedded/snapshot/DescriptionCheck.h"
 #include "embedded/snapshot/InVariable.h"
 #include "host/Abi.h"
@@ -109,7 +108,10 @@ std::optional<CodeFailure> Host::codeFailure() const { return session_->interpre
 void Host::setOutput(Output output) { session_->streams.host.setOutput(std::move(output)); }
 std::u16string Host::takeOutput() { return session_->streams.host.take(); }
 
-ReferenceAudit Host::references() noexcept { return referenceAudit(); }
+ReferenceAudit Host::references() noexcept {
+  const ValueCounts counts = Value::counts();
+  return {counts.values, counts.added, counts.dropped};
+}
 
 boost::intrusive_ptr<kxArray_tag> Host::variable(const std::string& name) const {
   return {session_->workspace.find(name).detach(), false};
@@ -142,9 +144,7 @@ Description Host::describe() const {
   return description;
 }
 
-const Kfh_KORVAL_fn* Host::function(const std::string& name) const {
-  return session_->dispatcher.function(name);
-}
+const Kfh_KORVAL_fn* Host::function(const std::string& name) const { return session_->functions.find(name); }
 
 Activation::Activation(Host& host) noexcept
     : before_(static_cast<Session*>(std::exchange(activeGate, host.session_.get()))) {}

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "embedded/host/FolderName.h"
 #include "embedded/host/Gate.h"
 
 namespace embedded {
@@ -45,9 +44,15 @@ void SearchPath::visitItems(const std::vector<int>& kinds, KpathItemVisitor& vis
     if (std::ranges::find(kinds, item.kind()) != kinds.end()) visitor.visit(item);
 }
 
+foundation::storage::vfs::Folder CurrentFolder::get() const {
+  enter<Operation::workingFolderGet>();
+  return folder_;
+}
+
 }  // namespace embedded
 
 KnameComparer::~KnameComparer() = default;
 KpathItem::~KpathItem() = default;
 KpathItemVisitor::~KpathItemVisitor() = default;
 KsearchPath::~KsearchPath() = default;
+KcurrentWorkingFolder::~KcurrentWorkingFolder() = default;

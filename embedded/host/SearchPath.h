@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "embedded/Description.h"
+#include "embedded/host/Files.h"
 #include "host/SearchPath.h"
 
 namespace embedded {
@@ -30,6 +31,17 @@ class SearchPath final : public KsearchPath {
 
  private:
   std::vector<PathItem> items_;
+};
+
+class CurrentFolder final : public KcurrentWorkingFolder {
+ public:
+  /// The process's current folder for an empty path.
+  explicit CurrentFolder(const std::string& path) : folder_(folderName(path.empty() ? "." : path)) {}
+
+  foundation::storage::vfs::Folder get() const override;
+
+ private:
+  foundation::storage::vfs::Folder folder_;
 };
 
 }  // namespace embedded

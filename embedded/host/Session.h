@@ -1,41 +1,35 @@
 #pragma once
 
-#include "embedded/host/Debugger.h"
 #include "embedded/host/Dispatcher.h"
-#include "embedded/host/FrameStack.h"
+#include "embedded/host/Frames.h"
 #include "embedded/host/Gate.h"
-#include "embedded/host/ObjectSystem.h"
+#include "embedded/host/Interpreter.h"
+#include "embedded/host/KnownNames.h"
 #include "embedded/host/Streams.h"
 #include "embedded/language/Interpreter.h"
-#include "embedded/model/ClassSystem.h"
-#include "embedded/model/KnownNames.h"
-#include "embedded/model/Workspace.h"
+#include "embedded/model/World.h"
 
 namespace embedded {
 
-/// What is behind a host: the gate, and everything that its operations ask. Its parts refer to those before
+/// How errors name code that a client evaluates.
+inline const std::string expressionSource = "expression";
+
+/// What stands behind a host: the gate, and everything that its operations ask. Its parts refer to those before
 /// them.
-struct Session : Gate {
+struct Session : Gate, World {
   /// Of a description that has been checked.
   explicit Session(const Description& description)
-      : classes(description),
-        workspace(description.workspace, classes),
-        dispatcher(description, classes),
+      : World(description),
+        dispatcher(description, *this),
         objectSystem(description, classes),
-        packages(description.packages),
-        foreignClasses(description.foreignClasses),
         names(description),
         interpreter(description),
         debugger(description.scopes.debugger),
         debuggerIsReachable(description.scopes.bridge),
         componentsOn(description.components) {}
 
-  ClassSystem classes;
-  Workspace workspace;
   Dispatcher dispatcher;
   ObjectSystem objectSystem;
-  std::vector<PackageDescription> packages;
-  std::vector<ForeignClassDescription> foreignClasses;
   KnownNames names;
   Interpreter interpreter;
   Streams streams;
@@ -46,7 +40,7 @@ struct Session : Gate {
   bool interpreterIsAvailable = true;
 };
 
-/// The calling thread's session, behind a gate that has been entered.
+/// The calling thread's session, after a gate that has been entered.
 inline Session& session() { return static_cast<Session&>(*activeGate); }
 
 }  // namespace embedded

@@ -4,8 +4,7 @@
 #include "embedded/language/BuiltinTables.h"
 #include "embedded/language/Convert.h"
 #include "embedded/language/Members.h"
-#include "embedded/model/ClassTest.h"
-#include "embedded/model/Interning.h"
+#include "embedded/model/Names.h"
 #include "embedded/model/Unicode.h"
 
 namespace embedded {
@@ -88,7 +87,7 @@ Values className(const BuiltinCall& call) {
 
 Values isA(const BuiltinCall& call) {
   call.require(2, 2);
-  return {newLogical(isOfClass(call.caller.session().classes, call[0], nameOf(call[1])))};
+  return {newLogical(call.caller.session().classes.isOfClass(call[0], nameOf(call[1])))};
 }
 
 Values isField(const BuiltinCall& call) {

@@ -3,15 +3,14 @@
 #include <algorithm>
 
 #include "embedded/language/Members.h"
-#include "embedded/model/DottedName.h"
-#include "embedded/model/Interning.h"
+#include "embedded/model/Names.h"
 
 namespace embedded {
 
 namespace {
 
 Meaning withoutImports(Session& session, const std::string& name, const std::string& component) {
-  const Kfh_KORVAL_fn* function = session.dispatcher.function(name);
+  const Kfh_KORVAL_fn* function = session.functions.find(name);
   if (function != nullptr && function->routine != nullptr) return {.routine = function->routine.get()};
   if (const Class* found = session.classes.findFor(component, name)) return {.oneClass = found};
   if (const Class* found = session.classes.find(name)) return {.oneClass = found};
@@ -40,7 +39,7 @@ std::vector<std::string> candidates(const std::string& name, const Routine& rout
       if (std::string full = importedName(import, name); !full.empty()) result.push_back(std::move(full));
   };
   add(routine.context().imports);
-  add(routine.unit().imports);
+  add(unitOf(routine).imports);
   if (!routine.context().inNamespace.empty()) result.push_back(routine.context().inNamespace + "." + name);
   return result;
 }
@@ -77,7 +76,7 @@ Workspace bound(const FunctionSyntax& function, const Routine& routine, Values a
                                               std::to_string(function.inputs.size()) + " arguments");
   Workspace variables;
   const bool constructs = routine.context().receiver == Routine::Receiver::NewObject;
-  if (constructs && &function == &routine.unit().functions.front() && !function.outputs.empty())
+  if (constructs && &function == &unitOf(routine).functions.front() && !function.outputs.empty())
     variables.set(function.outputs.front(), newObject(*routine.context().ownClass));
   for (std::size_t at = 0; at < arguments.size(); ++at)
     if (!function.inputs[at].empty()) variables.set(function.inputs[at], std::move(arguments[at]));
@@ -119,8 +118,8 @@ Values runBody(Session& session, const Routine& routine, Values arguments, std::
   if (context.receiver == NewObject) variables.set("obj", newObject(*context.ownClass));
   if (!arguments.empty()) variables.set("obj", arguments.front());
   Evaluator evaluator(session, variables, &routine);
-  if (context.receiver != NewObject) return runBody(evaluator, routine.unit(), wanted);
-  evaluator.run(routine.unit().script);
+  if (context.receiver != NewObject) return runBody(evaluator, unitOf(routine), wanted);
+  evaluator.run(unitOf(routine).script);
   return {variables.find("obj")};
 }
 
@@ -136,7 +135,7 @@ bool isOuterName(Session& session, const std::string& name) {
 
 Meaning meaningOf(Session& session, const std::string& name, const Routine* routine) {
   if (routine == nullptr) return withoutImports(session, name, "");
-  if (const FunctionSyntax* local = routine->localFunction(name))
+  if (const FunctionSyntax* local = localFunctionOf(*routine, name))
     return {.routine = routine, .function = local};
   for (const std::string& candidate : candidates(name, *routine))
     if (Meaning meaning = withoutImports(session, candidate, routine->context().component);
@@ -179,7 +178,7 @@ Values callRoutine(Session& session, const Routine& routine, const FunctionSynta
                    std::size_t wanted, Workspace* variablesOfCaller) {
   const CodeLevel level(session.interpreter);
   const CodeSource source(session.interpreter, routine.context().name);
-  const Unit& unit = routine.unit();
+  const Unit& unit = unitOf(routine);
   if (function == nullptr && !unit.functions.empty()) function = &unit.functions.front();
   if (function != nullptr) return runFunction(session, routine, *function, std::move(arguments), wanted);
   if (!routine.context().isFile || variablesOfCaller == nullptr)

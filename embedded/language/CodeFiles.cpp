@@ -6,7 +6,7 @@
 #include <set>
 
 #include "embedded/language/Interpreter.h"
-#include "embedded/model/DottedName.h"
+#include "embedded/model/Names.h"
 #include "embedded/model/Unicode.h"
 
 namespace embedded {

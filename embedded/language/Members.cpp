@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "embedded/language/Convert.h"
-#include "embedded/model/Interning.h"
+#include "embedded/model/Names.h"
 
 namespace embedded {
 

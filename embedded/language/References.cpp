@@ -3,7 +3,7 @@
 #include "embedded/language/Convert.h"
 #include "embedded/language/Evaluator.h"
 #include "embedded/language/Members.h"
-#include "embedded/model/Interning.h"
+#include "embedded/model/Names.h"
 
 namespace embedded {
 

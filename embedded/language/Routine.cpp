@@ -4,13 +4,14 @@
 
 namespace embedded {
 
-const Unit& Routine::unit() const {
-  if (unit_ == nullptr) unit_ = std::make_unique<Unit>(Parser(text_, context_.name).unit());
-  return *unit_;
+const Unit& unitOf(const Routine& routine) {
+  std::shared_ptr<const Unit>& parsed = routine.parsed();
+  if (parsed == nullptr) parsed = std::make_shared<Unit>(Parser(routine.text(), routine.context().name).unit());
+  return *parsed;
 }
 
-const FunctionSyntax* Routine::localFunction(const std::string& name) const {
-  for (const FunctionSyntax& function : unit().functions)
+const FunctionSyntax* localFunctionOf(const Routine& routine, const std::string& name) {
+  for (const FunctionSyntax& function : unitOf(routine).functions)
     if (function.name == name) return &function;
   return nullptr;
 }

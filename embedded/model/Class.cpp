@@ -1,13 +1,6 @@
 #include "embedded/model/Class.h"
 
-#include <algorithm>
 #include <unordered_set>
-
-#include "embedded/host/Session.h"
-#include "embedded/model/DottedName.h"
-#include "embedded/model/Interning.h"
-#include "embedded/model/ListEnumerator.h"
-#include "embedded/model/Value.h"
 
 namespace embedded {
 
@@ -63,59 +56,6 @@ bool Class::derivesFrom(const Class& base) const {
   return std::ranges::find(lineage(), &base) != lineage().end();
 }
 
-kcos::COSClass* Class::checkClass(bool complete) {
-  enter<Operation::checkClass>(names_.id, complete);
-  return broken_ ? nullptr : this;
-}
-
-kcos::COSInternedName Class::getID() const {
-  enter<Operation::classGetID>(names_.id);
-  return names_.id;
-}
-
-const char* Class::getSimpleName() const {
-  enter<Operation::classGetSimpleName>(names_.id);
-  return simpleName_.text().c_str();
-}
-
-const char* Class::getDottedName() const {
-  enter<Operation::classGetDottedName>(names_.id);
-  return names_.dotted.text().c_str();
-}
-
-kcos::COSNamespace* Class::getNamespace() const {
-  enter<Operation::classGetNamespace>(names_.id);
-  return namespace_;
-}
-
-bool Class::isEnumeration() const {
-  enter<Operation::isEnumeration>(names_.id);
-  return enumeration_;
-}
-
-bool Class::isHidden() const {
-  enter<Operation::classIsHidden>(names_.id);
-  return hidden_;
-}
-
-bool Class::getClassFlag() const {
-  enter<Operation::getClassFlag>(names_.id);
-  return flag_;
-}
-
-kcos::COSIterator Class::findMethods(const kcos::COSInternedName& name) const {
-  enter<Operation::findMethods>(names_.id, name);
-  std::vector<kcos::COSInterfacePtr> found;
-  for (const Class* oneClass : lineage())
-    for (Method* method : oneClass->methodsByName_.find(name)) found.emplace_back(method);
-  return enumerate(std::move(found));
-}
-
-kcos::COSInterfacePtr Class::findProperty(const kcos::COSInternedName& name) const {
-  enter<Operation::findProperty>(names_.id, name);
-  return property(name);
-}
-
 Property* Class::property(kcos::COSInternedName name) const {
   if (const auto own = propertiesByName_.find(name); !own.empty()) return own.front();
   for (const Class* oneClass : lineage())
@@ -141,68 +81,6 @@ const EnumerationMember* Class::member(kcos::COSInternedName name) const noexcep
   return nullptr;
 }
 
-bool Class::isDerivedFrom(const kcos::COSInternedName& base) const {
-  enter<Operation::isDerivedFrom>(names_.id, base);
-  const Class* found = session().classes.find(base);
-  return found != nullptr && derivesFrom(*found);
-}
-
-kcos::COSEnumeration<kcos::COSInternedName> Class::getSuperclasses() const {
-  enter<Operation::getSuperclasses>(names_.id);
-  if (parts_.superclasses.empty()) return {};
-  std::vector<kcos::COSInternedName> names;
-  for (const Class* superclass : parts_.superclasses) names.push_back(superclass->names_.id);
-  return enumerate(std::move(names));
-}
-
-void Class::visitProperties(kcos::COSVisitor<kcos::COSInterface*>& visitor) const {
-  enter<Operation::visitProperties>(names_.id);
-  for (const Class* oneClass : lineage())
-    for (const auto& property : oneClass->parts_.properties) visitor.visit(property.get());
-}
-
-void Class::visitMethods(kcos::COSVisitor<kcos::COSInterface*>& visitor) const {
-  enter<Operation::visitMethods>(names_.id);
-  for (const Class* oneClass : lineage())
-    for (const auto& method : oneClass->parts_.methods) visitor.visit(method.get());
-}
-
-kcos::COSIterator Class::getEnumerationMembers() const {
-  enter<Operation::getEnumerationMembers>(names_.id);
-  std::vector<kcos::COSInterfacePtr> members;
-  for (const auto& member : members_) members.emplace_back(member.get());
-  return enumerate(std::move(members));
-}
-
-std::string Class::getEnumerationMemberName(const kxArray_tag* value) const {
-  enter<Operation::getEnumerationMemberName>(names_.id, value);
-  const Object* object = value == nullptr ? nullptr : valueOf(value).object();
-  if (object != nullptr && object->classId == names_.id && !object->member.empty()) return object->member;
-  throw foundation::core::except::Exception(
-      "KORVAL:class:NoEnumerationMember",
-      "The value is no enumeration member of " + names_.dotted.text() + ".");
-}
-
-std::vector<std::string> Class::getAttributeNames1(bool argument) const {
-  enter<Operation::getAttributeNames1>(names_.id, argument);
-  return attributeNames(0, argument);
-}
-
-std::vector<std::string> Class::getAttributeNames2(bool argument) const {
-  enter<Operation::getAttributeNames2>(names_.id, argument);
-  return attributeNames(1, argument);
-}
-
-std::vector<std::string> Class::getAttributeNames3(bool argument) const {
-  enter<Operation::getAttributeNames3>(names_.id, argument);
-  return attributeNames(2, argument);
-}
-
-std::vector<std::string> Class::getAttributeNames4(bool argument) const {
-  enter<Operation::getAttributeNames4>(names_.id, argument);
-  return attributeNames(3, argument);
-}
-
 std::vector<std::string> Class::attributeNames(std::size_t list, bool argument) const {
   std::vector<std::string> names = attributeNames_[list].names;
   const std::vector<std::string>& further = attributeNames_[list].further;
@@ -211,14 +89,3 @@ std::vector<std::string> Class::attributeNames(std::size_t list, bool argument) 
 }
 
 }  // namespace embedded
-
-namespace kcos {
-
-COSClass::~COSClass() = default;
-
-COSClass* COSClass::getClass(const COSInternedName& name) {
-  embedded::enter<embedded::Operation::getClass>(name);
-  return embedded::session().classes.find(name);
-}
-
-}  // namespace kcos

@@ -1,15 +1,67 @@
 #pragma once
 
+// Namespaces and classes. What the library asks of them is defined in embedded/host/Classes.cpp.
+
+#include <algorithm>
+#include <array>
+#include <functional>
 #include <memory>
+#include <span>
 #include <vector>
 
-#include "embedded/model/EnumerationMember.h"
-#include "embedded/model/Method.h"
-#include "embedded/model/NameIndex.h"
-#include "embedded/model/Namespace.h"
-#include "embedded/model/Property.h"
+#include "embedded/model/Members.h"
 
 namespace embedded {
+
+class Namespace final : public Element, public kcos::COSNamespace {
+ public:
+  using Elements = std::vector<kcos::COSInterfacePtr>;
+
+  explicit Namespace(kcos::COSInternedName dottedName)
+      : dottedName_(dottedName), simpleName_(interned(simpleNameOf(dottedName.text()))) {}
+
+  kcos::COSNamespace* asNamespace() noexcept override { return this; }
+
+  const char* getSimpleName() const override;
+  const char* getDottedName() const override;
+  kcos::COSIterator getFunctions() const override;
+  kcos::COSIterator getClasses() const override;
+  kcos::COSIterator getNamespaces() const override;
+
+  void addFunction(kcos::COSInterface& function) { functions_.emplace_back(&function); }
+  void addClass(kcos::COSInterface& oneClass) { classes_.emplace_back(&oneClass); }
+  void addNamespace(kcos::COSInterface& inner) { namespaces_.emplace_back(&inner); }
+
+ private:
+  kcos::COSInternedName dottedName_;
+  kcos::COSInternedName simpleName_;
+  Elements functions_;
+  Elements classes_;
+  Elements namespaces_;
+};
+
+/// The members of one class by name; those of one name in their own order. Members without a name are not found.
+template <class Member>
+class NameIndex {
+ public:
+  NameIndex() = default;
+  explicit NameIndex(const std::vector<std::unique_ptr<Member>>& members) {
+    for (const auto& member : members)
+      if (!member->name().isNull()) members_.push_back(member.get());
+    std::ranges::stable_sort(members_, std::less(), handle);
+  }
+
+  std::span<Member* const> find(kcos::COSInternedName name) const {
+    const auto first = std::ranges::lower_bound(members_, &name.text(), std::less(), handle);
+    return {first, std::ranges::upper_bound(first, members_.end(), &name.text(), std::less(), handle)};
+  }
+
+ private:
+  // Equal names are one handle, so that its address orders as well as the text and costs less.
+  static const std::string* handle(const Member* member) { return &member->name().text(); }
+
+  std::vector<Member*> members_;
+};
 
 class Class final : public Element, public kcos::COSClass {
  public:

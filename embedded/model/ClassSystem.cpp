@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "embedded/model/DottedName.h"
-#include "embedded/model/Interning.h"
+#include "embedded/model/Names.h"
 #include "embedded/model/Unicode.h"
+#include "embedded/model/Value.h"
 
 namespace embedded {
 
@@ -27,8 +27,7 @@ ClassSystem::ClassSystem(const Description& description) {
 void ClassSystem::addClass(const ClassDescription& description) {
   const std::string& dotted = description.name;
   const std::string& component = description.component;
-  const Class::Names names{interned(component.empty() ? dotted : component + ":" + dotted), interned(dotted),
-                           interned(component)};
+  const Class::Names names{interned(identityOf(component, dotted)), interned(dotted), interned(component)};
   Namespace* inNamespace = makeNamespace(namespaceOf(dotted));
   const int number = firstNumber + static_cast<int>(classes_.size());
   classes_.push_back(std::make_unique<Class>(names, inNamespace, number, description));
@@ -187,6 +186,18 @@ std::vector<std::string> ClassSystem::namespaceNames() const {
 const Class* ClassSystem::numbered(int number) const {
   const auto at = static_cast<std::size_t>(number - firstNumber);
   return number >= firstNumber && at < classes_.size() ? classes_[at].get() : nullptr;
+}
+
+bool ClassSystem::isOfClass(const Value& value, std::string_view className) const {
+  if (value.className() == className) return true;
+  if (const Opaque* opaque = value.opaque())
+    return className == "opaque" || (opaque->java && className == "java");
+  if (value.as<ForeignMember>()) return className == "java";
+  if (value.as<std::vector<double>>()) return className == "numeric" || className == "float";
+  const Object* object = value.object();
+  const Class* own = object == nullptr ? nullptr : find(object->classId);
+  const Class* base = own == nullptr ? nullptr : find(className);
+  return base != nullptr && own->derivesFrom(*base);
 }
 
 }  // namespace embedded

@@ -7,11 +7,12 @@
 #include <vector>
 
 #include "embedded/Description.h"
-#include "embedded/language/Routine.h"
 #include "embedded/model/Class.h"
-#include "embedded/model/TypeRepository.h"
+#include "embedded/model/Routine.h"
 
 namespace embedded {
+
+class Value;
 
 /// The classes and namespaces of one session.
 class ClassSystem {
@@ -33,6 +34,10 @@ class ClassSystem {
 
   /// The class of that number, or null.
   const Class* numbered(int number) const;
+
+  /// Is the value of that class, or of one that derives from it? Also of the kinds "opaque", "java", "tall",
+  /// "numeric", "float".
+  bool isOfClass(const Value& value, std::string_view className) const;
 
   const TypeRepository& types() const noexcept { return types_; }
 

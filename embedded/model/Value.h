@@ -85,6 +85,14 @@ struct Tall {
   ValuePtr inside;
 };
 
+/// Of all values of the process: how many there are, and how many references were added and dropped so far. A new
+/// value counts as one added.
+struct ValueCounts {
+  std::int64_t values = 0;
+  std::uint64_t added = 0;
+  std::uint64_t dropped = 0;
+};
+
 /// A value of the interpreter. Made with one reference.
 class Value final : public kxArray_tag {
  public:
@@ -100,6 +108,7 @@ class Value final : public kxArray_tag {
   void addReference() const noexcept;
   /// Was it the last?
   bool dropReference() const noexcept;
+  static ValueCounts counts() noexcept;
 
   /// The object, or the first one of an array of objects; null for any other value.
   const Object* object() const noexcept;

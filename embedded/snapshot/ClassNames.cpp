@@ -2,10 +2,6 @@
 
 namespace embedded::snapshot {
 
-std::string identityOf(const std::string& component, const std::string& name) {
-  return component.empty() ? name : component + ':' + name;
-}
-
 std::optional<std::size_t> ClassNames::owner(const std::string& name) const {
   return findIn({&identities_, &aliases_}, name);
 }

@@ -5,12 +5,9 @@
 #include <string>
 #include <unordered_map>
 
-#include "embedded/Description.h"
+#include "embedded/model/Names.h"
 
 namespace embedded::snapshot {
-
-/// "component:name", or the name alone without a component.
-std::string identityOf(const std::string& component, const std::string& name);
 
 /// Which class a name of a description means: the one whose identity it is, else the first one that users know
 /// by it, else the one whose alias it is.

@@ -1,4 +1,4 @@
-#include "embedded/language/Parser.h"
+#include "embedded/Outline.h"
 #include "embedded/model/Unicode.h"
 #include "embedded/snapshot/Checks.h"
 
@@ -8,13 +8,10 @@ namespace {
 
 void checkText(const CheckContext& context, const std::string& code, const Place& place) {
   if (code.empty()) return;
-  try {
-    Parser(widened(code), "").unit();
-  } catch (const CodeError& error) {
+  if (const auto failure = embedded::checkCode(widened(code)))
     context.fail("snapshot.bad-code", place,
-                 "line " + std::to_string(error.at().line) + ", column " + std::to_string(error.at().column) +
-                     " of the code: " + error.message());
-  }
+                 "line " + std::to_string(failure->line) + ", column " + std::to_string(failure->column) +
+                     " of the code: " + failure->message);
 }
 
 void checkMembers(const CheckContext& context, const ClassDescription& described, const Place& place) {

@@ -1,24 +1,13 @@
-#include "embedded/model/Interning.h"
+#include "embedded/model/Names.h"
 
+#include <algorithm>
 #include <functional>
 #include <mutex>
 #include <unordered_set>
 
-#include "embedded/host/Gate.h"
-
 namespace embedded {
 
 namespace {
-
-/// Names are asked for before main() and after it, so nothing here is ever destroyed, and the empty text is
-/// there before the first initialiser runs: as a constant where the standard library's strings can be one for
-/// the compiler, and by the priority where they cannot.
-union EmptyText {
-  std::string text;
-  constexpr EmptyText() : text() {}
-  ~EmptyText() {}
-};
-__attribute__((init_priority(101))) EmptyText emptyText;
 
 struct TextHash : std::hash<std::string_view> {
   using is_transparent = void;
@@ -29,9 +18,19 @@ struct Table {
   std::unordered_set<std::string, TextHash, std::equal_to<>> names;  // whose elements never move
 };
 
+/// Names are asked for before main() and after it, so the table is never destroyed.
 Table& table() {
   static Table& instance = *new Table;
   return instance;
+}
+
+bool isLetter(unsigned char byte) {
+  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_' || byte >= 0x80;
+}
+bool isLetterOrDigit(unsigned char byte) { return isLetter(byte) || (byte >= '0' && byte <= '9'); }
+
+bool isName(std::string_view part) {
+  return !part.empty() && isLetter(part.front()) && std::all_of(part.begin(), part.end(), isLetterOrDigit);
 }
 
 }  // namespace
@@ -52,15 +51,16 @@ kcos::COSInternedName alreadyInterned(std::string_view name) {
   return found == names.names.end() ? kcos::COSInternedName() : kcos::COSInternedName::ofInterned(*found);
 }
 
-}  // namespace embedded
-
-namespace kcos::internal {
-
-constinit const std::string& nullValue = embedded::emptyText.text;
-
-COSInternedName makeInterned(std::string name) {
-  embedded::enter<embedded::Operation::makeInterned>(name);
-  return embedded::interned(name);
+bool isDottedName(std::string_view name) noexcept {
+  for (auto dot = name.find('.'); dot != std::string_view::npos; dot = name.find('.')) {
+    if (!isName(name.substr(0, dot))) return false;
+    name.remove_prefix(dot + 1);
+  }
+  return isName(name);
 }
 
-}  // namespace kcos::internal
+std::string identityOf(const std::string& component, const std::string& name) {
+  return component.empty() ? name : component + ':' + name;
+}
+
+}  // namespace embedded

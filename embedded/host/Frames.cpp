@@ -1,4 +1,4 @@
-#include "embedded/host/FrameStack.h"
+#include "embedded/host/Frames.h"
 
 #include <algorithm>
 

@@ -1,12 +1,20 @@
-#include <string_view>
+#include "host/Names.h"
 
-#include "embedded/host/Function.h"
 #include "embedded/host/Session.h"
-#include "embedded/model/DottedName.h"
 
 namespace embedded {
 
 namespace {
+
+/// Names are asked for before main() and after it, so the empty text is never destroyed, and is there before the
+/// first initialiser runs: as a constant where the standard library's strings can be one for the compiler, and by
+/// the priority where they cannot.
+union EmptyText {
+  std::string text;
+  constexpr EmptyText() : text() {}
+  ~EmptyText() {}
+};
+__attribute__((init_priority(101))) EmptyText emptyText;
 
 constexpr auto none = std::string_view::npos;
 
@@ -45,10 +53,21 @@ std::size_t endOfComponent(std::string_view name) {
 
 }  // namespace embedded
 
-namespace kcos::nameresolution {
-
 using embedded::enter;
 using embedded::Operation;
+
+namespace kcos::internal {
+
+constinit const std::string& nullValue = embedded::emptyText.text;
+
+COSInternedName makeInterned(std::string name) {
+  enter<Operation::makeInterned>(name);
+  return embedded::interned(name);
+}
+
+}  // namespace kcos::internal
+
+namespace kcos::nameresolution {
 
 std::string omResolveAnyClass(const std::string& name, const Kfh_KORVAL_fn* scope) {
   enter<Operation::resolveAnyClass>(name, scope);

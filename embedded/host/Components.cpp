@@ -1,5 +1,6 @@
-#include "embedded/host/Session.h"
 #include "host/Components.h"
+
+#include "embedded/host/Session.h"
 
 bool Tamsix::KorvalComponents::ComponentFeature::IsOn() {
   embedded::enter<embedded::Operation::componentFeatureIsOn>();

@@ -1,4 +1,4 @@
-#include "embedded/model/DescribeValue.h"
+#include "embedded/snapshot/DescribeValue.h"
 
 #include "embedded/Host.h"
 #include "embedded/model/ClassSystem.h"

@@ -1,4 +1,4 @@
-#include "embedded/model/KnownNames.h"
+#include "embedded/host/KnownNames.h"
 
 #include <algorithm>
 #include <system_error>

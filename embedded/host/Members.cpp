@@ -1,18 +1,64 @@
-#include "embedded/model/Property.h"
+#include "host/Members.h"
 
 #include "embedded/host/Gate.h"
+#include "embedded/model/Class.h"
+#include "embedded/model/Members.h"
 
 namespace embedded {
+
+const kcos::COSAttribute* Element::findAttribute(const kcos::COSInternedName& name) const {
+  enter<Operation::findAttribute>(name);
+  return nullptr;
+}
+
+bool Element::getAttributeValue(const kcos::COSInternedName& name, const kcos::COSClient*) const {
+  enter<Operation::getAttributeValue>(name);
+  return false;
+}
+
+const char* EnumerationMember::getName() const {
+  enter<Operation::enumGetName>(name_.text());
+  return name_.text();
+}
+
+bool EnumerationMember::isHidden() const {
+  enter<Operation::enumIsHidden>(name_.text());
+  return hidden_;
+}
+
+const char* Method::getName() const {
+  enter<Operation::methodGetName>(content_.name.text());
+  return content_.name.text();
+}
+
+bool Method::isStatic() const {
+  enter<Operation::methodIsStatic>(content_.name.text());
+  return content_.isStatic;
+}
+
+bool Method::isVisible() const {
+  enter<Operation::methodIsVisible>(content_.name.text());
+  return content_.visible;
+}
+
+bool Method::isHidden() const {
+  enter<Operation::methodIsHidden>(content_.name.text());
+  return content_.hidden;
+}
+
+kcos::MemberAccess Method::getMemberAccess() const {
+  enter<Operation::getMemberAccess>(content_.name.text());
+  return content_.access.level;
+}
+
+kcos::COSExtendedAccess Method::getExtendedAccess() const {
+  enter<Operation::getExtendedAccess>(content_.name.text());
+  return content_.access;
+}
 
 kcos::COSDataTypePtr Attribute::getDataType() const {
   enter<Operation::attributeGetDataType>(name_);
   return type_;
-}
-
-const Attribute* Property::attribute(kcos::COSInternedName name) const noexcept {
-  for (const Attribute& attribute : content_.attributes)
-    if (attribute.name() == name) return &attribute;
-  return nullptr;
 }
 
 const kcos::COSAttribute* Property::findAttribute(const kcos::COSInternedName& name) const {
@@ -100,11 +146,68 @@ std::unique_ptr<Property> makeProperty(Class& owner, PropertyContent content,
 
 }  // namespace embedded
 
+using embedded::Element;
+using embedded::enter;
+using embedded::Operation;
+
 namespace kcos {
 
+template <class T>
+COSVisitor<T>::~COSVisitor() = default;
+template class COSVisitor<COSInterface*>;
+
+COSInterface::~COSInterface() = default;
 COSAttribute::~COSAttribute() = default;
 COSPropT::~COSPropT() = default;
 COSPropInfo::~COSPropInfo() = default;
 COSOptimizedPropInfo::~COSOptimizedPropInfo() = default;
+COSMethodBase::~COSMethodBase() = default;
+COSMethodInfo::~COSMethodInfo() = default;
+COSEnumInfo::~COSEnumInfo() = default;
+
+namespace {
+
+Element* elementOf(COSInterface* interface) { return static_cast<Element*>(interface); }
+
+}  // namespace
+
+COSPropInfo* cosiToProp(COSInterface* interface) {
+  enter<Operation::cosiToProp>();
+  return interface == nullptr ? nullptr : elementOf(interface)->asProperty();
+}
+
+COSMethodInfo* cosiToMethod(COSInterface* interface) {
+  enter<Operation::cosiToMethod>();
+  return interface == nullptr ? nullptr : elementOf(interface)->asMethod();
+}
+
+COSEnumInfo* cosiToEnum(COSInterface* interface) {
+  enter<Operation::cosiToEnum>();
+  return interface == nullptr ? nullptr : elementOf(interface)->asEnumerationMember();
+}
+
+COSClass* cosiToClass(COSInterface* interface) {
+  enter<Operation::cosiToClass>();
+  return interface == nullptr ? nullptr : elementOf(interface)->asClass();
+}
+
+COSNamespace* cosiToNamespace(COSInterface* interface) {
+  enter<Operation::cosiToNamespace>();
+  return interface == nullptr ? nullptr : elementOf(interface)->asNamespace();
+}
+
+COSClass* cosiClassOfMember(COSInterface* member) {
+  enter<Operation::cosiClassOfMember>();
+  return member == nullptr ? nullptr : elementOf(member)->definingClass();
+}
 
 }  // namespace kcos
+
+/// There is one client, and it needs no more than an address.
+class kcos::COSClient {};
+
+const kcos::COSClient* COSGetPublicClient() {
+  enter<Operation::getPublicClient>();
+  static constexpr kcos::COSClient everybody;
+  return &everybody;
+}

@@ -1,16 +1,16 @@
+#include "embedded/host/Interpreter.h"
+
 #include <utility>
 
+#include "embedded/host/Session.h"
 #include "embedded/language/Convert.h"
 #include "embedded/language/Members.h"
 #include "embedded/language/Parser.h"
 #include "embedded/model/Unicode.h"
-#include "host/Interpreter.h"
 
 namespace embedded {
 
 namespace {
-
-const std::string expressionSource = "expression";
 
 enum Status : int { Success = 0, BadSyntax = 1, Failed = 2 };
 
@@ -57,7 +57,7 @@ Values callFunction(Session& session, const std::string& name, Values arguments,
   return callNamed(caller, name, std::move(arguments), countOf(nlhs));
 }
 
-/// Without `valueOfStatement` the text is one expression; with it, statements may stand before.
+/// Without `valueOfStatement` the text is one expression; with it, statements may stand before it.
 const ExpressionStatement& answeringStatement(const Unit& unit, bool valueOfStatement) {
   const bool answers =
       !unit.script.empty() && std::holds_alternative<ExpressionStatement>(unit.script.back().form);
@@ -69,7 +69,7 @@ const ExpressionStatement& answeringStatement(const Unit& unit, bool valueOfStat
 Values evaluate(Session& session, const std::u16string& text, int nlhs, bool valueOfStatement) {
   const CodeSource source(session.interpreter, expressionSource);
   const Routine routine({.name = expressionSource}, text);
-  const Unit& unit = routine.unit();
+  const Unit& unit = unitOf(routine);
   if (!unit.functions.empty()) {
     session.interpreter.at = unit.functions.front().at;
     failCode("KORVAL:code:Syntax", "An evaluation runs statements, and defines no functions");
@@ -91,6 +91,19 @@ Values evaluate(Session& session, const std::u16string& text, int nlhs, bool val
 }
 
 }  // namespace
+
+bool Debugger::hasDebuggerFocus() const {
+  enter<Operation::hasDebuggerFocus>();
+  return stoppedAt_.has_value();
+}
+
+std::u16string Debugger::getDebuggerFocus(std::int32_t& first, std::int32_t& second) const {
+  enter<Operation::getDebuggerFocus>();
+  const DebuggerDescription focus = stoppedAt_.value_or(DebuggerDescription());
+  first = focus.first;
+  second = focus.second;
+  return widened(focus.focus);
+}
 
 }  // namespace embedded
 
@@ -155,20 +168,15 @@ kxArray_tag* inCallMethodSingleInputSingleOutput(const kxArray_tag* value, const
   return results.empty() ? nullptr : results.front().detach();
 }
 
-kxArray_tag* kxGetPropertyShared(const kxArray_tag* object, std::size_t index, const std::string& name) {
-  enter<Operation::getPropertyShared>(object, index, name);
-  Session& current = session();
-  const CodeSource source(current.interpreter, expressionSource);
-  const ValuePtr element = elementOf(ValuePtr(const_cast<Value*>(&valueOf(object))), index);
-  std::optional<CodeRun> run;
-  if (readingRunsCode(current, *element, name)) run.emplace(current, "get method of " + name);
-  return readProperty(current, element, name, nullptr).detach();
+kxArray_tag* inGetValueFromCurrentWorkspace(const std::string& name) {
+  enter<Operation::getValueFromCurrentWorkspace>(name);
+  return session().workspace.find(name).detach();
 }
 
-kxArray_tag* kxGetTypeProperty(const kxArray_tag* object, std::size_t index, const std::string& name) {
-  enter<Operation::getTypeProperty>(object, index, name);
+IInterpreterBridge::~IInterpreterBridge() = default;
+
+IInterpreterBridge* IInterpreter::GetInterpreterBridge() {
+  enter<Operation::getInterpreterBridge>();
   Session& current = session();
-  const CodeSource source(current.interpreter, expressionSource);
-  const ValuePtr element = elementOf(ValuePtr(const_cast<Value*>(&valueOf(object))), index);
-  return storedProperty(current, element, name).detach();
+  return current.debuggerIsReachable ? &current.debugger : nullptr;
 }

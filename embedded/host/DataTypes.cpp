@@ -1,0 +1,98 @@
+#include "host/DataTypes.h"
+
+#include "embedded/host/Enumeration.h"
+#include "embedded/host/Session.h"
+
+namespace embedded {
+
+std::string Validation::getClassName() const {
+  enter<Operation::validationGetClassName>();
+  return description_.className;
+}
+
+kcos::COSEnumeration<kcos::COSValidationDimension> Validation::getDimensions() const {
+  enter<Operation::validationGetDimensions>();
+  if (description_.size.empty()) return {};
+  std::vector<kcos::COSValidationDimension> dimensions;
+  for (const std::optional<std::size_t>& extent : description_.size) {
+    if (extent)
+      dimensions.emplace_back(std::uint64_t{*extent});
+    else
+      dimensions.emplace_back(u':');
+  }
+  return enumerate(std::move(dimensions));
+}
+
+kcos::COSEnumeration<kcos::COSValidationFunction> Validation::getFunctions() const {
+  enter<Operation::validationGetFunctions>();
+  if (description_.functions.empty()) return {};
+  std::vector<kcos::COSValidationFunction> functions;
+  for (const std::string& name : description_.functions) functions.push_back({name});
+  return enumerate(std::move(functions));
+}
+
+bool DataType::isPossibleValuesFinite() const {
+  enter<Operation::isPossibleValuesFinite>(id_);
+  return values_.has_value();
+}
+
+kcos::COSEnumeration<const kcos::COSPossibleValue*> DataType::getPossibleValues() const {
+  enter<Operation::getPossibleValues>(id_);
+  if (!values_ || values_->empty()) return {};
+  std::vector<const kcos::COSPossibleValue*> all;
+  for (const kcos::COSPossibleValue& value : *values_) all.push_back(&value);
+  return enumerate(std::move(all));
+}
+
+namespace {
+
+/// One object is an array of objects with one element: possible values have no other form of objects.
+ValuePtr possibleValue(const ValueDescription& description) {
+  ValuePtr value = makeValue(description, session().classes);
+  if (value->object() == nullptr) return value;
+  return newValue({1, 1}, Objects{{std::move(value)}, {}, true});
+}
+
+/// It knows every kind of value, so that one serves all types.
+class Conversion final : public kcos::COSConversion {
+ public:
+  kxArray_tag* convert(const kcos::COSPossibleValue* value) const override {
+    enter<Operation::convert>();
+    return possibleValue(value->description()).detach();
+  }
+};
+
+}  // namespace
+
+}  // namespace embedded
+
+using embedded::enter;
+using embedded::Operation;
+
+namespace kcos {
+
+COSDataType::~COSDataType() = default;
+COSConversion::~COSConversion() = default;
+COSValidationType::~COSValidationType() = default;
+
+COSInternedName COSDataTypePtr::getID() const {
+  const COSInternedName id = static_cast<const embedded::DataType*>(type_)->id();
+  enter<Operation::dataTypeGetID>(id);
+  return id;
+}
+
+const COSConversion* COSTypeRepository::getConversion(const COSInternedName& to,
+                                                      const COSInternedName& from) {
+  static const embedded::Conversion conversion;
+  enter<Operation::getConversion>(to, from);
+  const bool found =
+      to.text() == embedded::anyType && embedded::session().classes.types().isConvertible(from);
+  return found ? &conversion : nullptr;
+}
+
+const COSValidationType* COSValidationType::get(const COSDataTypePtr& dataType) {
+  enter<Operation::validationGet>();
+  return dataType ? static_cast<const embedded::DataType*>(dataType.get())->validation() : nullptr;
+}
+
+}  // namespace kcos

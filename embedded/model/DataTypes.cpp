@@ -1,0 +1,39 @@
+#include "embedded/model/DataTypes.h"
+
+#include "embedded/model/Names.h"
+
+namespace embedded {
+
+std::string_view TypeRepository::nameOfType(const PropertyDescription& property) {
+  if (!property.type.empty()) return property.type;
+  if (property.validation && !property.validation->className.empty()) return property.validation->className;
+  return property.validation || property.values ? anyType : std::string_view();
+}
+
+DataType* TypeRepository::named(std::string_view name) {
+  if (name.empty()) return nullptr;
+  const kcos::COSInternedName id = interned(name);
+  std::unique_ptr<DataType>& type = byName_[&id.text()];
+  if (type == nullptr) type = std::make_unique<DataType>(id);
+  return type.get();
+}
+
+DataType* TypeRepository::typeOf(const PropertyDescription& property, const Values& values) {
+  DataType* plain = named(nameOfType(property));
+  if (plain == nullptr) return nullptr;
+  if (!property.conversion) withoutConversion_.insert(&plain->id().text());
+  if (!property.validation && !values) return plain;
+  std::optional<Validation> validation;
+  if (property.validation) validation.emplace(*property.validation);
+  std::optional<std::vector<kcos::COSPossibleValue>> possible;
+  if (values) possible.emplace(values->begin(), values->end());
+  ofOneProperty_.push_back(
+      std::make_unique<DataType>(plain->id(), std::move(validation), std::move(possible)));
+  return ofOneProperty_.back().get();
+}
+
+bool TypeRepository::isConvertible(kcos::COSInternedName type) const {
+  return byName_.contains(&type.text()) && !withoutConversion_.contains(&type.text());
+}
+
+}  // namespace embedded

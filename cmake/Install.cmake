@@ -11,6 +11,7 @@ if(CONTEXTDATA_HOST STREQUAL embedded)
   list(APPEND installedTargets embedded contextdata_command)
   install(FILES embedded/Host.h embedded/Description.h embedded/Outline.h embedded/ValueDescription.h
     DESTINATION ${headerFolder}/embedded)
+  install(FILES syntax/Position.h DESTINATION ${headerFolder}/syntax)
   set(hostLibraryFlag "-lcontextdata-host")
 endif()
 set_target_properties(host PROPERTIES EXPORT_NAME headers)

@@ -10,13 +10,14 @@ from pathlib import Path
 # Room -> what it may include from this repository (a folder, or one file).
 REPOSITORY = {
     "host": ["host/"],
-    "embedded": ["host/", "embedded/"],
+    "syntax": ["syntax/"],
+    "embedded": ["host/", "syntax/", "embedded/"],
     "include/contextdata": ["include/contextdata/", "host/"],
     "contextdata": ["include/contextdata/", "host/", "contextdata/"],
     "contextdata/internal": ["include/contextdata/", "host/", "contextdata/internal/"],
-    "frontend": ["include/contextdata/", "host/Arrays.h", "host/Members.h", "host/Text.h", "frontend/"],
-    "tools": ["include/contextdata/", "host/", "embedded/Host.h", "frontend/", "tools/"],
-    "tests": ["include/contextdata/", "host/", "embedded/", "contextdata/", "frontend/", "tools/", "tests/"],
+    "frontend": ["include/contextdata/", "host/Arrays.h", "host/Members.h", "host/Text.h", "syntax/", "frontend/"],
+    "tools": ["include/contextdata/", "host/", "syntax/", "embedded/Host.h", "frontend/", "tools/"],
+    "tests": ["include/contextdata/", "host/", "syntax/", "embedded/", "contextdata/", "frontend/", "tools/", "tests/"],
     "examples": ["include/contextdata/", "host/", "embedded/Host.h", "examples/"],
 }
 
@@ -110,6 +111,9 @@ def prove():
         "contextdata/M.h": '#include "contextdata/internal/N.h"',
         "contextdata/internal/I.h": "#include <vector>",
         "contextdata/internal/I.cpp": '#include "contextdata/internal/I.h"\n#include "contextdata/internal/N.h"',
+        "syntax/Token.h": "#include <string>",
+        "syntax/Tokenizer.cpp": '#include "syntax/Token.h"',
+        "embedded/language/Parser.h": '#include "syntax/Token.h"',
         "embedded/Host.h": "#include <nlohmann/json.hpp>\n#include <utf8.h>",
         "embedded/Value.h": '#include "host/Names.h"',
         "frontend/F.h": '#include "host/Arrays.h"',
@@ -118,6 +122,10 @@ def prove():
     planted = {
         "host/X.h": "#include <contextdata/K.h>",
         "include/contextdata/X.h": '#include "contextdata/internal/N.h"',
+        "syntax/X.cpp": '#include "embedded/Value.h"',
+        "syntax/Y.cpp": '#include "host/Names.h"',
+        "syntax/Z.cpp": "#include <utf8.h>",
+        "contextdata/V.cpp": '#include "syntax/Token.h"',
         "embedded/X.cpp": '#include "contextdata/internal/N.h"',
         "embedded/Y.cpp": "#include <contextdata/K.h>",
         "contextdata/X.cpp": '  #  include "embedded/Host.h"',

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/Export.h"
+#include "syntax/Position.h"
 
 namespace embedded {
 
@@ -21,16 +22,10 @@ struct CodeFailure {
   int column = 0;
 };
 
-/// Lines and columns count from 1, columns in UTF-16 code units; a line ends with "\n".
-struct CodePlace {
-  int line = 1;
-  int column = 1;
-};
-
 /// A name that code gives a value, where it does so first.
 struct CodeVariable {
   std::string name;
-  CodePlace at;
+  syntax::Position at;
   /// What is named or called there: "lab.Pump" of `p = lab.Pump(3)`; empty for any other value.
   std::string maker = {};
 };
@@ -41,10 +36,10 @@ struct CodeFunction {
   std::vector<std::string> inputs;
   std::vector<std::string> outputs;
   std::vector<CodeVariable> variables;
-  CodePlace begin;
-  CodePlace nameAt;
-  /// Behind its last character.
-  CodePlace end;
+  syntax::Position begin;
+  syntax::Position nameAt;
+  /// After its last character.
+  syntax::Position end;
 };
 
 struct CodeOutline {

@@ -16,16 +16,16 @@ struct Call {
   std::size_t argument = 0;
   /// The name of a name-value argument whose value the cursor is in: "Gain" of "Gain=", or of "'Gain', ".
   std::u16string name = {};
-  /// The text of the first argument, when it is complete or the cursor is behind it.
+  /// The text of the first argument, when it is complete or the cursor is after it.
   std::u16string firstArgument = {};
 };
 
 struct CursorContext {
   enum Kind {
-    Nothing,  ///< a comment, a number, behind a value
+    Nothing,  ///< a comment, a number, after a value
     Name,     ///< a name begins, or has begun
-    Handle,   ///< a name behind "@"
-    Member,   ///< a name behind a dot
+    Handle,   ///< a name after "@"
+    Member,   ///< a name after a dot
     Text      ///< inside a text that is not closed yet
   };
   Kind kind = Nothing;
@@ -40,7 +40,7 @@ struct CursorContext {
   /// The property or field that is assigned here, or compared with what is typed here: "pump.Mode".
   std::u16string target = {};
   std::optional<Call> call = {};
-  /// Of a name with "(" behind the cursor: the first argument of that call.
+  /// Of a name with "(" after the cursor: the first argument of that call.
   std::u16string following = {};
   /// A name is begun where a statement begins, so that "Name=" is no argument.
   bool beginsStatement = false;
@@ -52,7 +52,7 @@ CursorContext contextAt(const std::u16string& text, std::size_t cursor);
 /// The innermost call around an offset, also where nothing is completed: in "f(2|" and in "f([1 2|".
 std::optional<Call> callAt(const std::u16string& text, std::size_t cursor);
 
-/// The dotted name around an offset, up to the end of the part that the offset is in or behind.
+/// The dotted name around an offset, up to the end of the part that the offset is in or after.
 struct DottedName {
   std::size_t begin = 0;
   /// Where its last part begins.

@@ -10,8 +10,9 @@
 
 #include "frontend/Access.h"
 #include "frontend/Namespaces.h"
-#include "frontend/Tokens.h"
 #include "frontend/ValueFacts.h"
+#include "syntax/Brackets.h"
+#include "syntax/Tokenizer.h"
 
 namespace frontend {
 
@@ -35,16 +36,16 @@ constexpr std::size_t mostParts = 100;
 std::vector<Part> partsOf(const std::u16string& expression) {
   std::vector<Part> parts;
   std::size_t depth = 0;
-  for (const Token& token : tokensOf(expression, 0, expression.size())) {
-    const char16_t first = expression[token.begin];
-    if (first == u')' || first == u']' || first == u'}') {
+  for (const syntax::Token& token : syntax::tokensOf(expression, 0, expression.size())) {
+    if (syntax::isCloser(token.symbol)) {
       if (depth-- == 0) return {};
-    } else if (first == u'(' || first == u'[' || first == u'{') {
+    } else if (syntax::isOpener(token.symbol)) {
       if (parts.empty()) return {};
-      if (depth++ == 0) (first == u'(' ? parts.back().isCalled : parts.back().isUnpacked) = true;
-    } else if (depth == 0 && token.kind == TokenKind::Name) {
-      parts.push_back({expression.substr(token.begin, token.end - token.begin)});
-    } else if (depth == 0 && first != u'.') {
+      const bool calls = token.is(syntax::Symbol::OpenParen);
+      if (depth++ == 0) (calls ? parts.back().isCalled : parts.back().isUnpacked) = true;
+    } else if (depth == 0 && token.isWord()) {
+      parts.push_back({std::u16string(token.in(expression))});
+    } else if (depth == 0 && (token.is(syntax::TokenKind::Number) || expression[token.begin] != u'.')) {
       return {};
     }
   }

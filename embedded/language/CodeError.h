@@ -3,14 +3,11 @@
 #include <string>
 
 #include "host/Exceptions.h"
+#include "syntax/Position.h"
 
 namespace embedded {
 
-/// A place in a text of code: lines and columns count from 1, columns in UTF-16 code units.
-struct Position {
-  int line = 1;
-  int column = 1;
-};
+using syntax::Position;
 
 /// An error of Korval code, found at a place of it.
 class CodeError : public foundation::core::except::Exception {

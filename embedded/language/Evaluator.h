@@ -61,9 +61,9 @@ class Evaluator {
   double number(const Expression& expression);
   ValuePtr value(const Matrix& matrix, Position at);
   ValuePtr value(const Range& range, Position at);
-  ValuePtr value(const Prefixed& prefixed, Position at);
-  ValuePtr value(const Chain& chain, Position at);
-  ValuePtr shortCircuit(const Chain& chain);
+  ValuePtr value(const UnaryExpression& unary, Position at);
+  ValuePtr value(const BinaryExpression& binary, Position at);
+  ValuePtr shortCircuit(const BinaryExpression& binary);
   ValuePtr lastIndexValue() const;
   Values arguments(const Expressions& expressions);
   std::vector<Subscript> subscripts(const Selector& access, const Value& indexed);

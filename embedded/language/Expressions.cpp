@@ -43,7 +43,7 @@ Values Evaluator::values(const Expression& expression, std::size_t wanted) {
   interpreter_.step();
   const auto& form = expression.form;
   if (const auto* found = std::get_if<Reference>(&form)) return reference(*found, wanted);
-  if (const auto* found = std::get_if<Accessed>(&form))
+  if (const auto* found = std::get_if<PostfixExpression>(&form))
     return follow({value(*found->value)}, found->accesses, wanted);
   if (const auto* number = std::get_if<NumberLiteral>(&form)) return {newNumber(number->number)};
   if (const auto* text = std::get_if<TextLiteral>(&form)) return {newText(text->text)};
@@ -52,8 +52,8 @@ Values Evaluator::values(const Expression& expression, std::size_t wanted) {
     return {newValue({1, 1}, FunctionHandle{handle->function})};
   if (const auto* matrix = std::get_if<Matrix>(&form)) return {value(*matrix, expression.at)};
   if (const auto* range = std::get_if<Range>(&form)) return {value(*range, expression.at)};
-  if (const auto* prefixed = std::get_if<Prefixed>(&form)) return {value(*prefixed, expression.at)};
-  if (const auto* chain = std::get_if<Chain>(&form)) return {value(*chain, expression.at)};
+  if (const auto* unary = std::get_if<UnaryExpression>(&form)) return {value(*unary, expression.at)};
+  if (const auto* binary = std::get_if<BinaryExpression>(&form)) return {value(*binary, expression.at)};
   if (std::holds_alternative<LastIndex>(form)) return {lastIndexValue()};
   if (std::holds_alternative<EveryIndex>(form)) return {newText(u":")};
   failCode("KORVAL:code:Syntax", "\"~\" stands here without a value");
@@ -88,38 +88,38 @@ ValuePtr Evaluator::value(const Range& range, Position at) {
   return rangeOf(first, step, last);
 }
 
-ValuePtr Evaluator::value(const Prefixed& prefixed, Position at) {
-  ValuePtr result = value(*prefixed.operand);
+ValuePtr Evaluator::value(const UnaryExpression& unary, Position at) {
+  ValuePtr result = value(*unary.operand);
   interpreter_.at = at;
-  for (auto symbol = prefixed.operators.rbegin(); symbol != prefixed.operators.rend(); ++symbol) {
+  for (auto symbol = unary.operators.rbegin(); symbol != unary.operators.rend(); ++symbol) {
     interpreter_.step();
     result = calculated(*symbol, result);
   }
   return result;
 }
 
-ValuePtr Evaluator::value(const Chain& chain, Position at) {
-  const Symbol first = chain.operators.front();
-  if (first == Symbol::AndAlso || first == Symbol::OrElse) return shortCircuit(chain);
-  ValuePtr result = value(*chain.operands.front());
-  for (std::size_t index = 0; index < chain.operators.size(); ++index) {
-    const ValuePtr right = value(*chain.operands[index + 1]);
+ValuePtr Evaluator::value(const BinaryExpression& binary, Position at) {
+  const Symbol first = binary.operators.front();
+  if (first == Symbol::AndAlso || first == Symbol::OrElse) return shortCircuit(binary);
+  ValuePtr result = value(*binary.operands.front());
+  for (std::size_t index = 0; index < binary.operators.size(); ++index) {
+    const ValuePtr right = value(*binary.operands[index + 1]);
     interpreter_.at = at;
     if (isObject(*result) || isObject(*right)) {
-      const char* method = methodOf(chain.operators[index]);
+      const char* method = methodOf(binary.operators[index]);
       if (const auto own = callMethodOfArguments(*this, method, {result, right}, 1); own && !own->empty()) {
         result = own->front();
         continue;
       }
     }
-    result = calculated(chain.operators[index], result, right);
+    result = calculated(binary.operators[index], result, right);
   }
   return result;
 }
 
-ValuePtr Evaluator::shortCircuit(const Chain& chain) {
-  const bool decisive = chain.operators.front() == Symbol::OrElse;
-  for (const ExpressionPtr& operand : chain.operands)
+ValuePtr Evaluator::shortCircuit(const BinaryExpression& binary) {
+  const bool decisive = binary.operators.front() == Symbol::OrElse;
+  for (const ExpressionPtr& operand : binary.operands)
     if (condition(*operand) == decisive) return newLogical(decisive);
   return newLogical(!decisive);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "embedded/language/Interpreter.h"
-#include "embedded/language/Token.h"
+#include "embedded/language/SyntaxTree.h"
 
 namespace embedded {
 

@@ -6,62 +6,47 @@
 
 #include "embedded/Host.h"
 #include "embedded/language/Parser.h"
-#include "embedded/language/StatementReader.h"
+#include "syntax/Brackets.h"
+#include "syntax/Statements.h"
 
 namespace embedded {
 
 namespace {
 
-using enum Symbol;
+using enum syntax::Symbol;
+using syntax::Keyword;
+using syntax::Token;
+using syntax::TokenKind;
 using Tokens = std::vector<Token>;
-
-CodePlace placeOf(Position at) { return {at.line, at.column}; }
-
-/// The token that is open at the bracket, which closes it; or the first token.
-std::size_t openerOf(const Tokens& tokens, std::size_t closer) {
-  std::size_t depth = 0;
-  for (std::size_t at = closer + 1; at-- > 0;) {
-    if (isCloser(tokens[at])) ++depth;
-    if (isOpener(tokens[at]) && --depth == 0) return at;
-  }
-  return 0;
-}
 
 /// The "=" outside brackets, or the end.
 std::size_t assignmentIn(const Tokens& tokens) {
   int depth = 0;
   for (std::size_t at = 0; at < tokens.size(); ++at) {
-    if (isOpener(tokens[at])) ++depth;
-    if (isCloser(tokens[at])) --depth;
+    depth += nestingOf(tokens[at]);
     if (depth == 0 && tokens[at].is(Assign)) return at;
   }
   return tokens.size();
 }
 
 bool isName(const Tokens& tokens, std::size_t at) {
-  return at < tokens.size() && tokens[at].kind == Token::Name;
+  return at < tokens.size() && tokens[at].is(TokenKind::Name);
 }
 
-/// The name and what follows it behind dots; moves behind it.
-std::string dottedNameAt(const Tokens& tokens, std::size_t& at) {
-  std::string name;
-  if (!isName(tokens, at)) return name;
-  name = tokens[at++].name;
-  for (; at + 1 < tokens.size() && tokens[at].is(Dot) && isName(tokens, at + 1); at += 2)
-    name += "." + tokens[at + 1].name;
-  return name;
-}
-
-/// The names outside inner brackets between two tokens, but for those behind dots.
+/// The names outside inner brackets between two tokens, but for those after dots.
 Tokens namesBetween(const Tokens& tokens, std::size_t begin, std::size_t end) {
   Tokens names;
   int depth = 0;
   for (std::size_t at = begin; at < std::min(end, tokens.size()); ++at) {
-    if (isOpener(tokens[at])) ++depth;
-    if (isCloser(tokens[at])) --depth;
+    depth += nestingOf(tokens[at]);
     if (depth == 0 && isName(tokens, at) && !tokens[at - 1].is(Dot)) names.push_back(tokens[at]);
   }
   return names;
+}
+
+/// The token that opens what the token at `closer` closes, or the first one.
+std::size_t openerOf(const Tokens& tokens, std::size_t closer) {
+  return syntax::innermostOpen({tokens.data(), closer}).value_or(0);
 }
 
 /// What stands before an "=": `[a, b.c]`, `x(3).y`.
@@ -69,7 +54,7 @@ Tokens targetsBefore(const Tokens& tokens, std::size_t assignment) {
   std::size_t at = assignment;
   while (at-- > 0) {
     if (tokens[at].is(CloseBracket)) return namesBetween(tokens, openerOf(tokens, at) + 1, at);
-    if (isCloser(tokens[at]))
+    if (syntax::isCloser(tokens[at].symbol))
       at = openerOf(tokens, at);
     else if (!isName(tokens, at))
       break;
@@ -81,32 +66,25 @@ Tokens targetsBefore(const Tokens& tokens, std::size_t assignment) {
   return {};
 }
 
-bool isSame(const Token& left, const Token& right) {
-  return left.at.line == right.at.line && left.at.column == right.at.column;
-}
-
-std::vector<std::string> textsOf(const Tokens& names) {
-  std::vector<std::string> texts;
-  for (const Token& name : names) texts.push_back(name.name);
-  return texts;
-}
-
-/// Takes the statements of a text one by one.
+/// Reads the statements of a text one by one.
 class Outliner {
  public:
-  CodeOutline outline(std::u16string_view text) {
-    StatementReader reader(text);
-    while (const auto statement = reader.next()) take(*statement);
-    if (open_ > 0) outline_.functions.back().end = placeOf(reader.end());
+  explicit Outliner(std::u16string_view text) : text_(text) {}
+
+  CodeOutline outline() {
+    syntax::Statements statements(text_);
+    while (const auto statement = statements.next()) add(*statement);
+    if (open_ > 0) outline_.functions.back().end = statements.end();
     return std::move(outline_);
   }
 
  private:
-  void take(const Tokens& statement) {
+  void add(const Tokens& statement) {
     const Token& first = statement.front();
-    if (first.is(Function)) return begin(statement);
-    if (first.is(End)) return end(first);
-    if (open_ > 0 && (first.is(If) || first.is(While) || first.is(For))) ++open_;
+    if (first.is(Keyword::Function)) return beginFunction(statement);
+    if (first.is(Keyword::End)) return endBlock(first);
+    const bool loops = first.is(Keyword::While) || first.is(Keyword::For);
+    if (open_ > 0 && (first.is(Keyword::If) || loops)) ++open_;
     const std::size_t assignment = assignmentIn(statement);
     if (assignment == statement.size()) return;
     std::size_t value = assignment + 1;
@@ -114,30 +92,30 @@ class Outliner {
     if (value < statement.size() && !statement[value].is(OpenParen)) maker.clear();
     const Tokens targets = targetsBefore(statement, assignment);
     // Only what is assigned to the whole variable tells what the variable is.
-    if (first.is(For) || targets.empty() || !isSame(targets.front(), statement[assignment - 1]))
-      maker.clear();
-    for (const Token& target : targets) add({target.name, placeOf(target.at), maker});
+    const bool isWhole = !targets.empty() && targets.front().begin == statement[assignment - 1].begin;
+    if (first.is(Keyword::For) || !isWhole) maker.clear();
+    for (const Token& target : targets) add({nameOf(target, text_), target.at, maker});
   }
 
-  void begin(const Tokens& header) {
-    if (open_ > 0) outline_.functions.back().end = placeOf(header.front().at);
+  void beginFunction(const Tokens& header) {
+    if (open_ > 0) outline_.functions.back().end = header.front().at;
     open_ = 1;
     known_.clear();
     CodeFunction function;
-    function.begin = function.nameAt = function.end = placeOf(header.front().at);
+    function.begin = function.nameAt = function.end = header.front().at;
     const std::size_t assignment = assignmentIn(header);
     std::size_t name = assignment < header.size() ? assignment + 1 : 1;
     if (name > 1 && header[1].is(OpenBracket))
-      function.outputs = textsOf(namesBetween(header, 2, assignment - 1));
+      function.outputs = namesOf(namesBetween(header, 2, assignment - 1));
     else if (name > 1)
-      function.outputs = textsOf(namesBetween(header, 1, assignment));
-    if (isName(header, name)) function.nameAt = placeOf(header[name].at);
+      function.outputs = namesOf(namesBetween(header, 1, assignment));
+    if (isName(header, name)) function.nameAt = header[name].at;
     function.name = dottedNameAt(header, name);
-    function.inputs = textsOf(namesBetween(header, name + 1, header.size()));
+    function.inputs = namesOf(namesBetween(header, name + 1, header.size()));
     outline_.functions.push_back(std::move(function));
   }
 
-  void end(const Token& token) {
+  void endBlock(const Token& token) {
     if (open_ == 0 || --open_ > 0) return;
     outline_.functions.back().end = {token.at.line, token.at.column + 3};
   }
@@ -148,6 +126,23 @@ class Outliner {
     variables.push_back(std::move(variable));
   }
 
+  /// The name and what follows it after dots; moves past it.
+  std::string dottedNameAt(const Tokens& tokens, std::size_t& at) const {
+    std::string name;
+    if (!isName(tokens, at)) return name;
+    name = nameOf(tokens[at++], text_);
+    for (; at + 1 < tokens.size() && tokens[at].is(Dot) && isName(tokens, at + 1); at += 2)
+      name += "." + nameOf(tokens[at + 1], text_);
+    return name;
+  }
+
+  std::vector<std::string> namesOf(const Tokens& tokens) const {
+    std::vector<std::string> names;
+    for (const Token& token : tokens) names.push_back(nameOf(token, text_));
+    return names;
+  }
+
+  std::u16string_view text_;
   CodeOutline outline_;
   /// Of the current function: how many blocks are open, itself included.
   std::size_t open_ = 0;
@@ -166,6 +161,6 @@ std::optional<CodeFailure> checkCode(std::u16string_view text) {
   }
 }
 
-CodeOutline outlineOf(std::u16string_view text) { return Outliner().outline(text); }
+CodeOutline outlineOf(std::u16string_view text) { return Outliner(text).outline(); }
 
 }  // namespace embedded

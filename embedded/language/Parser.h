@@ -1,26 +1,32 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string_view>
 
-#include "embedded/language/Lexer.h"
-#include "embedded/language/Syntax.h"
+#include "embedded/language/CodeError.h"
+#include "embedded/language/SyntaxTree.h"
+#include "syntax/Tokenizer.h"
 
 namespace embedded {
 
-/// How deep brackets and blocks may nest, unless a host says otherwise.
-constexpr std::size_t defaultNesting = 100;
-
 /// Reads a text of code. Throws CodeError: "KORVAL:code:Syntax", or "KORVAL:code:NestingLimit" for what nests
-/// too deep. `source` names the text in errors.
+/// too deep.
 class Parser {
  public:
-  Parser(std::u16string_view text, const std::string& source, std::size_t nesting = defaultNesting);
+  /// Is called now and then, and throws when nobody waits for a long text any more.
+  using Poll = std::function<void()>;
+
+  /// `source` names the text in errors. The text must outlive the parser.
+  Parser(std::u16string_view text, std::string source, Poll poll = {});
 
   Unit unit();
 
  private:
   class Nested;
+  using Keyword = syntax::Keyword;
+  using Token = syntax::Token;
+  using TokenKind = syntax::TokenKind;
 
   // Statements.
   Block block();
@@ -36,17 +42,17 @@ class Parser {
   FunctionSyntax function();
   std::vector<std::string> outputs(std::string& name);
   std::vector<std::string> inputs();
-  void skipSeparators();
+  bool acceptSeparator();
   bool atEndOfBlock() const;
 
   // Expressions.
-  ExpressionPtr expression() { return chain(0); }
-  ExpressionPtr chain(std::size_t rank);
+  ExpressionPtr expression() { return binary(0); }
+  ExpressionPtr binary(std::size_t rank);
   ExpressionPtr range(std::size_t rank);
-  ExpressionPtr prefixed();
+  ExpressionPtr unary();
   ExpressionPtr power();
   ExpressionPtr powerOperand();
-  ExpressionPtr accessed();
+  ExpressionPtr postfix();
   ExpressionPtr primary();
   ExpressionPtr matrix(bool isCell);
   Expressions row();
@@ -54,22 +60,31 @@ class Parser {
   std::vector<Selector> accesses();
   Expressions arguments(Symbol closer);
   ExpressionPtr argument();
+  bool isSign() const;
   bool beginsNextElement() const;
   std::string dottedName();
 
   // Tokens.
-  Token take();
-  bool accept(Symbol symbol);
-  void expect(Symbol symbol, const char* what);
+  /// The next token of code; throws at one that is a problem.
+  Token read();
+  /// The current token, after which the next one is current.
+  Token advance();
+  template <class Terminal>
+  bool accept(Terminal terminal);
+  template <class Terminal>
+  void expect(Terminal terminal, const char* what);
   std::string expectName(const char* what);
-  [[noreturn]] void refuse(const std::string& expected) const;
+  [[noreturn]] void refuse(const std::string& message, Position at) const;
+  [[noreturn]] void refuseToken(const std::string& expected) const;
 
-  Lexer lexer_;
+  std::u16string_view text_;
+  std::string source_;
+  Poll poll_;
+  syntax::Tokenizer tokenizer_;
   Token token_;
-  std::size_t nesting_;
   std::size_t depth_ = 0;
   std::size_t loops_ = 0;
-  std::size_t taken_ = 0;
+  std::size_t advances_ = 0;
   bool inMatrix_ = false;
   bool inIndex_ = false;
   std::vector<std::string> imports_;

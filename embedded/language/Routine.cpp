@@ -1,12 +1,17 @@
 #include "embedded/language/Routine.h"
 
+#include "embedded/host/Gate.h"
 #include "embedded/language/Parser.h"
 
 namespace embedded {
 
 const Unit& unitOf(const Routine& routine) {
+  const auto poll = [] {
+    if (activeGate != nullptr && activeGate->interruptRequested()) throw Tamsix::System::InterruptException();
+  };
   std::shared_ptr<const Unit>& parsed = routine.parsed();
-  if (parsed == nullptr) parsed = std::make_shared<Unit>(Parser(routine.text(), routine.context().name).unit());
+  if (parsed == nullptr)
+    parsed = std::make_shared<Unit>(Parser(routine.text(), routine.context().name, poll).unit());
   return *parsed;
 }
 

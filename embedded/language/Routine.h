@@ -1,6 +1,6 @@
 #pragma once
 
-#include "embedded/language/Syntax.h"
+#include "embedded/language/SyntaxTree.h"
 #include "embedded/model/Routine.h"
 
 namespace embedded {

@@ -10,7 +10,7 @@
 
 namespace {
 
-std::string shown(embedded::CodePlace place) {
+std::string shown(syntax::Position place) {
   return std::to_string(place.line) + ":" + std::to_string(place.column);
 }
 

@@ -67,7 +67,7 @@ struct Beginning {
   const Document& content;
   std::size_t end;
 
-  bool has(embedded::CodePlace place) const { return content.offsetInCode(place.line, place.column) < end; }
+  bool has(syntax::Position place) const { return content.offsetInCode(place.line, place.column) < end; }
 };
 
 /// The function that a statement at the end belongs to.

@@ -13,7 +13,6 @@ namespace tools::lsp {
 namespace {
 
 using embedded::CodeFunction;
-using embedded::CodePlace;
 using embedded::CodeVariable;
 
 enum class SymbolKind { Class = 5, Function = 12, Variable = 13 };
@@ -86,11 +85,13 @@ class DocumentSymbols {
     return symbols;
   }
 
-  std::size_t offsetOf(CodePlace place) const { return content_.offsetInCode(place.line, place.column); }
-  Range rangeOf(CodePlace begin, CodePlace end) const {
+  std::size_t offsetOf(syntax::Position place) const {
+    return content_.offsetInCode(place.line, place.column);
+  }
+  Range rangeOf(syntax::Position begin, syntax::Position end) const {
     return content_.rangeOf(offsetOf(begin), offsetOf(end));
   }
-  Range rangeOf(CodePlace begin, std::size_t length) const {
+  Range rangeOf(syntax::Position begin, std::size_t length) const {
     return content_.rangeOf(offsetOf(begin), offsetOf(begin) + length);
   }
 

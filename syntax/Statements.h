@@ -1,21 +1,17 @@
 #pragma once
 
 #include <optional>
-#include <string_view>
 #include <vector>
 
-#include "embedded/language/Lexer.h"
+#include "syntax/Tokenizer.h"
 
-namespace embedded {
-
-bool isOpener(const Token& token);
-bool isCloser(const Token& token);
+namespace syntax {
 
 /// Takes a text apart into the tokens of its statements, whatever it holds: what is no token ends a statement, and the
 /// next one begins on the next line.
-class StatementReader {
+class Statements {
  public:
-  explicit StatementReader(std::u16string_view text);
+  explicit Statements(std::u16string_view text) : tokenizer_(text) {}
 
   /// The next statement, which is not empty and has no separator in it; nothing at the end of the text.
   std::optional<std::vector<Token>> next();
@@ -23,18 +19,16 @@ class StatementReader {
   Position end() const noexcept { return end_; }
 
  private:
-  /// The next token; where there is none, a mark without symbol, behind which the next line follows.
   Token token();
   static bool ends(const std::vector<Token>& statement, const std::vector<Symbol>& open, const Token& token);
-  /// Forgets what is open and goes on at a line, counted from 1.
-  void restartAt(int line);
 
-  std::u16string_view text_;
-  std::vector<std::size_t> lineStarts_;
-  Lexer lexer_;
-  int linesBefore_ = 0;
+  Tokenizer tokenizer_;
   Position end_;
   std::optional<Token> kept_;
 };
 
-}  // namespace embedded
+/// Where the line of an offset begins; a line that ends in "..." goes on in the next one. "\r" ends a line here too: an
+/// editor may end its lines with it alone.
+std::size_t beginOfLine(std::u16string_view text, std::size_t offset);
+
+}  // namespace syntax

@@ -1,16 +1,19 @@
 #pragma once
 
-// What the parser makes of a text. Whatever a text can make long is a list here, not a depth: a chain of
-// operators of one rank, the accesses behind a name, the branches of an `if`.
+// What the parser makes of a text. Whatever a text can make long is a list here, not a depth: operands with operators of
+// one rank, the accesses after a name, the branches of an `if`.
 
 #include <memory>
 #include <string>
 #include <variant>
 #include <vector>
 
-#include "embedded/language/Token.h"
+#include "syntax/Token.h"
 
 namespace embedded {
+
+using syntax::Position;
+using syntax::Symbol;
 
 struct Expression;
 using ExpressionPtr = std::unique_ptr<Expression>;
@@ -31,8 +34,8 @@ struct StringLiteral {
 struct EveryIndex {};
 /// `end` inside an index.
 struct LastIndex {};
-/// `~` where an output is not wanted.
-struct Unwanted {};
+/// `~` in the place of an output.
+struct IgnoredOutput {};
 /// @name
 struct HandleLiteral {
   std::string function;
@@ -49,12 +52,12 @@ struct Range {
   ExpressionPtr last;
 };
 /// Signs and negations, the outermost first.
-struct Prefixed {
+struct UnaryExpression {
   std::vector<Symbol> operators;
   ExpressionPtr operand;
 };
 /// Operands with operators of one rank between them, evaluated from left to right.
-struct Chain {
+struct BinaryExpression {
   Expressions operands;
   std::vector<Symbol> operators;
 };
@@ -70,15 +73,15 @@ struct Reference {
   std::vector<Selector> accesses;
 };
 /// (value) or a literal, with accesses.
-struct Accessed {
+struct PostfixExpression {
   ExpressionPtr value;
   std::vector<Selector> accesses;
 };
 
 struct Expression {
   Position at;
-  std::variant<NumberLiteral, TextLiteral, StringLiteral, EveryIndex, LastIndex, Unwanted, HandleLiteral,
-               Matrix, Range, Prefixed, Chain, Reference, Accessed>
+  std::variant<NumberLiteral, TextLiteral, StringLiteral, EveryIndex, LastIndex, IgnoredOutput, HandleLiteral,
+               Matrix, Range, UnaryExpression, BinaryExpression, Reference, PostfixExpression>
       form;
 };
 
@@ -89,7 +92,7 @@ struct ExpressionStatement {
   ExpressionPtr value;
 };
 struct Assignment {
-  Expressions targets;  // each a Reference or Unwanted
+  Expressions targets;  // each a Reference or IgnoredOutput
   ExpressionPtr value;
 };
 struct Branch {

@@ -1,0 +1,184 @@
+#include "syntax/Tokenizer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "embedded/Host.h"
+#include "syntax/Characters.h"
+#include "syntax/Statements.h"
+#include "tests/support/Table.h"
+
+namespace {
+
+using syntax::Token;
+using syntax::TokenKind;
+
+std::string narrow(std::u16string_view text) {
+  std::string result;
+  for (const char16_t unit : text)
+    result += unit == u'\n' ? '$' : unit < 0x80 ? static_cast<char>(unit) : '?';
+  return result;
+}
+
+std::string letterOf(TokenKind kind) {
+  switch (kind) {
+    case TokenKind::EndOfText:
+      return "end";
+    case TokenKind::Symbol:
+      return "s";
+    case TokenKind::Keyword:
+      return "k";
+    case TokenKind::Name:
+      return "n";
+    case TokenKind::Number:
+      return "1";
+    case TokenKind::Text:
+      return "t";
+    case TokenKind::String:
+      return "S";
+    case TokenKind::OpenText:
+      return "o";
+    case TokenKind::Comment:
+      return "c";
+    case TokenKind::Continuation:
+      return ".";
+    case TokenKind::Invalid:
+      return "!";
+  }
+  return "?";
+}
+
+/// "letter of the kind:text", a "_" for each blank or remark before a token.
+std::string shown(const std::vector<Token>& tokens, const std::u16string& text) {
+  std::string all;
+  for (const Token& token : tokens) {
+    all += all.empty() ? "" : " ";
+    all += token.blankBefore ? "_" : "";
+    all += letterOf(token.kind) + ":" + narrow(token.in(text));
+  }
+  return all;
+}
+
+std::vector<Token> tokensOf(const std::u16string& text) { return syntax::tokensOf(text, 0, text.size()); }
+
+const std::u16string program =
+    u"function [a, b] = lab.f(x, ~)\n x.y(2).z{3} = [1 -2\n 'a' \"b\"]'; % c\n"
+    u"for k = {x, @f}, if ~k && 2e3 ..., \n break, elseif x.^2, end, end\nend\nfunction g, p._flow = p.end, "
+    u"end";
+
+/// Every beginning and every end of a program, and what else somebody can have typed.
+std::vector<std::u16string> typedTexts() {
+  std::vector<std::u16string> texts{
+      u"x = 'open", u"\u00e4",    u"x = \u00e4 'b\nc", u"_x",        std::u16string(1, u'\0'),
+      u"1...",      u"...",       u"x ...\n'",         u"a\r\nb\rc", u"]})",
+      u"'''",       u"p. ...\n x"};
+  for (std::size_t at = 0; at <= program.size(); ++at) {
+    texts.push_back(program.substr(0, at));
+    texts.push_back(program.substr(at));
+  }
+  return texts;
+}
+
+TEST(Tokens, OfCode) {
+  const std::vector<std::pair<std::u16string, std::string>> rows{
+      {u"", ""},
+      {u"x1_ = -2.5e-3;", "n:x1_ _s:= _s:- 1:2.5e-3 s:;"},
+      {u"1.*2 1.x 1..5 .5", "1:1 s:.* 1:2 _1:1. n:x _1:1 s:. 1:.5 _1:.5"},
+      {u"a<=b~=c&&~d.'", "n:a s:<= n:b s:~= n:c s:&& s:~ n:d s:.'"},
+      {u"p._flow.end", "n:p s:. n:_flow s:. n:end"},
+      {u"_flow", "!:_ n:flow"},
+      {u"if x, end", "k:if _n:x s:, _k:end"},
+      {u"x(end)' 'a'", "n:x s:( k:end s:) s:' _s:' n:a s:'"},
+      {u"return 'a'", "k:return _t:'a'"},
+      {u"[a 'b'' c' a' \"\"\"\"]", "s:[ n:a _t:'b'' c' _n:a s:' _S:\"\"\"\" s:]"},
+      {u"[f(a 'b)]", "s:[ n:f s:( n:a _s:' n:b s:) s:]"},
+      {u"x'' % 'c'\ny", "n:x s:' s:' _c:% 'c' _s:$ n:y"},
+      {u"x = 'a\ny = \"", "n:x _s:= _o:'a s:$ n:y _s:= _o:\""},
+      {u"p. ... say\n x", "n:p s:. _.:... say$ _n:x"},
+      {u"x ...", "n:x _.:..."},
+      {u"1...\n2", "1:1 .:...$ _1:2"},
+      {u"a\r\n\tb", "n:a _s:$ _n:b"},
+      {u"\u00e4 #", "!:? _!:#"}};
+  for (const auto& [text, expected] : rows) EXPECT_EQ(shown(tokensOf(text), text), expected) << narrow(text);
+}
+
+TEST(Tokens, SayWhatTheyAre) {
+  const std::u16string text = u"1e400 'it''s' \"a\"\"b\" elseif";
+  const auto tokens = tokensOf(text);
+  ASSERT_EQ(tokens.size(), 4U);
+  EXPECT_GT(numberOf(tokens[0], text), 1e300);
+  EXPECT_EQ(contentOf(tokens[1], text), u"it's");
+  EXPECT_EQ(contentOf(tokens[2], text), u"a\"b");
+  EXPECT_EQ(nameOf(tokens[3], text), "elseif");
+  EXPECT_TRUE(tokens[3].is(syntax::Keyword::ElseIf));
+}
+
+/// Tokens follow each other, and between them are blanks.
+TEST(Tokens, CoverEveryText) {
+  for (const std::u16string& text : typedTexts()) {
+    std::size_t covered = 0;
+    for (const Token& token : tokensOf(text)) {
+      ASSERT_LT(token.begin, token.end) << narrow(text);
+      ASSERT_LE(covered, token.begin) << narrow(text);
+      for (; covered < token.begin; ++covered) EXPECT_TRUE(syntax::isBlank(text[covered])) << narrow(text);
+      covered = token.end;
+    }
+    for (; covered < text.size(); ++covered) EXPECT_TRUE(syntax::isBlank(text[covered])) << narrow(text);
+  }
+}
+
+TEST(Tokens, KnowTheirPosition) {
+  for (const std::u16string& text : typedTexts()) {
+    for (const Token& token : tokensOf(text)) {
+      const std::u16string before = text.substr(0, token.begin);
+      const auto line = static_cast<int>(std::count(before.begin(), before.end(), u'\n')) + 1;
+      const auto column = static_cast<int>(before.size() - (before.rfind(u'\n') + 1)) + 1;
+      EXPECT_EQ(token.at, (syntax::Position{line, column})) << narrow(text) << token.begin;
+    }
+  }
+}
+
+/// What the tokenizer calls a problem is what the evaluator refuses, in these words, if nothing before it is wrong.
+TEST(Tokens, AreWhatTheEvaluatorReads) {
+  std::size_t problems = 0;
+  for (const std::u16string& text : typedTexts()) {
+    const auto failure = embedded::checkCode(text);
+    const std::string message = failure ? failure->message : std::string();
+    const bool isOfTokens = message.find("lacks its closing") != std::string::npos ||
+                            message.find("cannot stand here") != std::string::npos;
+    const auto tokens = tokensOf(text);
+    const auto problem =
+        std::find_if(tokens.begin(), tokens.end(), [](const Token& each) { return each.isProblem(); });
+    if (problem == tokens.end()) {
+      EXPECT_FALSE(isOfTokens) << narrow(text);
+      continue;
+    }
+    ++problems;
+    ASSERT_TRUE(failure.has_value()) << narrow(text);
+    if (!isOfTokens) {
+      EXPECT_LE(failure->line, problem->at.line) << narrow(text);
+      continue;
+    }
+    EXPECT_EQ(message, problemOf(*problem, text));
+    EXPECT_EQ((syntax::Position{failure->line, failure->column}), problem->at) << narrow(text);
+  }
+  EXPECT_GT(problems, 10U);
+}
+
+/// "|" is the offset that is asked for, "^" where its line begins.
+TEST(Tokens, LinesGoOnAfterDots) {
+  for (std::u16string text :
+       {u"a\n^b|", u"^|", u"a\n^|", u"x\n^f(1, ...\n 2|", u"^f(1, ... say\r\n\r\n 2, ...\n|", u"% a ...\n^b|",
+        u"a 'b...'\n^c|", u"^a 'b...', ...\nc|", u"'a ...\n^b|", u"a\r^b|", u"^1...\nb|"}) {
+    const std::size_t begin = text.find(u'^');
+    text.erase(begin, 1);
+    const std::size_t offset = text.find(u'|');
+    text.erase(offset, 1);
+    EXPECT_EQ(syntax::beginOfLine(text, offset), begin) << narrow(text);
+  }
+}
+
+}  // namespace

@@ -3,13 +3,15 @@
 #include <vector>
 
 #include "frontend/Completion.h"
+#include "syntax/Characters.h"
 
 namespace frontend {
 
 namespace {
 
+using syntax::isDigit;
+
 bool isUpper(char16_t character) { return character >= u'A' && character <= u'Z'; }
-bool isDigit(char16_t character) { return character >= u'0' && character <= u'9'; }
 char16_t lower(char16_t character) {
   return isUpper(character) ? static_cast<char16_t>(character - u'A' + u'a') : character;
 }

@@ -5,6 +5,7 @@
 #include "embedded/host/Session.h"
 #include "embedded/language/Members.h"
 #include "embedded/model/Unicode.h"
+#include "syntax/Characters.h"
 
 namespace embedded {
 
@@ -67,18 +68,11 @@ ValuePtr foreignMember(const ForeignClassDescription& foreign, const std::string
 /// What everybody can have of a class without an object: a constant, an enumeration member, a method as its handle.
 ValuePtr memberOf(const Class& oneClass, const std::string& name) {
   const Property* property = oneClass.property(alreadyInterned(name));
-  if (property == nullptr || mayUse(property->content().get, *property->definingClass(), nullptr))
-    if (ValuePtr constant = classConstant(oneClass, name, nullptr)) return constant;
+  if (property == nullptr ||
+      mayUse(session().interpreter, property->content().get, *property->definingClass(), nullptr))
+    if (ValuePtr constant = classConstant(session().interpreter, oneClass, name, nullptr)) return constant;
   if (oneClass.method(alreadyInterned(name)) == nullptr) return nullptr;
   return newValue({1, 1}, FunctionHandle{oneClass.names().dotted.text() + "." + name});
-}
-
-bool isLetter(char character) {
-  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
-}
-
-bool isNameCharacter(char character) {
-  return isLetter(character) || (character >= '0' && character <= '9') || character == '_';
 }
 
 }  // namespace
@@ -237,18 +231,21 @@ kxArray_tag* kxGetPropertyShared(const kxArray_tag* object, std::size_t index, c
   enter<Operation::getPropertyShared>(object, index, name);
   Session& current = session();
   const CodeSource source(current.interpreter, expressionSource);
-  const ValuePtr element = elementOf(ValuePtr(const_cast<Value*>(&valueOf(object))), index);
+  const ValuePtr element =
+      elementOf(current.interpreter, ValuePtr(const_cast<Value*>(&valueOf(object))), index);
   std::optional<CodeRun> run;
-  if (readingRunsCode(current, *element, name)) run.emplace(current, "get method of " + name);
-  return readProperty(current, element, name, nullptr).detach();
+  if (readingRunsCode(current.interpreter, *element, name))
+    run.emplace(current.interpreter, "get method of " + name);
+  return readProperty(current.interpreter, element, name, nullptr).detach();
 }
 
 kxArray_tag* kxGetTypeProperty(const kxArray_tag* object, std::size_t index, const std::string& name) {
   enter<Operation::getTypeProperty>(object, index, name);
   Session& current = session();
   const CodeSource source(current.interpreter, expressionSource);
-  const ValuePtr element = elementOf(ValuePtr(const_cast<Value*>(&valueOf(object))), index);
-  return storedProperty(current, element, name).detach();
+  const ValuePtr element =
+      elementOf(current.interpreter, ValuePtr(const_cast<Value*>(&valueOf(object))), index);
+  return storedProperty(current.interpreter, element, name).detach();
 }
 
 kxArray_tag* kxFindTypeMember(const kxArray_tag* classReference, const std::string& name) {
@@ -292,9 +289,9 @@ kxArray_tag* kxCreateClassArray(const std::string& className) {
 
 int kxIsValidKorvalNameCount(const char* text) {
   enter<Operation::isValidNameCount>(text);
-  if (!isLetter(*text)) return 0;
+  if (!syntax::isNameStart(*text)) return 0;
   const char* end = text + 1;
-  while (isNameCharacter(*end)) ++end;
+  while (syntax::isNamePart(*end)) ++end;
   return static_cast<int>(end - text);
 }
 

@@ -50,43 +50,45 @@ Values borrowed(int count, kxArray_tag** values) {
 
 std::size_t countOf(int nlhs) { return nlhs > 0 ? static_cast<std::size_t>(nlhs) : 0; }
 
-Values callFunction(Session& session, const std::string& name, Values arguments, int nlhs) {
-  const CodeRun run(session, name);
-  const CodeSource source(session.interpreter, name);
-  Evaluator caller(session, session.workspace, nullptr);
+Values callFunction(Interpreter& interpreter, const std::string& name, Values arguments, int nlhs) {
+  const CodeRun run(interpreter, name);
+  const CodeSource source(interpreter, name);
+  Evaluator caller(interpreter, interpreter.world.workspace, nullptr);
   return callNamed(caller, name, std::move(arguments), countOf(nlhs));
 }
 
 /// Without `valueOfStatement` the text is one expression; with it, statements may stand before it.
-const ExpressionStatement& answeringStatement(const Unit& unit, bool valueOfStatement) {
+const ExpressionStatement& answeringStatement(const Interpreter& interpreter, const Unit& unit,
+                                              bool valueOfStatement) {
   const bool answers =
       !unit.script.empty() && std::holds_alternative<ExpressionStatement>(unit.script.back().form);
   if (!answers || (unit.script.size() > 1 && !valueOfStatement))
-    failCode("KORVAL:code:NoValue", "A value is wanted, but the text is no expression");
+    interpreter.fail("KORVAL:code:NoValue", "A value is wanted, but the text is no expression");
   return std::get<ExpressionStatement>(unit.script.back().form);
 }
 
-Values evaluate(Session& session, const std::u16string& text, int nlhs, bool valueOfStatement) {
-  const CodeSource source(session.interpreter, expressionSource);
+Values evaluate(Interpreter& interpreter, const std::u16string& text, int nlhs, bool valueOfStatement) {
+  const CodeSource source(interpreter, expressionSource);
   const Routine routine({.name = expressionSource}, text);
-  const Unit& unit = unitOf(routine);
+  const Unit& unit = interpreter.unitOf(routine);
   if (!unit.functions.empty()) {
-    session.interpreter.at = unit.functions.front().at;
-    failCode("KORVAL:code:Syntax", "An evaluation runs statements, and defines no functions");
+    interpreter.at = unit.functions.front().at;
+    interpreter.fail("KORVAL:code:Syntax", "An evaluation runs statements, and defines no functions");
   }
-  Evaluator evaluator(session, session.workspace, &routine);
+  Evaluator evaluator(interpreter, interpreter.world.workspace, &routine);
   if (nlhs < 1) {
     evaluator.run(unit.script);
     return {};
   }
-  const ExpressionStatement& last = answeringStatement(unit, valueOfStatement);
+  const ExpressionStatement& last = answeringStatement(interpreter, unit, valueOfStatement);
   for (const Statement& statement : unit.script) {
     if (&statement == &unit.script.back()) break;
     if (evaluator.runOne(statement) != Evaluator::Exit::AtEnd)
-      failCode("KORVAL:code:NoValue", "The code returns before the expression whose value is wanted");
+      interpreter.fail("KORVAL:code:NoValue", "The code returns before the expression whose value is wanted");
   }
   Values results = evaluator.valuesOf(last, countOf(nlhs));
-  if (results.size() < countOf(nlhs)) failCode("KORVAL:code:NoValue", "The expression gives too few values");
+  if (results.size() < countOf(nlhs))
+    interpreter.fail("KORVAL:code:NoValue", "The expression gives too few values");
   return results;
 }
 
@@ -119,9 +121,9 @@ int inEvalExp(const std::u16string& expression, int nlhs, kxArray_tag** plhs, bo
   enter<Operation::evalExp>(expression, nlhs, valueOfStatement, static_cast<int>(source));
   Session& current = session();
   current.interpreter.lastFailure.reset();
-  const CodeRun run(current, "evaluation");
+  const CodeRun run(current.interpreter, "evaluation");
   try {
-    fill(evaluate(current, expression, nlhs, valueOfStatement), nlhs, plhs);
+    fill(evaluate(current.interpreter, expression, nlhs, valueOfStatement), nlhs, plhs);
     return Success;
   } catch (const CodeError& error) {
     report(current, error);
@@ -131,7 +133,7 @@ int inEvalExp(const std::u16string& expression, int nlhs, kxArray_tag** plhs, bo
 
 void inCallFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs, const char* functionName) {
   enter<Operation::callFcn>(functionName, nlhs, nrhs);
-  fill(callFunction(session(), functionName, borrowed(nrhs, prhs), nlhs), nlhs, plhs);
+  fill(callFunction(session().interpreter, functionName, borrowed(nrhs, prhs), nlhs), nlhs, plhs);
 }
 
 int inCallFcnWithTrap(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs, const char* functionName,
@@ -140,7 +142,7 @@ int inCallFcnWithTrap(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs
   Session& current = session();
   current.interpreter.lastFailure.reset();
   try {
-    fill(callFunction(current, functionName, borrowed(nrhs, prhs), nlhs), nlhs, plhs);
+    fill(callFunction(current.interpreter, functionName, borrowed(nrhs, prhs), nlhs), nlhs, plhs);
     return Success;
   } catch (const CodeError& error) {
     if (!trap) throw;
@@ -155,16 +157,16 @@ void inFullFevalFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs) 
   if (arguments.empty() || !isText(*arguments.front()))
     throw foundation::core::except::Exception("KORVAL:host:NoFunctionName",
                                               "The first argument is to be the name of a function.");
-  const std::string name = nameOf(*arguments.front());
+  const std::string name = nameOf(session().interpreter, *arguments.front());
   arguments.erase(arguments.begin());
-  fill(callFunction(session(), name, std::move(arguments), nlhs), nlhs, plhs);
+  fill(callFunction(session().interpreter, name, std::move(arguments), nlhs), nlhs, plhs);
 }
 
 kxArray_tag* inCallMethodSingleInputSingleOutput(const kxArray_tag* value, const std::string& method,
                                                  int nlhs) {
   enter<Operation::callMethod>(value, method, nlhs);
   const ValuePtr receiver(const_cast<Value*>(&valueOf(value)));
-  Values results = callFunction(session(), method, {receiver}, nlhs);
+  Values results = callFunction(session().interpreter, method, {receiver}, nlhs);
   return results.empty() ? nullptr : results.front().detach();
 }
 

@@ -16,17 +16,21 @@ inline const std::string expressionSource = "expression";
 
 /// What stands behind a host: the gate, and everything that its operations ask. Its parts refer to those before
 /// them.
-struct Session : Gate, World {
+struct Session final : Gate, World, CodeEnvironment {
   /// Of a description that has been checked.
   explicit Session(const Description& description)
       : World(description),
         dispatcher(description, *this),
         objectSystem(description, classes),
         names(description),
-        interpreter(description),
+        interpreter(description, *this, *this),
         debugger(description.scopes.debugger),
         debuggerIsReachable(description.scopes.bridge),
         componentsOn(description.components) {}
+
+  bool interruptRequested() const noexcept override { return Gate::interruptRequested(); }
+  void enterCode(const std::string& what) override { enter<Operation::korvalCode>(what); }
+  void print(std::u16string_view text) override { streams.out.write(text); }
 
   Dispatcher dispatcher;
   ObjectSystem objectSystem;

@@ -1,30 +1,77 @@
 #include "embedded/language/Builtins.h"
 
 #include <algorithm>
-#include <array>
-
-#include "embedded/language/BuiltinTables.h"
-#include "embedded/language/Interpreter.h"
+#include <utility>
 
 namespace embedded {
 
+namespace {
+
+constexpr std::pair<std::string_view, Builtin*> table[] = {
+    {"true", builtins::trueValue},
+    {"false", builtins::falseValue},
+    {"missing", builtins::missing},
+    {"NaN", builtins::notANumber},
+    {"Inf", builtins::infinity},
+    {"pi", builtins::pi},
+    {"numel", builtins::numel},
+    {"length", builtins::length},
+    {"isempty", builtins::isEmpty},
+    {"size", builtins::size},
+    {"sizeAsDouble", builtins::size},
+    {"zeros", builtins::zeros},
+    {"ones", builtins::ones},
+    {"cell", builtins::cell},
+    {"struct", builtins::structure},
+    {"abs", builtins::abs},
+    {"floor", builtins::floor},
+    {"ismissing", builtins::isMissing},
+    {"sum", builtins::sum},
+    {"any", builtins::any},
+    {"all", builtins::all},
+    {"mod", builtins::modulo},
+    {"disp", builtins::disp},
+    {"fprintf", builtins::fprintf},
+    {"sprintf", builtins::sprintf},
+    {"error", builtins::error},
+    {"strcmp", builtins::strcmp},
+    {"upper", builtins::upper},
+    {"lower", builtins::lower},
+    {"num2str", builtins::num2str},
+    {"string", builtins::string},
+    {"char", builtins::characters},
+    {"double", builtins::doubles},
+    {"logical", builtins::logicals},
+    {"properties", builtins::properties},
+    {"fieldnames", builtins::fieldNames},
+    {"methods", builtins::methods},
+    {"class", builtins::className},
+    {"isa", builtins::isA},
+    {"isfield", builtins::isField},
+    {"isprop", builtins::isProperty},
+    {"ismethod", builtins::isMethod},
+    {"isobject", builtins::isObject},
+    {"feval", builtins::feval},
+    {"findpackage", builtins::findPackage},
+    {"korval.metadata.Namespace.getAllNamespaces", builtins::allNamespaces},
+};
+
+}  // namespace
+
 void BuiltinCall::require(std::size_t least, std::size_t most) const {
   if (arguments.size() >= least && arguments.size() <= most) return;
-  failCode("KORVAL:code:ArgumentCount", "The function takes " + std::to_string(least) +
-                                            (most > least ? " to " + std::to_string(most) : "") +
-                                            " arguments, not " + std::to_string(arguments.size()));
+  interpreter.fail("KORVAL:code:ArgumentCount", "The function takes " + std::to_string(least) +
+                                                    (most > least ? " to " + std::to_string(most) : "") +
+                                                    " arguments, not " + std::to_string(arguments.size()));
 }
 
 Builtin* findBuiltin(std::string_view name) {
-  for (const auto table : {builtinsOnValues(), builtinsOnText(), builtinsOnObjects()})
-    for (const NamedBuiltin& builtin : table)
-      if (builtin.name == name) return builtin.function;
-  return nullptr;
+  const auto* found = std::ranges::find(table, name, [](const auto& row) { return row.first; });
+  return found == std::end(table) ? nullptr : found->second;
 }
 
 bool isOuterNameOfBuiltin(std::string_view start) {
-  return std::ranges::any_of(
-      builtinsOnObjects(), [start](const NamedBuiltin& builtin) { return builtin.name.starts_with(start); });
+  return std::ranges::any_of(table, [start](const auto& row) { return row.first.starts_with(start); });
 }
 
 }  // namespace embedded

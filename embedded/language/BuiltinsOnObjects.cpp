@@ -1,18 +1,19 @@
 #include <algorithm>
 #include <unordered_set>
 
-#include "embedded/language/BuiltinTables.h"
+#include "embedded/language/Builtins.h"
 #include "embedded/language/Convert.h"
 #include "embedded/language/Members.h"
 #include "embedded/model/Names.h"
 #include "embedded/model/Unicode.h"
 
-namespace embedded {
+namespace embedded::builtins {
 
 namespace {
 
 [[noreturn]] void failWithout(const BuiltinCall& call, const std::string& what) {
-  failCode("KORVAL:code:WrongType", "A value of class \"" + call[0].className() + "\" has no " + what);
+  call.interpreter.fail("KORVAL:code:WrongType",
+                        "A value of class \"" + call[0].className() + "\" has no " + what);
 }
 
 /// Visible names, each once, in the order of the class's walk.
@@ -48,9 +49,23 @@ std::vector<std::string> methodNames(const Class& oneClass) {
   return names;
 }
 
+ValuePtr opaqueOf(const std::string& className, std::vector<std::pair<std::string, ValuePtr>> fields) {
+  return newValue({1, 1}, Opaque{className, std::move(fields), {}});
+}
+
+/// One object with a "Name" for each of them.
+ValuePtr opaquesNamed(const std::string& className, const std::vector<std::string>& names) {
+  Objects objects{{}, className};
+  for (const std::string& name : names)
+    objects.elements.push_back(opaqueOf(className, {{"Name", newText(widened(name))}}));
+  return newValue({names.size(), 1}, std::move(objects));
+}
+
+}  // namespace
+
 Values properties(const BuiltinCall& call) {
   call.require(1, 1);
-  const Class* oneClass = classOf(call.caller.session(), call[0]);
+  const Class* oneClass = classOf(call.interpreter, call[0]);
   if (oneClass == nullptr) failWithout(call, "properties");
   return {newCellOfTexts(propertyNames(*oneClass))};
 }
@@ -68,9 +83,9 @@ Values fieldNames(const BuiltinCall& call) {
 
 Values methods(const BuiltinCall& call) {
   call.require(1, 1);
-  if (const Class* oneClass = classOf(call.caller.session(), call[0]))
+  if (const Class* oneClass = classOf(call.interpreter, call[0]))
     return {newCellOfTexts(methodNames(*oneClass))};
-  CodeFiles& files = call.caller.session().interpreter.files;
+  CodeFiles& files = call.interpreter.files;
   if (const auto* structures = call[0].as<Structures>(); structures && !structures->className.empty())
     return {newCellOfTexts(files.methodNames(structures->className))};
   const Opaque* opaque = call[0].opaque();
@@ -87,29 +102,32 @@ Values className(const BuiltinCall& call) {
 
 Values isA(const BuiltinCall& call) {
   call.require(2, 2);
-  return {newLogical(call.caller.session().classes.isOfClass(call[0], nameOf(call[1])))};
+  return {newLogical(call.interpreter.world.classes.isOfClass(call[0], nameOf(call.interpreter, call[1])))};
 }
 
 Values isField(const BuiltinCall& call) {
   call.require(2, 2);
   const auto* structures = call[0].as<Structures>();
   return {newLogical(structures != nullptr && isText(call[1]) &&
-                     std::ranges::find(structures->fields, nameOf(call[1])) != structures->fields.end())};
+                     std::ranges::find(structures->fields, nameOf(call.interpreter, call[1])) !=
+                         structures->fields.end())};
 }
 
 Values isProperty(const BuiltinCall& call) {
   call.require(2, 2);
-  const Class* oneClass = classOf(call.caller.session(), call[0]);
-  return {newLogical(oneClass != nullptr && oneClass->property(alreadyInterned(nameOf(call[1]))) != nullptr)};
+  const Class* oneClass = classOf(call.interpreter, call[0]);
+  return {newLogical(oneClass != nullptr &&
+                     oneClass->property(alreadyInterned(nameOf(call.interpreter, call[1]))) != nullptr)};
 }
 
 Values isMethod(const BuiltinCall& call) {
   call.require(2, 2);
-  Session& session = call.caller.session();
+  Interpreter& interpreter = call.interpreter;
   const auto* structures = call[0].as<Structures>();
-  const bool hasFile = structures != nullptr && !structures->className.empty() &&
-                       session.interpreter.files.method(structures->className, nameOf(call[1])) != nullptr;
-  return {newLogical(hasFile || hasMethod(session, call[0], nameOf(call[1])))};
+  const bool hasFile =
+      structures != nullptr && !structures->className.empty() &&
+      interpreter.files.method(structures->className, nameOf(call.interpreter, call[1])) != nullptr;
+  return {newLogical(hasFile || hasMethod(interpreter, call[0], nameOf(call.interpreter, call[1])))};
 }
 
 Values isObject(const BuiltinCall& call) {
@@ -120,27 +138,15 @@ Values isObject(const BuiltinCall& call) {
 Values feval(const BuiltinCall& call) {
   call.require(1, 1000);
   const auto* handle = call[0].as<FunctionHandle>();
-  return callNamed(call.caller, handle != nullptr ? handle->function : nameOf(call[0]),
-                   {call.arguments.begin() + 1, call.arguments.end()}, call.wanted);
-}
-
-ValuePtr opaqueOf(const std::string& className, std::vector<std::pair<std::string, ValuePtr>> fields) {
-  return newValue({1, 1}, Opaque{className, std::move(fields), {}});
-}
-
-/// One object with a "Name" for each of them.
-ValuePtr opaquesNamed(const std::string& className, const std::vector<std::string>& names) {
-  Objects objects{{}, className};
-  for (const std::string& name : names)
-    objects.elements.push_back(opaqueOf(className, {{"Name", newText(widened(name))}}));
-  return newValue({names.size(), 1}, std::move(objects));
+  return callNamed(call.caller, handle != nullptr ? handle->function : nameOf(call.interpreter, call[0]),
+                   {call.arguments.begin() + 1, call.arguments.end()}, call.nargout);
 }
 
 /// The package of the older object system, or an empty array.
 Values findPackage(const BuiltinCall& call) {
   call.require(1, 1);
-  const std::string name = nameOf(call[0]);
-  for (const PackageDescription& package : call.caller.session().packages)
+  const std::string name = nameOf(call.interpreter, call[0]);
+  for (const PackageDescription& package : call.interpreter.world.packages)
     if (package.name == name)
       return {opaqueOf("package", {{"Name", newText(widened(name))},
                                    {"Classes", opaquesNamed("package.class", package.classes)},
@@ -153,28 +159,11 @@ Values allNamespaces(const BuiltinCall& call) {
   call.require(0, 0);
   const kcos::COSInternedName className = interned(namespaceObjectClass);
   Objects objects{{}, className.text()};
-  const std::vector<std::string> names = call.caller.session().classes.namespaceNames();
+  const std::vector<std::string> names = call.interpreter.world.classes.namespaceNames();
   for (const std::string& name : names)
     objects.elements.push_back(
         newValue({1, 1}, Object{className, className, {{"Name", newText(widened(name))}}, {}, {}}));
   return {newValue({names.size(), 1}, std::move(objects))};
 }
 
-constexpr NamedBuiltin table[] = {{"properties", properties},
-                                  {"fieldnames", fieldNames},
-                                  {"methods", methods},
-                                  {"class", className},
-                                  {"isa", isA},
-                                  {"isfield", isField},
-                                  {"isprop", isProperty},
-                                  {"ismethod", isMethod},
-                                  {"isobject", isObject},
-                                  {"feval", feval},
-                                  {"findpackage", findPackage},
-                                  {"korval.metadata.Namespace.getAllNamespaces", allNamespaces}};
-
-}  // namespace
-
-std::span<const NamedBuiltin> builtinsOnObjects() { return table; }
-
-}  // namespace embedded
+}  // namespace embedded::builtins

@@ -1,35 +1,67 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
+#include <utility>
 
-#include "embedded/host/Session.h"
-#include "embedded/language/BuiltinTables.h"
+#include "embedded/language/Builtins.h"
 #include "embedded/language/Convert.h"
 
-namespace embedded {
+namespace embedded::builtins {
 
 namespace {
 
-template <bool answer>
-Values logicalLiteral(const BuiltinCall& call) {
+Values constant(const BuiltinCall& call, ValuePtr value) {
   call.require(0, 0);
-  return {newLogical(answer)};
+  return {std::move(value)};
 }
 
-Values missing(const BuiltinCall& call) {
-  call.require(0, 0);
-  return {newString(std::nullopt)};
+/// The size that the arguments of zeros(), ones() and cell() mean.
+Value::Size sizeOf(const BuiltinCall& call) {
+  std::vector<double> extents;
+  for (const ValuePtr& argument : call.arguments)
+    for (const double extent : numbersOf(call.interpreter, *argument)) extents.push_back(extent);
+  if (extents.empty()) extents = {1, 1};
+  if (extents.size() == 1) extents.push_back(extents.front());
+  Value::Size size;
+  for (const double extent : extents) {
+    if (std::isnan(extent)) call.interpreter.fail("KORVAL:code:Index", "An extent is a number");
+    size.push_back(static_cast<std::size_t>(std::clamp(extent, 0.0, 1e18)));
+  }
+  call.interpreter.checkSize(size);
+  return withoutTrailingOnes(std::move(size));
 }
 
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double pi = 3.14159265358979323846;
-
-template <const double& number>
-Values constant(const BuiltinCall& call) {
-  call.require(0, 0);
-  return {newNumber(number)};
+std::size_t countOf(const Value::Size& size) {
+  std::size_t count = 1;
+  for (const std::size_t extent : size) count *= extent;
+  return count;
 }
+
+Values filled(const BuiltinCall& call, double number) {
+  const Value::Size size = sizeOf(call);
+  return {newValue(size, std::vector<double>(countOf(size), number))};
+}
+
+Values onEach(const BuiltinCall& call, double (*function)(double)) {
+  call.require(1, 1);
+  std::vector<double> numbers = numbersOf(call.interpreter, call[0]);
+  for (double& number : numbers) number = function(number);
+  return {newValue(call[0].size(), std::move(numbers))};
+}
+
+}  // namespace
+
+Values trueValue(const BuiltinCall& call) { return constant(call, newLogical(true)); }
+Values falseValue(const BuiltinCall& call) { return constant(call, newLogical(false)); }
+Values missing(const BuiltinCall& call) { return constant(call, newString(std::nullopt)); }
+Values notANumber(const BuiltinCall& call) {
+  return constant(call, newNumber(std::numeric_limits<double>::quiet_NaN()));
+}
+Values infinity(const BuiltinCall& call) {
+  return constant(call, newNumber(std::numeric_limits<double>::infinity()));
+}
+Values pi(const BuiltinCall& call) { return constant(call, newNumber(std::numbers::pi)); }
 
 Values numel(const BuiltinCall& call) {
   call.require(1, 1);
@@ -47,57 +79,32 @@ Values isEmpty(const BuiltinCall& call) {
   return {newLogical(call[0].elementCount() == 0)};
 }
 
-/// All extents as one row, one of them, or one for each value that is wanted, the last one holding the rest.
+/// All extents as one row, one of them, or one for each of nargout values, the last one holding the rest.
 Values size(const BuiltinCall& call) {
   call.require(1, 2);
   const Value::Size& extents = call[0].size();
   if (call.arguments.size() == 2) {
-    const double dimension = numberOf(call[1]);
+    const double dimension = numberOf(call.interpreter, call[1]);
     if (!(dimension >= 1) || dimension != std::floor(dimension))
-      failCode("KORVAL:code:Index", "A dimension is a whole number from 1 on");
+      call.interpreter.fail("KORVAL:code:Index", "A dimension is a whole number from 1 on");
     return {newNumber(dimension > static_cast<double>(extents.size())
                           ? 1
                           : static_cast<double>(extents[static_cast<std::size_t>(dimension) - 1]))};
   }
-  if (call.wanted < 2)
+  if (call.nargout < 2)
     return {newValue({1, extents.size()}, std::vector<double>(extents.begin(), extents.end()))};
   Values result;
-  for (std::size_t at = 0; at < call.wanted; ++at) {
+  for (std::size_t at = 0; at < call.nargout; ++at) {
     double extent = at < extents.size() ? static_cast<double>(extents[at]) : 1;
-    for (std::size_t rest = at + 1; at + 1 == call.wanted && rest < extents.size(); ++rest)
+    for (std::size_t rest = at + 1; at + 1 == call.nargout && rest < extents.size(); ++rest)
       extent *= static_cast<double>(extents[rest]);
     result.push_back(newNumber(extent));
   }
   return result;
 }
 
-/// The size that the arguments of zeros(), ones() and cell() mean.
-Value::Size sizeOf(const BuiltinCall& call) {
-  std::vector<double> extents;
-  for (const ValuePtr& argument : call.arguments)
-    for (const double extent : numbersOf(*argument)) extents.push_back(extent);
-  if (extents.empty()) extents = {1, 1};
-  if (extents.size() == 1) extents.push_back(extents.front());
-  Value::Size size;
-  for (const double extent : extents) {
-    if (std::isnan(extent)) failCode("KORVAL:code:Index", "An extent is a number");
-    size.push_back(static_cast<std::size_t>(std::clamp(extent, 0.0, 1e18)));
-  }
-  session().interpreter.checkSize(size);
-  return withoutTrailingOnes(std::move(size));
-}
-
-std::size_t countOf(const Value::Size& size) {
-  std::size_t count = 1;
-  for (const std::size_t extent : size) count *= extent;
-  return count;
-}
-
-template <int number>
-Values filled(const BuiltinCall& call) {
-  const Value::Size size = sizeOf(call);
-  return {newValue(size, std::vector<double>(countOf(size), number))};
-}
+Values zeros(const BuiltinCall& call) { return filled(call, 0); }
+Values ones(const BuiltinCall& call) { return filled(call, 1); }
 
 Values cell(const BuiltinCall& call) {
   const Value::Size size = call.arguments.empty() ? Value::Size{0, 0} : sizeOf(call);
@@ -107,18 +114,18 @@ Values cell(const BuiltinCall& call) {
 /// struct('a', 1, 'b', {{1, 2}}): a cell gives one element each; another value is for all elements.
 Values structure(const BuiltinCall& call) {
   if (call.arguments.size() % 2 != 0)
-    failCode("KORVAL:code:ArgumentCount", "Fields and values come in pairs");
+    call.interpreter.fail("KORVAL:code:ArgumentCount", "Fields and values come in pairs");
   Value::Size size{1, 1};
   Structures structures;
   for (std::size_t at = 0; at < call.arguments.size(); at += 2) {
-    structures.fields.push_back(nameOf(call[at]));
+    structures.fields.push_back(nameOf(call.interpreter, call[at]));
     if (call[at + 1].as<Cells>() && call[at + 1].elementCount() != 1) size = call[at + 1].size();
   }
   for (std::size_t element = 0; element < countOf(size); ++element) {
     for (std::size_t at = 1; at < call.arguments.size(); at += 2) {
       const auto* cells = call[at].as<Cells>();
       if (cells != nullptr && cells->elements.size() != 1 && cells->elements.size() != countOf(size))
-        failCode("KORVAL:code:SizeMismatch", "The cells have different sizes");
+        call.interpreter.fail("KORVAL:code:SizeMismatch", "The cells have different sizes");
       structures.values.push_back(
           cells == nullptr ? call.arguments[at] : cells->elements[cells->elements.size() == 1 ? 0 : element]);
     }
@@ -126,16 +133,12 @@ Values structure(const BuiltinCall& call) {
   return {newValue(size, std::move(structures))};
 }
 
-template <double (*function)(double)>
-Values onEach(const BuiltinCall& call) {
-  call.require(1, 1);
-  std::vector<double> numbers = numbersOf(call[0]);
-  for (double& number : numbers) number = function(number);
-  return {newValue(call[0].size(), std::move(numbers))};
+Values abs(const BuiltinCall& call) {
+  return onEach(call, [](double number) { return std::abs(number); });
 }
-
-double absolute(double number) { return std::abs(number); }
-double roundedDown(double number) { return std::floor(number); }
+Values floor(const BuiltinCall& call) {
+  return onEach(call, [](double number) { return std::floor(number); });
+}
 
 Values isMissing(const BuiltinCall& call) {
   call.require(1, 1);
@@ -153,54 +156,29 @@ Values isMissing(const BuiltinCall& call) {
 Values sum(const BuiltinCall& call) {
   call.require(1, 1);
   double result = 0;
-  for (const double number : numbersOf(call[0])) result += number;
+  for (const double number : numbersOf(call.interpreter, call[0])) result += number;
   return {newNumber(result)};
 }
 
 Values any(const BuiltinCall& call) {
   call.require(1, 1);
-  return {newLogical(std::ranges::any_of(numbersOf(call[0]), [](double number) { return number != 0; }))};
+  return {newLogical(
+      std::ranges::any_of(numbersOf(call.interpreter, call[0]), [](double number) { return number != 0; }))};
 }
 
 Values all(const BuiltinCall& call) {
   call.require(1, 1);
-  return {newLogical(std::ranges::all_of(numbersOf(call[0]), [](double number) { return number != 0; }))};
+  return {newLogical(
+      std::ranges::all_of(numbersOf(call.interpreter, call[0]), [](double number) { return number != 0; }))};
 }
 
 Values modulo(const BuiltinCall& call) {
   call.require(2, 2);
-  const double divisor = numberOf(call[1]);
-  std::vector<double> numbers = numbersOf(call[0]);
+  const double divisor = numberOf(call.interpreter, call[1]);
+  std::vector<double> numbers = numbersOf(call.interpreter, call[0]);
   for (double& number : numbers)
     if (divisor != 0) number -= std::floor(number / divisor) * divisor;
   return {newValue(call[0].size(), std::move(numbers))};
 }
 
-constexpr NamedBuiltin table[] = {{"true", logicalLiteral<true>},
-                                  {"false", logicalLiteral<false>},
-                                  {"missing", missing},
-                                  {"NaN", constant<notANumber>},
-                                  {"Inf", constant<infinity>},
-                                  {"pi", constant<pi>},
-                                  {"numel", numel},
-                                  {"length", length},
-                                  {"isempty", isEmpty},
-                                  {"size", size},
-                                  {"sizeAsDouble", size},
-                                  {"zeros", filled<0>},
-                                  {"ones", filled<1>},
-                                  {"cell", cell},
-                                  {"struct", structure},
-                                  {"abs", onEach<absolute>},
-                                  {"floor", onEach<roundedDown>},
-                                  {"ismissing", isMissing},
-                                  {"sum", sum},
-                                  {"any", any},
-                                  {"all", all},
-                                  {"mod", modulo}};
-
-}  // namespace
-
-std::span<const NamedBuiltin> builtinsOnValues() { return table; }
-
-}  // namespace embedded
+}  // namespace embedded::builtins

@@ -9,15 +9,15 @@ namespace embedded {
 
 namespace {
 
-Meaning withoutImports(Session& session, const std::string& name, const std::string& component) {
-  const Kfh_KORVAL_fn* function = session.functions.find(name);
+Meaning withoutImports(Interpreter& interpreter, const std::string& name, const std::string& component) {
+  const Kfh_KORVAL_fn* function = interpreter.world.functions.find(name);
   if (function != nullptr && function->routine != nullptr) return {.routine = function->routine.get()};
-  if (const Class* found = session.classes.findFor(component, name)) return {.oneClass = found};
-  if (const Class* found = session.classes.find(name)) return {.oneClass = found};
+  if (const Class* found = interpreter.world.classes.findFor(component, name)) return {.oneClass = found};
+  if (const Class* found = interpreter.world.classes.find(name)) return {.oneClass = found};
   if (Builtin* found = findBuiltin(name)) return {.builtin = found};
-  for (const ForeignClassDescription& foreign : session.foreignClasses)
+  for (const ForeignClassDescription& foreign : interpreter.world.foreignClasses)
     if (foreign.name == name) return {.foreignClass = &foreign};
-  if (const Routine* found = session.interpreter.files.function(name)) return {.routine = found};
+  if (const Routine* found = interpreter.files.function(name)) return {.routine = found};
   return {.isKnownWithoutCode = function != nullptr};
 }
 
@@ -31,160 +31,175 @@ std::string importedName(const std::string& import, const std::string& name) {
   return simpleNameOf(import) == name ? import : std::string();
 }
 
+/// The function of that name among those of the routine's text, or null.
+const FunctionSyntax* localFunction(Interpreter& interpreter, const Routine& routine,
+                                    const std::string& name) {
+  for (const FunctionSyntax& function : interpreter.unitOf(routine).functions)
+    if (function.name == name) return &function;
+  return nullptr;
+}
+
 /// The names that `name` may stand for in code of the routine, the closest first.
-std::vector<std::string> candidates(const std::string& name, const Routine& routine) {
+std::vector<std::string> candidates(Interpreter& interpreter, const std::string& name,
+                                    const Routine& routine) {
   std::vector<std::string> result;
   const auto add = [&](const std::vector<std::string>& imports) {
     for (const std::string& import : imports)
       if (std::string full = importedName(import, name); !full.empty()) result.push_back(std::move(full));
   };
   add(routine.context().imports);
-  add(unitOf(routine).imports);
+  add(interpreter.unitOf(routine).imports);
   if (!routine.context().inNamespace.empty()) result.push_back(routine.context().inNamespace + "." + name);
   return result;
 }
 
 std::optional<Values> callMethod(Evaluator& caller, const std::string& name, const Value& receiver,
-                                 const Values& arguments, std::size_t wanted) {
-  Session& session = caller.session();
+                                 const Values& arguments, std::size_t nargout) {
+  Interpreter& interpreter = caller.interpreter();
   if (const Opaque* opaque = receiver.opaque()) {
     const auto found = std::ranges::find(opaque->methods, name, &Opaque::Method::name);
     if (found == opaque->methods.end()) return {};
     if (found->answer == nullptr)
-      failCode("KORVAL:code:Foreign", "The foreign method \"" + name + "\" fails");
+      interpreter.fail("KORVAL:code:Foreign", "The foreign method \"" + name + "\" fails");
     return Values{found->answer};
   }
   if (const auto* structures = receiver.as<Structures>(); structures && !structures->className.empty()) {
-    const Routine* file = session.interpreter.files.method(structures->className, name);
+    const Routine* file = interpreter.files.method(structures->className, name);
     if (file == nullptr) return {};
-    return callRoutine(session, *file, nullptr, arguments, wanted);
+    return callRoutine(interpreter, *file, nullptr, arguments, nargout);
   }
-  const Class* oneClass = classOf(session, receiver);
+  const Class* oneClass = classOf(interpreter, receiver);
   const Method* method = oneClass == nullptr ? nullptr : oneClass->method(alreadyInterned(name));
   if (method == nullptr || method->content().isStatic) return {};
-  if (!mayUse(method->content().access, *method->definingClass(), caller.routine()))
-    failCode("KORVAL:code:AccessDenied", "Calling \"" + name + "\" is not allowed here");
+  if (!mayUse(interpreter, method->content().access, *method->definingClass(), caller.routine()))
+    interpreter.fail("KORVAL:code:AccessDenied", "Calling \"" + name + "\" is not allowed here");
   if (method->content().routine == nullptr)
-    failCode("KORVAL:code:NoCode", "The method \"" + receiver.className() + "." + name + "\" has no code");
-  return callRoutine(session, *method->content().routine, nullptr, arguments, wanted);
+    interpreter.fail("KORVAL:code:NoCode",
+                     "The method \"" + receiver.className() + "." + name + "\" has no code");
+  return callRoutine(interpreter, *method->content().routine, nullptr, arguments, nargout);
 }
 
 /// The variables of a call.
-Workspace bound(const FunctionSyntax& function, const Routine& routine, Values arguments) {
+Workspace bound(Interpreter& interpreter, const FunctionSyntax& function, const Routine& routine,
+                Values arguments) {
   if (arguments.size() > function.inputs.size())
-    failCode("KORVAL:code:ArgumentCount", "\"" + function.name + "\" takes at most " +
-                                              std::to_string(function.inputs.size()) + " arguments");
+    interpreter.fail("KORVAL:code:ArgumentCount", "\"" + function.name + "\" takes at most " +
+                                                      std::to_string(function.inputs.size()) + " arguments");
   Workspace variables;
   const bool constructs = routine.context().receiver == Routine::Receiver::NewObject;
-  if (constructs && &function == &unitOf(routine).functions.front() && !function.outputs.empty())
+  if (constructs && &function == &interpreter.unitOf(routine).functions.front() && !function.outputs.empty())
     variables.set(function.outputs.front(), newObject(*routine.context().ownClass));
   for (std::size_t at = 0; at < arguments.size(); ++at)
     if (!function.inputs[at].empty()) variables.set(function.inputs[at], std::move(arguments[at]));
   return variables;
 }
 
-Values runFunction(Session& session, const Routine& routine, const FunctionSyntax& function, Values arguments,
-                   std::size_t wanted) {
-  Workspace variables = bound(function, routine, std::move(arguments));
-  Evaluator(session, variables, &routine).run(function.body);
+Values runFunction(Interpreter& interpreter, const Routine& routine, const FunctionSyntax& function,
+                   Values arguments, std::size_t nargout) {
+  Workspace variables = bound(interpreter, function, routine, std::move(arguments));
+  Evaluator(interpreter, variables, &routine).run(function.body);
   Values results;
   for (const std::string& output : function.outputs) {
     const ValuePtr value = variables.find(output);
-    if (value == nullptr || results.size() == std::max<std::size_t>(wanted, 1)) break;
+    if (value == nullptr || results.size() == std::max<std::size_t>(nargout, 1)) break;
     results.push_back(value);
   }
   return results;
 }
 
-/// The last statement answers when it is an expression.
-Values runBody(Evaluator& evaluator, const Unit& unit, std::size_t wanted) {
+/// The last statement gives the values when it is an expression.
+Values runBody(Evaluator& evaluator, const Unit& unit, std::size_t nargout) {
   for (const Statement& statement : unit.script) {
     const auto* last = std::get_if<ExpressionStatement>(&statement.form);
-    if (&statement == &unit.script.back() && last != nullptr) return evaluator.valuesOf(*last, wanted);
+    if (&statement == &unit.script.back() && last != nullptr) return evaluator.valuesOf(*last, nargout);
     if (evaluator.runOne(statement) != Evaluator::Exit::AtEnd) break;
   }
   return {};
 }
 
-Values runBody(Session& session, const Routine& routine, Values arguments, std::size_t wanted) {
+Values runBody(Interpreter& interpreter, const Routine& routine, Values arguments, std::size_t nargout) {
   using enum Routine::Receiver;
   const Routine::Context& context = routine.context();
   const std::size_t most = context.receiver == Object ? 1 : 0;
   if (arguments.size() > most)
-    failCode("KORVAL:code:ArgumentCount", "\"" + context.name +
-                                              "\" takes no further arguments: it has no line " +
-                                              "that begins with \"function\"");
+    interpreter.fail("KORVAL:code:ArgumentCount", "\"" + context.name +
+                                                      "\" takes no further arguments: it has no line " +
+                                                      "that begins with \"function\"");
   Workspace variables;
   if (context.receiver == NewObject) variables.set("obj", newObject(*context.ownClass));
   if (!arguments.empty()) variables.set("obj", arguments.front());
-  Evaluator evaluator(session, variables, &routine);
-  if (context.receiver != NewObject) return runBody(evaluator, unitOf(routine), wanted);
-  evaluator.run(unitOf(routine).script);
+  Evaluator evaluator(interpreter, variables, &routine);
+  if (context.receiver != NewObject) return runBody(evaluator, interpreter.unitOf(routine), nargout);
+  evaluator.run(interpreter.unitOf(routine).script);
   return {variables.find("obj")};
 }
 
 }  // namespace
 
-bool isOuterName(Session& session, const std::string& name) {
+bool isOuterName(Interpreter& interpreter, const std::string& name) {
   const std::string start = name + ".";
-  return session.classes.findNamespace(alreadyInterned(name)) != nullptr || isOuterNameOfBuiltin(start) ||
-         std::ranges::any_of(session.foreignClasses,
+  return interpreter.world.classes.findNamespace(alreadyInterned(name)) != nullptr ||
+         isOuterNameOfBuiltin(start) ||
+         std::ranges::any_of(interpreter.world.foreignClasses,
                              [&](const auto& foreign) { return foreign.name.starts_with(start); }) ||
-         session.interpreter.files.isPackage(name);
+         interpreter.files.isPackage(name);
 }
 
-Meaning meaningOf(Session& session, const std::string& name, const Routine* routine) {
-  if (routine == nullptr) return withoutImports(session, name, "");
-  if (const FunctionSyntax* local = localFunctionOf(*routine, name))
+Meaning meaningOf(Interpreter& interpreter, const std::string& name, const Routine* routine) {
+  if (routine == nullptr) return withoutImports(interpreter, name, "");
+  if (const FunctionSyntax* local = localFunction(interpreter, *routine, name))
     return {.routine = routine, .function = local};
-  for (const std::string& candidate : candidates(name, *routine))
-    if (Meaning meaning = withoutImports(session, candidate, routine->context().component);
+  for (const std::string& candidate : candidates(interpreter, name, *routine))
+    if (Meaning meaning = withoutImports(interpreter, candidate, routine->context().component);
         isSomething(meaning))
       return meaning;
-  return withoutImports(session, name, routine->context().component);
+  return withoutImports(interpreter, name, routine->context().component);
 }
 
 std::optional<Values> callMethodOfArguments(Evaluator& caller, const std::string& name,
-                                            const Values& arguments, std::size_t wanted) {
+                                            const Values& arguments, std::size_t nargout) {
   for (const ValuePtr& argument : arguments)
-    if (auto answer = callMethod(caller, name, *argument, arguments, wanted)) return answer;
+    if (auto answer = callMethod(caller, name, *argument, arguments, nargout)) return answer;
   return {};
 }
 
 Values call(Evaluator& caller, const std::string& name, const Meaning& meaning, Values arguments,
-            std::size_t wanted) {
-  if (auto answer = callMethodOfArguments(caller, name, arguments, wanted)) return std::move(*answer);
-  if (meaning.builtin != nullptr) return meaning.builtin({caller, arguments, wanted});
+            std::size_t nargout) {
+  Interpreter& interpreter = caller.interpreter();
+  if (auto answer = callMethodOfArguments(caller, name, arguments, nargout)) return std::move(*answer);
+  if (meaning.builtin != nullptr) return meaning.builtin({caller, interpreter, arguments, nargout});
   if (meaning.oneClass != nullptr) return construct(caller, *meaning.oneClass, std::move(arguments));
   if (meaning.routine != nullptr)
-    return callRoutine(caller.session(), *meaning.routine, meaning.function, std::move(arguments), wanted,
+    return callRoutine(interpreter, *meaning.routine, meaning.function, std::move(arguments), nargout,
                        &caller.variables());
-  if (meaning.isKnownWithoutCode) failCode("KORVAL:code:NoCode", "The function \"" + name + "\" has no code");
-  failCode("KORVAL:code:UndefinedName", "\"" + name + "\" is no variable, function, class or namespace");
+  if (meaning.isKnownWithoutCode)
+    interpreter.fail("KORVAL:code:NoCode", "The function \"" + name + "\" has no code");
+  interpreter.fail("KORVAL:code:UndefinedName",
+                   "\"" + name + "\" is no variable, function, class or namespace");
 }
 
-Values callNamed(Evaluator& caller, const std::string& name, Values arguments, std::size_t wanted) {
-  const Meaning meaning = meaningOf(caller.session(), name, caller.routine());
+Values callNamed(Evaluator& caller, const std::string& name, Values arguments, std::size_t nargout) {
+  const Meaning meaning = meaningOf(caller.interpreter(), name, caller.routine());
   const std::string className(namespaceOf(name));
   const std::string method(simpleNameOf(name));
   const Class* outer =
-      className.empty() ? nullptr : meaningOf(caller.session(), className, caller.routine()).oneClass;
+      className.empty() ? nullptr : meaningOf(caller.interpreter(), className, caller.routine()).oneClass;
   if (outer != nullptr && (!isSomething(meaning) || hasStaticMethod(*outer, method)))
-    return callStatic(caller, *outer, method, std::move(arguments), wanted);
-  return call(caller, name, meaning, std::move(arguments), wanted);
+    return callStatic(caller, *outer, method, std::move(arguments), nargout);
+  return call(caller, name, meaning, std::move(arguments), nargout);
 }
 
-Values callRoutine(Session& session, const Routine& routine, const FunctionSyntax* function, Values arguments,
-                   std::size_t wanted, Workspace* variablesOfCaller) {
-  const CodeLevel level(session.interpreter);
-  const CodeSource source(session.interpreter, routine.context().name);
-  const Unit& unit = unitOf(routine);
+Values callRoutine(Interpreter& interpreter, const Routine& routine, const FunctionSyntax* function,
+                   Values arguments, std::size_t nargout, Workspace* variablesOfCaller) {
+  const CodeLevel level(interpreter);
+  const CodeSource source(interpreter, routine.context().name);
+  const Unit& unit = interpreter.unitOf(routine);
   if (function == nullptr && !unit.functions.empty()) function = &unit.functions.front();
-  if (function != nullptr) return runFunction(session, routine, *function, std::move(arguments), wanted);
+  if (function != nullptr) return runFunction(interpreter, routine, *function, std::move(arguments), nargout);
   if (!routine.context().isFile || variablesOfCaller == nullptr)
-    return runBody(session, routine, std::move(arguments), wanted);
-  if (!arguments.empty()) failCode("KORVAL:code:ArgumentCount", "A script takes no arguments");
-  Evaluator(session, *variablesOfCaller, &routine).run(unit.script);
+    return runBody(interpreter, routine, std::move(arguments), nargout);
+  if (!arguments.empty()) interpreter.fail("KORVAL:code:ArgumentCount", "A script takes no arguments");
+  Evaluator(interpreter, *variablesOfCaller, &routine).run(unit.script);
   return {};
 }
 

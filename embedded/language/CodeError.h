@@ -1,6 +1,8 @@
 #pragma once
 
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "host/Exceptions.h"
 #include "syntax/Position.h"
@@ -15,10 +17,9 @@ class CodeError : public foundation::core::except::Exception {
   /// `source` names the text that the place is in.
   CodeError(const std::string& id, const std::string& message, std::string source, Position at)
       : Exception(id, message), source_(std::move(source)), at_(at) {}
-  ~CodeError() override;
 
-  std::unique_ptr<IException> clone() const override;
-  [[noreturn]] void rethrow() const override;
+  std::unique_ptr<IException> clone() const override { return std::make_unique<CodeError>(*this); }
+  [[noreturn]] void rethrow() const override { throw CodeError(*this); }
 
   const std::string& source() const noexcept { return source_; }
   Position at() const noexcept { return at_; }

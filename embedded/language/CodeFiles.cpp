@@ -15,19 +15,11 @@ namespace {
 
 constexpr std::uintmax_t longestFile = 4U << 20U;
 
-std::u16string textOf(const std::filesystem::path& file) {
-  std::error_code failure;
-  const std::uintmax_t size = std::filesystem::file_size(file, failure);
-  std::ifstream stream(file, std::ios::binary);
-  if (failure || !stream || size > longestFile)
-    failCode("KORVAL:code:UnreadableFile", "The file " + file.string() + " cannot be read");
-  return widened(std::string(std::istreambuf_iterator<char>(stream), {}));
-}
-
 }  // namespace
 
-CodeFiles::CodeFiles(const Description& description)
-    : folders_{description.currentFolder.empty() ? "." : description.currentFolder} {
+CodeFiles::CodeFiles(const Description& description, const Interpreter& interpreter)
+    : interpreter_(interpreter),
+      folders_{description.currentFolder.empty() ? "." : description.currentFolder} {
   for (const PathItemDescription& item : description.path) {
     if (item.kind == PathItemDescription::Path)
       folders_.emplace_back(item.folder);
@@ -87,6 +79,15 @@ std::vector<std::string> CodeFiles::methodNames(const std::string& className) co
       if (entry->path().extension() == ".k") names.insert(entry->path().stem().string());
   }
   return {names.begin(), names.end()};
+}
+
+std::u16string CodeFiles::textOf(const Path& file) const {
+  std::error_code failure;
+  const std::uintmax_t size = std::filesystem::file_size(file, failure);
+  std::ifstream stream(file, std::ios::binary);
+  if (failure || !stream || size > longestFile)
+    interpreter_.fail("KORVAL:code:UnreadableFile", "The file " + file.string() + " cannot be read");
+  return widened(std::string(std::istreambuf_iterator<char>(stream), {}));
 }
 
 const Routine* CodeFiles::read(const Path& file, const std::string& inNamespace) {

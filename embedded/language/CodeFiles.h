@@ -7,14 +7,16 @@
 #include <vector>
 
 #include "embedded/Description.h"
-#include "embedded/language/Routine.h"
+#include "embedded/model/Routine.h"
 
 namespace embedded {
+
+class Interpreter;
 
 /// The ".k" files of the current folder and of the search path. A file is read anew when it has changed.
 class CodeFiles {
  public:
-  explicit CodeFiles(const Description& description);
+  CodeFiles(const Description& description, const Interpreter& interpreter);
 
   /// "name.k" of a folder, or for "package.name" that of a package folder "+package"; null when there is
   /// none.
@@ -37,6 +39,9 @@ class CodeFiles {
   std::vector<Path> foldersOfClass(const std::string& className) const;
   const Routine* read(const Path& file, const std::string& inNamespace);
 
+  std::u16string textOf(const Path& file) const;
+
+  const Interpreter& interpreter_;
   std::vector<Path> folders_;  // in which functions are looked for
   std::vector<PathItemDescription> special_;
   std::unordered_map<std::string, File> files_;

@@ -4,35 +4,40 @@
 #include <charconv>
 #include <cmath>
 
-#include "embedded/host/Session.h"
 #include "embedded/model/Unicode.h"
 
 namespace embedded {
 
 namespace {
 
-[[noreturn]] void failKind(const std::string& wanted, const Value& value) {
-  failCode("KORVAL:code:WrongType",
-           wanted + " is needed here, not a value of class \"" + value.className() + "\"");
+[[noreturn]] void failKind(Interpreter& interpreter, const std::string& expected, const Value& value) {
+  interpreter.fail("KORVAL:code:WrongType",
+                   expected + " is needed here, not a value of class \"" + value.className() + "\"");
 }
 
 template <class Element>
-std::vector<Element> picked(const std::vector<Element>& from, const std::vector<std::size_t>& elements) {
+std::vector<Element> picked(Interpreter& interpreter, const std::vector<Element>& from,
+                            const std::vector<std::size_t>& elements) {
   std::vector<Element> result;
   result.reserve(elements.size());
   for (const std::size_t element : elements) {
-    session().interpreter.pollAt(result.size());
+    interpreter.pollAt(result.size());
     result.push_back(element == noElement ? Element() : static_cast<Element>(from.at(element)));
   }
   return result;
 }
 
 struct Gatherer {
+  Interpreter& interpreter;
   const std::vector<std::size_t>& elements;
   const Value& value;
 
-  Value::Content operator()(const std::vector<double>& from) const { return picked(from, elements); }
-  Value::Content operator()(const std::vector<bool>& from) const { return picked(from, elements); }
+  Value::Content operator()(const std::vector<double>& from) const {
+    return picked(interpreter, from, elements);
+  }
+  Value::Content operator()(const std::vector<bool>& from) const {
+    return picked(interpreter, from, elements);
+  }
   Value::Content operator()(const std::u16string& from) const {
     std::u16string result;
     for (const std::size_t element : elements) result += element == noElement ? u'\0' : from.at(element);
@@ -42,12 +47,14 @@ struct Gatherer {
     std::size_t length = 0;
     for (const std::size_t element : elements)
       if (element != noElement && from.elements.at(element)) length += from.elements[element]->size();
-    session().interpreter.checkSize({length});
-    return Strings{picked(from.elements, elements)};
+    interpreter.checkSize({length});
+    return Strings{picked(interpreter, from.elements, elements)};
   }
-  Value::Content operator()(const Cells& from) const { return Cells{picked(from.elements, elements)}; }
+  Value::Content operator()(const Cells& from) const {
+    return Cells{picked(interpreter, from.elements, elements)};
+  }
   Value::Content operator()(const Structures& from) const {
-    session().interpreter.checkSize({elements.size(), from.fields.size()});
+    interpreter.checkSize({elements.size(), from.fields.size()});
     Structures result{from.fields, {}, from.className};
     for (const std::size_t element : elements)
       for (std::size_t field = 0; field < from.fields.size(); ++field)
@@ -60,14 +67,15 @@ struct Gatherer {
   Value::Content operator()(const Scalar& from) const {
     if (value.object() != nullptr || value.opaque() != nullptr)
       return objects({ValuePtr(const_cast<Value*>(&value))});
-    if (elements.size() != 1) failKind("A value that can be an array", value);
+    if (elements.size() != 1) failKind(interpreter, "A value that can be an array", value);
     return from;
   }
 
   Objects objects(const std::vector<ValuePtr>& from) const {
     if (std::ranges::find(elements, noElement) != elements.end())
-      failCode("KORVAL:code:SizeMismatch", "An array of objects cannot grow by elements that are not given");
-    return {picked(from, elements), value.className()};
+      interpreter.fail("KORVAL:code:SizeMismatch",
+                       "An array of objects cannot grow by elements that are not given");
+    return {picked(interpreter, from, elements), value.className()};
   }
 };
 
@@ -84,23 +92,25 @@ Rank rankOf(const Value& value) {
   return value.as<Cells>() ? CellArrays : Others;
 }
 
-ValuePtr asObjects(const ValuePtr& value, const std::string& className) {
-  if (value->className() != className) failKind("An object of class \"" + className + "\"", *value);
+ValuePtr asObjects(Interpreter& interpreter, const ValuePtr& value, const std::string& className) {
+  if (value->className() != className)
+    failKind(interpreter, "An object of class \"" + className + "\"", *value);
   return value->as<Objects>() ? value : newValue({1, 1}, Objects{{value}, className});
 }
 
-ValuePtr asRank(Rank rank, const ValuePtr& value, const Value& model) {
-  if (rank == Doubles) return newValue(value->size(), numbersOf(*value));
-  if (rank == Characters) return asCharacters(value);
-  if (rank == StringArrays) return asStrings(value);
-  if (rank == ObjectArrays) return asObjects(value, model.className());
+ValuePtr asRank(Interpreter& interpreter, Rank rank, const ValuePtr& value, const Value& model) {
+  if (rank == Doubles) return newValue(value->size(), numbersOf(interpreter, *value));
+  if (rank == Characters) return asCharacters(interpreter, value);
+  if (rank == StringArrays) return asStrings(interpreter, value);
+  if (rank == ObjectArrays) return asObjects(interpreter, value, model.className());
   if (rank == CellArrays && !value->as<Cells>()) return newValue({1, 1}, Cells{{value}});
   if (rank == Others || (rank == Structs && !value->as<Structures>()))
-    failKind("A value that can stand in an array with its neighbours", *value);
+    failKind(interpreter, "A value that can stand in an array with its neighbours", *value);
   return value;
 }
 
 struct Appender {
+  Interpreter& interpreter;
   Value::Content& all;
 
   template <class Element>
@@ -126,11 +136,11 @@ struct Appender {
   }
   template <class Scalar>
   void operator()(const Scalar&) const {
-    failCode("KORVAL:code:WrongType", "Such values cannot stand in an array");
+    interpreter.fail("KORVAL:code:WrongType", "Such values cannot stand in an array");
   }
 
-  [[noreturn]] static void refuse() {
-    failCode("KORVAL:code:WrongType", "The structures of one array need the same fields");
+  [[noreturn]] void refuse() const {
+    interpreter.fail("KORVAL:code:WrongType", "The structures of one array need the same fields");
   }
   template <class Element>
   static void append(std::vector<Element>& all, const std::vector<Element>& more) {
@@ -138,18 +148,80 @@ struct Appender {
   }
 };
 
+/// A row of the result: its pieces and its extents.
+struct Row {
+  Values pieces;
+  std::size_t height = 0;
+  std::size_t width = 0;
+};
+
+bool isEmpty(const ValuePtr& value) { return value->elementCount() == 0; }
+
+Values flattened(const std::vector<Values>& rows) {
+  Values all;
+  for (const Values& row : rows) all.insert(all.end(), row.begin(), row.end());
+  return all;
+}
+
+Row measured(Interpreter& interpreter, Values pieces) {
+  Row row{std::move(pieces)};
+  row.height = row.pieces.front()->rows();
+  for (const ValuePtr& piece : row.pieces) {
+    if (piece->rows() != row.height)
+      interpreter.fail("KORVAL:code:SizeMismatch", "Values of " + std::to_string(row.height) + " and " +
+                                                       std::to_string(piece->rows()) +
+                                                       " rows cannot stand side by side");
+    row.width += piece->columns();
+  }
+  return row;
+}
+
+/// The rows that hold something, of pieces of one kind.
+std::vector<Row> unifiedRows(Interpreter& interpreter, const std::vector<Values>& rows, Values& pieces) {
+  std::erase_if(pieces, isEmpty);
+  pieces = unified(interpreter, std::move(pieces));
+  std::vector<Row> result;
+  auto next = pieces.begin();
+  for (const Values& row : rows) {
+    const auto end = next + (std::ssize(row) - std::ranges::count_if(row, isEmpty));
+    if (next != end) result.push_back(measured(interpreter, Values(next, end)));
+    next = end;
+  }
+  return result;
+}
+
+/// Where each element of the result comes from among the elements of all pieces.
+std::vector<std::size_t> originsOf(Interpreter& interpreter, const std::vector<Row>& rows, std::size_t height,
+                                   std::size_t width) {
+  std::vector<std::size_t> origins(height * width);
+  std::size_t top = 0;
+  std::size_t next = 0;
+  for (const Row& row : rows) {
+    std::size_t left = 0;
+    for (const ValuePtr& piece : row.pieces) {
+      for (std::size_t element = 0; element < piece->elementCount(); ++element) {
+        interpreter.pollAt(element + 1);
+        origins[top + element % row.height + (left + element / row.height) * height] = next++;
+      }
+      left += piece->columns();
+    }
+    top += row.height;
+  }
+  return origins;
+}
+
 }  // namespace
 
-std::vector<double> numbersOf(const Value& value) {
+std::vector<double> numbersOf(Interpreter& interpreter, const Value& value) {
   if (const auto* numbers = value.as<std::vector<double>>()) return *numbers;
   if (const auto* logicals = value.as<std::vector<bool>>()) return {logicals->begin(), logicals->end()};
   if (const auto* text = value.as<std::u16string>()) return {text->begin(), text->end()};
-  failKind("A number", value);
+  failKind(interpreter, "A number", value);
 }
 
-double numberOf(const Value& value) {
-  if (value.elementCount() != 1) failKind("One number", value);
-  return numbersOf(value).front();
+double numberOf(Interpreter& interpreter, const Value& value) {
+  if (value.elementCount() != 1) failKind(interpreter, "One number", value);
+  return numbersOf(interpreter, value).front();
 }
 
 bool isText(const Value& value) noexcept {
@@ -158,16 +230,18 @@ bool isText(const Value& value) noexcept {
   return strings != nullptr && value.elementCount() == 1 && strings->elements.front();
 }
 
-std::u16string textOf(const Value& value) {
-  if (!isText(value)) failKind("A text", value);
+std::u16string textOf(Interpreter& interpreter, const Value& value) {
+  if (!isText(value)) failKind(interpreter, "A text", value);
   if (const auto* text = value.as<std::u16string>()) return *text;
   return *value.as<Strings>()->elements.front();
 }
 
-std::string nameOf(const Value& value) { return narrowed(textOf(value)); }
+std::string nameOf(Interpreter& interpreter, const Value& value) {
+  return narrowed(textOf(interpreter, value));
+}
 
-bool isTrue(const Value& value) {
-  const std::vector<double> numbers = numbersOf(value);
+bool isTrue(Interpreter& interpreter, const Value& value) {
+  const std::vector<double> numbers = numbersOf(interpreter, value);
   return !numbers.empty() && std::ranges::find(numbers, 0.0) == numbers.end();
 }
 
@@ -184,55 +258,75 @@ Value::Size withoutTrailingOnes(Value::Size size) {
   return size;
 }
 
-ValuePtr asStrings(const ValuePtr& value) {
+ValuePtr asStrings(Interpreter& interpreter, const ValuePtr& value) {
   if (value->as<Strings>()) return value;
-  if (value->as<std::u16string>()) return newString(textOf(*value));
+  if (value->as<std::u16string>()) return newString(textOf(interpreter, *value));
   Strings strings;
-  for (const double number : numbersOf(*value)) {
-    session().interpreter.pollAt(strings.elements.size());
+  for (const double number : numbersOf(interpreter, *value)) {
+    interpreter.pollAt(strings.elements.size());
     strings.elements.emplace_back(widened(shownNumber(number)));
   }
   return newValue(value->size(), std::move(strings));
 }
 
-ValuePtr asCharacters(const ValuePtr& value) {
+ValuePtr asCharacters(Interpreter& interpreter, const ValuePtr& value) {
   if (value->as<std::u16string>()) return value;
   std::u16string text;
-  for (const double number : numbersOf(*value))
+  for (const double number : numbersOf(interpreter, *value))
     text += static_cast<char16_t>(std::clamp(number, 0.0, 65535.0));
   return newValue(value->size(), std::move(text));
 }
 
-ValuePtr gathered(const Value& value, const std::vector<std::size_t>& elements, Value::Size size) {
-  Value::Content content = std::visit(Gatherer{elements, value}, value.content());
+ValuePtr gathered(Interpreter& interpreter, const Value& value, const std::vector<std::size_t>& elements,
+                  Value::Size size) {
+  Value::Content content = std::visit(Gatherer{interpreter, elements, value}, value.content());
   if (auto* objects = std::get_if<Objects>(&content); objects != nullptr && elements.size() == 1)
     return objects->elements.front();
   return newValue(withoutTrailingOnes(std::move(size)), std::move(content));
 }
 
-Values unified(Values values) {
+Values unified(Interpreter& interpreter, Values values) {
   const Value* model = values.front().get();
   for (const ValuePtr& value : values)
     if (rankOf(*value) > rankOf(*model)) model = value.get();
   const Rank rank = rankOf(*model);
   const ValuePtr kept(const_cast<Value*>(model));
   for (std::size_t at = 0; at < values.size(); ++at) {
-    session().interpreter.pollAt(at);
-    if (rankOf(*values[at]) != rank || rank >= ObjectArrays) values[at] = asRank(rank, values[at], *kept);
+    interpreter.pollAt(at);
+    if (rankOf(*values[at]) != rank || rank >= ObjectArrays)
+      values[at] = asRank(interpreter, rank, values[at], *kept);
   }
   return values;
 }
 
-ValuePtr joined(const Values& unifiedValues) {
-  session().interpreter.step();
+ValuePtr joined(Interpreter& interpreter, const Values& unifiedValues) {
+  interpreter.step();
   Value::Content all = unifiedValues.front()->content();
   for (std::size_t at = 1; at < unifiedValues.size(); ++at) {
-    session().interpreter.pollAt(at);
-    std::visit(Appender{all}, unifiedValues[at]->content());
+    interpreter.pollAt(at);
+    std::visit(Appender{interpreter, all}, unifiedValues[at]->content());
   }
   std::size_t count = 0;
   for (const ValuePtr& value : unifiedValues) count += value->elementCount();
   return newValue({1, count}, std::move(all));
+}
+
+ValuePtr concatenated(Interpreter& interpreter, const std::vector<Values>& rows) {
+  Values pieces = flattened(rows);
+  if (pieces.empty()) return newEmpty();
+  if (std::ranges::all_of(pieces, isEmpty)) return unified(interpreter, std::move(pieces)).front();
+  const std::vector<Row> all = unifiedRows(interpreter, rows, pieces);
+  const std::size_t width = all.front().width;
+  std::size_t height = 0;
+  for (const Row& row : all) {
+    if (row.width != width)
+      interpreter.fail("KORVAL:code:SizeMismatch", "The rows have " + std::to_string(width) + " and " +
+                                                       std::to_string(row.width) + " columns");
+    height += row.height;
+  }
+  interpreter.checkSize({height, width});
+  return gathered(interpreter, *joined(interpreter, pieces), originsOf(interpreter, all, height, width),
+                  {height, width});
 }
 
 }  // namespace embedded

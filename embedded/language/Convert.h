@@ -11,38 +11,42 @@
 namespace embedded {
 
 /// The numbers of a value of numbers, logicals or characters; an error for any other.
-std::vector<double> numbersOf(const Value& value);
+std::vector<double> numbersOf(Interpreter& interpreter, const Value& value);
 /// One number, or an error.
-double numberOf(const Value& value);
+double numberOf(Interpreter& interpreter, const Value& value);
 /// The text of a row of characters or of a string that is not missing, or an error.
-std::u16string textOf(const Value& value);
+std::u16string textOf(Interpreter& interpreter, const Value& value);
 /// The same, narrow.
-std::string nameOf(const Value& value);
+std::string nameOf(Interpreter& interpreter, const Value& value);
 bool isText(const Value& value) noexcept;
 /// A condition: not empty, and every element is true.
-bool isTrue(const Value& value);
+bool isTrue(Interpreter& interpreter, const Value& value);
 /// The shortest text that means the number.
 std::string shownNumber(double number);
 
 /// A string for each number, logical or string, or for a text; an error for any other value.
-ValuePtr asStrings(const ValuePtr& value);
+ValuePtr asStrings(Interpreter& interpreter, const ValuePtr& value);
 /// A character for each number, logical or character; an error for any other value.
-ValuePtr asCharacters(const ValuePtr& value);
+ValuePtr asCharacters(Interpreter& interpreter, const ValuePtr& value);
 
-/// Dimensions behind the second one count only when they are not 1.
+/// Dimensions after the second one count only when they are not 1.
 Value::Size withoutTrailingOnes(Value::Size size);
 
 /// No element, to which gathered() gives a default.
 constexpr std::size_t noElement = static_cast<std::size_t>(-1);
 
 /// An array of these elements (by linear index) of a value.
-ValuePtr gathered(const Value& value, const std::vector<std::size_t>& elements, Value::Size size);
+ValuePtr gathered(Interpreter& interpreter, const Value& value, const std::vector<std::size_t>& elements,
+                  Value::Size size);
 
 /// The values as one kind, so that their elements can stand in one array: numbers become strings beside
 /// strings, whatever stands beside a cell becomes a cell, and so on. An error when there is no such kind.
-Values unified(Values values);
+Values unified(Interpreter& interpreter, Values values);
 
-/// The elements of all of them behind one another, as a row.
-ValuePtr joined(const Values& unifiedValues);
+/// The elements of all of them one after another, as a row.
+ValuePtr joined(Interpreter& interpreter, const Values& unifiedValues);
+
+/// Rows of values side by side, below each other. What is empty says nothing beside what is not.
+ValuePtr concatenated(Interpreter& interpreter, const std::vector<Values>& rows);
 
 }  // namespace embedded

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdio>
 
-#include "embedded/host/Session.h"
 #include "embedded/language/Convert.h"
 #include "embedded/model/Unicode.h"
 
@@ -20,6 +19,7 @@ std::u16string quoted(const std::u16string& text, char16_t quote) {
 }
 
 struct ElementText {
+  Interpreter& interpreter;
   std::size_t at;
 
   std::u16string operator()(const std::vector<double>& numbers) const {
@@ -32,7 +32,7 @@ struct ElementText {
     return strings.elements[at] ? quoted(*strings.elements[at], u'"') : u"missing";
   }
   std::u16string operator()(const Cells& cells) const {
-    return cells.elements[at] == nullptr ? u"[]" : shownValue(*cells.elements[at]);
+    return cells.elements[at] == nullptr ? u"[]" : shownValue(interpreter, *cells.elements[at]);
   }
   template <class Other>
   std::u16string operator()(const Other&) const {
@@ -51,15 +51,14 @@ std::u16string sizeAndClass(const Value& value) {
   return widened(text);
 }
 
-std::u16string listed(const Value& value) {
+std::u16string listed(Interpreter& interpreter, const Value& value) {
   const bool isCell = value.as<Cells>() != nullptr;
-  Interpreter& interpreter = session().interpreter;
   std::u16string text = isCell ? u"{" : u"[";
   for (std::size_t row = 0; row < value.rows(); ++row) {
     if (row > 0) text += u"; ";
     for (std::size_t column = 0; column < value.columns(); ++column) {
       if (column > 0) text += isCell ? u", " : u" ";
-      text += std::visit(ElementText{row + column * value.rows()}, value.content());
+      text += std::visit(ElementText{interpreter, row + column * value.rows()}, value.content());
       if (text.size() > interpreter.limits.elements) interpreter.checkSize({text.size()});
     }
   }
@@ -67,7 +66,7 @@ std::u16string listed(const Value& value) {
 }
 
 /// One conversion of a format: everything from the "%" to its letter.
-std::string conversionAt(const std::u16string& format, std::size_t& at) {
+std::string conversionAt(Interpreter& interpreter, const std::u16string& format, std::size_t& at) {
   std::string conversion = "%";
   for (++at; at < format.size(); ++at) {
     const char16_t unit = format[at];
@@ -80,7 +79,7 @@ std::string conversionAt(const std::u16string& format, std::size_t& at) {
     if (std::string_view("diuxgfesc%").find(conversion.back()) != std::string_view::npos) return conversion;
     break;
   }
-  failCode("KORVAL:code:Format", "The format has no such conversion: " + conversion);
+  interpreter.fail("KORVAL:code:Format", "The format has no such conversion: " + conversion);
 }
 
 std::u16string escapeAt(const std::u16string& format, std::size_t& at) {
@@ -113,14 +112,14 @@ struct Argument {
   bool isText = false;
 };
 
-std::vector<Argument> flattened(const Values& arguments) {
+std::vector<Argument> flattened(Interpreter& interpreter, const Values& arguments) {
   std::vector<Argument> result;
   for (const ValuePtr& value : arguments) {
     if (isText(*value))
-      result.push_back({textOf(*value), 0, true});
+      result.push_back({textOf(interpreter, *value), 0, true});
     else
-      for (const double number : numbersOf(*value)) {
-        session().interpreter.pollAt(result.size());
+      for (const double number : numbersOf(interpreter, *value)) {
+        interpreter.pollAt(result.size());
         result.push_back({widened(shownNumber(number)), number});
       }
   }
@@ -135,9 +134,9 @@ std::u16string put(const std::string& conversion, const Argument& argument) {
 
 }  // namespace
 
-std::u16string shownValue(const Value& value) {
-  const CodeLevel level(session().interpreter);
-  session().interpreter.step();
+std::u16string shownValue(Interpreter& interpreter, const Value& value) {
+  const CodeLevel level(interpreter);
+  interpreter.step();
   if (const auto* text = value.as<std::u16string>(); text != nullptr && isText(value))
     return quoted(*text, u'\'');
   if (const auto* handle = value.as<FunctionHandle>()) return u"@" + widened(handle->function);
@@ -148,26 +147,30 @@ std::u16string shownValue(const Value& value) {
   if (!hasElements || value.elementCount() > mostElements || value.size().size() > 2)
     return sizeAndClass(value);
   if (value.elementCount() == 0 && value.size() != Value::Size{0, 0}) return sizeAndClass(value);
-  if (value.elementCount() == 1 && !value.as<Cells>()) return std::visit(ElementText{0}, value.content());
-  return listed(value);
+  if (value.elementCount() == 1 && !value.as<Cells>())
+    return std::visit(ElementText{interpreter, 0}, value.content());
+  return listed(interpreter, value);
 }
 
-std::u16string displayed(const Value& value) { return isText(value) ? textOf(value) : shownValue(value); }
+std::u16string displayed(Interpreter& interpreter, const Value& value) {
+  return isText(value) ? textOf(interpreter, value) : shownValue(interpreter, value);
+}
 
-std::u16string formatted(const std::u16string& format, const Values& arguments) {
-  const std::vector<Argument> all = flattened(arguments);
+std::u16string formatted(Interpreter& interpreter, const std::u16string& format, const Values& arguments) {
+  const std::vector<Argument> all = flattened(interpreter, arguments);
   std::u16string result;
   std::size_t next = 0;
   bool more = true;
   while (more) {
     const std::size_t before = next;
     for (std::size_t at = 0; at < format.size();) {
-      session().interpreter.step();
+      interpreter.step();
       if (format[at] == u'\\') {
         result += escapeAt(format, at);
       } else if (format[at] != u'%') {
         result += format[at++];
-      } else if (const std::string conversion = conversionAt(format, at); conversion.back() == '%') {
+      } else if (const std::string conversion = conversionAt(interpreter, format, at);
+                 conversion.back() == '%') {
         result += u'%';
       } else if (next < all.size()) {
         result += put(conversion, all[next++]);
@@ -175,7 +178,7 @@ std::u16string formatted(const std::u16string& format, const Values& arguments) 
         return result;
       }
     }
-    session().interpreter.checkSize({result.size()});
+    interpreter.checkSize({result.size()});
     more = next > before && next < all.size();
   }
   return result;

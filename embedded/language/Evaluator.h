@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "embedded/host/Session.h"
 #include "embedded/language/Indexing.h"
-#include "embedded/language/Routine.h"
+#include "embedded/language/Interpreter.h"
+#include "embedded/language/SyntaxTree.h"
 
 namespace embedded {
 
@@ -16,26 +16,27 @@ struct Meaning;
 class Evaluator {
  public:
   /// `routine` says what names mean; null for a text that a client evaluates.
-  Evaluator(Session& session, Workspace& variables, const Routine* routine)
-      : session_(session), interpreter_(session.interpreter), variables_(variables), routine_(routine) {}
+  Evaluator(Interpreter& interpreter, Workspace& variables, const Routine* routine)
+      : interpreter_(interpreter), variables_(variables), routine_(routine) {}
 
   /// How a block was left.
   enum class Exit { AtEnd, Break, Continue, Return };
   Exit run(const Block& block);
   Exit runOne(const Statement& statement) { return run(statement); }
 
-  /// The values of an expression: none, one, or several (of a call that is asked for them, c{:}, s.f).
-  Values values(const Expression& expression, std::size_t wanted);
+  /// The values of an expression: none, one, or several (of a call that is asked for them, c{:}, s.f). `nargout` is
+  /// how many its context has a place for.
+  Values values(const Expression& expression, std::size_t nargout);
   /// Just one value, or an error.
   ValuePtr value(const Expression& expression);
-  /// The statement as one that answers: at most so many values.
-  Values valuesOf(const ExpressionStatement& statement, std::size_t wanted);
+  /// The statement as one that gives values: at most so many.
+  Values valuesOf(const ExpressionStatement& statement, std::size_t nargout);
   /// To the output stream; text costs steps as the elements of an array do.
   void write(const std::u16string& text);
 
   Workspace& variables() const noexcept { return variables_; }
   const Routine* routine() const noexcept { return routine_; }
-  Session& session() const noexcept { return session_; }
+  Interpreter& interpreter() const noexcept { return interpreter_; }
 
  private:
   /// What `end` refers to.
@@ -69,17 +70,17 @@ class Evaluator {
   std::vector<Subscript> subscripts(const Selector& access, const Value& indexed);
 
   // References.
-  Values reference(const Reference& reference, std::size_t wanted);
-  Values follow(Values current, Selectors accesses, std::size_t wanted);
-  Values index(const ValuePtr& value, const Selector& access, std::size_t wanted);
+  Values reference(const Reference& reference, std::size_t nargout);
+  Values follow(Values current, Selectors accesses, std::size_t nargout);
+  Values index(const ValuePtr& value, const Selector& access, std::size_t nargout);
   Values cellContents(const Value& value, const Selector& access);
-  Values field(const ValuePtr& value, const Selector& access, Selectors& rest, std::size_t wanted);
-  Values nameValues(const Reference& reference, std::size_t wanted);
+  Values field(const ValuePtr& value, const Selector& access, Selectors& rest, std::size_t nargout);
+  Values nameValues(const Reference& reference, std::size_t nargout);
   Values memberOfName(const std::string& name, const Meaning& meaning, const Selector& field, Selectors& rest,
-                      std::size_t wanted);
-  Values classMember(const Class& oneClass, const Selector& field, Selectors& rest, std::size_t wanted);
-  /// The arguments of a call that the next access may hold; takes that access off.
-  Values takeArguments(Selectors& accesses);
+                      std::size_t nargout);
+  Values classMember(const Class& oneClass, const Selector& field, Selectors& rest, std::size_t nargout);
+  /// The arguments of a call that the next access may hold; advances past that access.
+  Values nextArguments(Selectors& accesses);
 
   // Assignment.
   void assign(const Reference& target, ValuePtr value);
@@ -88,11 +89,12 @@ class Evaluator {
   ValuePtr withIndex(const ValuePtr& base, Selectors accesses, ValuePtr value);
   ValuePtr withCellContent(const ValuePtr& base, Selectors accesses, ValuePtr value);
 
-  Session& session_;
   Interpreter& interpreter_;
   Workspace& variables_;
   const Routine* routine_;
   const IndexedValue* indexed_ = nullptr;
 };
+
+// Statements and expressions are in Evaluator.cpp, references and assignments in EvaluatorAccess.cpp.
 
 }  // namespace embedded

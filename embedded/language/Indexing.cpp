@@ -5,7 +5,6 @@
 #include <functional>
 #include <numeric>
 
-#include "embedded/host/Session.h"
 #include "embedded/language/Convert.h"
 
 namespace embedded {
@@ -15,7 +14,9 @@ namespace {
 using Size = Value::Size;
 using Positions = std::vector<std::size_t>;
 
-[[noreturn]] void failIndex(const std::string& message) { failCode("KORVAL:code:Index", message); }
+[[noreturn]] void failIndex(Interpreter& interpreter, const std::string& message) {
+  interpreter.fail("KORVAL:code:Index", message);
+}
 
 /// As many extents as subscripts: the last one holds all that are left.
 Size folded(const Size& size, std::size_t count) {
@@ -39,10 +40,11 @@ std::vector<Positions> positionsOf(std::span<const Subscript> subscripts, const 
 }
 
 /// The linear indices of all combinations, the first subscript running fastest.
-Positions combinations(const std::vector<Positions>& positions, const Size& extents) {
+Positions combinations(Interpreter& interpreter, const std::vector<Positions>& positions,
+                       const Size& extents) {
   Size counts;
   for (const Positions& each : positions) counts.push_back(each.size());
-  session().interpreter.checkSize(counts);
+  interpreter.checkSize(counts);
   Positions result{0};
   std::size_t stride = 1;
   for (std::size_t at = 0; at < positions.size(); stride *= extents[at++]) {
@@ -55,12 +57,12 @@ Positions combinations(const std::vector<Positions>& positions, const Size& exte
   return result;
 }
 
-void checkRange(const std::vector<Positions>& positions, const Size& extents) {
+void checkRange(Interpreter& interpreter, const std::vector<Positions>& positions, const Size& extents) {
   for (std::size_t at = 0; at < positions.size(); ++at)
     for (const std::size_t position : positions[at])
       if (position >= extents[at])
-        failIndex("The index " + std::to_string(position + 1) + " is beyond the end, which is " +
-                  std::to_string(extents[at]));
+        failIndex(interpreter, "The index " + std::to_string(position + 1) + " is beyond the end, which is " +
+                                   std::to_string(extents[at]));
 }
 
 Size linearSize(const Value& value, const Subscript& subscript, std::size_t count) {
@@ -72,7 +74,7 @@ Size linearSize(const Value& value, const Subscript& subscript, std::size_t coun
 }
 
 /// The size that holds those positions too.
-Size grown(const Size& size, const std::vector<Positions>& positions) {
+Size grown(Interpreter& interpreter, const Size& size, const std::vector<Positions>& positions) {
   const auto needed = [&](std::size_t at) {
     return positions[at].empty() ? 0 : *std::ranges::max_element(positions[at]) + 1;
   };
@@ -81,7 +83,7 @@ Size grown(const Size& size, const std::vector<Positions>& positions) {
     const std::size_t count = std::accumulate(size.begin(), size.end(), std::size_t{1}, std::multiplies());
     if (needed(0) <= count) return size;
     if (size.size() > 2 || (size[0] > 1 && size[1] != 1 && count > 0))
-      failIndex("One index makes no room in a matrix");
+      failIndex(interpreter, "One index makes no room in a matrix");
     if (size[1] == 1 && size[0] > 1) return {needed(0), 1};
     return {1, needed(0)};
   }
@@ -89,20 +91,20 @@ Size grown(const Size& size, const std::vector<Positions>& positions) {
   for (std::size_t at = 0; at < positions.size(); ++at) {
     if (needed(at) <= result[at]) continue;
     if (at + 1 == positions.size() && positions.size() < size.size())
-      failIndex("An index that runs over several dimensions makes no room");
+      failIndex(interpreter, "An index that runs over several dimensions makes no room");
     result[at] = needed(at);
   }
   return result;
 }
 
 /// Where each element of a bigger array comes from in the smaller one.
-Positions originsOf(const Size& bigger, const Size& smaller) {
+Positions originsOf(Interpreter& interpreter, const Size& bigger, const Size& smaller) {
   const std::size_t count = std::accumulate(bigger.begin(), bigger.end(), std::size_t{1}, std::multiplies());
   if (bigger == smaller) return everyPosition(count);
   Positions origins(count, noElement);
   Size at(bigger.size(), 0);
   for (std::size_t index = 0; index < count; ++index) {
-    session().interpreter.pollAt(index);
+    interpreter.pollAt(index);
     std::size_t origin = 0;
     std::size_t stride = 1;
     bool inside = true;
@@ -162,32 +164,32 @@ Subscript fromLogicals(const std::vector<bool>& logicals, const Size& size) {
 
 }  // namespace
 
-Subscript subscriptOf(const Value& index) {
+Subscript subscriptOf(Interpreter& interpreter, const Value& index) {
   if (const auto* logicals = index.as<std::vector<bool>>()) return fromLogicals(*logicals, index.size());
   Subscript result{.size = index.size()};
-  for (const double number : numbersOf(index)) {
+  for (const double number : numbersOf(interpreter, index)) {
     if (!(number >= 1) || number != std::floor(number) || number > 1e15)
-      failIndex("An index is a whole number from 1 on, not " + shownNumber(number));
+      failIndex(interpreter, "An index is a whole number from 1 on, not " + shownNumber(number));
     result.positions.push_back(static_cast<std::size_t>(number) - 1);
   }
   return result;
 }
 
-ValuePtr indexed(const Value& value, std::span<const Subscript> subscripts) {
+ValuePtr indexed(Interpreter& interpreter, const Value& value, std::span<const Subscript> subscripts) {
   const Size extents = folded(value.size(), subscripts.size());
   const std::vector<Positions> positions = positionsOf(subscripts, extents);
-  checkRange(positions, extents);
-  Positions elements = combinations(positions, extents);
+  checkRange(interpreter, positions, extents);
+  Positions elements = combinations(interpreter, positions, extents);
   if (subscripts.size() == 1) {
     Size size = linearSize(value, subscripts.front(), elements.size());
-    return gathered(value, elements, std::move(size));
+    return gathered(interpreter, value, elements, std::move(size));
   }
   Size size;
   for (const Positions& each : positions) size.push_back(each.size());
-  return gathered(value, elements, std::move(size));
+  return gathered(interpreter, value, elements, std::move(size));
 }
 
-ValuePtr withElements(const ValuePtr& value, std::span<const Subscript> subscripts,
+ValuePtr withElements(Interpreter& interpreter, const ValuePtr& value, std::span<const Subscript> subscripts,
                       const ValuePtr& elements) {
   const std::size_t count = elements->elementCount();
   Size extents = folded(value->size(), subscripts.size());
@@ -197,34 +199,35 @@ ValuePtr withElements(const ValuePtr& value, std::span<const Subscript> subscrip
       if (subscripts[at].every && extents[at] == 0)
         positions[at] =
             everyPosition(subscripts.size() == 1 ? count : folded(elements->size(), subscripts.size())[at]);
-  const Size size = grown(value->size(), positions);
-  session().interpreter.checkSize(size);
-  const Positions targets = combinations(positions, folded(size, subscripts.size()));
+  const Size size = grown(interpreter, value->size(), positions);
+  interpreter.checkSize(size);
+  const Positions targets = combinations(interpreter, positions, folded(size, subscripts.size()));
   if (count != 1 && count != targets.size())
-    failCode("KORVAL:code:SizeMismatch", std::to_string(count) + " elements do not go into " +
-                                             std::to_string(targets.size()) + " places");
+    interpreter.fail("KORVAL:code:SizeMismatch", std::to_string(count) + " elements do not go into " +
+                                                     std::to_string(targets.size()) + " places");
   if (size == value->size())
     if (ValuePtr result = withReplaced(*value, targets, *elements)) return result;
   const bool isNew = value->elementCount() == 0 && !value->as<Structures>() && !value->as<Cells>();
-  const Values both = isNew ? unified({elements}) : unified({value, elements});
-  const ValuePtr all = isNew ? both.front() : joined(both);
-  Positions origins = originsOf(size, isNew ? Size{0, 0} : value->size());
+  const Values both = isNew ? unified(interpreter, {elements}) : unified(interpreter, {value, elements});
+  const ValuePtr all = isNew ? both.front() : joined(interpreter, both);
+  Positions origins = originsOf(interpreter, size, isNew ? Size{0, 0} : value->size());
   const std::size_t offset = isNew ? 0 : value->elementCount();
   for (std::size_t at = 0; at < targets.size(); ++at) origins[targets[at]] = offset + (count == 1 ? 0 : at);
-  return gathered(*all, origins, size);
+  return gathered(interpreter, *all, origins, size);
 }
 
 std::size_t lastIndex(const Value& value, std::size_t place, std::size_t count) {
   return folded(value.size(), count)[place];
 }
 
-ValuePtr transposed(const Value& value) {
-  if (value.size().size() > 2) failCode("KORVAL:code:SizeMismatch", "Only a matrix can be transposed");
+ValuePtr transposed(Interpreter& interpreter, const Value& value) {
+  if (value.size().size() > 2)
+    interpreter.fail("KORVAL:code:SizeMismatch", "Only a matrix can be transposed");
   Positions elements;
   for (std::size_t row = 0; row < value.rows(); ++row)
     for (std::size_t column = 0; column < value.columns(); ++column)
       elements.push_back(row + column * value.rows());
-  return gathered(value, elements, {value.columns(), value.rows()});
+  return gathered(interpreter, value, elements, {value.columns(), value.rows()});
 }
 
 }  // namespace embedded

@@ -16,17 +16,18 @@ struct Subscript {
 };
 
 /// From numbers, which count from 1, or from logicals.
-Subscript subscriptOf(const Value& index);
+Subscript subscriptOf(Interpreter& interpreter, const Value& index);
 
 /// Linear with one subscript; with several, the last one runs over all dimensions that are left.
-ValuePtr indexed(const Value& value, std::span<const Subscript> subscripts);
+ValuePtr indexed(Interpreter& interpreter, const Value& value, std::span<const Subscript> subscripts);
 
 /// The value with those elements replaced, and grown to hold them.
-ValuePtr withElements(const ValuePtr& value, std::span<const Subscript> subscripts, const ValuePtr& elements);
+ValuePtr withElements(Interpreter& interpreter, const ValuePtr& value, std::span<const Subscript> subscripts,
+                      const ValuePtr& elements);
 
 /// What `end` means as the index at that place of so many.
 std::size_t lastIndex(const Value& value, std::size_t place, std::size_t count);
 
-ValuePtr transposed(const Value& value);
+ValuePtr transposed(Interpreter& interpreter, const Value& value);
 
 }  // namespace embedded

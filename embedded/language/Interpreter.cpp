@@ -1,53 +1,78 @@
 #include "embedded/language/Interpreter.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <utility>
 
-#include "embedded/host/Session.h"
+#include "embedded/language/Parser.h"
+#include "host/Exceptions.h"
 
 namespace embedded {
 
 namespace {
 
 constexpr std::uint64_t elementsOfStep = 8;
+/// A record says what was refused, not how often.
+constexpr std::size_t longestRecord = 100;
 
 }  // namespace
 
-bool Interpreter::interruptRequested() noexcept { return activeGate->interruptRequested(); }
+void CodeGuard::permit(const std::string& what) {
+  if (policy_ == CodePolicy::Trap) {
+    std::fprintf(stderr, "Korval code was about to run: %s\n", what.c_str());
+    std::abort();
+  }
+  if (policy_ == CodePolicy::Refused) {
+    ++record_.refusals;
+    if (record_.refused.size() < longestRecord) record_.refused.push_back(what);
+    throw foundation::core::except::Exception("KORVAL:host:CodeRefused",
+                                              "This session runs no Korval code: " + what + " was refused.");
+  }
+  ++record_.runs;
+  environment_.enterCode(what);
+}
 
 void Interpreter::raiseInterrupt() { throw Tamsix::System::InterruptException(); }
 
-void Interpreter::failForSteps() {
-  failCode("KORVAL:code:StepLimit", "The code takes more than " + std::to_string(limits.steps) + " steps");
+void Interpreter::failForSteps() const {
+  fail("KORVAL:code:StepLimit", "The code takes more than " + std::to_string(limits.steps) + " steps");
 }
 
 void Interpreter::checkSize(const Value::Size& size) {
   std::size_t count = 1;
   for (const std::size_t extent : size) {
     if (__builtin_mul_overflow(count, extent, &count) || count > limits.elements)
-      failCode("KORVAL:code:SizeLimit",
-               "An array would have more than " + std::to_string(limits.elements) + " elements");
+      fail("KORVAL:code:SizeLimit",
+           "An array would have more than " + std::to_string(limits.elements) + " elements");
   }
   step(count / elementsOfStep);
 }
 
-void failCode(const std::string& id, const std::string& message) {
-  const Interpreter& interpreter = session().interpreter;
-  throw CodeError(id, message, interpreter.source, interpreter.at);
+void Interpreter::fail(const std::string& id, const std::string& message) const {
+  throw CodeError(id, message, source, at);
 }
 
-CodeRun::CodeRun(Session& session, const std::string& what) : session_(session) {
-  session.interpreter.guard.permit(what);
-  if (session.interpreter.runs_++ > 0) return;
-  session.interpreter.steps_ = 0;
-  session.interpreter.depth_ = 0;
+const Unit& Interpreter::unitOf(const Routine& routine) {
+  std::shared_ptr<const Unit>& parsed = routine.parsed();
+  if (parsed == nullptr) {
+    // Long texts take their time, so an interrupt stops the reading too.
+    Parser parser(routine.text(), routine.context().name, [this] { obeyInterrupt(); });
+    parsed = std::make_shared<Unit>(parser.unit());
+  }
+  return *parsed;
 }
 
-CodeRun::~CodeRun() { --session_.interpreter.runs_; }
+CodeRun::CodeRun(Interpreter& interpreter, const std::string& what) : interpreter_(interpreter) {
+  interpreter.guard.permit(what);
+  if (interpreter.runs_++ > 0) return;
+  interpreter.steps_ = 0;
+  interpreter.depth_ = 0;
+}
 
 CodeLevel::CodeLevel(Interpreter& interpreter) : interpreter_(interpreter) {
   if (interpreter.depth_ == interpreter.limits.depth)
-    failCode("KORVAL:code:DepthLimit",
-             "The code nests deeper than " + std::to_string(interpreter.limits.depth) + " levels");
+    interpreter.fail("KORVAL:code:DepthLimit",
+                     "The code nests deeper than " + std::to_string(interpreter.limits.depth) + " levels");
   ++interpreter.depth_;
 }
 

@@ -2,27 +2,60 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "embedded/Host.h"
 #include "embedded/language/CodeError.h"
 #include "embedded/language/CodeFiles.h"
-#include "embedded/language/CodeGuard.h"
-#include "embedded/model/Value.h"
+#include "embedded/model/World.h"
 #include "host/Arrays.h"
 
 namespace embedded {
 
-struct Session;
 using Values = std::vector<ValuePtr>;
+
+/// What code that runs needs besides the world: the session around it, which the language knows by this only.
+class CodeEnvironment {
+ public:
+  virtual bool interruptRequested() const noexcept = 0;
+  /// Code begins to run that is named so. May throw what the operations of a host throw.
+  virtual void enterCode(const std::string& what) = 0;
+  virtual void print(std::u16string_view text) = 0;
+
+ protected:
+  ~CodeEnvironment() = default;
+};
+
+/// Whoever runs Korval code asks here first.
+class CodeGuard {
+ public:
+  explicit CodeGuard(CodeEnvironment& environment) : environment_(environment) {}
+
+  /// Counts the run of what is named, or raises "KORVAL:host:CodeRefused", or ends the process.
+  void permit(const std::string& what);
+
+  void setPolicy(CodePolicy policy) noexcept { policy_ = policy; }
+  const CodeRecord& record() const noexcept { return record_; }
+  void clearRecord() { record_ = {}; }
+
+ private:
+  CodeEnvironment& environment_;
+  CodePolicy policy_ = CodePolicy::Allowed;
+  CodeRecord record_;
+};
 
 /// What runs Korval code for a session: the guard before it, the limits around it, and where it is.
 class Interpreter {
  public:
-  explicit Interpreter(const Description& description) : files(description) {}
+  Interpreter(const Description& description, World& ownWorld, CodeEnvironment& around)
+      : world(ownWorld), environment(around), guard(around), files(description, *this) {}
+  Interpreter(const Interpreter&) = delete;
+  Interpreter& operator=(const Interpreter&) = delete;
 
   /// One step: obeys the interrupt, and while code runs the limit of steps.
   void step(std::uint64_t count = 1) {
-    if (interruptRequested()) raiseInterrupt();
+    obeyInterrupt();
     if (runs_ > 0 && (steps_ += count) > limits.steps) failForSteps();
   }
   /// Obeys the interrupt now and then in a loop over elements.
@@ -32,6 +65,14 @@ class Interpreter {
   /// Refuses arrays of more elements than the limit; the others cost steps.
   void checkSize(const Value::Size& size);
 
+  /// An error of the code that runs, at the place where it is.
+  [[noreturn]] void fail(const std::string& id, const std::string& message) const;
+
+  /// The routine's text, parsed at its first use; throws CodeError.
+  const Unit& unitOf(const Routine& routine);
+
+  World& world;
+  CodeEnvironment& environment;
   CodeGuard guard;
   CodeLimits limits;
   CodeFiles files;
@@ -45,28 +86,27 @@ class Interpreter {
   friend class CodeRun;
   friend class CodeLevel;
 
-  static bool interruptRequested() noexcept;
+  void obeyInterrupt() const {
+    if (environment.interruptRequested()) raiseInterrupt();
+  }
   [[noreturn]] static void raiseInterrupt();
-  [[noreturn]] void failForSteps();
+  [[noreturn]] void failForSteps() const;
 
   std::uint64_t steps_ = 0;
   std::size_t depth_ = 0;
   std::size_t runs_ = 0;
 };
 
-/// An error of the code that runs, at the place where it is.
-[[noreturn]] void failCode(const std::string& id, const std::string& message);
-
 /// Code runs on behalf of a client for as long as this lives. The limits count from the outermost run.
 class CodeRun {
  public:
-  CodeRun(Session& session, const std::string& what);
-  ~CodeRun();
+  CodeRun(Interpreter& interpreter, const std::string& what);
+  ~CodeRun() { --interpreter_.runs_; }
   CodeRun(const CodeRun&) = delete;
   CodeRun& operator=(const CodeRun&) = delete;
 
  private:
-  Session& session_;
+  Interpreter& interpreter_;
 };
 
 /// One level deeper: an expression inside another, a call inside another.

@@ -11,12 +11,12 @@ namespace {
 
 constexpr kcos::MemberAccess Public{0}, Protected{1}, Immutable{3}, Constant{5};
 
-[[noreturn]] void failMember(const std::string& owner, const std::string& name) {
-  failCode("KORVAL:code:NoSuchMember", "\"" + owner + "\" has no \"" + name + "\"");
+[[noreturn]] void failMember(Interpreter& interpreter, const std::string& owner, const std::string& name) {
+  interpreter.fail("KORVAL:code:NoSuchMember", "\"" + owner + "\" has no \"" + name + "\"");
 }
 
-[[noreturn]] void failAccess(const std::string& what, const std::string& name) {
-  failCode("KORVAL:code:AccessDenied", what + " \"" + name + "\" is not allowed here");
+[[noreturn]] void failAccess(Interpreter& interpreter, const std::string& what, const std::string& name) {
+  interpreter.fail("KORVAL:code:AccessDenied", what + " \"" + name + "\" is not allowed here");
 }
 
 template <class Named>
@@ -29,51 +29,54 @@ const Property* propertyOf(const Class& oneClass, const std::string& name) {
   return oneClass.property(alreadyInterned(name));
 }
 
-ValuePtr declaredValue(const PropertyContent& property) {
-  return property.value == nullptr ? newEmpty() : makeValue(*property.value, session().classes);
+ValuePtr declaredValue(Interpreter& interpreter, const PropertyContent& property) {
+  return property.value == nullptr ? newEmpty() : makeValue(*property.value, interpreter.world.classes);
 }
 
 ValuePtr orEmpty(const ValuePtr& value) { return value == nullptr ? newEmpty() : value; }
 
-ValuePtr readStructure(const Structures& structures, const std::string& name) {
+ValuePtr readStructure(Interpreter& interpreter, const Structures& structures, const std::string& name) {
   const auto field = std::ranges::find(structures.fields, name);
-  if (field == structures.fields.end()) failMember(structures.className, name);
+  if (field == structures.fields.end()) failMember(interpreter, structures.className, name);
   return orEmpty(structures.values.at(static_cast<std::size_t>(field - structures.fields.begin())));
 }
 
-ValuePtr readObject(Session& session, const ValuePtr& object, const std::string& name,
+ValuePtr readObject(Interpreter& interpreter, const ValuePtr& object, const std::string& name,
                     const Routine* asking) {
   const Object& content = *object->as<Object>();
   const ValuePtr* stored = findNamed(content.properties, name);
-  const Class* oneClass = classOf(session, *object);
+  const Class* oneClass = classOf(interpreter, *object);
   if (oneClass == nullptr)
-    return stored != nullptr ? *stored : (failMember(object->className(), name), nullptr);
+    return stored != nullptr ? *stored : (failMember(interpreter, object->className(), name), nullptr);
   const Property* property = propertyOf(*oneClass, name);
-  if (property == nullptr) failMember(object->className(), name);
+  if (property == nullptr) failMember(interpreter, object->className(), name);
   const PropertyContent& declared = property->content();
-  if (!mayUse(declared.get, *property->definingClass(), asking)) failAccess("Reading", name);
+  if (!mayUse(interpreter, declared.get, *property->definingClass(), asking))
+    failAccess(interpreter, "Reading", name);
   if (declared.getter != nullptr && declared.getter.get() != asking) {
-    const Values answer = callRoutine(session, *declared.getter, nullptr, {object}, 1);
-    if (answer.empty()) failCode("KORVAL:code:NoValue", "The get method of \"" + name + "\" gives no value");
+    const Values answer = callRoutine(interpreter, *declared.getter, nullptr, {object}, 1);
+    if (answer.empty())
+      interpreter.fail("KORVAL:code:NoValue", "The get method of \"" + name + "\" gives no value");
     return answer.front();
   }
-  return stored != nullptr ? *stored : declaredValue(declared);
+  return stored != nullptr ? *stored : declaredValue(interpreter, declared);
 }
 
 }  // namespace
 
-const Class* classOf(const Session& session, const Value& value) {
+const Class* classOf(const Interpreter& interpreter, const Value& value) {
   const Object* object = value.object();
-  return object == nullptr ? nullptr : session.classes.find(object->classId);
+  return object == nullptr ? nullptr : interpreter.world.classes.find(object->classId);
 }
 
-bool mayUse(const kcos::COSExtendedAccess& access, const Class& owner, const Routine* asking) {
+bool mayUse(const Interpreter& interpreter, const kcos::COSExtendedAccess& access, const Class& owner,
+            const Routine* asking) {
   if (access.level == Public || access.level == Immutable || access.level == Constant) return true;
   const Class* own = asking == nullptr ? nullptr : asking->context().ownClass;
   if (own == nullptr) return false;
   if (own == &owner || (access.level == Protected && own->derivesFrom(owner))) return true;
-  return std::ranges::any_of(access.classes, [own](const kcos::COSInternedName& granted) {
-    const Class* found = session().classes.find(granted);
+  return std::ranges::any_of(access.classes, [&interpreter, own](const kcos::COSInternedName& granted) {
+    const Class* found = interpreter.world.classes.find(granted);
     return found != nullptr && own->derivesFrom(*found);
   });
 }
@@ -86,52 +89,53 @@ ValuePtr newEnumerationMember(const Class& oneClass, const std::string& member) 
   return newValue({1, 1}, Object{oneClass.names().id, oneClass.names().dotted, {}, member, {}});
 }
 
-ValuePtr elementOf(const ValuePtr& value, std::size_t index) {
+ValuePtr elementOf(Interpreter& interpreter, const ValuePtr& value, std::size_t index) {
   if (index >= value->elementCount())
-    failCode("KORVAL:code:Index", "The index " + std::to_string(index + 1) + " is beyond the end");
-  return value->elementCount() == 1 && !value->as<Objects>() ? value : gathered(*value, {index}, {1, 1});
+    interpreter.fail("KORVAL:code:Index", "The index " + std::to_string(index + 1) + " is beyond the end");
+  return value->elementCount() == 1 && !value->as<Objects>() ? value
+                                                             : gathered(interpreter, *value, {index}, {1, 1});
 }
 
-bool readingRunsCode(const Session& session, const Value& object, const std::string& name) {
-  const Class* oneClass = classOf(session, object);
+bool readingRunsCode(const Interpreter& interpreter, const Value& object, const std::string& name) {
+  const Class* oneClass = classOf(interpreter, object);
   const Property* property = oneClass == nullptr ? nullptr : propertyOf(*oneClass, name);
   return property != nullptr && property->content().getter != nullptr;
 }
 
-ValuePtr readProperty(Session& session, const ValuePtr& object, const std::string& name,
+ValuePtr readProperty(Interpreter& interpreter, const ValuePtr& object, const std::string& name,
                       const Routine* asking) {
-  if (object->as<Object>()) return readObject(session, object, name, asking);
-  if (const auto* structures = object->as<Structures>()) return readStructure(*structures, name);
+  if (object->as<Object>()) return readObject(interpreter, object, name, asking);
+  if (const auto* structures = object->as<Structures>()) return readStructure(interpreter, *structures, name);
   const Opaque* opaque = object->as<Opaque>();
   if (opaque == nullptr)
-    failCode("KORVAL:code:WrongType",
-             "A value of class \"" + object->className() + "\" has no \"" + name + "\"");
+    interpreter.fail("KORVAL:code:WrongType",
+                     "A value of class \"" + object->className() + "\" has no \"" + name + "\"");
   const ValuePtr* field = findNamed(opaque->fields, name);
-  if (field == nullptr) failMember(opaque->className, name);
+  if (field == nullptr) failMember(interpreter, opaque->className, name);
   return *field;
 }
 
-ValuePtr storedProperty(Session& session, const ValuePtr& object, const std::string& name) {
+ValuePtr storedProperty(Interpreter& interpreter, const ValuePtr& object, const std::string& name) {
   const Object* content = object->as<Object>();
-  if (content == nullptr) return readProperty(session, object, name, nullptr);
+  if (content == nullptr) return readProperty(interpreter, object, name, nullptr);
   if (const ValuePtr* stored = findNamed(content->properties, name)) return *stored;
-  const Class* oneClass = classOf(session, *object);
+  const Class* oneClass = classOf(interpreter, *object);
   const Property* property = oneClass == nullptr ? nullptr : propertyOf(*oneClass, name);
-  if (property == nullptr) failMember(object->className(), name);
-  return declaredValue(property->content());
+  if (property == nullptr) failMember(interpreter, object->className(), name);
+  return declaredValue(interpreter, property->content());
 }
 
-ValuePtr withProperty(Session& session, const Value& value, const std::string& name, ValuePtr content,
+ValuePtr withProperty(Interpreter& interpreter, const Value& value, const std::string& name, ValuePtr content,
                       const Routine* asking) {
   Object object = *value.as<Object>();
-  const Class* oneClass = classOf(session, value);
+  const Class* oneClass = classOf(interpreter, value);
   const Property* property = oneClass == nullptr ? nullptr : propertyOf(*oneClass, name);
-  if (property == nullptr) failMember(value.className(), name);
+  if (property == nullptr) failMember(interpreter, value.className(), name);
   const PropertyContent& declared = property->content();
   const bool inside = asking != nullptr && asking->context().ownClass == property->definingClass();
   if (declared.set.level == Constant || (declared.set.level == Immutable && !inside) || declared.dependent ||
-      !mayUse(declared.set, *property->definingClass(), asking))
-    failAccess("Setting", name);
+      !mayUse(interpreter, declared.set, *property->definingClass(), asking))
+    failAccess(interpreter, "Setting", name);
   if (const ValuePtr* stored = findNamed(object.properties, name); stored != nullptr)
     *const_cast<ValuePtr*>(stored) = std::move(content);
   else
@@ -140,26 +144,29 @@ ValuePtr withProperty(Session& session, const Value& value, const std::string& n
 }
 
 Values construct(Evaluator& caller, const Class& oneClass, Values arguments) {
+  Interpreter& interpreter = caller.interpreter();
   const Method* constructor = oneClass.method(alreadyInterned(oneClass.simpleName()));
   if (oneClass.enumeration())
-    failCode("KORVAL:code:NoValue",
-             "Of the enumeration \"" + oneClass.names().dotted.text() + "\" there are only its members");
+    interpreter.fail("KORVAL:code:NoValue", "Of the enumeration \"" + oneClass.names().dotted.text() +
+                                                "\" there are only its members");
   if (constructor == nullptr || constructor->content().routine == nullptr) {
     if (arguments.empty()) return {newObject(oneClass)};
-    failCode("KORVAL:code:ArgumentCount",
-             "The class \"" + oneClass.names().dotted.text() + "\" has no constructor that takes arguments");
+    interpreter.fail("KORVAL:code:ArgumentCount", "The class \"" + oneClass.names().dotted.text() +
+                                                      "\" has no constructor that takes arguments");
   }
-  if (!mayUse(constructor->content().access, *constructor->definingClass(), caller.routine()))
-    failAccess("Constructing", oneClass.names().dotted.text());
-  return callRoutine(caller.session(), *constructor->content().routine, nullptr, std::move(arguments), 1);
+  if (!mayUse(interpreter, constructor->content().access, *constructor->definingClass(), caller.routine()))
+    failAccess(interpreter, "Constructing", oneClass.names().dotted.text());
+  return callRoutine(interpreter, *constructor->content().routine, nullptr, std::move(arguments), 1);
 }
 
-ValuePtr classConstant(const Class& oneClass, const std::string& name, const Routine* asking) {
+ValuePtr classConstant(Interpreter& interpreter, const Class& oneClass, const std::string& name,
+                       const Routine* asking) {
   if (oneClass.member(alreadyInterned(name)) != nullptr) return newEnumerationMember(oneClass, name);
   const Property* property = propertyOf(oneClass, name);
   if (property == nullptr || property->content().set.level != Constant) return nullptr;
-  if (!mayUse(property->content().get, *property->definingClass(), asking)) failAccess("Reading", name);
-  return declaredValue(property->content());
+  if (!mayUse(interpreter, property->content().get, *property->definingClass(), asking))
+    failAccess(interpreter, "Reading", name);
+  return declaredValue(interpreter, property->content());
 }
 
 bool hasStaticMethod(const Class& oneClass, const std::string& name) {
@@ -168,21 +175,22 @@ bool hasStaticMethod(const Class& oneClass, const std::string& name) {
 }
 
 Values callStatic(Evaluator& caller, const Class& oneClass, const std::string& name, Values arguments,
-                  std::size_t wanted) {
+                  std::size_t nargout) {
+  Interpreter& interpreter = caller.interpreter();
   const std::string& className = oneClass.names().dotted.text();
   const Method* method = oneClass.method(alreadyInterned(name));
-  if (method == nullptr || !method->content().isStatic) failMember(className, name);
-  if (!mayUse(method->content().access, *method->definingClass(), caller.routine()))
-    failAccess("Calling", name);
+  if (method == nullptr || !method->content().isStatic) failMember(interpreter, className, name);
+  if (!mayUse(interpreter, method->content().access, *method->definingClass(), caller.routine()))
+    failAccess(interpreter, "Calling", name);
   if (method->content().routine == nullptr)
-    failCode("KORVAL:code:NoCode", "The method \"" + className + "." + name + "\" has no code");
-  return callRoutine(caller.session(), *method->content().routine, nullptr, std::move(arguments), wanted);
+    interpreter.fail("KORVAL:code:NoCode", "The method \"" + className + "." + name + "\" has no code");
+  return callRoutine(interpreter, *method->content().routine, nullptr, std::move(arguments), nargout);
 }
 
-bool hasMethod(const Session& session, const Value& value, const std::string& name) {
+bool hasMethod(const Interpreter& interpreter, const Value& value, const std::string& name) {
   if (const Opaque* opaque = value.opaque())
     return std::ranges::find(opaque->methods, name, &Opaque::Method::name) != opaque->methods.end();
-  const Class* oneClass = classOf(session, value);
+  const Class* oneClass = classOf(interpreter, value);
   return oneClass != nullptr && oneClass->method(alreadyInterned(name)) != nullptr;
 }
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 
-#include "embedded/host/Session.h"
 #include "embedded/language/Convert.h"
 
 namespace embedded {
@@ -12,76 +11,77 @@ namespace embedded {
 namespace {
 
 struct Effect {
+  Symbol symbol;
   const char* method;
   double (*numbers)(double, double);
   bool isLogical;
 };
 
-/// In the order of Symbol, from Plus on.
 constexpr std::array<Effect, 16> effects = {{
-    {"plus", [](double a, double b) { return a + b; }, false},
-    {"minus", [](double a, double b) { return a - b; }, false},
-    {"mtimes", [](double a, double b) { return a * b; }, false},
-    {"times", [](double a, double b) { return a * b; }, false},
-    {"mrdivide", [](double a, double b) { return a / b; }, false},
-    {"rdivide", [](double a, double b) { return a / b; }, false},
-    {"mpower", [](double a, double b) { return std::pow(a, b); }, false},
-    {"power", [](double a, double b) { return std::pow(a, b); }, false},
-    {"lt", [](double a, double b) { return a < b ? 1.0 : 0.0; }, true},
-    {"le", [](double a, double b) { return a <= b ? 1.0 : 0.0; }, true},
-    {"gt", [](double a, double b) { return a > b ? 1.0 : 0.0; }, true},
-    {"ge", [](double a, double b) { return a >= b ? 1.0 : 0.0; }, true},
-    {"eq", [](double a, double b) { return a == b ? 1.0 : 0.0; }, true},
-    {"ne", [](double a, double b) { return a != b ? 1.0 : 0.0; }, true},
-    {"and", [](double a, double b) { return a != 0 && b != 0 ? 1.0 : 0.0; }, true},
-    {"or", [](double a, double b) { return a != 0 || b != 0 ? 1.0 : 0.0; }, true},
+    {Symbol::Plus, "plus", [](double a, double b) { return a + b; }, false},
+    {Symbol::Minus, "minus", [](double a, double b) { return a - b; }, false},
+    {Symbol::Times, "mtimes", [](double a, double b) { return a * b; }, false},
+    {Symbol::ElementTimes, "times", [](double a, double b) { return a * b; }, false},
+    {Symbol::Divide, "mrdivide", [](double a, double b) { return a / b; }, false},
+    {Symbol::ElementDivide, "rdivide", [](double a, double b) { return a / b; }, false},
+    {Symbol::Power, "mpower", [](double a, double b) { return std::pow(a, b); }, false},
+    {Symbol::ElementPower, "power", [](double a, double b) { return std::pow(a, b); }, false},
+    {Symbol::Less, "lt", [](double a, double b) { return a < b ? 1.0 : 0.0; }, true},
+    {Symbol::LessEqual, "le", [](double a, double b) { return a <= b ? 1.0 : 0.0; }, true},
+    {Symbol::Greater, "gt", [](double a, double b) { return a > b ? 1.0 : 0.0; }, true},
+    {Symbol::GreaterEqual, "ge", [](double a, double b) { return a >= b ? 1.0 : 0.0; }, true},
+    {Symbol::Equal, "eq", [](double a, double b) { return a == b ? 1.0 : 0.0; }, true},
+    {Symbol::NotEqual, "ne", [](double a, double b) { return a != b ? 1.0 : 0.0; }, true},
+    {Symbol::And, "and", [](double a, double b) { return a != 0 && b != 0 ? 1.0 : 0.0; }, true},
+    {Symbol::Or, "or", [](double a, double b) { return a != 0 || b != 0 ? 1.0 : 0.0; }, true},
 }};
 
-const Effect& effectOf(Symbol symbol) {
-  return effects[static_cast<std::size_t>(symbol) - static_cast<std::size_t>(Symbol::Plus)];
-}
+/// Of an operator between two values, but for && and ||, which are no effects of two values.
+const Effect& effectOf(Symbol symbol) { return *std::ranges::find(effects, symbol, &Effect::symbol); }
 
 /// The common size: a single element goes with any number of them.
-const Value& sizeModel(const Value& left, const Value& right) {
+const Value& sizeModel(Interpreter& interpreter, const Value& left, const Value& right) {
   if (left.elementCount() != 1 && right.elementCount() != 1 && left.size() != right.size())
-    failCode("KORVAL:code:SizeMismatch", "The two values have different sizes");
+    interpreter.fail("KORVAL:code:SizeMismatch", "The two values have different sizes");
   return left.elementCount() == 1 ? right : left;
 }
 
 template <class Result, class Elements, class Operation>
-std::vector<Result> elementwise(const Elements& left, const Elements& right, std::size_t count,
-                                Operation operation) {
+std::vector<Result> elementwise(Interpreter& interpreter, const Elements& left, const Elements& right,
+                                std::size_t count, Operation operation) {
   std::vector<Result> result;
   result.reserve(count);
-  session().interpreter.checkSize({count});
+  interpreter.checkSize({count});
   for (std::size_t at = 0; at < count; ++at)
     result.push_back(
         static_cast<Result>(operation(left[left.size() == 1 ? 0 : at], right[right.size() == 1 ? 0 : at])));
   return result;
 }
 
-ValuePtr onNumbers(const Effect& effect, const Value& left, const Value& right) {
-  const Value& model = sizeModel(left, right);
+ValuePtr onNumbers(Interpreter& interpreter, const Effect& effect, const Value& left, const Value& right) {
+  const Value& model = sizeModel(interpreter, left, right);
   const std::size_t count = model.elementCount();
-  const std::vector<double> a = numbersOf(left);
-  const std::vector<double> b = numbersOf(right);
-  if (effect.isLogical) return newValue(model.size(), elementwise<bool>(a, b, count, effect.numbers));
-  return newValue(model.size(), elementwise<double>(a, b, count, effect.numbers));
+  const std::vector<double> a = numbersOf(interpreter, left);
+  const std::vector<double> b = numbersOf(interpreter, right);
+  if (effect.isLogical)
+    return newValue(model.size(), elementwise<bool>(interpreter, a, b, count, effect.numbers));
+  return newValue(model.size(), elementwise<double>(interpreter, a, b, count, effect.numbers));
 }
 
-ValuePtr matrixProduct(const Value& left, const Value& right) {
+ValuePtr matrixProduct(Interpreter& interpreter, const Value& left, const Value& right) {
   const std::size_t rows = left.rows();
   const std::size_t inner = left.columns();
   const std::size_t columns = right.columns();
   if (left.size().size() > 2 || right.size().size() > 2 || inner != right.rows())
-    failCode("KORVAL:code:SizeMismatch", "The columns of the left matrix are not the rows of the right one");
-  session().interpreter.checkSize({rows, columns});
-  const std::vector<double> a = numbersOf(left);
-  const std::vector<double> b = numbersOf(right);
+    interpreter.fail("KORVAL:code:SizeMismatch",
+                     "The columns of the left matrix are not the rows of the right one");
+  interpreter.checkSize({rows, columns});
+  const std::vector<double> a = numbersOf(interpreter, left);
+  const std::vector<double> b = numbersOf(interpreter, right);
   std::vector<double> result(rows * columns);
   for (std::size_t column = 0; column < columns; ++column) {
     for (std::size_t row = 0; row < rows; ++row) {
-      session().interpreter.step(1 + inner / 16);
+      interpreter.step(1 + inner / 16);
       for (std::size_t at = 0; at < inner; ++at)
         result[row + column * rows] += a[row + at * rows] * b[at + column * inner];
     }
@@ -90,25 +90,26 @@ ValuePtr matrixProduct(const Value& left, const Value& right) {
 }
 
 /// A missing string equals nothing.
-ValuePtr onStrings(Symbol symbol, const ValuePtr& left, const ValuePtr& right) {
-  const Values both = {asStrings(left), asStrings(right)};
-  const Value& model = sizeModel(*both[0], *both[1]);
+ValuePtr onStrings(Interpreter& interpreter, Symbol symbol, const ValuePtr& left, const ValuePtr& right) {
+  const Values both = {asStrings(interpreter, left), asStrings(interpreter, right)};
+  const Value& model = sizeModel(interpreter, *both[0], *both[1]);
   const std::size_t count = model.elementCount();
   const auto& a = both[0]->as<Strings>()->elements;
   const auto& b = both[1]->as<Strings>()->elements;
   const bool equal = symbol == Symbol::Equal;
   if (equal || symbol == Symbol::NotEqual)
-    return newValue(model.size(), elementwise<bool>(a, b, count, [equal](const auto& one, const auto& other) {
+    return newValue(model.size(),
+                    elementwise<bool>(interpreter, a, b, count, [equal](const auto& one, const auto& other) {
                       return (one && other && *one == *other) == equal;
                     }));
   if (symbol != Symbol::Plus)
-    failCode("KORVAL:code:WrongType",
-             std::string("The operator \"") + methodOf(symbol) + "\" has no meaning for strings");
+    interpreter.fail("KORVAL:code:WrongType",
+                     std::string("The operator \"") + methodOf(symbol) + "\" has no meaning for strings");
   Strings result;
   for (std::size_t at = 0; at < count; ++at) {
     const auto& one = a[a.size() == 1 ? 0 : at];
     const auto& other = b[b.size() == 1 ? 0 : at];
-    if (one && other) session().interpreter.checkSize({one->size() + other->size()});
+    if (one && other) interpreter.checkSize({one->size() + other->size()});
     result.elements.push_back(one && other ? std::optional(*one + *other) : std::nullopt);
   }
   return newValue(model.size(), std::move(result));
@@ -125,34 +126,36 @@ std::vector<const Object*> membersOf(const Value& value) {
   return all ? members : std::vector<const Object*>();
 }
 
-ValuePtr onMembers(bool equal, const Value& left, const Value& right) {
-  const Value& model = sizeModel(left, right);
-  return newValue(model.size(), elementwise<bool>(membersOf(left), membersOf(right), model.elementCount(),
-                                                  [equal](const Object* one, const Object* other) {
-                                                    return (one->classId == other->classId &&
-                                                            one->member == other->member) == equal;
-                                                  }));
+ValuePtr onMembers(Interpreter& interpreter, bool equal, const Value& left, const Value& right) {
+  const Value& model = sizeModel(interpreter, left, right);
+  return newValue(
+      model.size(),
+      elementwise<bool>(interpreter, membersOf(left), membersOf(right), model.elementCount(),
+                        [equal](const Object* one, const Object* other) {
+                          return (one->classId == other->classId && one->member == other->member) == equal;
+                        }));
 }
 
 }  // namespace
 
 const char* methodOf(Symbol binary) { return effectOf(binary).method; }
 
-ValuePtr calculated(Symbol binary, const ValuePtr& left, const ValuePtr& right) {
+ValuePtr calculated(Interpreter& interpreter, Symbol binary, const ValuePtr& left, const ValuePtr& right) {
   const bool compares = binary == Symbol::Equal || binary == Symbol::NotEqual;
   if (compares && !membersOf(*left).empty() && !membersOf(*right).empty())
-    return onMembers(binary == Symbol::Equal, *left, *right);
-  if (left->as<Strings>() || right->as<Strings>()) return onStrings(binary, left, right);
+    return onMembers(interpreter, binary == Symbol::Equal, *left, *right);
+  if (left->as<Strings>() || right->as<Strings>()) return onStrings(interpreter, binary, left, right);
   const bool scalar = left->elementCount() == 1 || right->elementCount() == 1;
-  if (binary == Symbol::Times && !scalar) return matrixProduct(*left, *right);
+  if (binary == Symbol::Times && !scalar) return matrixProduct(interpreter, *left, *right);
   if ((binary == Symbol::Divide && right->elementCount() != 1) ||
       (binary == Symbol::Power && !(left->elementCount() == 1 && right->elementCount() == 1)))
-    failCode("KORVAL:code:WrongType", "Division by a matrix and powers of a matrix are not understood");
-  return onNumbers(effectOf(binary), *left, *right);
+    interpreter.fail("KORVAL:code:WrongType",
+                     "Division by a matrix and powers of a matrix are not understood");
+  return onNumbers(interpreter, effectOf(binary), *left, *right);
 }
 
-ValuePtr calculated(Symbol prefix, const ValuePtr& operand) {
-  std::vector<double> numbers = numbersOf(*operand);
+ValuePtr calculated(Interpreter& interpreter, Symbol prefix, const ValuePtr& operand) {
+  std::vector<double> numbers = numbersOf(interpreter, *operand);
   if (prefix == Symbol::Not) {
     std::vector<bool> result;
     for (const double number : numbers) result.push_back(number == 0);
@@ -163,10 +166,9 @@ ValuePtr calculated(Symbol prefix, const ValuePtr& operand) {
   return newValue(operand->size(), std::move(numbers));
 }
 
-ValuePtr rangeOf(double first, double step, double last) {
+ValuePtr rangeOf(Interpreter& interpreter, double first, double step, double last) {
   const double count = std::floor((last - first) / step * (1 + 1e-15)) + 1;
   if (!(count >= 1) || step == 0) return newValue({1, 0}, std::vector<double>());
-  Interpreter& interpreter = session().interpreter;
   const auto length = static_cast<std::size_t>(std::min(count, 1e18));
   interpreter.checkSize({1, length});
   std::vector<double> numbers(length);

@@ -9,12 +9,12 @@ namespace embedded {
 const char* methodOf(Symbol binary);
 
 /// All operators between two values but && and ||.
-ValuePtr calculated(Symbol binary, const ValuePtr& left, const ValuePtr& right);
+ValuePtr calculated(Interpreter& interpreter, Symbol binary, const ValuePtr& left, const ValuePtr& right);
 
 /// + - ~ before a value.
-ValuePtr calculated(Symbol prefix, const ValuePtr& operand);
+ValuePtr calculated(Interpreter& interpreter, Symbol prefix, const ValuePtr& operand);
 
 /// first:step:last
-ValuePtr rangeOf(double first, double step, double last);
+ValuePtr rangeOf(Interpreter& interpreter, double first, double step, double last);
 
 }  // namespace embedded

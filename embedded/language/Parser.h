@@ -90,4 +90,47 @@ class Parser {
   std::vector<std::string> imports_;
 };
 
+template <class Terminal>
+bool Parser::accept(Terminal terminal) {
+  if (!token_.is(terminal)) return false;
+  advance();
+  return true;
+}
+
+template <class Terminal>
+void Parser::expect(Terminal terminal, const char* what) {
+  if (!accept(terminal)) refuseToken(what);
+}
+
+/// Inside brackets or a block: one level deeper, with rules of its own for blanks and `end`.
+class Parser::Nested {
+ public:
+  Nested(Parser& parser, bool inMatrix, bool inIndex);
+  ~Nested() {
+    --parser_.depth_;
+    restore();
+  }
+  Nested(const Nested&) = delete;
+  Nested& operator=(const Nested&) = delete;
+
+  /// Advances past the closing bracket or `end`, after which the outer rules are in force again.
+  template <class Terminal>
+  void close(Terminal closer, const char* expected) const {
+    restore();
+    parser_.expect(closer, expected);
+  }
+
+ private:
+  void restore() const {
+    parser_.inMatrix_ = inMatrix_;
+    parser_.inIndex_ = inIndex_;
+  }
+
+  Parser& parser_;
+  bool inMatrix_;
+  bool inIndex_;
+};
+
+// Statements are in Parser.cpp, expressions in ParserExpressions.cpp.
+
 }  // namespace embedded

@@ -5,7 +5,7 @@
 
 #include "tests/support/Table.h"
 #include "tests/support/Text.h"
-#include "tools/lsp/Document.h"
+#include "tools/lsp/Documents.h"
 
 using tools::lsp::Document;
 using tools::lsp::Position;

@@ -1,4 +1,4 @@
-#include "tools/lsp/Frames.h"
+#include "tools/lsp/Input.h"
 
 #include <gtest/gtest.h>
 

@@ -9,7 +9,7 @@
 #include <fstream>
 #include <string>
 
-#include "tools/lsp/Message.h"
+#include "tools/lsp/Inbox.h"
 
 namespace {
 

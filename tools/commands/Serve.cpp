@@ -6,10 +6,9 @@
 #include <string>
 
 #include "tools/commands/Commands.h"
-#include "tools/lsp/ClientProcess.h"
+#include "tools/lsp/Inbox.h"
 #include "tools/lsp/Input.h"
 #include "tools/lsp/Server.h"
-#include "tools/lsp/SnapshotWatch.h"
 #include "tools/render/Errors.h"
 #include "tools/session/Process.h"
 

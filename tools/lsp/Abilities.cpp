@@ -1,10 +1,10 @@
 #include "tools/lsp/Abilities.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "tools/session/Process.h"
-#include "tools/lsp/Params.h"
 
 namespace tools::lsp {
 
@@ -14,7 +14,7 @@ constexpr int incremental = 2;
 
 /// The client's first choice among those that the server has.
 PositionEncoding encodingOf(const Json& params) {
-  const Json& offered = valueAt(params, Path("/capabilities/general/positionEncodings"));
+  const Json& offered = valueAt(params, "/capabilities/general/positionEncodings");
   if (!offered.is_array()) return PositionEncoding::Utf16;
   for (const Json& encoding : offered) {
     if (encoding == "utf-8") return PositionEncoding::Utf8;
@@ -28,16 +28,16 @@ using frontend::CodePolicy;
 /// "initializationOptions": what an editor's settings can change. What is not understood is left as it was.
 void readOptions(const Json& options, Abilities& client) {
   for (const CodePolicy policy : {CodePolicy::Never, CodePolicy::StoredValues, CodePolicy::Allowed}) {
-    if (valueAt(options, Path("/code")) == frontend::nameOf(policy)) client.policy = policy;
+    if (valueAt(options, "/code") == frontend::nameOf(policy)) client.policy = policy;
   }
-  const Json& limit = valueAt(options, Path("/limit"));
+  const Json& limit = valueAt(options, "/limit");
   if (limit.is_number_unsigned()) client.limit = limit.get<std::size_t>();
-  const Json& patience = valueAt(options, Path("/timeout"));
+  const Json& patience = valueAt(options, "/timeout");
   if (patience.is_number_unsigned()) {
     constexpr std::uint64_t aDay = 86'400'000;
     client.patience = std::chrono::milliseconds(std::min(patience.get<std::uint64_t>(), aDay));
   }
-  client.hidden = flagAt(options, Path("/hidden"));
+  client.hidden = flagAt(options, "/hidden");
 }
 
 }  // namespace
@@ -49,20 +49,19 @@ frontend::Options Abilities::options() const {
 }
 
 Abilities abilitiesOf(const Json& params) {
-  const Path document("/capabilities/textDocument");
+  const std::string document = "/capabilities/textDocument";
   Abilities client;
   client.encoding = encodingOf(params);
-  client.versionedDiagnostics = flagAt(params, document / "publishDiagnostics" / "versionSupport");
-  client.hierarchicalSymbols =
-      flagAt(params, document / "documentSymbol" / "hierarchicalDocumentSymbolSupport");
-  client.markdownHover = listAtHas(params, document / "hover" / "contentFormat", "markdown");
+  client.versionedDiagnostics = flagAt(params, document + "/publishDiagnostics/versionSupport");
+  client.hierarchicalSymbols = flagAt(params, document + "/documentSymbol/hierarchicalDocumentSymbolSupport");
+  client.markdownHover = listAtHas(params, document + "/hover/contentFormat", "markdown");
   client.markdownDocumentation =
-      listAtHas(params, document / "completion" / "completionItem" / "documentationFormat", "markdown");
-  client.newKinds = !valueAt(params, document / "completion" / "completionItemKind" / "valueSet").is_null();
-  client.parameterOffsets = flagAt(params, document / "signatureHelp" / "signatureInformation" /
-                                               "parameterInformation" / "labelOffsetSupport");
-  readOptions(valueAt(params, Path("/initializationOptions")), client);
-  const Json& process = valueAt(params, Path("/processId"));
+      listAtHas(params, document + "/completion/completionItem/documentationFormat", "markdown");
+  client.newKinds = !valueAt(params, document + "/completion/completionItemKind/valueSet").is_null();
+  client.parameterOffsets = flagAt(
+      params, document + "/signatureHelp/signatureInformation/parameterInformation/labelOffsetSupport");
+  readOptions(valueAt(params, "/initializationOptions"), client);
+  const Json& process = valueAt(params, "/processId");
   if (process.is_number_unsigned()) client.process = process.get<int>();
   return client;
 }

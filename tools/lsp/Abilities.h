@@ -4,8 +4,7 @@
 #include <cstddef>
 
 #include "frontend/Request.h"
-#include "tools/lsp/Document.h"
-#include "tools/lsp/Message.h"
+#include "tools/lsp/Params.h"
 
 namespace tools::lsp {
 
@@ -18,7 +17,7 @@ struct Abilities {
   bool markdownDocumentation = false;
   /// Knows kinds of candidates that the protocol did not have in the beginning.
   bool newKinds = false;
-  /// Takes the place of a parameter in a signature instead of its name.
+  /// Knows offsets of a parameter in a signature instead of its name.
   bool parameterOffsets = false;
   /// Its process, which the server does not outlive; 0 when it tells none.
   int process = 0;

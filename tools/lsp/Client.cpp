@@ -1,14 +1,27 @@
 #include "tools/lsp/Client.h"
 
+#include <signal.h>
+
+#include <cerrno>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <utility>
 
-#include "tools/lsp/Frames.h"
+#include "tools/lsp/Input.h"
+#include "tools/render/Text.h"
 
 namespace tools::lsp {
 
+namespace {
+
+/// A process that may not be signalled exists.
+bool exists(int process) { return process > 0 && (kill(process, 0) == 0 || errno != ESRCH); }
+
+}  // namespace
+
 Client::Client(Sink sink) : sink_(std::move(sink)) {}
 
+/// Names of a session need not be UTF-8, and a message must be.
 void Client::send(const Json& message) {
   gone_ = gone_ || !sink_(frameOf(message.dump(-1, ' ', false, Json::error_handler_t::replace)));
 }
@@ -34,10 +47,28 @@ void Client::log(Severity severity, const std::string& message) {
   }
 }
 
+void Client::logOutcome(const std::string& request, const frontend::Outcome& outcome) {
+  using frontend::Status;
+  const std::string head = request + ": " + frontend::nameOf(outcome.status) + ": ";
+  if (outcome.status == Status::Failed) {
+    log(Severity::Warning, head + narrow(outcome.reason));
+  } else if (outcome.status == Status::RefusedCode || outcome.status == Status::TimedOut) {
+    log(Severity::Log, head + narrow(outcome.reason));
+  }
+  if (!outcome.printed.empty()) log(Severity::Log, "printed meanwhile: " + narrow(outcome.printed));
+}
+
 void Client::show(Severity severity, const std::string& message) {
   log(severity, message);
   if (!initialized_) return;
   notify("window/showMessage", {{"type", static_cast<int>(severity)}, {"message", message}});
+}
+
+void ClientProcess::set(int process) noexcept { process_ = exists(process) ? process : 0; }
+
+bool ClientProcess::isGone() const noexcept {
+  const int process = process_;
+  return process != 0 && !exists(process);
 }
 
 }  // namespace tools::lsp

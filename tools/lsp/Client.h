@@ -1,19 +1,23 @@
 #pragma once
 
+// The other end: what is said to it, and whether it is still there.
+
+#include <atomic>
 #include <functional>
 #include <string>
 
-#include "tools/lsp/Message.h"
+#include "frontend/Request.h"
+#include "tools/lsp/Params.h"
 
 namespace tools::lsp {
 
 /// How bad something is that a client is told.
 enum class Severity : int { Error = 1, Warning = 2, Info = 3, Log = 4 };
 
-/// The other end: what is said to it. Only the thread that answers says anything.
+/// Only the thread that answers says anything, so that messages never mix.
 class Client {
  public:
-  /// Writes bytes and answers whether it could.
+  /// Writes bytes and returns whether it could.
   using Sink = std::function<bool(const std::string& bytes)>;
   explicit Client(Sink sink);
 
@@ -22,6 +26,8 @@ class Client {
   void notify(const std::string& method, const Json& params);
   /// Into the client's log; before the client is initialized, to standard error.
   void log(Severity severity, const std::string& message);
+  /// Leaves a line in the log when an answer is not all there is, for whoever wonders why.
+  void logOutcome(const std::string& request, const frontend::Outcome& outcome);
   /// Into the log, and before the user's eyes.
   void show(Severity severity, const std::string& message);
 
@@ -36,6 +42,17 @@ class Client {
   Sink sink_;
   bool initialized_ = false;
   bool gone_ = false;
+};
+
+/// The process that has started the server, as far as the client names it. Any thread may ask.
+class ClientProcess {
+ public:
+  /// A process that does not exist here, because the client is on another machine, is not heeded.
+  void set(int process) noexcept;
+  bool isGone() const noexcept;
+
+ private:
+  std::atomic<int> process_ = 0;
 };
 
 }  // namespace tools::lsp

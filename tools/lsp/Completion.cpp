@@ -1,13 +1,17 @@
-#include "tools/lsp/Completion.h"
-
-#include <algorithm>
-#include <string>
+// completion, resolve, explain: see Requests.h
 
 #include "frontend/Completion.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "frontend/Explanation.h"
+#include "frontend/Hover.h"
+#include "tools/lsp/Requests.h"
+#include "tools/lsp/StatementAtCursor.h"
 #include "tools/render/FrontEnd.h"
-#include "tools/lsp/Outcome.h"
-#include "tools/lsp/Params.h"
-#include "tools/lsp/Spot.h"
+#include "tools/render/Text.h"
 
 namespace tools::lsp {
 
@@ -83,8 +87,8 @@ std::string sortKey(std::size_t index) {
 
 Json itemOf(const Context& context, const Candidate& candidate, std::size_t index, const Json& range) {
   const ItemKind kind = itemKindOf(candidate.kind);
-  const std::string label = utf8Of(candidate.label);
-  const std::string insertion = utf8Of(candidate.insertion);
+  const std::string label = narrow(candidate.label);
+  const std::string insertion = narrow(candidate.insertion);
   const std::string details = detailsOf(candidate);
   Json item = {{"label", label},
                {"kind", static_cast<int>(context.abilities.newKinds ? kind : oldKindOf(kind))},
@@ -99,23 +103,48 @@ Json itemOf(const Context& context, const Candidate& candidate, std::size_t inde
 }  // namespace
 
 Json completion(Context& context, const Json& params) {
-  const auto spot = spotOf(context, params);
-  if (!spot) return {{"isIncomplete", false}, {"items", Json::array()}};
-  auto answer = frontend::complete(context.session.session(), spot->text, spot->cursor, spot->place,
-                                   context.abilities.options());
-  logOutcome(context.client, "completion", answer.outcome);
-  const Json range = jsonOf(spot->rangeOf(answer.begin, answer.end));
+  const auto statement = statementAtCursor(context, params);
+  if (!statement) return {{"isIncomplete", false}, {"items", Json::array()}};
+  auto answer = frontend::complete(context.session.session(), statement->text, statement->cursor,
+                                   statement->scope, context.abilities.options());
+  context.client.logOutcome("completion", answer.outcome);
+  const Json range = jsonOf(statement->rangeOf(answer.begin, answer.end));
   ++context.completion.number;
   Json items = Json::array();
   for (const Candidate& candidate : answer.candidates) {
     items.push_back(itemOf(context, candidate, items.size(), range));
   }
   const Status status = answer.outcome.status;
-  context.completion.before = spot->text.substr(0, answer.begin);
-  context.completion.place = spot->place;
+  context.completion.before = statement->text.substr(0, answer.begin);
+  context.completion.scope = statement->scope;
   context.completion.candidates = std::move(answer.candidates);
   return {{"isIncomplete", status == Status::Limited || status == Status::TimedOut},
           {"items", std::move(items)}};
+}
+
+Json resolve(Context& context, const Json& item) {
+  const LatestCompletion& latest = context.completion;
+  const Json& index = valueAt(item, "/data/index");
+  if (valueAt(item, "/data/answer") != latest.number || !index.is_number_unsigned() ||
+      index >= latest.candidates.size()) {
+    return item;
+  }
+  const Candidate& candidate = latest.candidates[index.get<std::size_t>()];
+  const std::u16string text = latest.before + candidate.insertion;
+  const auto hover = frontend::describe(context.session.session(), text, text.size(), latest.scope,
+                                        context.abilities.options());
+  context.client.logOutcome("resolve", hover.outcome);
+  Json resolved = item;
+  if (!hover.isUnknown) resolved["documentation"] = contentOf(hover, context.abilities.markdownDocumentation);
+  return resolved;
+}
+
+Json explain(Context& context, const Json& params) {
+  const std::u16string name = wideTextAt(params, "/name");
+  const auto statement = statementAtCursor(context, params);
+  if (!statement) return nullptr;
+  return tools::jsonOf(frontend::explain(context.session.session(), statement->text, statement->cursor, name,
+                                         statement->scope, context.abilities.options()));
 }
 
 }  // namespace tools::lsp

@@ -1,9 +1,10 @@
 #include "tools/lsp/Diagnostics.h"
 
 #include <cstddef>
+#include <nlohmann/json.hpp>
+#include <utility>
 
-#include "tools/lsp/Params.h"
-#include "tools/render/Errors.h"
+#include "syntax/Characters.h"
 
 namespace tools::lsp {
 
@@ -20,10 +21,8 @@ Json diagnostic(const Range& range, const std::string& code, const std::string& 
           {"message", message}};
 }
 
-bool isWord(char16_t unit) {
-  return unit == u'_' || (unit >= u'0' && unit <= u'9') || ((unit | 32) >= u'a' && (unit | 32) <= u'z') ||
-         unit >= 0x80;
-}
+/// Letters of other languages, which code must not have in names, are marked with the word that they are in.
+bool isWord(char16_t unit) { return syntax::isNamePart(unit) || unit >= 0x80; }
 
 /// What stands at the offset: a word, another character, or nothing at the end of a line.
 Range rangeAt(const Document& content, std::size_t offset) {
@@ -41,7 +40,7 @@ Json problemsOf(const Document& content) {
   }
   const auto failure = embedded::checkCode(text);
   if (!failure) return Json::array();
-  const Range range = rangeAt(content, content.offsetInCode(failure->line, failure->column));
+  const Range range = rangeAt(content, content.offsetInCode({failure->line, failure->column}));
   return Json::array({diagnostic(range, failure->id, failure->message)});
 }
 

@@ -1,19 +1,118 @@
 #include "tools/lsp/Documents.h"
 
+#include <algorithm>
+#include <nlohmann/json.hpp>
 #include <utility>
 
-#include "tools/lsp/Params.h"
+#include "host/Text.h"
 #include "tools/lsp/Uri.h"
 
 namespace tools::lsp {
 
 namespace {
 
-const Path uriPath("/textDocument/uri");
-const Path versionPath("/textDocument/version");
-const Path languagePath("/textDocument/languageId");
+const std::string uriPointer = "/textDocument/uri";
+const std::string versionPointer = "/textDocument/version";
+
+using fl::i18n::is_high_surrogate;
+using fl::i18n::is_low_surrogate;
+
+/// How many units the character has that begins at the offset.
+std::size_t unitsAt(std::u16string_view text, std::size_t at) {
+  return is_high_surrogate(text[at]) && at + 1 < text.size() && is_low_surrogate(text[at + 1]) ? 2 : 1;
+}
+
+std::size_t bytesOf(char16_t unit, std::size_t units) {
+  if (units == 2) return 4;
+  return unit < 0x80 ? 1 : (unit < 0x800 ? 2 : 3);
+}
+
+std::size_t offsetIn(std::u16string_view line, std::uint64_t character, PositionEncoding encoding) {
+  std::size_t offset = 0;
+  for (std::uint64_t counted = 0; offset < line.size();) {
+    const std::size_t units = unitsAt(line, offset);
+    counted += encoding == PositionEncoding::Utf8 ? bytesOf(line[offset], units) : units;
+    if (counted > character) break;
+    offset += units;
+  }
+  return offset;
+}
+
+std::size_t charactersOf(std::u16string_view text, PositionEncoding encoding) {
+  if (encoding == PositionEncoding::Utf16) return text.size();
+  std::size_t bytes = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t units = unitsAt(text, at);
+    bytes += bytesOf(text[at], units);
+    at += units;
+  }
+  return bytes;
+}
 
 }  // namespace
+
+Document::Document(std::u16string text, PositionEncoding encoding)
+    : encoding_(encoding), text_(std::move(text)) {
+  findLines();
+}
+
+void Document::findLines() {
+  lineStarts_ = {0};
+  codeLineStarts_ = {0};
+  for (std::size_t at = text_.find_first_of(u"\r\n"); at != std::u16string::npos;
+       at = text_.find_first_of(u"\r\n", at)) {
+    at += text_[at] == u'\r' && at + 1 < text_.size() && text_[at + 1] == u'\n' ? 2 : 1;
+    lineStarts_.push_back(at);
+    if (text_[at - 1] == u'\n') codeLineStarts_.push_back(at);
+  }
+}
+
+std::size_t Document::lineOf(std::size_t offset) const noexcept {
+  const auto after = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
+  return static_cast<std::size_t>(after - lineStarts_.begin()) - 1;
+}
+
+std::u16string_view Document::line(std::size_t number) const {
+  const std::size_t start = lineStarts_[number];
+  const std::size_t next = number + 1 < lineStarts_.size() ? lineStarts_[number + 1] : text_.size();
+  std::u16string_view line = std::u16string_view(text_).substr(start, next - start);
+  if (line.ends_with(u'\n')) line.remove_suffix(1);
+  if (line.ends_with(u'\r')) line.remove_suffix(1);
+  return line;
+}
+
+std::size_t Document::offsetOf(const Position& position) const {
+  if (position.line >= lineStarts_.size()) return text_.size();
+  const auto number = static_cast<std::size_t>(position.line);
+  return lineStarts_[number] + offsetIn(line(number), position.character, encoding_);
+}
+
+Position Document::positionOf(std::size_t offset) const {
+  const std::size_t number = lineOf(offset);
+  const std::u16string_view whole = line(number);
+  std::size_t length = std::min(offset - lineStarts_[number], whole.size());
+  if (length > 0 && length < whole.size() && is_high_surrogate(whole[length - 1]) &&
+      is_low_surrogate(whole[length]))
+    --length;
+  return {number, charactersOf(whole.substr(0, length), encoding_)};
+}
+
+std::size_t Document::offsetInCode(const syntax::Position& position) const {
+  const auto number = static_cast<std::size_t>(position.line) - 1;
+  if (number >= codeLineStarts_.size()) return text_.size();
+  return std::min(codeLineStarts_[number] + static_cast<std::size_t>(position.column) - 1, text_.size());
+}
+
+void Document::replace(std::u16string text) {
+  text_ = std::move(text);
+  findLines();
+}
+
+void Document::replace(const Range& range, std::u16string_view text) {
+  const auto [begin, end] = std::minmax({offsetOf(range.start), offsetOf(range.end)});
+  text_.replace(begin, end - begin, text);
+  findLines();
+}
 
 const embedded::CodeOutline& OpenDocument::outline() {
   if (!keptOutline) keptOutline = embedded::outlineOf(content.text());
@@ -21,32 +120,34 @@ const embedded::CodeOutline& OpenDocument::outline() {
 }
 
 void Documents::didOpen(const Json& params) {
-  const std::string uri = textAt(params, uriPath);
-  const bool isCode = pathOf(uri).extension() == ".k" || valueAt(params, languagePath) == "korval";
-  Document content(wideTextAt(params, Path("/textDocument/text")), encoding_);
-  documents_.insert_or_assign(uri, OpenDocument{std::move(content), integerAt(params, versionPath), isCode});
+  const std::string uri = textAt(params, uriPointer);
+  const bool isCode =
+      pathOf(uri).extension() == ".k" || valueAt(params, "/textDocument/languageId") == "korval";
+  Document content(wideTextAt(params, "/textDocument/text"), encoding_);
+  documents_.insert_or_assign(uri,
+                              OpenDocument{std::move(content), integerAt(params, versionPointer), isCode});
 }
 
 void Documents::didChange(const Json& params) {
-  const std::string uri = textAt(params, uriPath);
+  const std::string uri = textAt(params, uriPointer);
   OpenDocument* document = find(uri);
   if (document == nullptr) throw ResponseError{ErrorCode::InvalidParams, uri + " is not open"};
-  const Json& changes = valueAt(params, Path("/contentChanges"));
+  const Json& changes = valueAt(params, "/contentChanges");
   if (!changes.is_array()) throw ResponseError{ErrorCode::InvalidParams, "\"/contentChanges\" is a list"};
   for (const Json& change : changes) {
-    if (valueAt(change, Path("/range")).is_null())
-      document->content.replace(wideTextAt(change, Path("/text")));
+    if (valueAt(change, "/range").is_null())
+      document->content.replace(wideTextAt(change, "/text"));
     else
-      document->content.replace(rangeAt(change, Path("/range")), wideTextAt(change, Path("/text")));
+      document->content.replace(rangeAt(change, "/range"), wideTextAt(change, "/text"));
   }
   document->isChecked = false;
   document->keptOutline.reset();
   // Older clients leave it out.
-  if (!valueAt(params, versionPath).is_null()) document->version = integerAt(params, versionPath);
+  if (!valueAt(params, versionPointer).is_null()) document->version = integerAt(params, versionPointer);
 }
 
 std::string Documents::didClose(const Json& params) {
-  std::string uri = textAt(params, uriPath);
+  std::string uri = textAt(params, uriPointer);
   documents_.erase(uri);
   return uri;
 }

@@ -1,15 +1,56 @@
 #pragma once
 
+// What an editor has open: texts, and positions in them.
+
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "embedded/Host.h"
-#include "tools/lsp/Document.h"
-#include "tools/lsp/Message.h"
+#include "syntax/Position.h"
+#include "tools/lsp/Params.h"
 
 namespace tools::lsp {
+
+/// Offsets are UTF-16 code units. A line ends with "\n", "\r\n" or "\r", as editors see it.
+class Document {
+ public:
+  Document(std::u16string text, PositionEncoding encoding);
+
+  const std::u16string& text() const noexcept { return text_; }
+  /// The number of the line that the offset is in, from 0.
+  std::size_t lineOf(std::size_t offset) const noexcept;
+  std::size_t lineCount() const noexcept { return lineStarts_.size(); }
+  /// A line without its end.
+  std::u16string_view line(std::size_t number) const;
+  std::size_t lineStart(std::size_t number) const { return lineStarts_[number]; }
+
+  /// A position after the end of a line is that end, and one after the last line the end of the text. Inside a
+  /// character it is the start of the character.
+  std::size_t offsetOf(const Position& position) const;
+  /// An offset after the end of the text is that end, one inside the end of a line the end of the line, and one
+  /// inside a surrogate pair before it.
+  Position positionOf(std::size_t offset) const;
+  /// The offset of a position as code counts it: from 1, and lines end with "\n" only.
+  std::size_t offsetInCode(const syntax::Position& position) const;
+  Range rangeOf(std::size_t begin, std::size_t end) const { return {positionOf(begin), positionOf(end)}; }
+
+  void replace(std::u16string text);
+  /// The ends of the range may be swapped.
+  void replace(const Range& range, std::u16string_view text);
+
+ private:
+  void findLines();
+
+  PositionEncoding encoding_;
+  std::u16string text_;
+  std::vector<std::size_t> lineStarts_;
+  std::vector<std::size_t> codeLineStarts_;
+};
 
 struct OpenDocument {
   Document content;
@@ -33,7 +74,7 @@ class Documents {
 
   void didOpen(const Json& params);
   void didChange(const Json& params);
-  /// Answers the URI.
+  /// Returns the URI.
   std::string didClose(const Json& params);
 
   /// The document, or null.

@@ -55,7 +55,7 @@ void Inbox::finish() {
   const std::lock_guard lock(mutex_);
   current_.reset();
   cancelled_ = false;
-  if (host_ != nullptr) host_->clearInterrupt();
+  if (host_ != nullptr) host_->clearInterrupt();  // it was for this request, and came too late for it
 }
 
 void Inbox::attach(embedded::Host* host) {

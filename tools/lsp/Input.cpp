@@ -3,13 +3,119 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <boost/algorithm/string/case_conv.hpp>
+#include <boost/algorithm/string/trim.hpp>
 #include <cerrno>
+#include <charconv>
 #include <system_error>
 #include <utility>
 
-#include "tools/lsp/Frames.h"
+#include "tools/lsp/Inbox.h"
 
 namespace tools::lsp {
+
+namespace {
+
+constexpr std::size_t chunk = std::size_t{64} << 10;
+
+std::uint64_t lengthOf(const std::string& digits) {
+  std::uint64_t length = 0;
+  const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), length);
+  if (failure != std::errc() || end != digits.data() + digits.size()) {
+    throw BrokenStream{"the header's Content-Length is no length"};
+  }
+  return length;
+}
+
+/// "application/vscode-jsonrpc; charset=utf-8". Some clients write "utf8".
+bool isUtf8Type(const std::string& type) {
+  const std::size_t charset = type.find("charset=");
+  return charset == std::string::npos || type.substr(charset).starts_with("charset=utf-8") ||
+         type.substr(charset).starts_with("charset=utf8");
+}
+
+}  // namespace
+
+FrameReader::FrameReader(Source source) : source_(std::move(source)) {}
+
+bool FrameReader::fill() {
+  buffer_.resize(chunk);
+  used_ = 0;
+  buffer_.resize(source_(buffer_.data(), buffer_.size()));
+  return !buffer_.empty();
+}
+
+std::optional<std::string> FrameReader::line(std::size_t longest) {
+  std::string text;
+  while (used_ < buffer_.size() || fill()) {
+    const char character = buffer_[used_++];
+    if (character == '\n') {
+      if (text.ends_with('\r')) text.pop_back();
+      return text;
+    }
+    if (text.size() == longest) throw BrokenStream{"a header is longer than 8 KiB"};
+    text += character;
+  }
+  if (text.empty()) return {};
+  throw BrokenStream{"the input ends inside a header"};
+}
+
+void FrameReader::readField(std::string_view line, Header& header) {
+  const std::size_t colon = line.find(':');
+  if (colon == std::string_view::npos) {
+    header.problem = "a line of the header is no field";
+    return;
+  }
+  const std::string name = boost::to_lower_copy(std::string(line.substr(0, colon)));
+  const std::string value = boost::trim_copy(std::string(line.substr(colon + 1)));
+  if (name == "content-length") {
+    const std::uint64_t length = lengthOf(value);
+    if (header.length && *header.length != length) throw BrokenStream{"a header has two lengths"};
+    header.length = length;
+  } else if (name == "content-type" && !isUtf8Type(boost::to_lower_copy(value))) {
+    header.problem = "a message is UTF-8";
+  }
+}
+
+std::optional<FrameReader::Header> FrameReader::header() {
+  Header header;
+  std::optional<std::string> field = line(longestHeader);
+  if (!field) return {};
+  std::size_t size = 0;
+  while (!field->empty()) {
+    size += field->size();
+    readField(*field, header);
+    field = line(longestHeader - size);
+    if (!field) throw BrokenStream{"the input ends inside a header"};
+  }
+  if (!header.length) throw BrokenStream{"a header lacks its Content-Length"};
+  if (*header.length > longestSkipped) throw BrokenStream{"a message is longer than 1 GiB"};
+  if (*header.length > longestBody) header.problem = "a message is longer than 64 MiB";
+  return header;
+}
+
+Frame FrameReader::body(const Header& header) {
+  Frame frame{{}, header.problem};
+  for (std::uint64_t left = *header.length; left > 0;) {
+    if (used_ == buffer_.size() && !fill()) throw BrokenStream{"the input ends inside a message"};
+    const std::size_t part = std::min<std::uint64_t>(left, buffer_.size() - used_);
+    if (frame.problem.empty()) frame.body.append(buffer_, used_, part);
+    used_ += part;
+    left -= part;
+  }
+  return frame;
+}
+
+std::optional<Frame> FrameReader::next() {
+  const auto found = header();
+  if (!found) return {};
+  return body(*found);
+}
+
+std::string frameOf(const std::string& body) {
+  return "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
 
 Input::Input(int descriptor, Inbox& inbox) : descriptor_(descriptor), inbox_(inbox) {
   if (pipe(stop_) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
@@ -29,7 +135,7 @@ std::size_t Input::read(char* buffer, std::size_t size) const {
   ssize_t count = 0;
   do count = ::read(descriptor_, buffer, size);
   while (count < 0 && errno == EINTR);
-  return count < 0 ? 0 : static_cast<std::size_t>(count);
+  return count < 0 ? 0 : static_cast<std::size_t>(count);  // an input that fails has ended
 }
 
 void Input::readAll() {
@@ -53,16 +159,15 @@ bool Input::accept(const std::string& body) {
   try {
     auto message = readMessage(body);
     if (!message) return true;
-    if (message->id || (message->method != "$/cancelRequest" && message->method != "exit")) {
-      inbox_.put(std::move(*message));
-      return true;
-    }
-    if (message->method == "$/cancelRequest") {
+    const bool isNotification = !message->id;
+    // Not put into the inbox: what it cancels may be what the other thread is working on.
+    if (isNotification && message->method == "$/cancelRequest") {
       if (message->params.is_object() && message->params.contains("id")) inbox_.cancel(message->params["id"]);
       return true;
     }
+    const bool isLast = isNotification && message->method == "exit";
     inbox_.put(std::move(*message));
-    return false;
+    return !isLast;
   } catch (Rejection& rejection) {
     inbox_.put(std::move(rejection));
     return true;

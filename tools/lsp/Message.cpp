@@ -1,6 +1,6 @@
 #include "tools/lsp/Message.h"
 
-#include <cctype>
+#include <charconv>
 #include <string_view>
 
 namespace tools::lsp {
@@ -10,12 +10,10 @@ namespace {
 /// The value of the escape at the backslash ("\uD83D"), or 0.
 unsigned escapedUnit(std::string_view text, std::size_t at) {
   if (text.substr(at, 2) != "\\u" || at + 6 > text.size()) return 0;
+  const std::string_view digits = text.substr(at + 2, 4);
   unsigned unit = 0;
-  for (const char digit : text.substr(at + 2, 4)) {
-    if (std::isxdigit(static_cast<unsigned char>(digit)) == 0) return 0;
-    unit = unit * 16 + static_cast<unsigned>(digit <= '9' ? digit - '0' : (digit | 32) - 'a' + 10);
-  }
-  return unit;
+  const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), unit, 16);
+  return end == digits.data() + digits.size() ? unit : 0;
 }
 
 /// Some editors hold half of a surrogate pair for a moment and send it as an escape, which JSON readers refuse. The

@@ -6,26 +6,9 @@
 #include <optional>
 #include <string>
 
+#include "tools/lsp/Params.h"
+
 namespace tools::lsp {
-
-/// Finds the keys of what a client sends in logarithmic time, however many it sends.
-using Json = nlohmann::json;
-
-enum class ErrorCode : int {
-  ParseError = -32700,
-  InvalidRequest = -32600,
-  MethodNotFound = -32601,
-  InvalidParams = -32602,
-  InternalError = -32603,
-  ServerNotInitialized = -32002,
-  RequestCancelled = -32800
-};
-
-/// Why a request has no answer.
-struct ResponseError {
-  ErrorCode code;
-  std::string message;
-};
 
 /// A body that is no message. The id is null unless it could be read.
 struct Rejection {

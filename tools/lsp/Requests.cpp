@@ -1,35 +1,61 @@
 #include "tools/lsp/Requests.h"
 
 #include <map>
+#include <nlohmann/json.hpp>
+#include <utility>
 
-#include "tools/lsp/Completion.h"
 #include "tools/lsp/Diagnostics.h"
-#include "tools/lsp/Explain.h"
-#include "tools/lsp/Hover.h"
-#include "tools/lsp/SignatureHelp.h"
-#include "tools/lsp/Symbols.h"
-#include "tools/lsp/Trace.h"
 
 namespace tools::lsp {
 
 namespace {
 
-using Answerer = Json (*)(Context& context, const Json& params);
+/// Keeps a log of the host's calls for as long as it lives.
+class CallLog {
+ public:
+  explicit CallLog(embedded::Host& host) : host_(host) { host_.startLog(); }
+  ~CallLog() { host_.takeLog(); }  // which also ends the log of a request that has failed
+  CallLog(const CallLog&) = delete;
+  CallLog& operator=(const CallLog&) = delete;
 
-const std::map<std::string, Answerer> answerers = {{"textDocument/completion", completion},
-                                                   {"completionItem/resolve", resolve},
-                                                   {"textDocument/hover", hover},
-                                                   {"textDocument/signatureHelp", signatureHelp},
-                                                   {"textDocument/documentSymbol", documentSymbols},
-                                                   {"workspace/symbol", workspaceSymbols},
-                                                   {"contextdata/explain", explain},
-                                                   {"contextdata/trace", trace}};
+  std::vector<embedded::Call> take() { return host_.takeLog(); }
+
+ private:
+  embedded::Host& host_;
+};
+
+/// contextdata/trace: {"method", "params"} of another request; its result, and what it asked of the host.
+Json trace(Context& context, const Json& params) {
+  const std::string method = textAt(params, "/method");
+  if (method == "contextdata/trace") throw ResponseError{ErrorCode::InvalidParams, "a trace is not traced"};
+  CallLog log(context.session.host());
+  Json result = resultOfRequest(context, method, valueAt(params, "/params"));
+  const std::vector<embedded::Call> calls = log.take();
+  Json list = Json::array();
+  for (const embedded::Call& call : calls) {
+    list.push_back({{"operation", call.operation}, {"arguments", call.arguments}});
+  }
+  return {{"result", std::move(result)},
+          {"calls", std::move(list)},
+          {"ranCode", embedded::Host::ranKorvalCode(calls)}};
+}
+
+using Request = Json (*)(Context& context, const Json& params);
+
+const std::map<std::string, Request> requests = {{"textDocument/completion", completion},
+                                                 {"completionItem/resolve", resolve},
+                                                 {"textDocument/hover", hover},
+                                                 {"textDocument/signatureHelp", signatureHelp},
+                                                 {"textDocument/documentSymbol", documentSymbols},
+                                                 {"workspace/symbol", workspaceSymbols},
+                                                 {"contextdata/explain", explain},
+                                                 {"contextdata/trace", trace}};
 
 }  // namespace
 
-Json answerRequest(Context& context, const std::string& method, const Json& params) {
-  const auto found = answerers.find(method);
-  if (found == answerers.end())
+Json resultOfRequest(Context& context, const std::string& method, const Json& params) {
+  const auto found = requests.find(method);
+  if (found == requests.end())
     throw ResponseError{ErrorCode::MethodNotFound, "\"" + method + "\" is unknown"};
   return found->second(context, params);
 }

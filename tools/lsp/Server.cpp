@@ -4,9 +4,9 @@
 #include <iostream>
 #include <variant>
 
-#include "tools/session/Process.h"
 #include "tools/lsp/Diagnostics.h"
-#include "tools/lsp/Requests.h"
+#include "tools/lsp/Inbox.h"
+#include "tools/session/Process.h"
 
 namespace tools::lsp {
 
@@ -41,6 +41,7 @@ void Server::handle(const Message& message) {
 void Server::handle(const Rejection& rejection) { context_.client.refuse(rejection.id, rejection.error); }
 
 void Server::handle(const SnapshotChanged&) {
+  // A client that is not ready takes no notifications, and a reload comes with one: it waits for `initialized`.
   snapshotChanged_ = phase_ != Phase::Running;
   if (phase_ == Phase::Running) context_.session.reload(context_.client);
 }
@@ -52,9 +53,9 @@ void Server::handle(const InputEnded& end) {
 
 void Server::request(const Message& message) {
   try {
-    if (inbox_.isCancelled()) throw cancelled();
+    if (inbox_.isCancelled()) throw cancelled();  // while it waited
     const Json result = resultOf(message);
-    if (inbox_.isCancelled()) throw cancelled();
+    if (inbox_.isCancelled()) throw cancelled();  // an interrupted query returns what it has found so far
     context_.client.answer(*message.id, result);
   } catch (const ResponseError& error) {
     context_.client.refuse(*message.id, error);
@@ -74,7 +75,7 @@ Json Server::resultOf(const Message& message) {
     phase_ = Phase::ShutDown;
     return {};
   }
-  return answerRequest(context_, message.method, message.params);
+  return resultOfRequest(context_, message.method, message.params);
 }
 
 Json Server::initialize(const Json& params) {

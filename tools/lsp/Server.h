@@ -1,37 +1,16 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
-#include <string>
-#include <vector>
 
-#include "frontend/Completion.h"
-#include "tools/lsp/Abilities.h"
-#include "tools/lsp/Client.h"
-#include "tools/lsp/ClientProcess.h"
-#include "tools/lsp/Documents.h"
-#include "tools/lsp/Inbox.h"
-#include "tools/lsp/SessionFile.h"
+#include "tools/lsp/Requests.h"
 
 namespace tools::lsp {
 
-/// What the latest completion offered: what its items are resolved from.
-struct LatestCompletion {
-  std::uint64_t number = 0;
-  /// The text before what the candidates replace.
-  std::u16string before = {};
-  frontend::Scope place = {};
-  std::vector<frontend::Candidate> candidates = {};
-};
-
-/// What every answer is made from.
-struct Context {
-  Client& client;
-  SessionFile& session;
-  Abilities abilities = {};
-  Documents documents = {};
-  LatestCompletion completion = {};
-};
+class Inbox;
+struct InputEnded;
+struct Message;
+struct Rejection;
+struct SnapshotChanged;
 
 /// Answers what comes into the inbox, one after the other, on the thread that has activated the host.
 class Server {

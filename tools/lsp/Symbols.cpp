@@ -1,34 +1,32 @@
-#include "tools/lsp/Symbols.h"
+// documentSymbols, workspaceSymbols: see Requests.h
 
 #include <algorithm>
+#include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/predicate.hpp>
+#include <nlohmann/json.hpp>
 #include <tuple>
 
 #include "frontend/Completion.h"
-#include "tools/lsp/Params.h"
+#include "tools/lsp/Requests.h"
 #include "tools/lsp/Uri.h"
+#include "tools/render/Text.h"
 
 namespace tools::lsp {
 
 namespace {
 
+using boost::algorithm::join;
 using embedded::CodeFunction;
 using embedded::CodeVariable;
 
 enum class SymbolKind { Class = 5, Function = 12, Variable = 13 };
 
-std::string listed(const std::vector<std::string>& names) {
-  std::string list;
-  for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
-  return list;
-}
-
 /// "[a, b] = name(x)"
 std::string headOf(const CodeFunction& function) {
   const auto& outputs = function.outputs;
   std::string head =
-      outputs.size() > 1 ? "[" + listed(outputs) + "] = " : (outputs.empty() ? "" : outputs[0] + " = ");
-  return head + function.name + "(" + listed(function.inputs) + ")";
+      outputs.size() > 1 ? "[" + join(outputs, ", ") + "] = " : (outputs.empty() ? "" : outputs[0] + " = ");
+  return head + function.name + "(" + join(function.inputs, ", ") + ")";
 }
 
 /// Makes symbols of a document, as a tree or as a list.
@@ -41,7 +39,7 @@ class DocumentSymbols {
     Json symbols = treeOf(outline_.variables);
     for (const CodeFunction& function : outline_.functions) {
       Json symbol = {
-          {"name", nameOf(function)}, {"kind", SymbolKind::Function}, {"detail", headOf(function)}};
+          {"name", labelOf(function)}, {"kind", SymbolKind::Function}, {"detail", headOf(function)}};
       symbol["range"] = jsonOf(rangeOf(function.begin, function.end));
       symbol["selectionRange"] = jsonOf(rangeOf(function.nameAt, function.name.size()));
       symbol["children"] = treeOf(function.variables);
@@ -58,7 +56,7 @@ class DocumentSymbols {
     }
     for (const CodeFunction& function : outline_.functions) {
       symbols.push_back(
-          entry(uri, nameOf(function), SymbolKind::Function, rangeOf(function.begin, function.end)));
+          entry(uri, labelOf(function), SymbolKind::Function, rangeOf(function.begin, function.end)));
     }
     return symbols;
   }
@@ -69,7 +67,7 @@ class DocumentSymbols {
 
  private:
   /// Of a function that has no name yet; the protocol wants one.
-  static std::string nameOf(const CodeFunction& function) {
+  static std::string labelOf(const CodeFunction& function) {
     return function.name.empty() ? "function" : function.name;
   }
 
@@ -85,14 +83,12 @@ class DocumentSymbols {
     return symbols;
   }
 
-  std::size_t offsetOf(syntax::Position place) const {
-    return content_.offsetInCode(place.line, place.column);
+  Range rangeOf(const syntax::Position& begin, const syntax::Position& end) const {
+    return content_.rangeOf(content_.offsetInCode(begin), content_.offsetInCode(end));
   }
-  Range rangeOf(syntax::Position begin, syntax::Position end) const {
-    return content_.rangeOf(offsetOf(begin), offsetOf(end));
-  }
-  Range rangeOf(syntax::Position begin, std::size_t length) const {
-    return content_.rangeOf(offsetOf(begin), offsetOf(begin) + length);
+  Range rangeOf(const syntax::Position& begin, std::size_t length) const {
+    const std::size_t offset = content_.offsetInCode(begin);
+    return content_.rangeOf(offset, offset + length);
   }
 
   const Document& content_;
@@ -114,13 +110,13 @@ frontend::Match matchOf(const std::u16string& typed, const std::u16string& name)
 /// For people who look for a name, it is enough that it has the text somewhere.
 bool fits(const std::u16string& typed, const Found& found) {
   return found.match != frontend::Match::None ||
-         boost::algorithm::icontains(utf8Of(found.name), utf8Of(typed));
+         boost::algorithm::icontains(narrow(found.name), narrow(typed));
 }
 
 }  // namespace
 
 Json documentSymbols(Context& context, const Json& params) {
-  const std::string uri = textAt(params, Path("/textDocument/uri"));
+  const std::string uri = textAt(params, "/textDocument/uri");
   OpenDocument* document = context.documents.find(uri);
   if (document == nullptr || !document->isCode) return Json::array();
   const DocumentSymbols symbols(*document);
@@ -128,7 +124,7 @@ Json documentSymbols(Context& context, const Json& params) {
 }
 
 Json workspaceSymbols(Context& context, const Json& params) {
-  const std::u16string typed = wideTextAt(params, Path("/query"));
+  const std::u16string typed = wideTextAt(params, "/query");
   std::vector<Found> found;
   const auto add = [&](const std::vector<frontend::SessionName>& names, SymbolKind kind) {
     for (const frontend::SessionName& known : names) {
@@ -145,7 +141,7 @@ Json workspaceSymbols(Context& context, const Json& params) {
   Json symbols = Json::array();
   for (const Found& each : found) {
     symbols.push_back(
-        DocumentSymbols::entry(uriOf(context.session.file()), utf8Of(each.name), each.kind, {}));
+        DocumentSymbols::entry(uriOf(context.session.file()), narrow(each.name), each.kind, {}));
   }
   return symbols;
 }

@@ -1,6 +1,7 @@
 #include "tools/lsp/Uri.h"
 
 #include <cctype>
+#include <charconv>
 #include <string_view>
 
 namespace tools::lsp {
@@ -9,10 +10,6 @@ namespace {
 
 constexpr std::string_view scheme = "file://";
 constexpr char digits[] = "0123456789ABCDEF";
-
-bool isHex(char character) { return std::isxdigit(static_cast<unsigned char>(character)) != 0; }
-
-int valueOf(char digit) { return digit <= '9' ? digit - '0' : (digit | 32) - 'a' + 10; }
 
 bool standsForItself(char character) {
   return std::isalnum(static_cast<unsigned char>(character)) != 0 ||
@@ -23,15 +20,15 @@ bool standsForItself(char character) {
 
 std::filesystem::path pathOf(const std::string& uri) {
   if (!uri.starts_with(scheme)) return {};
-  const std::size_t start = uri.find('/', scheme.size());  // behind the name of a machine
+  const std::size_t start = uri.find('/', scheme.size());  // after the name of a machine
   std::string path;
   for (std::size_t at = start; at < uri.size(); ++at) {
-    if (uri[at] == '%' && at + 2 < uri.size() && isHex(uri[at + 1]) && isHex(uri[at + 2])) {
-      path += static_cast<char>(valueOf(uri[at + 1]) * 16 + valueOf(uri[at + 2]));
-      at += 2;
-    } else {
-      path += uri[at];
-    }
+    const char* const digits = uri.data() + at + 1;
+    unsigned char byte = 0;
+    const bool isEscape = uri[at] == '%' && at + 2 < uri.size() &&
+                          std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2;
+    path += isEscape ? static_cast<char>(byte) : uri[at];
+    if (isEscape) at += 2;
   }
   return path;
 }

@@ -3,20 +3,65 @@
 #include <algorithm>
 #include <array>
 #include <boost/algorithm/string/trim.hpp>
-#include <boost/locale/encoding_utf.hpp>
 #include <filesystem>
 #include <iostream>
 #include <string_view>
+#include <vector>
 
-#include "tools/prompt/Questions.h"
-#include "tools/render/Text.h"
+#include "frontend/Explanation.h"
+#include "frontend/Hover.h"
 #include "tools/render/Errors.h"
+#include "tools/render/FrontEnd.h"
+#include "tools/render/Text.h"
+#include "tools/session/Process.h"
 
 namespace tools::prompt {
 
 namespace {
 
-using boost::locale::conv::utf_to_utf;
+/// "  title: name, name"; nothing without names.
+std::string listed(const char* title, const std::vector<std::u16string>& names) {
+  if (names.empty()) return {};
+  std::string list;
+  for (const std::u16string& name : names) list += (list.empty() ? "" : ", ") + printable(name);
+  return std::string("  ") + title + ": " + list + '\n';
+}
+
+/// "pump.Flow: property of lab.Pump, 1x1 double", and below it what else there is to know.
+std::string linesOf(const frontend::Hover& hover) {
+  if (hover.isUnknown) return {};
+  const std::string details = detailsOf(hover.subject);
+  std::string text = printable(hover.subject.label) + ": " + kindOf(hover.subject);
+  text += (details.empty() ? "" : ", " + details) + '\n';
+  if (hover.signature) text += "  " + printable(hover.signature->text()) + '\n';
+  return text + listed("derives from", hover.superclasses) + listed("values", hover.possibleValues) +
+         listed("checked by", hover.validators);
+}
+
+/// The note, too, when there is something to note.
+std::string withNotice(std::string text, const frontend::Outcome& outcome) {
+  const std::string notice = noticeOf(outcome);
+  return notice.empty() ? text : text + notice + '\n';
+}
+
+/// Why a dotted name is offered where its last dot stands, or is not; whole lines.
+std::string explanation(LiveSession& live, const std::u16string& name) {
+  const std::size_t begin = name.rfind(u'.') + 1;
+  const std::u16string before = name.substr(0, begin);
+  const Interruptible request(live.host);
+  live.trace.begin();
+  const frontend::Explanation answer =
+      frontend::explain(live.session, before, before.size(), name.substr(begin), {}, live.options());
+  return withNotice(textOf(answer), answer.outcome) + live.trace.end();
+}
+
+/// What is known of a dotted name, whole lines; empty when nothing is.
+std::string description(LiveSession& live, const std::u16string& name) {
+  const Interruptible request(live.host);
+  live.trace.begin();
+  const frontend::Hover answer = frontend::describe(live.session, name, name.size(), {}, live.options());
+  return withNotice(linesOf(answer), answer.outcome) + live.trace.end();
+}
 
 /// Why a command does nothing.
 struct CommandError {
@@ -33,7 +78,7 @@ struct Command {
 
 CommandEnding describeName(LiveSession& live, const std::string& argument) {
   if (argument.empty()) throw CommandError{"prompt.usage", "? needs a name"};
-  const std::string text = describe(live, utf_to_utf<char16_t>(argument));
+  const std::string text = description(live, wide(argument));
   if (text.empty())
     throw CommandError{"prompt.unknown-name", "nothing is known of '" + printable(argument) + "'"};
   std::cout << text << std::flush;
@@ -42,7 +87,7 @@ CommandEnding describeName(LiveSession& live, const std::string& argument) {
 
 CommandEnding explainName(LiveSession& live, const std::string& argument) {
   if (argument.empty()) throw CommandError{"prompt.usage", ":explain needs a name"};
-  std::cout << explain(live, utf_to_utf<char16_t>(argument)) << std::flush;
+  std::cout << explanation(live, wide(argument)) << std::flush;
   return CommandEnding::Fine;
 }
 
@@ -107,7 +152,7 @@ bool isCommand(const std::u16string& line) {
 
 CommandEnding runCommand(LiveSession& live, const std::u16string& line) {
   try {
-    return run(live, boost::algorithm::trim_copy(utf_to_utf<char>(line)));
+    return run(live, boost::algorithm::trim_copy(narrow(line)));
   } catch (const CommandError& error) {
     std::cerr << error.message << " [" << error.code << "]" << std::endl;
   } catch (const embedded::SnapshotError& error) {

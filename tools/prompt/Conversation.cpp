@@ -3,10 +3,10 @@
 #include <iostream>
 #include <utility>
 
-#include "tools/session/Process.h"
 #include "tools/prompt/Commands.h"
 #include "tools/prompt/Evaluation.h"
 #include "tools/render/Text.h"
+#include "tools/session/Process.h"
 
 namespace tools::prompt {
 
@@ -46,7 +46,7 @@ bool Conversation::takeText(const std::u16string& text) {
 
 bool Conversation::takeCommand(const std::u16string& text) {
   const CommandEnding ending = runCommand(live_, text);
-  takeInterrupt();
+  takeInterrupt();  // one that came too late for the command drops no later line
   if (ending == CommandEnding::Failed) exitCode_ = NoAnswer;
   return ending != CommandEnding::Quit;
 }

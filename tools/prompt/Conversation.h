@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tools/prompt/LineSource.h"
+#include "tools/prompt/Lines.h"
 #include "tools/prompt/LiveSession.h"
 
 namespace tools::prompt {

@@ -9,8 +9,8 @@
 
 #include "tools/prompt/Completer.h"
 #include "tools/prompt/History.h"
-#include "tools/prompt/Keyboard.h"
-#include "tools/prompt/LineSource.h"
+#include "tools/prompt/Lines.h"
+#include "tools/prompt/Terminal.h"
 
 namespace tools::prompt {
 

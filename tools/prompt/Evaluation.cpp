@@ -1,8 +1,8 @@
 #include "tools/prompt/Evaluation.h"
 
 #include <algorithm>
-#include <boost/locale/encoding_utf.hpp>
 #include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <cstddef>
 #include <iostream>
 #include <optional>
 #include <string_view>
@@ -11,7 +11,8 @@
 #include "host/Arrays.h"
 #include "host/Exceptions.h"
 #include "host/Interpreter.h"
-#include "tools/prompt/ErrorPlace.h"
+#include "host/Text.h"
+#include "tools/prompt/Terminal.h"
 #include "tools/render/Errors.h"
 #include "tools/render/Text.h"
 #include "tools/session/Process.h"
@@ -20,9 +21,47 @@ namespace tools::prompt {
 
 namespace {
 
-using boost::locale::conv::utf_to_utf;
 using embedded::CodeFailure;
 using embedded::OutputKind;
+
+/// Characters of a line on each side of the caret; more are not shown.
+constexpr std::size_t mostAround = 30;
+
+std::u16string lineIn(const std::u16string& text, int number) {
+  std::size_t begin = 0;
+  for (; number > 1 && begin != std::u16string::npos; --number) {
+    begin = text.find(u'\n', begin);
+    if (begin != std::u16string::npos) ++begin;
+  }
+  if (begin == std::u16string::npos) return {};
+  return text.substr(begin, text.find(u'\n', begin) - begin);
+}
+
+/// The line, and below it the caret; nothing of a line that is blank.
+std::string markedLine(std::u16string line, std::size_t caret) {
+  if (line.find_first_not_of(u" \t") == std::u16string::npos) return {};
+  std::ranges::replace(line, u'\t', u' ');
+  caret = std::min(caret, line.size());
+  std::size_t begin = caret > mostAround ? caret - mostAround : 0;
+  std::size_t end = std::min(line.size(), caret + mostAround);
+  if (begin > 0 && fl::i18n::is_high_surrogate(line[begin - 1])) ++begin;
+  if (end < line.size() && fl::i18n::is_high_surrogate(line[end - 1])) --end;
+  const std::string left = (begin > 0 ? "..." : "") + printable(line.substr(begin, caret - begin));
+  const std::string right = printable(line.substr(caret, end - caret)) + (end < line.size() ? "..." : "");
+  return "  " + left + right + "\n  " + std::string(widthOf(left), ' ') + "^\n";
+}
+
+/// An error of code that was typed, whole lines: the line it is in with a caret, when it is in the text, and
+/// position, message and identifier. The first line of the text has this number.
+std::string linesOfFailure(const CodeFailure& failure, const std::u16string& text, int firstLine) {
+  const bool isTyped = failure.source == "expression";
+  const int line = isTyped ? failure.line + firstLine - 1 : failure.line;
+  const std::string source = isTyped ? "input" : printable(failure.source);
+  const auto column = static_cast<std::size_t>(std::max(1, failure.column));
+  return (isTyped ? markedLine(lineIn(text, failure.line), column - 1) : std::string()) + source + ":" +
+         std::to_string(line) + ":" + std::to_string(failure.column) + ": " + printable(failure.message) +
+         " [" + printable(failure.id) + "]\n";
+}
 
 /// Prints the code's output for as long as it lives, and then ends its last line, so that a prompt begins its own.
 class Printing {
@@ -40,7 +79,7 @@ class Printing {
  private:
   void print(OutputKind kind, std::u16string_view text) {
     std::ostream& stream = kind == OutputKind::Output ? std::cout : std::cerr;
-    stream << utf_to_utf<char>(text.data(), text.data() + text.size()) << std::flush;
+    stream << narrow(text) << std::flush;
     if (!text.empty()) atBeginning_ = text.back() == u'\n';
   }
 
@@ -61,7 +100,7 @@ std::string errorOf(embedded::Host& host, const std::u16string& text, int firstL
   try {
     if (run(text) == 0) return {};
     const std::optional<CodeFailure> failure = host.codeFailure();
-    return failure ? describe(*failure, text, firstLine) : "the code failed\n";
+    return failure ? linesOfFailure(*failure, text, firstLine) : "the code failed\n";
   } catch (const Tamsix::System::InterruptException&) {
     return "interrupted\n";
   } catch (...) {
@@ -76,11 +115,11 @@ Ending evaluate(LiveSession& live, const std::u16string& text, int firstLine) {
   std::string error;
   {
     const Interruptible request(live.host);
-    if (takeInterrupt()) live.host.requestInterrupt();
+    if (takeInterrupt()) live.host.requestInterrupt();  // it came between Enter and here
     live.trace.begin();
     error = errorOf(live.host, text, firstLine);
   }
-  takeInterrupt();
+  takeInterrupt();  // it has reached the host, or came too late
   const bool isInterrupted = live.host.interruptRequested();
   live.host.clearInterrupt();
   std::cerr << (isInterrupted ? "interrupted\n" : error) << std::flush;

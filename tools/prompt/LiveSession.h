@@ -1,15 +1,35 @@
 #pragma once
 
+// The session that a prompt works in, and how it asks about it.
+
 #include <chrono>
+#include <string>
 
 #include "embedded/Host.h"
 #include "frontend/Request.h"
-#include "tools/prompt/Trace.h"
 #include "tools/session/HostSession.h"
 
 namespace tools::prompt {
 
-/// The session that a prompt works in, and how it asks about it. The host is active.
+/// What requests ask of the host, for as long as somebody wants to know.
+class Trace {
+ public:
+  explicit Trace(embedded::Host& host) : host_(host) {}
+
+  void turn(bool on) noexcept { isOn_ = on; }
+  bool isOn() const noexcept { return isOn_; }
+
+  /// A request begins.
+  void begin();
+  /// It has ended: what it has asked, whole lines; nothing when the trace is off.
+  std::string end();
+
+ private:
+  embedded::Host& host_;
+  bool isOn_ = false;
+};
+
+/// The host is active.
 struct LiveSession {
   explicit LiveSession(embedded::Host& host) : host(host), session(host), trace(host) {}
 

@@ -1,17 +1,17 @@
 #pragma once
 
-// A position in a document, as the front end takes it.
+// A position in a document, as the front end asks about it.
 
 #include <cstddef>
 #include <optional>
 #include <string>
 
 #include "frontend/Request.h"
-#include "tools/lsp/Server.h"
+#include "tools/lsp/Requests.h"
 
 namespace tools::lsp {
 
-struct Spot {
+struct StatementAtCursor {
   OpenDocument* document = nullptr;
   /// The lines of the statement at the position, up to the end of its line.
   std::u16string text;
@@ -19,7 +19,8 @@ struct Spot {
   std::size_t start = 0;
   /// The position, in them.
   std::size_t cursor = 0;
-  frontend::Scope place;
+  /// Whose code it is, and what that has given values to before the statement.
+  frontend::Scope scope;
 
   /// A range of the text as the client counts.
   Range rangeOf(std::size_t begin, std::size_t end) const {
@@ -29,11 +30,6 @@ struct Spot {
 
 /// What "textDocument" and "position" of a request mean; nothing for a document that is not open. Throws ResponseError
 /// for what is no position.
-std::optional<Spot> spotOf(Context& context, const Json& params);
-
-/// Whose code a document is, as far as its name and its text tell. Variables count that have been given a value before
-/// the statement, which begins at the offset.
-frontend::Scope placeIn(frontend::Session& session, const std::string& uri, OpenDocument& document,
-                        std::size_t statement);
+std::optional<StatementAtCursor> statementAtCursor(Context& context, const Json& params);
 
 }  // namespace tools::lsp

@@ -1,6 +1,4 @@
-#include "tools/prompt/PlainLines.h"
-
-#include <string>
+#include "tools/prompt/Lines.h"
 
 #include "tools/render/Text.h"
 #include "tools/session/Process.h"

@@ -1,5 +1,9 @@
 #pragma once
 
+// Where a prompt's lines come from.
+
+#include <cstddef>
+#include <istream>
 #include <string>
 
 namespace tools::prompt {
@@ -8,7 +12,7 @@ namespace tools::prompt {
 struct InputLine {
   enum Kind {
     Text,
-    Abandoned,   ///< Ctrl-C: neither this line nor those before it, which it continues, are wanted
+    Abandoned,   ///< Ctrl-C: neither this line nor those before it, which it continues, count
     Unreadable,  ///< the text says why
     End
   };
@@ -22,6 +26,18 @@ class LineSource {
   virtual ~LineSource() = default;
   /// `before` are the lines that this one continues, each with its end, or nothing.
   virtual InputLine next(const std::u16string& before) = 0;
+};
+
+/// Lines of a file or a pipe: nothing is edited, and no prompt is printed.
+class PlainLines final : public LineSource {
+ public:
+  static constexpr std::size_t longestLine = std::size_t{4} << 20;
+
+  explicit PlainLines(std::istream& input) : input_(input) {}
+  InputLine next(const std::u16string& before) override;
+
+ private:
+  std::istream& input_;
 };
 
 }  // namespace tools::prompt

@@ -1,4 +1,4 @@
-#include "tools/prompt/Trace.h"
+#include "tools/prompt/LiveSession.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,10 +1,11 @@
-#include <boost/locale/encoding_utf.hpp>
+#include "tools/lsp/StatementAtCursor.h"
+
 #include <map>
 #include <set>
 #include <utility>
 
-#include "tools/lsp/Spot.h"
 #include "tools/lsp/Uri.h"
+#include "tools/render/Text.h"
 
 namespace tools::lsp {
 
@@ -13,8 +14,6 @@ namespace {
 using embedded::CodeFunction;
 using frontend::LocalName;
 using frontend::Scope;
-
-std::u16string wide(const std::string& text) { return boost::locale::conv::utf_to_utf<char16_t>(text); }
 
 /// Names of classes as code of a namespace writes them; asked for when the first one is needed.
 class ClassNames {
@@ -67,7 +66,7 @@ struct Beginning {
   const Document& content;
   std::size_t end;
 
-  bool has(syntax::Position place) const { return content.offsetInCode(place.line, place.column) < end; }
+  bool has(const syntax::Position& position) const { return content.offsetInCode(position) < end; }
 };
 
 /// The function that a statement at the end belongs to.
@@ -131,24 +130,57 @@ std::vector<LocalName> newNames(frontend::Session& session, std::vector<LocalNam
   return names;
 }
 
-}  // namespace
-
-Scope placeIn(frontend::Session& session, const std::string& uri, OpenDocument& document,
+/// Whose code a document is, as far as its name and its text tell. Variables count that have been given a value before
+/// the statement, which begins at the offset.
+Scope scopeOf(frontend::Session& session, const std::string& uri, OpenDocument& document,
               std::size_t statement) {
   const FileName file(pathOf(uri));
   ClassNames classes(session, file.inNamespace);
   const embedded::CodeOutline& outline = document.outline();
   const Beginning beginning{document.content, statement};
-  Scope place;
-  place.className = file.className;
-  if (!file.stem.empty() && file.className.empty()) place.function = file.inNamespace + file.stem;
-  place.workspace = outline.functions.empty();
+  Scope scope;
+  scope.className = file.className;
+  if (!file.stem.empty() && file.className.empty()) scope.function = file.inNamespace + file.stem;
+  scope.workspace = outline.functions.empty();
   if (const auto* function = functionAt(beginning, outline.functions)) {
-    place.locals = onceEach(namesIn(*function, beginning, file, classes));
+    scope.locals = onceEach(namesIn(*function, beginning, file, classes));
   } else {
-    place.locals = newNames(session, onceEach(namesOf(outline.variables, beginning, classes)));
+    scope.locals = newNames(session, onceEach(namesOf(outline.variables, beginning, classes)));
   }
-  return place;
+  return scope;
+}
+
+/// Statements of more lines are taken for broken ones.
+constexpr std::size_t mostLines = 100;
+
+/// The first line of the statement that a line belongs to: those before it end with "...".
+std::size_t firstLineOf(const Document& content, std::size_t line) {
+  std::size_t first = line;
+  while (first > 0 && line - first < mostLines &&
+         content.line(first - 1).find(u"...") != std::u16string_view::npos) {
+    --first;
+  }
+  return first;
+}
+
+}  // namespace
+
+std::optional<StatementAtCursor> statementAtCursor(Context& context, const Json& params) {
+  const std::string uri = textAt(params, "/textDocument/uri");
+  const Position position = positionAt(params, "/position");
+  OpenDocument* document = context.documents.find(uri);
+  if (document == nullptr) return {};
+  const Document& content = document->content;
+  const std::size_t offset = content.offsetOf(position);
+  const std::size_t line = content.lineOf(offset);
+  StatementAtCursor statement;
+  statement.document = document;
+  statement.start = content.lineStart(firstLineOf(content, line));
+  statement.text = content.text().substr(
+      statement.start, content.lineStart(line) + content.line(line).size() - statement.start);
+  statement.cursor = offset - statement.start;
+  statement.scope = scopeOf(context.session.session(), uri, *document, statement.start);
+  return statement;
 }
 
 }  // namespace tools::lsp

@@ -12,10 +12,6 @@ KINDS = {"value", "argument-name", "variable", "property", "field", "constant", 
          "built-in-function"}
 
 
-def options_of(case):
-    return [part for name, *value in case.settings for part in (f"--{name}", *value)]
-
-
 class CompleteTest(CommandTest):
     def complete(self, text, *options, snapshot=WORLD):
         return run("complete", text, "--snapshot", str(snapshot), *options)
@@ -37,7 +33,7 @@ class CompleteTest(CommandTest):
         self.assertGreater(len(cases), 90)
         for case in cases:
             with self.subTest(case.place, text=case.text):
-                done = self.complete(case.text, "--cursor", str(case.cursor), *options_of(case))
+                done = self.complete(case.text, "--cursor", str(case.cursor), *Cases.options_of(case))
                 rows = [Cases.row_of(line) for line in done.stdout.decode().splitlines()]
                 self.assertEqual(rows[:len(case.rows)] if case.more else rows, case.rows)
                 notice = done.stderr.decode().removeprefix("contextdata: ").split(":")[0]
@@ -122,23 +118,14 @@ class CompleteTest(CommandTest):
         self.assertTrue(done.stderr.endswith(b"[complete.not-utf8]\n"))
 
     def test_bad_snapshots(self):
-        for file, code in self.bad_snapshots():
-            with self.subTest(code=code):
-                done = self.complete("pump.", snapshot=file)
-                self.assertEqual((done.returncode, done.stdout), (1, b""))
-                self.assertTrue(done.stderr.endswith(f" [{code}]\n".encode()), done.stderr)
-                error = self.json_of(self.complete("pump.", "--json", snapshot=file))["error"]
-                self.assertEqual((error["code"], error["file"]), (code, file))
+        self.check_bad_snapshots("complete", "pump.")
 
     def test_usage(self):
-        for arguments in (["complete"], ["complete", "pump."], ["complete", "--snapshot", self.session],
-                          ["complete", "a.", "b.", "--snapshot", self.session],
-                          ["complete", "a.", "--snapshot", self.session, "--code", "sometimes"],
-                          ["complete", "a.", "--snapshot", self.session, "--cursor", "-1"],
-                          ["complete", "a.", "--snapshot", self.session, "--timeout", str(2 ** 63 - 1)]):
-            done = run(*arguments)
-            self.assertEqual((done.returncode, done.stdout), (2, b""), arguments)
-            self.assertIn(b"[command.usage]", done.stderr, arguments)
+        self.check_usage(["complete"], ["complete", "pump."], ["complete", "--snapshot", self.session],
+                         ["complete", "a.", "b.", "--snapshot", self.session],
+                         ["complete", "a.", "--snapshot", self.session, "--code", "sometimes"],
+                         ["complete", "a.", "--snapshot", self.session, "--cursor", "-1"],
+                         ["complete", "a.", "--snapshot", self.session, "--timeout", str(2 ** 63 - 1)])
 
 
 if __name__ == "__main__":

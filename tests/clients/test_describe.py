@@ -214,20 +214,14 @@ class DescribeTest(CommandTest):
         self.assertEqual((nameless["isValid"], nameless["properties"]), (True, []))
 
     def test_bad_snapshots(self):
-        for file, code in self.bad_snapshots():
-            with self.subTest(code=code):
-                done = self.describe("lab.Pump", "--json", snapshot=file)
-                self.assertEqual((done.returncode, json.loads(done.stdout)["error"]["code"]), (1, code))
+        self.check_bad_snapshots("describe", "lab.Pump")
 
     def test_usage(self):
-        for arguments in (["describe"], ["describe", "lab.Pump"], ["describe", "--snapshot", self.session],
-                          ["describe", "lab.Pump", "--snapshot", self.session, "--json", "--dot"],
-                          ["describe", "lab.Pump", "--snapshot", self.session, "--access", "secret"],
-                          ["describe", "lab.Pump", "--snapshot", self.session, "--access"],
-                          ["describe", "lab.Pump", "more", "--snapshot", self.session]):
-            done = run(*arguments)
-            self.assertEqual((done.returncode, done.stdout), (2, b""), arguments)
-            self.assertIn(b"[command.usage]", done.stderr, arguments)
+        self.check_usage(["describe"], ["describe", "lab.Pump"], ["describe", "--snapshot", self.session],
+                         ["describe", "lab.Pump", "--snapshot", self.session, "--json", "--dot"],
+                         ["describe", "lab.Pump", "--snapshot", self.session, "--access", "secret"],
+                         ["describe", "lab.Pump", "--snapshot", self.session, "--access"],
+                         ["describe", "lab.Pump", "more", "--snapshot", self.session])
         self.assertIn(b"--access", run("describe", "--help").stdout)
 
     def test_an_interrupt(self):

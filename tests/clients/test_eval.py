@@ -70,9 +70,11 @@ class EvalTest(CommandTest):
             self.assertIn(f"[{code}]", done.stderr.decode(), file)
 
     def test_usage(self):
-        for arguments in ([], ["1", "2"], ["1", "--file", "x.k"]):
-            self.assertEqual(self.eval(*arguments).returncode, 2, arguments)
-        self.assertEqual(run("eval", "1").returncode, 2)
+        command = ["eval", "--snapshot", self.session]
+        self.check_usage(command, [*command, "1", "2"], [*command, "1", "--file", "x.k"], ["eval", "1"])
+
+    def test_bad_snapshots(self):
+        self.check_bad_snapshots("eval", "1")
 
     def test_output_comes_while_the_code_runs(self):
         command = [COMMAND, "eval", "disp('first'), while true, end", "--snapshot", self.session]

@@ -1,9 +1,12 @@
 """The subcommand `explain`: the shared cases, JSON, errors."""
 import json
+import signal
+import subprocess
+import time
 import unittest
 
 import Cases
-from Command import SOURCE, CommandTest, run
+from Command import COMMAND, SOURCE, CommandTest, environment, run
 
 WORLD = SOURCE / "tests/cases/world.json"
 EXAMPLE = SOURCE / "examples/lab.json"
@@ -18,10 +21,8 @@ class ExplainTest(CommandTest):
         self.assertGreater(len(cases), 50)
         for case in cases:
             with self.subTest(case.place, text=case.text):
-                settings = [setting for setting in case.settings if setting[0] != "name"]
-                name = dict(setting for setting in case.settings if setting[0] == "name")["name"]
-                options = [part for key, *value in settings for part in (f"--{key}", *value)]
-                done = self.explain(case.text, name, "--cursor", str(case.cursor), *options)
+                name = next(value for key, *value in case.settings if key == "name")[0]
+                done = self.explain(case.text, name, "--cursor", str(case.cursor), *Cases.options_of(case))
                 first, *rows = done.stdout.decode().splitlines()
                 self.assertEqual([Cases.row_of(row) for row in rows], case.rows)
                 self.assertEqual(first, f"{name} is offered" if case.rows[0][0] == "offered" else f"{name} is not offered")
@@ -35,6 +36,25 @@ class ExplainTest(CommandTest):
             "reasons": [{"rule": "no-match", "detail": "'Mo' is typed, which does not fit"},
                         {"rule": "position", "detail": "static: offered behind lab.Pump and a dot"},
                         {"rule": "access-level", "detail": "private in lab.Pump"}]})
+
+    def test_bad_snapshots(self):
+        self.check_bad_snapshots("explain", "pump.", "Flow")
+
+    def test_an_interrupt(self):
+        session = self.snapshot({"format": 1, "workspace": [{"name": "c", "value": {"object": "C"}}],
+                                 "classes": [{"name": "C", "properties": [{"name": "p", "getter": "while true, end"}]}]})
+        command = [COMMAND, "explain", "c.p.", "x", "--code", "allowed", "--snapshot", session]
+        for pause in (0.05 * 1.5**attempt for attempt in range(20)):
+            with subprocess.Popen(command, stderr=subprocess.PIPE, env=environment()) as process:
+                self.addCleanup(process.kill)
+                time.sleep(pause)
+                process.send_signal(signal.SIGINT)
+                errors = process.communicate(timeout=600)[1]
+            self.assertEqual(process.returncode, 130)
+            if errors:  # one that comes before the code runs ends the command without a word
+                self.assertEqual(errors, b"contextdata: interrupted [explain.interrupted]\n")
+                return
+        self.fail("no explanation was interrupted")
 
     def test_errors(self):
         for arguments, code, status in [((b"pump.\xff", "a"), "explain.not-utf8", 1),

@@ -656,21 +656,11 @@ class QueryTest(CommandTest):
         self.fail("no request was interrupted")
 
     def test_bad_snapshots(self):
-        for file, code in self.bad_snapshots():
-            with self.subTest(code=code):
-                done = run("query", "--snapshot", file, stdin=b'{"op": "GetDebuggerFocus"}\n')
-                self.assertEqual((done.returncode, done.stdout), (1, b""))
-                message = done.stderr.decode()
-                self.assertTrue(message.startswith(f"contextdata: {file}: "), message)
-                self.assertTrue(message.endswith(f" [{code}]\n"), message)
-                self.assertEqual(message.count("\n"), 1)
+        self.check_bad_snapshots("query", stdin=b'{"op": "GetDebuggerFocus"}\n')
 
     def test_usage(self):
-        for arguments in ([], ["query"], ["query", "--snapshot"], ["query", "--snapshot", self.session, "more"],
-                          ["query", "--trace"], ["query", "--unknown"], ["unknown"]):
-            done = run(*arguments)
-            self.assertEqual((done.returncode, done.stdout), (2, b""), arguments)
-            self.assertIn(b"[command.usage]", done.stderr, arguments)
+        self.check_usage([], ["query"], ["query", "--snapshot"], ["query", "--snapshot", self.session, "more"],
+                         ["query", "--trace"], ["query", "--unknown"], ["unknown"])
         for arguments in (["--help"], ["query", "--help"], ["--version"]):
             done = run(*arguments)
             self.assertEqual((done.returncode, done.stderr), (0, b""), arguments)

@@ -22,6 +22,11 @@ def row_of(line):
     return tuple(re.split(r"\s{2,}", line.strip()))
 
 
+def options_of(case):
+    """The settings as options of the command; a name is an argument of its own."""
+    return [part for key, *value in case.settings if key != "name" for part in (f"--{key}", *value)]
+
+
 def parse(block, place):
     text = block[0].replace("\\n", "\n")
     if text.count(CURSOR) != 1:

@@ -1,6 +1,7 @@
 """Runs the contextdata command the way its users do."""
 import json
 import os
+import re
 import resource
 import shutil
 import subprocess
@@ -137,3 +138,23 @@ class CommandTest(unittest.TestCase):
             (self.snapshot('{"format": 1, "klasses": []}', "unknown.json"), "snapshot.unknown-key"),
             (self.snapshot(cycle, "cycle.json"), "snapshot.superclass-cycle"),
         ]
+
+    def check_bad_snapshots(self, *arguments, stdin=b""):
+        """The command says in one line what is wrong with each, and with --json, where it has that, in one object."""
+        for file, code in self.bad_snapshots():
+            with self.subTest(code=code):
+                done = run(*arguments, "--snapshot", file, stdin=stdin)
+                self.assertEqual((done.returncode, done.stdout, done.stderr.count(b"\n")), (1, b"", 1))
+                self.assertRegex(done.stderr.decode(), rf"^contextdata: {re.escape(file)}: .* \[{re.escape(code)}\]\n$")
+                if not stdin:
+                    done = run(*arguments, "--json", "--snapshot", file)
+                    error = json.loads(done.stdout)["error"]
+                    self.assertEqual((done.returncode, done.stderr, done.stdout.count(b"\n")), (1, b"", 1))
+                    self.assertEqual((error["code"], error["file"]), (code, file))
+
+    def check_usage(self, *wrong):
+        """Each list of arguments is refused."""
+        for arguments in wrong:
+            done = run(*arguments)
+            self.assertEqual((done.returncode, done.stdout), (2, b""), arguments)
+            self.assertIn(b"[command.usage]", done.stderr, arguments)

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <type_traits>
 
 #include "tests/classinfo/Shown.h"
+#include "tests/support/Slots.h"
 #include "tests/support/Table.h"
 
 // Before any query, before main and without a host: the sets of class names are there.
@@ -130,14 +130,6 @@ TEST_F(Records, AFailingSuperclassListClearsThatLevelOnly) {
   EXPECT_EQ(failing(getClass, 1), "Sub/Sub/Sub");
   // What a nested record throws outside of its own list clears the list that it stands in.
   EXPECT_EQ(failing("kcos::nameresolution::getUserVisibleClassName", 3), "Sub/Sub/Sub lab.C");
-}
-
-/// The place of an operation among the virtual ones, as a pointer to it holds it.
-template <class Operation>
-long slotOf(Operation operation) {
-  long offset = 0;
-  std::memcpy(&offset, &operation, sizeof offset);
-  return (offset & ~1L) / static_cast<long>(sizeof(void*));
 }
 
 TEST(Slots, AreInTheirOrder) {

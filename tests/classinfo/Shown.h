@@ -14,13 +14,5 @@ struct Record : KCOSContextData::ClassInfo {
       : ClassInfo(KCOSContextData::ResolvedClassID::fromKnownResolvedClassID(id)) {}
 };
 
-/// The names of members, in their order.
-template <class Member>
-std::string namesOf(const std::vector<Member>& members) {
-  std::string all;
-  for (const Member& member : members) all += (all.empty() ? "" : " ") + shown(member.name);
-  return all;
-}
-
 /// Everything but the name: type, [size], {functions}, kind and values, and the flags that are not as usual.
 std::string shownType(const KCOSContextData::PropertyInfo& property);

@@ -1,21 +1,18 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <set>
 #include <string>
 
 #include "host/Exceptions.h"
 #include "tests/faults/FaultLoop.h"
-#include "tests/faults/FaultWorld.h"
+#include "tests/support/World.h"
 
 namespace {
 
 /// The one list of exported operations.
 std::set<std::string> exportedOperations() {
-  const char* source = std::getenv("CONTEXTDATA_SOURCE");
-  EXPECT_NE(source, nullptr) << "CONTEXTDATA_SOURCE is not set";
-  std::ifstream file(std::string(source != nullptr ? source : ".") + "/packaging/operations.txt");
+  std::ifstream file(sourceFile("packaging/operations.txt"));
   std::set<std::string> names;
   for (std::string line; std::getline(file, line);) {
     if (!line.empty() && line.front() != '#') names.insert(line);

@@ -6,8 +6,6 @@
 
 #include "host/Classes.h"
 #include "tests/faults/FaultLoop.h"
-#include "tests/faults/FaultWorld.h"
-#include "tests/support/Text.h"
 
 namespace faults {
 
@@ -17,14 +15,6 @@ using namespace KCOSContextData;
 
 const std::string n = "KCOSContextData::";
 constexpr auto any = MethodInfo::GetContext::Any;
-using Rules = std::vector<Rule>;
-
-template <class Member>
-std::string shownNames(const std::vector<Member>& members) {
-  std::string all;
-  for (const Member& member : members) all += (all.empty() ? "" : " ") + shown(member.name);
-  return all;
-}
 
 std::string shownInFull(const std::vector<PropertyInfo>& properties) {
   std::string all;
@@ -42,9 +32,10 @@ ResolvedClassID idOf(const std::string& name) { return ResolvedClassID::fromKnow
 
 /// A question to a record that is made before, so that only the question is logged.
 Question ofRecord(const std::string& operation, const std::string& form, const std::string& className,
-                  const std::function<std::string(const ClassInfo&)>& ask, Rules rules) {
+                  const std::function<std::string(const ClassInfo&)>& ask, const Rules& rules) {
   const auto record = std::make_shared<const ClassInfo>(idOf(className));
-  return {n + operation, form, [=](Answer& a) { a.result = ask(*record); }, std::move(rules)};
+  return asks(
+      n + operation, form, [=] { return ask(*record); }, rules);
 }
 
 /// A query asks info.Child, then info.Base, then info.Root: what fails at one level leaves what the levels before have.
@@ -62,9 +53,9 @@ Rules byLevel(const std::string& table, Rules rules = {}) {
 
 // A failure clears the list of the record whose list is being read, and of no other; what a nested record throws
 // outside of its own list is a failure of the list around it. The table has for each call what is left then.
-std::vector<Question> constructors() {
-  Rules nested{{"kcos::nameresolution::getUserVisibleClassName", passes, 1},
-               {"fl::i18n::to_ustring", passes, 1}};
+Questions constructors() {
+  Rules nested{{"kcos::nameresolution::getUserVisibleClassName", propagates, 1},
+               {"fl::i18n::to_ustring", propagates, 1}};
   const std::string left[] = {"info.Child", "info.Child info.Base", "info.Child info.Base info.Root"};
   for (const auto& [hostOperation, first, calls] :
        std::vector<std::tuple<std::string, std::size_t, std::string>>{
@@ -79,16 +70,16 @@ std::vector<Question> constructors() {
       nested.push_back(
           {hostOperation, swallowedButInterrupt("info.Child: " + left[calls[call] - '0']), first + call});
   const Reaction alone = swallowedButInterrupt("info.Root: info.Root");
-  return {{n + "ClassInfo::ClassInfo", "identifier",
-           [id = idOf("info.Child")](Answer& a) { a.result = shownStructure(ClassInfo(id)); }, nested},
-          {n + "ClassInfo::ClassInfo",
-           "value",
-           [](Answer& a) { a.result = shownStructure(ClassInfo(variable("root").get())); },
-           {{"kcos::internal::makeInterned", swallowed(": "), 1},
-            {"kcos::COSClass::getClass", swallowed(": "), 1},
-            {"kcos::COSClass::getClass", alone, 2},
-            {"kcos::COSClass::getSuperclasses", alone},
-            {"*", passes}}}};
+  return {asks(
+              n + "ClassInfo::ClassInfo", "identifier",
+              [id = idOf("info.Child")] { return shownStructure(ClassInfo(id)); }, nested),
+          asks(n + "ClassInfo::ClassInfo", "value",
+               [] { return shownStructure(ClassInfo(variable("root").get())); },
+               {{"kcos::internal::makeInterned", swallowed(": "), 1},
+                {"kcos::COSClass::getClass", swallowed(": "), 1},
+                {"kcos::COSClass::getClass", alone, 2},
+                {"kcos::COSClass::getSuperclasses", alone},
+                {"*", propagates}})};
 }
 
 Rules rulesOfFlags() {
@@ -113,7 +104,7 @@ Rules rulesOfFlags() {
           {find, three, 3}};
 }
 
-std::vector<Question> propertyQueries() {
+Questions propertyQueries() {
   const Rules getter{{"kcos::internal::makeInterned", swallowedButInterrupt("r b c")},
                      {"kcos::COSInterface::findAttribute", swallowedButInterrupt("r b c")}};
   const Rules levels = byLevel(R"(
@@ -131,14 +122,14 @@ std::vector<Question> propertyQueries() {
               [](const ClassInfo& record) { return shownInFull(record.getProperties({})); }, rulesOfFlags()),
           ofRecord(
               "ClassInfo::getProperties", "levels", "info.Child",
-              [](const ClassInfo& record) { return shownNames(record.getProperties({0}, nullptr)); }, levels),
+              [](const ClassInfo& record) { return namesOf(record.getProperties({0}, nullptr)); }, levels),
           ofRecord(
               "ClassInfo::getPropertiesOfSuperclasses", "", "info.Base",
-              [](const ClassInfo& record) { return shownNames(record.getPropertiesOfSuperclasses({})); },
+              [](const ClassInfo& record) { return namesOf(record.getPropertiesOfSuperclasses({})); },
               inherited)};
 }
 
-std::vector<Question> methodQueries() {
+Questions methodQueries() {
   const Rules levels = byLevel(R"(
     kcos::COSClass::getClass 2 2 2    kcos::COSClass::checkClass 1 1 1    kcos::COSClass::isEnumeration 1 1 1
     kcos::COSClass::visitMethods 1 1 1    kcos::cosiToMethod 3 2 1    kcos::cosiClassOfMember 3 2 1
@@ -146,18 +137,17 @@ std::vector<Question> methodQueries() {
     kcos::COSClass::getNamespace 1 1 1    kcos::COSNamespace::getDottedName 1 1 1
     kcos::COSMethodInfo::getMemberAccess 1 1 1    kcos::COSMethodInfo::isVisible 1 1 1
     kcos::COSMethodInfo::isStatic 1 1 1    kcos::internal::makeInterned 1 1 1    fl::i18n::to_ustring 3 3 3)");
-  return {
-      ofRecord(
-          "ClassInfo::getMethods", "levels", "info.Child",
-          [](const ClassInfo& record) { return shownNames(record.getMethods({0}, any, nullptr)); }, levels),
-      ofRecord("ClassInfo::getMethodsOfSuperclasses", "", "info.Base",
-               [](const ClassInfo& record) {
-                 return shownNames(record.getMethodsOfSuperclasses({.context = any}));
-               },
-               {{"*", swallowedButInterrupt("")}})};
+  return {ofRecord(
+              "ClassInfo::getMethods", "levels", "info.Child",
+              [](const ClassInfo& record) { return namesOf(record.getMethods({0}, any, nullptr)); }, levels),
+          ofRecord("ClassInfo::getMethodsOfSuperclasses", "", "info.Base",
+                   [](const ClassInfo& record) {
+                     return namesOf(record.getMethodsOfSuperclasses({.context = any}));
+                   },
+                   {{"*", swallowedButInterrupt("")}})};
 }
 
-std::vector<Question> structureQueries() {
+Questions structureQueries() {
   const Rules levels = byLevel(R"(
     kcos::COSClass::getClass 1 1 1    kcos::COSClass::getAttributeNames1 1 1 1
     kcos::COSClass::getAttributeNames2 1 1 1    kcos::COSClass::getAttributeNames3 1 1 1
@@ -175,61 +165,59 @@ std::vector<Question> structureQueries() {
       ofRecord("ClassStructureInfo::getSuperclasses", "", "info.Child", shownStructure, {})};
 }
 
-std::vector<Question> namesAndSizes() {
-  const auto inSet = [](bool (*ask)(kcos::COSInternedName)) {
-    return [ask, id = kcos::internal::makeInterned("double")](Answer& a) { a.result = shown(ask(id)); };
+Questions namesAndSizes() {
+  const auto inSet = [](const std::string& operation, bool (*ask)(kcos::COSInternedName)) {
+    const auto id = kcos::internal::makeInterned("double");
+    return asks(
+        n + operation, "", [=] { return ask(id); }, noCalls);
   };
-  return {{n + "PropertyInfo::castSizeStringToIntegers",
-           "",
-           [](Answer& a) {
-             for (const std::size_t extent : PropertyInfo::castSizeStringToIntegers({u" 12 ", u"n3"}))
-               a.result += std::to_string(extent) + " ";
-           },
-           {{"*", swallowed("")}}},
-          {n + "MethodInfo::isOperatorOverload",
-           "",
-           [](Answer& a) { a.result = shown(MethodInfo::isOperatorOverload(std::string("plus"))); },
-           {{"*", passes}}},
-          {n + "MethodInfo::isClassToCompleteMethodsForBeforeDot",
-           "",
-           inSet(MethodInfo::isClassToCompleteMethodsForBeforeDot),
-           {}},
-          {n + "MethodInfo::isClassToCompleteMethodsForAfterDot",
-           "",
-           inSet(MethodInfo::isClassToCompleteMethodsForAfterDot),
-           {}}};
+  const auto extents = [] {
+    std::string all;
+    for (const std::size_t extent : PropertyInfo::castSizeStringToIntegers({u" 12 ", u"n3"}))
+      all += std::to_string(extent) + " ";
+    return all;
+  };
+  return {asks(n + "PropertyInfo::castSizeStringToIntegers", "", extents, {{"*", swallowed("")}}),
+          asks(n + "MethodInfo::isOperatorOverload", "",
+               [] { return MethodInfo::isOperatorOverload(std::string("plus")); }),
+          inSet("MethodInfo::isClassToCompleteMethodsForBeforeDot",
+                MethodInfo::isClassToCompleteMethodsForBeforeDot),
+          inSet("MethodInfo::isClassToCompleteMethodsForAfterDot",
+                MethodInfo::isClassToCompleteMethodsForAfterDot)};
 }
 
 /// A visitor of its own, over the record of info.Root, for which info.Child asks.
 template <class Visitor, class Options>
-std::vector<Question> visitors(const std::string& type, const Options& options, kcos::COSInterface* member,
-                               auto collected, auto cosiTo, Rules ofVisit) {
+Questions visitors(const std::string& type, const Options& options, kcos::COSInterface* member,
+                   auto collected, auto cosiTo, const Rules& ofVisit) {
   const auto root = std::make_shared<const ClassInfo>(idOf("info.Root"));
   const auto child = std::make_shared<const ClassInfo>(idOf("info.Child"));
   const auto visitor = std::make_shared<Visitor>(root.get());
   Options withChild = options;
   withChild.accessingClass = child.get();
   auto* const record = cosiTo(member);
-  const auto ask = [&](const std::string& operation, auto answer, Rules rules) {
-    return Question{n + type + "::" + operation, "", [=](Answer& a) { a.result = answer(); },
-                    std::move(rules)};
+  const auto ask = [&](const std::string& operation, auto answer, const Rules& rules) {
+    return asks(n + type + "::" + operation, "", answer, rules);
   };
-  return {ask(type, [root] { return std::to_string(Visitor(root.get()).owner == root.get()); }, {}),
-          ask("clear", [=] { return visitor->clear(withChild), std::string("cleared"); }, {}),
+  return {ask(
+              type, [root] { return Visitor(root.get()).owner == root.get(); }, noCalls),
+          ask(
+              "clear", [=](Answer&) { visitor->clear(withChild); }, noCalls),
           ask(
               "visit",
               [=] {
                 visitor->clear(options);
                 visitor->visit(member);
-                return shownNames((*visitor).*collected);
+                return namesOf((*visitor).*collected);
               },
-              std::move(ofVisit)),
-          ask("hasAccessingClass",
+              ofVisit),
+          ask(
+              "hasAccessingClass",
               [visitor, withChild, record, root, child] {
                 visitor->clear(withChild);
-                return shown(visitor->hasAccessingClass(record));
+                return visitor->hasAccessingClass(record);
               },
-              {{"*", passes}})};
+              allPropagate)};
 }
 
 template <class Iterator>
@@ -239,23 +227,20 @@ kcos::COSInterface* firstOf(Iterator iterator) {
 
 }  // namespace
 
-std::vector<Question> classInfoQuestions() {
-  std::vector<Question> all;
+Questions classInfoQuestions() {
   const kcos::COSClass& root = *kcos::COSClass::getClass(kcos::internal::makeInterned("info.Root"));
   const auto r = kcos::internal::makeInterned("r");
   const Rules getter{{"kcos::internal::makeInterned", swallowedButInterrupt("r")},
                      {"kcos::COSInterface::findAttribute", swallowedButInterrupt("r")},
-                     {"*", passes}};
+                     {"*", propagates}};
   const auto propertyVisitors = visitors<PropertyVisitorMutable>(
       "PropertyVisitorMutable", PropertyInfo::GetOptions{}, root.findProperty(r).get(),
       &PropertyVisitorMutable::properties, kcos::cosiToProp, getter);
   const auto methodVisitors = visitors<MethodVisitorMutable>(
       "MethodVisitorMutable", MethodInfo::GetOptions{.context = any}, firstOf(root.findMethods(r)),
-      &MethodVisitorMutable::methods, kcos::cosiToMethod, {{"*", passes}});
-  for (const auto& questions : {constructors(), propertyQueries(), methodQueries(), structureQueries(),
-                                namesAndSizes(), propertyVisitors, methodVisitors})
-    all.insert(all.end(), questions.begin(), questions.end());
-  return all;
+      &MethodVisitorMutable::methods, kcos::cosiToMethod, {{"*", propagates}});
+  return joined({constructors(), propertyQueries(), methodQueries(), structureQueries(), namesAndSizes(),
+                 propertyVisitors, methodVisitors});
 }
 
 }  // namespace faults

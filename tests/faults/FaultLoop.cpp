@@ -12,7 +12,7 @@
 
 #include "host/Exceptions.h"
 #include "tests/support/State.h"
-#include "tests/support/Text.h"
+#include "tests/support/World.h"
 
 namespace faults {
 
@@ -178,15 +178,25 @@ std::size_t failEveryCall(embedded::Host& host, const Question& question) {
   return happened;
 }
 
-std::vector<Question> allQuestions() {
-  std::vector<Question> all;
-  for (auto questions :
-       {classIdentifierQuestions, gatewayQuestions, completionTableQuestions, memberNameQuestions,
-        classInfoQuestions, objectQuestions, namespaceQuestions, packageQuestions, evaluationQuestions,
-        valueQuestions, searchPathQuestions, variableMethodQuestions, metadataQuestions}) {
-    for (Question& question : questions()) all.push_back(std::move(question));
-  }
+Questions joined(std::initializer_list<Questions> parts) {
+  Questions all;
+  for (const Questions& part : parts) all.insert(all.end(), part.begin(), part.end());
   return all;
 }
+
+Questions allQuestions() {
+  return joined({classSystemQuestions(), classInfoQuestions(), workspaceQuestions()});
+}
+
+std::unique_ptr<embedded::Host> makeWorld() {
+  return embedded::Host::load(sourceFile("tests/faults/world.json"));
+}
+
+embedded::Host*& activeWorld() {
+  static embedded::Host* world = nullptr;
+  return world;
+}
+
+boost::intrusive_ptr<kxArray_tag> variable(const std::string& name) { return activeWorld()->variable(name); }
 
 }  // namespace faults

@@ -4,12 +4,19 @@
 // calls, in each way of failing. After each failure the outcome must be the one that the question's row states, the
 // references must balance, and the clean question must have its clean answer.
 
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <concepts>
 #include <functional>
+#include <initializer_list>
+#include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "embedded/Host.h"
+#include "tests/support/Text.h"
 
 namespace faults {
 
@@ -21,7 +28,7 @@ struct Answer {
   bool flag = false;
 };
 
-/// What becomes of an exception: it passes, or the question answers this.
+/// What becomes of an exception: it propagates, or the question answers this.
 using Outcome = std::optional<std::string>;
 
 /// What becomes of an interrupt, and of any other exception.
@@ -35,7 +42,7 @@ struct Reaction {
   Effect effect = Stated;
 };
 
-inline const Reaction passes{};
+inline const Reaction propagates{};
 inline const Reaction ignored{"", "", Reaction::Ignored};
 inline const Reaction open{"", "", Reaction::Open};
 inline Reaction swallowed(const std::string& answer) { return {answer, answer}; }
@@ -64,24 +71,52 @@ struct Question {
   std::string setsFlagAfter = {};
 };
 
+using Rules = std::vector<Rule>;
+using Questions = std::vector<Question>;
+
+inline const Rules allPropagate{{"*", propagates}};
+/// Of a question that asks nothing of the host.
+inline const Rules noCalls{};
+
+inline std::string asText(const std::string& text) { return text; }
+inline std::string asText(const std::u16string& text) { return shown(text); }
+inline std::string asText(std::same_as<bool> auto value) { return shown(value); }
+inline std::string asText(unsigned long number) { return std::to_string(number); }
+
+/// A question whose result is what `ask` returns. It takes the answer when it fills more than that, or returns nothing.
+template <class Ask>
+Question asks(const std::string& operation, const std::string& form, Ask ask,
+              const Rules& rules = allPropagate, const std::string& appendsAfter = "",
+              const std::string& setsFlagAfter = "") {
+  const auto fill = [ask](Answer& answer) {
+    if constexpr (std::invocable<Ask>)
+      answer.result = asText(ask());
+    else if constexpr (std::is_void_v<std::invoke_result_t<Ask, Answer&>>)
+      ask(answer);
+    else
+      answer.result = asText(ask(answer));
+  };
+  return {operation, form, fill, rules, appendsAfter, setsFlagAfter};
+}
+
+Questions joined(std::initializer_list<Questions> parts);
+
 /// All questions; each area of operations adds its own.
-std::vector<Question> allQuestions();
+Questions allQuestions();
 
-std::vector<Question> classIdentifierQuestions();
-std::vector<Question> gatewayQuestions();
-std::vector<Question> completionTableQuestions();
-std::vector<Question> memberNameQuestions();
-std::vector<Question> classInfoQuestions();
-std::vector<Question> objectQuestions();
-std::vector<Question> namespaceQuestions();
-std::vector<Question> packageQuestions();
-std::vector<Question> evaluationQuestions();
-std::vector<Question> valueQuestions();
-std::vector<Question> searchPathQuestions();
-std::vector<Question> variableMethodQuestions();
-std::vector<Question> metadataQuestions();
+Questions classSystemQuestions();
+Questions classInfoQuestions();
+Questions workspaceQuestions();
 
-/// Runs the loop over one question in the host, which is active; failures are reported to the running test. Answers how
+/// A world in which every exported operation reaches as much of the host as it can.
+std::unique_ptr<embedded::Host> makeWorld();
+
+/// The world that is active, for the questions that need a value or a function of it.
+embedded::Host*& activeWorld();
+
+boost::intrusive_ptr<kxArray_tag> variable(const std::string& name);
+
+/// Runs the loop over one question in the host, which is active; failures are reported to the running test. Returns how
 /// many faults happened.
 std::size_t failEveryCall(embedded::Host& host, const Question& question);
 

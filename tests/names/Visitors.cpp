@@ -1,10 +1,10 @@
 #include <contextdata/KCOSIntrospection.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <type_traits>
 
 #include "contextdata/internal/NameVisitors.h"
+#include "tests/support/Slots.h"
 #include "tests/support/Table.h"
 #include "tests/support/Text.h"
 #include "tests/support/World.h"
@@ -91,20 +91,11 @@ TEST_F(Visitors, MethodWalksMakeRoom) {
   }
 }
 
-/// The place of visit() among the virtual operations, as a pointer to it holds it.
-template <class Visitor>
-long slotOfVisit() {
-  void (Visitor::*const visit)(kcos::COSInterface*) = &Visitor::visit;
-  long offset = 0;
-  std::memcpy(&offset, &visit, sizeof offset);
-  return (offset & ~1L) / static_cast<long>(sizeof(void*));
-}
-
 TEST_F(Visitors, SlotsAreTheTwoOfTheDestructorAndVisit) {
   EXPECT_TRUE(std::has_virtual_destructor_v<kcos::COSVisitor<kcos::COSInterface*>>);
-  EXPECT_EQ(slotOfVisit<kcos::COSVisitor<kcos::COSInterface*>>(), 2);
-  EXPECT_EQ(slotOfVisit<KCOSPropertyNameVisitor>(), 2);
-  EXPECT_EQ(slotOfVisit<KCOSMethodNameVisitor>(), 2);
+  EXPECT_EQ(slotOf(&kcos::COSVisitor<kcos::COSInterface*>::visit), 2);
+  EXPECT_EQ(slotOf(&KCOSPropertyNameVisitor::visit), 2);
+  EXPECT_EQ(slotOf(&KCOSMethodNameVisitor::visit), 2);
 }
 
 }  // namespace

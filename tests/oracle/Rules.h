@@ -24,7 +24,7 @@ struct Question {
 };
 
 /// Answers for the class at that place of the world; superclasses are written by their names. Each answer is "name" for a
-/// property and "name@class", with "!" behind a static one, for a method.
+/// property and "name@class", with "!" after a static one, for a method.
 std::vector<std::string> properties(const embedded::Description& world, std::size_t at,
                                     const Question& question);
 std::vector<std::string> methods(const embedded::Description& world, std::size_t at,

@@ -47,7 +47,7 @@ struct Compared {
     return question.accessing < 0 ? nullptr : records[static_cast<std::size_t>(question.accessing)].get();
   }
 
-  /// Answers how many answers were not empty; stops at the first difference.
+  /// Returns how many answers were not empty; stops at the first difference.
   std::size_t agree(std::size_t at, const Question& question) const {
     const auto propertyAnswer = properties(at, question), methodAnswer = methods(at, question);
     EXPECT_EQ(propertyAnswer, oracle::properties(description, at, question));

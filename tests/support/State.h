@@ -10,7 +10,7 @@
 class State {
  public:
   /// Perhaps a fault of `hostOperation` is about to happen. One that restores something cannot restore it then; what
-  /// that leaves behind is cleared away and not held against the query.
+  /// that leaves is cleared away and not held against the query.
   explicit State(embedded::Host& host, const std::string& hostOperation = "");
 
   /// Reports to the running test what is not as before.

@@ -26,3 +26,11 @@ std::string shownList(const Names& names) {
   for (const auto& name : names) all += (all.empty() ? "" : " ") + shown(name);
   return all;
 }
+
+/// The names of members, in their order.
+template <class Member>
+std::string namesOf(const std::vector<Member>& members) {
+  std::string all;
+  for (const Member& member : members) all += (all.empty() ? "" : " ") + shown(member.name);
+  return all;
+}

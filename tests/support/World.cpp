@@ -2,6 +2,7 @@
 
 #include <contextdata/KCOSContextData/ResolvedClassID.h>
 
+#include <cstdlib>
 #include <stdexcept>
 
 std::string World::asked(const std::function<void()>& ask) {
@@ -13,6 +14,11 @@ std::string World::asked(const std::function<void()>& ask) {
     all += (all.empty() ? "" : " ") + call.operation.substr(scope == std::string::npos ? 0 : scope + 2);
   }
   return all;
+}
+
+std::string sourceFile(const std::string& path) {
+  const char* source = std::getenv("CONTEXTDATA_SOURCE");
+  return std::string(source != nullptr ? source : ".") + "/" + path;
 }
 
 std::string textOf(const kcos::COSInternedName& id) { return id.isNull() ? "null" : id.text(); }

@@ -19,6 +19,9 @@ struct World {
   embedded::Activation active{host};
 };
 
+/// A file of the source folder, by its path from there.
+std::string sourceFile(const std::string& path);
+
 /// The text of an identifier, and "null" for the null one.
 std::string textOf(const kcos::COSInternedName& id);
 

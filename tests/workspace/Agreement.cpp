@@ -84,9 +84,8 @@ class Generated {
 
 /// The value to its depths; objects by their class and by what the public can read of them without running code.
 std::string shownDeeply(const kxArray_tag* value) {
-  const int code = value == nullptr ? 0 : kxGetClassID(value);
   std::string all = shownValue(Value(const_cast<kxArray_tag*>(value)));
-  if (code != 2 && code != 18) return all;
+  if (value == nullptr || !StorageCode::isStructure(kxGetClassID(value))) return all;
   for (std::size_t index = 0; index < kxGetNumberOfElements(value); ++index)
     for (int field = 0; field < value->get_number_of_struct_fields(); ++field) {
       const char* name = value->get_struct_field_names()[field];
@@ -95,23 +94,22 @@ std::string shownDeeply(const kxArray_tag* value) {
   return all + ";";
 }
 
-std::string evaluated(const std::string& expression) {
+Value evaluated(const std::string& expression) {
   kxArray_tag* slot = nullptr;
   EvalcExpSuccessful(wide(expression), 1, &slot, false);
-  return shownDeeply(makeSharedPtr(slot).get());
+  return makeSharedPtr(slot);
 }
 
-/// The walk answers nothing at all at a member of a foreign class, and at a dot behind what is not one structure or
+/// The walk finds nothing at all at a member of a foreign class, and at a dot after what is not one structure or
 /// object, or before a method.
 bool stopsOnPurpose(const std::string& expression) {
   if (IsJavaFunction(wide(expression))) return true;
   for (std::size_t dot = expression.find('.'); dot != std::string::npos;
        dot = expression.find('.', dot + 1)) {
-    kxArray_tag* slot = nullptr;
-    EvalcExpSuccessful(wide(expression.substr(0, dot)), 1, &slot, false);
-    const Value before = makeSharedPtr(slot);
+    const Value before = evaluated(expression.substr(0, dot));
     if (!before) return false;
-    const bool hasFields = kxGetClassID(before.get()) == 2 || isObjectOrIsOpaque(before.get());
+    const bool hasFields =
+        kxGetClassID(before.get()) == StorageCode::Structure || isObjectOrIsOpaque(before.get());
     if (!hasFields || !kxIsScalar(before.get())) return true;
     Names methods;
     getOpaqueObjectMethods(before.get(), methods);
@@ -132,7 +130,7 @@ void compare(Generated& generated, Counts& counts) {
   const std::string walked = shownDeeply(GetValueFromCurrentWorkspace(wide(expression)).get());
   const std::vector<embedded::Call> log = generated.host().takeLog();
   if (std::ranges::count(log, "inEvalExp", &embedded::Call::operation) > 0) return;
-  const std::string expected = evaluated(expression);
+  const std::string expected = shownDeeply(evaluated(expression).get());
   if (walked == expected) {
     counts.walked += walked != "nothing";
     return;

@@ -1,8 +1,8 @@
 #include <contextdata/Workspace/ExecutionFrames.h>
 
-#include <cstring>
 #include <optional>
 
+#include "tests/support/Slots.h"
 #include "tests/workspace/Workspace.h"
 
 namespace {
@@ -59,12 +59,6 @@ TEST_F(ExecutionFrames, LeaveTheirFunctionAlone) {
   EXPECT_EQ(frame.function(), nowhere);
 }
 
-TEST_F(ExecutionFrames, AreNotMadeWhenPushingFails) {
-  host_->setFault({"Tamsix::orvo::pushFrame", 1, false, [] { throw 42; }});
-  EXPECT_THROW(FunctionExecutionFrame(nullptr), int);
-  EXPECT_TRUE(host_->frames().empty());
-}
-
 TEST_F(ExecutionFrames, MayOutliveTheirHost) {
   std::optional<FunctionExecutionFrame> frame;
   {
@@ -77,13 +71,7 @@ TEST_F(ExecutionFrames, MayOutliveTheirHost) {
   frame.reset();
 }
 
-/// The place of a virtual operation behind the destructor's two, as the interpreter's own compiler sees it.
 TEST_F(ExecutionFrames, HaveTheirOperationsInOrder) {
-  const auto slotOf = [](auto operation) {
-    long slot = 0;
-    std::memcpy(&slot, &operation, sizeof slot);
-    return (slot & ~1L) / static_cast<long>(sizeof(void*));
-  };
   EXPECT_EQ(slotOf(&IExecutionFrame::accept), 2);
   EXPECT_EQ(slotOf(&FunctionExecutionFrame::accept), 2);
   EXPECT_EQ(slotOf(&Tamsix::orvo::IFrameVisitor::visitFunctionFrame), 2);

@@ -17,6 +17,8 @@
 #include <regex>
 #include <set>
 
+#include "tests/support/World.h"
+
 namespace workspace {
 
 namespace {
@@ -199,8 +201,7 @@ Row rowOf(const std::string& line) {
 }  // namespace
 
 std::vector<Row> rowsOfQueries() {
-  const char* source = std::getenv("CONTEXTDATA_SOURCE");
-  std::ifstream file(std::string(source != nullptr ? source : ".") + "/tests/workspace/queries.txt");
+  std::ifstream file(sourceFile("tests/workspace/queries.txt"));
   std::vector<Row> rows;
   for (std::string line; std::getline(file, line);)
     if (!line.empty() && line.front() != '#') rows.push_back(rowOf(line));

@@ -1,12 +1,11 @@
-#include "embedded/Host.h"
-
 #include <algorithm>
 #include <utility>
 
+#include "embedded/Host.h"
 #include "embedded/host/Session.h"
+#include "embedded/snapshot/Checks.h"
 #include "embedded/snapshot/DescribeValue.h"
-#include "embedded/snapshot/DescriptionCheck.h"
-#include "embedded/snapshot/InVariable.h"
+#include "embedded/snapshot/Place.h"
 #include "host/Abi.h"
 
 void contextdata_host_abi_1() noexcept {}

@@ -1,16 +1,50 @@
 #pragma once
 
-// The parts of checkDescription().
+// What a description must be, and the parts of checking it.
 
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "embedded/Description.h"
-#include "embedded/snapshot/ClassNames.h"
 #include "embedded/snapshot/Place.h"
 
+namespace embedded {
+
+/// Throws a SnapshotError for the first fault of the description: a bad name or level, a repeated name, a
+/// name of something that does not exist, a cycle of superclasses, a value whose size is not that of its
+/// elements. Linear in the size of the description. `file` is only for the error.
+void checkDescription(const Description& description, const std::string& file);
+
+}  // namespace embedded
+
 namespace embedded::snapshot {
+
+/// Which class a name of a description means: the one whose identity it is, else the first one that users know
+/// by it, else the one whose alias it is.
+class ClassNames {
+ public:
+  /// Answers the class that has the identity or the alias already.
+  std::optional<std::size_t> owner(const std::string& name) const;
+
+  void addIdentity(const std::string& name, std::size_t index) { identities_.emplace(name, index); }
+  void addDotted(const std::string& name, std::size_t index) { dotted_.emplace(name, index); }
+  void addAlias(const std::string& name, std::size_t index) { aliases_.emplace(name, index); }
+
+  std::optional<std::size_t> find(const std::string& name) const;
+
+ private:
+  using Names = std::unordered_map<std::string, std::size_t>;
+
+  static std::optional<std::size_t> findIn(std::initializer_list<const Names*> tables,
+                                           const std::string& name);
+
+  Names identities_;
+  Names dotted_;
+  Names aliases_;
+};
 
 /// What every check needs.
 struct CheckContext {
@@ -29,12 +63,6 @@ struct CheckContext {
 void checkName(const CheckContext& context, const std::string& name, const Place& place);
 /// Neither has a part of a dotted name.
 void checkDottedName(const CheckContext& context, const std::string& name, const Place& place);
-
-/// An array without a size is a row.
-void checkSize(const CheckContext& context, const std::vector<std::size_t>& size, std::size_t count,
-               const Place& place);
-/// The size of structures without fields, which have no values to hold it against.
-void checkBareSize(const CheckContext& context, const std::vector<std::size_t>& size, const Place& place);
 
 /// Names, aliases, members. Fills the names of the context.
 void checkClassNames(CheckContext& context);

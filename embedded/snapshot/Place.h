@@ -5,6 +5,8 @@
 #include <string_view>
 #include <variant>
 
+#include "embedded/Host.h"
+
 namespace embedded::snapshot {
 
 /// Values nest without end in a hostile text, and are copied and destroyed by recursion: how many objects and
@@ -33,5 +35,16 @@ class Place {
   const Place* outer_ = nullptr;
   std::variant<std::string_view, std::size_t> step_;
 };
+
+/// What goes wrong meanwhile goes wrong in that variable: the reason names it.
+template <class Action>
+void inVariable(const std::string& name, Action action) {
+  try {
+    action();
+  } catch (const SnapshotError& error) {
+    throw SnapshotError(error.code(), error.file(), error.pointer(),
+                        "the variable " + inQuotes(name) + ": " + error.reason());
+  }
+}
 
 }  // namespace embedded::snapshot

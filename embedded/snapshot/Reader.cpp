@@ -82,6 +82,10 @@ void Reader::refuseType(const Event& event, const std::string& expected) const {
   fail("snapshot.wrong-type", "expected " + expected + ", found " + nameOf(event.kind));
 }
 
+void Reader::refuseRepeated(const std::string& key) const {
+  fail("snapshot.duplicate-key", inQuotes(key) + " stands here twice");
+}
+
 std::string Reader::pointer() const {
   std::string pointer;
   for (const Level& level : levels_) {

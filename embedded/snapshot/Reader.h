@@ -66,6 +66,7 @@ class Reader {
   /// The same, for a syntax error: the reason has the column too.
   [[noreturn]] void failText(const std::string& code, const std::string& reason) const;
   [[noreturn]] void refuseType(const Event& event, const std::string& expected) const;
+  [[noreturn]] void refuseRepeated(const std::string& key) const;
 
  private:
   /// One open object or array, and how far it has come.

@@ -8,8 +8,8 @@
 #include <system_error>
 
 #include "embedded/Host.h"
-#include "embedded/snapshot/DescriptionCheck.h"
-#include "embedded/snapshot/Give.h"
+#include "embedded/snapshot/Checks.h"
+#include "embedded/snapshot/Shape.h"
 
 namespace embedded {
 
@@ -21,7 +21,7 @@ std::string textOf(const Description& description, const std::string& name) {
   checkDescription(description, name);
   snapshot::Writer writer(name);
   constexpr int indent = 2;
-  return give(writer, description).dump(indent) + "\n";
+  return write(writer, description).dump(indent) + "\n";
 }
 
 /// What readSnapshot() undoes.

@@ -4,9 +4,9 @@
 #include <sstream>
 
 #include "embedded/Host.h"
-#include "embedded/snapshot/DescriptionCheck.h"
+#include "embedded/snapshot/Checks.h"
 #include "embedded/snapshot/Reader.h"
-#include "embedded/snapshot/Take.h"
+#include "embedded/snapshot/Shape.h"
 #include "embedded/snapshot/TextSource.h"
 
 namespace embedded {
@@ -20,10 +20,17 @@ using snapshot::Reader;
 using snapshot::TextIterator;
 using snapshot::TextSource;
 
+std::string message(const std::string& code, const std::string& file, const std::string& pointer,
+                    const std::string& reason) {
+  const std::string start = file.empty() ? "" : file + ": ";
+  const std::string place = pointer.empty() ? "" : " at " + pointer;
+  return start + reason + " [" + code + place + "]";
+}
+
 class RootHandler final : public Handler {
  public:
   explicit RootHandler(Description& description) : description_(description) {}
-  void value(Reader& reader, Event& event) override { take(reader, event, description_); }
+  void value(Reader& reader, Event& event) override { read(reader, event, description_); }
 
  private:
   Description& description_;
@@ -115,6 +122,15 @@ void placeFolders(Description& description, const std::filesystem::path& file) {
 }
 
 }  // namespace
+
+SnapshotError::SnapshotError(std::string code, std::string file, std::string pointer, std::string reason)
+    : std::runtime_error(message(code, file, pointer, reason)),
+      code_(std::move(code)),
+      file_(std::move(file)),
+      pointer_(std::move(pointer)),
+      reason_(std::move(reason)) {}
+
+SnapshotError::~SnapshotError() = default;
 
 Description readSnapshot(const std::filesystem::path& file, const LoadProgress& progress) {
   requireReadable(file);

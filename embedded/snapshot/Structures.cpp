@@ -1,12 +1,78 @@
 #include "embedded/snapshot/Structures.h"
 
+#include <unordered_map>
+#include <unordered_set>
+
 namespace embedded::snapshot {
 
-void refuseRepeated(const Reader& reader, const std::string& name) {
-  reader.fail("snapshot.duplicate-key", inQuotes(name) + " stands here twice");
+namespace {
+
+/// One element of a structure array whose first element it is: every key is a new field.
+class FirstElementHandler final : public Handler {
+ public:
+  explicit FirstElementHandler(StructureArray& array) : array_(array) {}
+  void key(Reader& reader, const std::string& name) override;
+  void value(Reader& reader, Event& event) override;
+
+ private:
+  StructureArray& array_;
+  std::unordered_set<std::string> seen_;
+};
+
+/// A later element: it has the fields of the first one, in whatever order.
+class NextElementHandler final : public Handler {
+ public:
+  using FieldIndices = std::unordered_map<std::string, std::size_t>;
+
+  NextElementHandler(StructureArray& array, const FieldIndices& indices);
+  void key(Reader& reader, const std::string& name) override;
+  void value(Reader& reader, Event& event) override;
+  void end(Reader& reader) override;
+
+ private:
+  StructureArray& array_;
+  const FieldIndices& indices_;
+  std::size_t start_;
+  std::size_t current_ = 0;
+  std::vector<bool> seen_;
+};
+
+void FirstElementHandler::key(Reader& reader, const std::string& name) {
+  if (!seen_.insert(name).second) reader.refuseRepeated(name);
+  array_.fields.push_back(name);
 }
 
-namespace {
+void FirstElementHandler::value(Reader& reader, Event& event) {
+  read(reader, event, array_.values.emplace_back());
+}
+
+NextElementHandler::NextElementHandler(StructureArray& array, const FieldIndices& indices)
+    : array_(array), indices_(indices), start_(array.values.size()), seen_(indices.size()) {
+  array_.values.resize(start_ + indices.size());
+}
+
+void NextElementHandler::key(Reader& reader, const std::string& name) {
+  const auto found = indices_.find(name);
+  if (found == indices_.end())
+    reader.fail("snapshot.different-fields",
+                "the first structure of the array has no field " + inQuotes(name));
+  current_ = found->second;
+  if (seen_[current_]) reader.refuseRepeated(name);
+  seen_[current_] = true;
+}
+
+void NextElementHandler::value(Reader& reader, Event& event) {
+  read(reader, event, array_.values[start_ + current_]);
+}
+
+void NextElementHandler::end(Reader& reader) {
+  for (std::size_t index = 0; index < seen_.size(); ++index) {
+    if (!seen_[index]) {
+      reader.fail("snapshot.different-fields", "the first structure of the array has the field " +
+                                                   inQuotes(array_.fields[index]) + " too");
+    }
+  }
+}
 
 /// The elements of a structure array.
 class ElementsHandler final : public Handler {
@@ -37,60 +103,60 @@ class ElementsHandler final : public Handler {
   NextElementHandler::FieldIndices indices_;
 };
 
-void takeElement(Reader& reader, Event& event, StructureArray& array) {
+void readElement(Reader& reader, Event& event, StructureArray& array) {
   if (event.kind != Event::Object) reader.refuseType(event, "an object of fields and their values");
   reader.open<FirstElementHandler>(array);
 }
 
-void takeElements(Reader& reader, Event& event, StructureArray& array) {
+void readElements(Reader& reader, Event& event, StructureArray& array) {
   if (event.kind != Event::Array) reader.refuseType(event, "a list of structures");
   reader.open<ElementsHandler>(array);
 }
 
-void takeFields(Reader& reader, Event& event, StructureArray& array) {
+void readFields(Reader& reader, Event& event, StructureArray& array) {
   if (!array.fields.empty())
     reader.fail("snapshot.conflicting-keys",
                 "\"fields\" is for an array without elements: these have their own");
-  take(reader, event, array.fields);
+  read(reader, event, array.fields);
 }
 
-void takeSize(Reader& reader, Event& event, StructureArray& array) {
+void readSize(Reader& reader, Event& event, StructureArray& array) {
   array.size.clear();
-  take(reader, event, array.size);
+  read(reader, event, array.size);
 }
 
-Json giveElementAt(Writer& writer, const StructureArray& array, std::size_t start) {
+Json writeElementAt(Writer& writer, const StructureArray& array, std::size_t start) {
   writer.begin();
   Json result = Json::object();
   for (std::size_t at = 0; at < array.fields.size(); ++at) {
     const Writer::Step step(writer, std::string_view(array.fields[at]));
-    Json field = give(writer, array.fields[at]);
-    append(result, std::move(field), give(writer, array.values.at(start + at)));
+    Json field = write(writer, array.fields[at]);
+    append(result, std::move(field), write(writer, array.values.at(start + at)));
   }
   return result;
 }
 
-Json giveElement(Writer& writer, const StructureArray& array) {
-  return array.values.size() < array.fields.size() ? Json() : giveElementAt(writer, array, 0);
+Json writeElement(Writer& writer, const StructureArray& array) {
+  return array.values.size() < array.fields.size() ? Json() : writeElementAt(writer, array, 0);
 }
 
-Json giveElements(Writer& writer, const StructureArray& array) {
+Json writeElements(Writer& writer, const StructureArray& array) {
   writer.begin();
   Json result = Json::array();
   for (std::size_t start = 0; start < array.values.size(); start += array.fields.size()) {
     const Writer::Step step(writer, result.size());
-    result.push_back(giveElementAt(writer, array, start));
+    result.push_back(writeElementAt(writer, array, start));
   }
   return result;
 }
 
-Json giveFields(Writer& writer, const StructureArray& array) {
-  return array.values.empty() ? give(writer, array.fields) : Json();
+Json writeFields(Writer& writer, const StructureArray& array) {
+  return array.values.empty() ? write(writer, array.fields) : Json();
 }
 
-Json giveSize(Writer& writer, const StructureArray& array) {
+Json writeSize(Writer& writer, const StructureArray& array) {
   const std::size_t listed = array.fields.empty() ? 0 : array.values.size() / array.fields.size();
-  return isRow(array.size, listed) ? Json() : give(writer, array.size);
+  return isRow(array.size, listed) ? Json() : write(writer, array.size);
 }
 
 // Without fields there are no values to count the elements by.
@@ -98,64 +164,36 @@ void finishStructure(StructureArray& array, const ObjectHandler<StructureArray>&
   if (array.fields.empty()) array.size = {1, 1};
 }
 
-}  // namespace
-
-const Shape<StructureArray> structureShape{
+/// {"struct": {"a": 1}}: one element.
+const Shape<StructureArray> structShape{
     .kind = "a structure",
-    .keys = {{"struct", takeElement, giveElement, Required}, key<&StructureArray::className>("class")},
+    .keys = {{"struct", readElement, writeElement, Required}, key<&StructureArray::className>("class")},
     .finish = finishStructure,
 };
 
-const Shape<StructureArray> structuresShape{
+/// {"structs": [{"a": 1}, {"a": 2}]}: several; without any, "fields" names the fields.
+const Shape<StructureArray> structsShape{
     .kind = "a structure array",
-    .keys = {{"structs", takeElements, giveElements, Required},
-             {"fields", takeFields, giveFields},
-             {"size", takeSize, giveSize},
+    .keys = {{"structs", readElements, writeElements, Required},
+             {"fields", readFields, writeFields},
+             {"size", readSize, writeSize},
              key<&StructureArray::className>("class")},
 };
 
-Json giveStructures(Writer& writer, const StructureArray& array) {
+}  // namespace
+
+bool isRow(const std::vector<std::size_t>& size, std::size_t count) {
+  return size.empty() || size == std::vector<std::size_t>{1, count};
+}
+
+const Shape<StructureArray>& oneStructure() { return structShape; }
+const Shape<StructureArray>& severalStructures() { return structsShape; }
+
+Json write(Writer& writer, const StructureArray& array) {
   const bool single = array.fields.empty()
                           ? array.size == std::vector<std::size_t>{1, 1}
                           : array.values.size() == array.fields.size() && isRow(array.size, 1);
-  return giveObject(writer, array, single ? structureShape : structuresShape);
-}
-
-void FirstElementHandler::key(Reader& reader, const std::string& name) {
-  if (!seen_.insert(name).second) refuseRepeated(reader, name);
-  array_.fields.push_back(name);
-}
-
-void FirstElementHandler::value(Reader& reader, Event& event) {
-  take(reader, event, array_.values.emplace_back());
-}
-
-NextElementHandler::NextElementHandler(StructureArray& array, const FieldIndices& indices)
-    : array_(array), indices_(indices), start_(array.values.size()), seen_(indices.size()) {
-  array_.values.resize(start_ + indices.size());
-}
-
-void NextElementHandler::key(Reader& reader, const std::string& name) {
-  const auto found = indices_.find(name);
-  if (found == indices_.end())
-    reader.fail("snapshot.different-fields",
-                "the first structure of the array has no field " + inQuotes(name));
-  current_ = found->second;
-  if (seen_[current_]) refuseRepeated(reader, name);
-  seen_[current_] = true;
-}
-
-void NextElementHandler::value(Reader& reader, Event& event) {
-  take(reader, event, array_.values[start_ + current_]);
-}
-
-void NextElementHandler::end(Reader& reader) {
-  for (std::size_t index = 0; index < seen_.size(); ++index) {
-    if (!seen_[index]) {
-      reader.fail("snapshot.different-fields", "the first structure of the array has the field " +
-                                                   inQuotes(array_.fields[index]) + " too");
-    }
-  }
+  return writeObject(writer, array, single ? structShape : structsShape);
 }
 
 }  // namespace embedded::snapshot

@@ -7,11 +7,20 @@ import re
 import sys
 from pathlib import Path
 
+EMBEDDED_HEADERS = ["embedded/Description.h", "embedded/Host.h", "embedded/Inspection.h", "embedded/Outline.h",
+                    "embedded/ValueDescription.h"]
+
 # Room -> what it may include from this repository (a folder, or one file).
 REPOSITORY = {
     "host": ["host/"],
+    # Tokens of Korval text, for whoever reads some.
     "syntax": ["syntax/"],
-    "embedded": ["host/", "syntax/", "embedded/"],
+    # The host that ships, in storeys: no arrow runs up, and only the uppermost asks for the active session.
+    "embedded/model": ["host/", "embedded/Description.h", "embedded/ValueDescription.h", "embedded/model/"],
+    "embedded/language": ["host/", "syntax/", *EMBEDDED_HEADERS, "embedded/model/", "embedded/language/"],
+    "embedded/snapshot": ["host/", *EMBEDDED_HEADERS, "embedded/model/", "embedded/snapshot/"],
+    "embedded/host": ["host/", "syntax/", "embedded/"],
+    "embedded": ["host/", "syntax/Position.h", *EMBEDDED_HEADERS],
     "include/contextdata": ["include/contextdata/", "host/"],
     "contextdata": ["include/contextdata/", "host/", "contextdata/"],
     "contextdata/internal": ["include/contextdata/", "host/", "contextdata/internal/"],
@@ -23,7 +32,8 @@ REPOSITORY = {
 
 # Room -> libraries besides the standard library, POSIX and Boost, by the start of the include.
 LIBRARIES = {
-    "embedded": ["nlohmann/", "utf8"],
+    "embedded/model": ["utf8"],
+    "embedded/snapshot": ["nlohmann/", "utf8"],
     "tools": ["nlohmann/", "CLI/", "histedit.h"],
     "tests": ["nlohmann/", "gtest/", "gmock/"],
 }
@@ -113,21 +123,33 @@ def prove():
         "contextdata/internal/I.cpp": '#include "contextdata/internal/I.h"\n#include "contextdata/internal/N.h"',
         "syntax/Token.h": "#include <string>",
         "syntax/Tokenizer.cpp": '#include "syntax/Token.h"',
-        "embedded/language/Parser.h": '#include "syntax/Token.h"',
-        "embedded/Host.h": "#include <nlohmann/json.hpp>\n#include <utf8.h>",
-        "embedded/Value.h": '#include "host/Names.h"',
+        "embedded/Description.h": "",
+        "embedded/Host.h": '#include "embedded/Description.h"',
+        "embedded/model/Value.h": '#include "host/Names.h"\n#include "embedded/Description.h"\n#include <utf8.h>',
+        "embedded/language/Evaluator.h": '#include "embedded/model/Value.h"\n#include "syntax/Token.h"',
+        "embedded/snapshot/Shape.h": '#include "embedded/Host.h"\n#include <nlohmann/json.hpp>',
+        "embedded/host/Session.h": '#include "embedded/language/Evaluator.h"\n#include "embedded/snapshot/Shape.h"',
         "frontend/F.h": '#include "host/Arrays.h"',
         "tools/commands/main.cpp": '#include "embedded/Host.h"\n#include <CLI/CLI.hpp>',
     }
     planted = {
         "host/X.h": "#include <contextdata/K.h>",
         "include/contextdata/X.h": '#include "contextdata/internal/N.h"',
-        "syntax/X.cpp": '#include "embedded/Value.h"',
+        "syntax/X.cpp": '#include "embedded/model/Value.h"',
         "syntax/Y.cpp": '#include "host/Names.h"',
         "syntax/Z.cpp": "#include <utf8.h>",
+        "embedded/host/X.cpp": '#include "contextdata/internal/N.h"',
+        "embedded/host/Y.cpp": "#include <contextdata/K.h>",
+        "embedded/host/Z.cpp": "#include <nlohmann/json.hpp>",
+        "embedded/model/X.cpp": '#include "embedded/host/Session.h"',
+        "embedded/model/Y.cpp": '#include "embedded/language/Evaluator.h"',
+        "embedded/model/Z.cpp": '#include "embedded/Host.h"',
+        "embedded/language/X.cpp": '#include "embedded/host/Session.h"',
+        "embedded/language/Y.cpp": '#include "embedded/snapshot/Shape.h"',
+        "embedded/snapshot/X.cpp": '#include "embedded/language/Evaluator.h"',
+        "embedded/snapshot/Y.cpp": '#include "embedded/host/Session.h"',
+        "embedded/X.h": '#include "embedded/model/Value.h"',
         "contextdata/V.cpp": '#include "syntax/Token.h"',
-        "embedded/X.cpp": '#include "contextdata/internal/N.h"',
-        "embedded/Y.cpp": "#include <contextdata/K.h>",
         "contextdata/X.cpp": '  #  include "embedded/Host.h"',
         "contextdata/Y.cpp": "#include <contextdata/internal/N.h>",
         "contextdata/Z.cpp": "#include <nlohmann/json.hpp>",
@@ -135,7 +157,7 @@ def prove():
         "contextdata/internal/N.cpp": '#include "contextdata/internal/I.h"',
         "frontend/X.cpp": '#include "host/Names.h"',
         "frontend/Y.cpp": "#include <histedit.h>",
-        "tools/X.cpp": '#include "embedded/Value.h"',
+        "tools/X.cpp": '#include "embedded/model/Value.h"',
         "tools/Y.cpp": "#include <utf8.h>",
         "tools/Z.cpp": '#include "Missing.h"',
     }

@@ -106,14 +106,14 @@ TEST(Tokens, OfCode) {
 }
 
 TEST(Tokens, SayWhatTheyAre) {
-  const std::u16string text = u"1e400 'it''s' \"a\"\"b\" elseif";
+  const std::u16string text = u"1e400, 'it''s', \"a\"\"b\", elseif";
   const auto tokens = tokensOf(text);
-  ASSERT_EQ(tokens.size(), 4U);
+  ASSERT_EQ(tokens.size(), 7U);
   EXPECT_GT(numberOf(tokens[0], text), 1e300);
-  EXPECT_EQ(contentOf(tokens[1], text), u"it's");
-  EXPECT_EQ(contentOf(tokens[2], text), u"a\"b");
-  EXPECT_EQ(nameOf(tokens[3], text), "elseif");
-  EXPECT_TRUE(tokens[3].is(syntax::Keyword::ElseIf));
+  EXPECT_EQ(contentOf(tokens[2], text), u"it's");
+  EXPECT_EQ(contentOf(tokens[4], text), u"a\"b");
+  EXPECT_EQ(nameOf(tokens[6], text), "elseif");
+  EXPECT_TRUE(tokens[6].is(syntax::Keyword::ElseIf));
 }
 
 /// Tokens follow each other, and between them are blanks.
@@ -165,14 +165,14 @@ TEST(Tokens, AreWhatTheEvaluatorReads) {
     EXPECT_EQ(message, problemOf(*problem, text));
     EXPECT_EQ((syntax::Position{failure->line, failure->column}), problem->at) << narrow(text);
   }
-  EXPECT_GT(problems, 10U);
+  EXPECT_GE(problems, 10U);
 }
 
 /// "|" is the offset that is asked for, "^" where its line begins.
 TEST(Tokens, LinesGoOnAfterDots) {
   for (std::u16string text :
        {u"a\n^b|", u"^|", u"a\n^|", u"x\n^f(1, ...\n 2|", u"^f(1, ... say\r\n\r\n 2, ...\n|", u"% a ...\n^b|",
-        u"a 'b...'\n^c|", u"^a 'b...', ...\nc|", u"'a ...\n^b|", u"a\r^b|", u"^1...\nb|"}) {
+        u"x = 'b...'\n^c|", u"^x = 'b...', ...\nc|", u"'a ...\n^b|", u"a\r^b|", u"^1...\nb|"}) {
     const std::size_t begin = text.find(u'^');
     text.erase(begin, 1);
     const std::size_t offset = text.find(u'|');

@@ -9,6 +9,7 @@ namespace embedded {
 
 namespace {
 
+/// The order decides: functions with code and classes of the description hide built-in functions, and these hide files.
 Meaning withoutImports(Interpreter& interpreter, const std::string& name, const std::string& component) {
   const Kfh_KORVAL_fn* function = interpreter.world.functions.find(name);
   if (function != nullptr && function->routine != nullptr) return {.routine = function->routine.get()};
@@ -166,6 +167,7 @@ std::optional<Values> callMethodOfArguments(Evaluator& caller, const std::string
 Values call(Evaluator& caller, const std::string& name, const Meaning& meaning, Values arguments,
             std::size_t nargout) {
   Interpreter& interpreter = caller.interpreter();
+  // First, because a class gives functions, also built-in ones, a meaning of its own.
   if (auto answer = callMethodOfArguments(caller, name, arguments, nargout)) return std::move(*answer);
   if (meaning.builtin != nullptr) return meaning.builtin({caller, interpreter, arguments, nargout});
   if (meaning.oneClass != nullptr) return construct(caller, *meaning.oneClass, std::move(arguments));

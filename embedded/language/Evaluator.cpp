@@ -53,6 +53,7 @@ Evaluator::Exit Evaluator::run(const Statement& statement) {
 
 bool Evaluator::condition(const Expression& expression) {
   const ValuePtr result = value(expression);
+  // What was evaluated has moved the place, and an error from here on is one of the whole expression.
   interpreter_.at = expression.at;
   return isTrue(interpreter_, *result);
 }

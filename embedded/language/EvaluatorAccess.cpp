@@ -202,6 +202,7 @@ Values Evaluator::field(const ValuePtr& value, const Selector& access, Selectors
     given.insert(given.begin(), value);
     interpreter_.at = access.at;
     if (auto answer = callMethodOfArguments(*this, name, given, rest.empty() ? nargout : 1)) return *answer;
+    // A static method is none of the object: the name is a property, and the arguments are its index.
     rest = before;
   }
   if (const auto* reference = value->as<ClassReference>()) {

@@ -64,6 +64,7 @@ const Unit& Interpreter::unitOf(const Routine& routine) {
 
 CodeRun::CodeRun(Interpreter& interpreter, const std::string& what) : interpreter_(interpreter) {
   interpreter.guard.permit(what);
+  // A run inside another one uses up what the outer one may.
   if (interpreter.runs_++ > 0) return;
   interpreter.steps_ = 0;
   interpreter.depth_ = 0;

@@ -167,6 +167,7 @@ ValuePtr calculated(Interpreter& interpreter, Symbol prefix, const ValuePtr& ope
 }
 
 ValuePtr rangeOf(Interpreter& interpreter, double first, double step, double last) {
+  // Of 0:0.1:1 the last element is meant too, though the quotient is a little less than a whole number.
   const double count = std::floor((last - first) / step * (1 + 1e-15)) + 1;
   if (!(count >= 1) || step == 0) return newValue({1, 0}, std::vector<double>());
   const auto length = static_cast<std::size_t>(std::min(count, 1e18));

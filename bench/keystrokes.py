@@ -39,7 +39,7 @@ def world():
 
 
 def keys(client, uri, rounds):
-    """The milliseconds of each completion, by how many characters stand behind the dot."""
+    """The milliseconds of each completion, by how many characters stand after the dot."""
     times = {}
     version = 1
     for _ in range(rounds):

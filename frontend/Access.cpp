@@ -4,20 +4,16 @@
 
 #include <algorithm>
 #include <iterator>
-#include <memory>
 #include <unordered_map>
 #include <utility>
+
+#include "frontend/Declarations.h"
 
 namespace frontend {
 
 using namespace KCOSContextData;
 
 namespace {
-
-constexpr std::int32_t publicLevel = 0;
-constexpr std::int32_t protectedLevel = 1;
-constexpr std::int32_t privateLevel = 2;
-constexpr std::int32_t listedLevel = 4;
 
 bool sharesAncestor(const ClassInfo& caller, const ClassInfo& asked) {
   return caller.isA(asked.classId) ||
@@ -49,14 +45,6 @@ void dropRepeated(std::vector<MethodInfo>& methods) {
   methods = std::move(first);
 }
 
-template <class Infos>
-std::unordered_set<std::u16string> namesOf(const Infos& infos) {
-  std::unordered_set<std::u16string> names;
-  names.reserve(infos.size());
-  for (const auto& info : infos) names.insert(info.name);
-  return names;
-}
-
 /// Code of a class that shares an ancestor with the class, but does not derive from it, may use what both inherit.
 bool isBystander(const ClassInfo* caller, const ClassInfo& asked, const std::vector<std::int32_t>& levels) {
   return isWider(levels) && !caller->isA(asked.classId);
@@ -76,17 +64,14 @@ void addUnknown(const Infos& more, Infos& infos) {
                        [&](const auto& info) { return !known.contains(info.name); });
 }
 
+/// A class whose methods are not completed in this context offers none to its own code either.
 bool takesPart(const ClassInfo& asked, MethodInfo::GetContext context) {
-  return !asked.getMethods({{0, 1, 2, 3, 4, 5}, nullptr, context, true, true, true}).empty();
+  const std::vector<std::int32_t> every = {publicLevel,    protectedLevel, privateLevel,
+                                           immutableLevel, listedLevel,    constantLevel};
+  return !asked.getMethods({every, nullptr, context, true, true, true}).empty();
 }
 
 }  // namespace
-
-LoneRecord::LoneRecord(const ClassInfo& record)
-    : ClassInfo(ResolvedClassID::fromKnownResolvedClassID(std::string())) {
-  structure.name = record.structure.name;
-  classId = record.classId;
-}
 
 std::vector<std::int32_t> usableLevels(const ClassInfo* caller, const ClassInfo& asked) {
   if (caller == nullptr || asked.classId.isNull()) return {publicLevel};
@@ -103,6 +88,7 @@ std::vector<PropertyInfo> usableProperties(RequestContext& request, const ClassI
   std::vector<PropertyInfo> properties = asked.getProperties(options);
   if (isBystander(caller, asked, options.accessLevels)) {
     const DeclaringClasses declaring(asked, options);
+    // What is offered to everybody stays, wherever it is declared.
     options.accessLevels = {publicLevel};
     const auto others = namesOf(asked.getProperties(options));
     std::erase_if(properties, [&](const PropertyInfo& property) {
@@ -140,38 +126,6 @@ std::vector<MethodInfo> usableMethods(RequestContext& request, const ClassInfo& 
   }
   dropRepeated(methods);
   return methods;
-}
-
-DeclaringClasses::DeclaringClasses(const ClassInfo& record, PropertyInfo::GetOptions options)
-    : record_(record), options_(std::move(options)), grants_(&record) {
-  grants_.clear(options_);
-}
-
-const ClassInfo* DeclaringClasses::of(const std::u16string& property) const {
-  const kcos::COSInternedName name = ResolvedClassID::fromKnownResolvedClassID(property);
-  return find(record_, name, options_.accessLevels);
-}
-
-bool DeclaringClasses::declares(const ClassInfo& record, const kcos::COSInternedName& property,
-                                const std::vector<std::int32_t>& levels) const {
-  const auto id = ResolvedClassID::fromKnownResolvedClassID(record.classId.text());
-  const kcos::COSClass* asked = KCOSIntrospection::getCOSClass(id);
-  const kcos::COSInterfacePtr found = asked == nullptr ? nullptr : asked->findProperty(property);
-  if (!found || kcos::cosiClassOfMember(found.get())->getID() != record.classId) return false;
-  kcos::COSPropInfo* own = kcos::cosiToProp(found.get());
-  return std::ranges::count(levels, own->getMemberGetAccess()) > 0 ||
-         std::ranges::count(levels, own->getMemberSetAccess()) > 0 || grants_.hasAccessingClass(own);
-}
-
-const ClassInfo* DeclaringClasses::find(const ClassInfo& record, const kcos::COSInternedName& property,
-                                        const std::vector<std::int32_t>& levels) const {
-  if (declares(record, property, levels)) return &record;
-  std::vector<std::int32_t> inherited = levels;
-  std::erase(inherited, privateLevel);
-  for (const auto& superclass : record.structure.superclasses) {
-    if (const ClassInfo* found = find(*superclass, property, inherited)) return found;
-  }
-  return nullptr;
 }
 
 }  // namespace frontend

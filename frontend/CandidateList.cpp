@@ -38,7 +38,7 @@ void CandidateList::addInOrder(const std::vector<std::u16string>& names, Kind ki
   }
 }
 
-/// Entries are big: their places are sorted, not they.
+/// Entries are big: pointers to them are sorted, not they.
 std::vector<CandidateList::Entry*> CandidateList::ranked() {
   std::vector<Entry*> order;
   order.reserve(entries_.size());
@@ -52,21 +52,19 @@ std::vector<CandidateList::Entry*> CandidateList::ranked() {
   return order;
 }
 
-void CandidateList::finishWithoutDetails(std::size_t limit, Completion& completion) {
+void CandidateList::finish(const Extent& extent, Completion& completion) {
   std::vector<Entry*> order = ranked();
   completion.total = order.size();
-  order.resize(std::min(limit, order.size()));
-  std::vector<Entry> answered;
-  for (Entry* entry : order) answered.push_back(std::move(*entry));
-  entries_ = std::move(answered);
+  order.resize(std::min(extent.limit, order.size()));
+  std::vector<Entry> first;
+  for (Entry* entry : order) first.push_back(std::move(*entry));
+  entries_ = std::move(first);
   for (Entry& entry : entries_) {
     if (entry.candidate.insertion.empty()) entry.candidate.insertion = entry.candidate.label;
     completion.candidates.push_back(std::move(entry.candidate));
   }
-}
-
-void CandidateList::finish(std::size_t limit, Completion& completion) {
-  finishWithoutDetails(limit, completion);
+  if (!extent.details) return;
+  // All candidates are there before the first detail is read: a request that is stopped meanwhile loses none.
   for (std::size_t at = 0; at < entries_.size(); ++at) {
     request_.check();
     if (entries_[at].details) entries_[at].details(completion.candidates[at]);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Gathers candidates: those that fit what was typed, in their order, details for the first ones only.
+// The candidates of one request: those that fit what was typed, in their order, details for the first ones only.
 
 #include <cstddef>
 #include <functional>
@@ -41,10 +41,8 @@ class CandidateList {
     return kept.get();
   }
 
-  /// The first candidates in their order, each label once, with details as long as the request may go on.
-  void finish(std::size_t limit, Completion& completion);
-  /// The same for a request that cannot go on, or wants no details.
-  void finishWithoutDetails(std::size_t limit, Completion& completion);
+  /// The first candidates in their order, each label once; details as long as the request may go on.
+  void finish(const Extent& extent, Completion& completion);
 
  private:
   struct Entry {

@@ -6,10 +6,11 @@
 //   answer.candidates[0].label   // Flow
 //   answer.begin, answer.end     // 5, 7: what the candidate replaces
 //
-// Nothing passes out of here but std::bad_alloc: a failure is an outcome. docs/completion.md has the table of positions.
+// Nothing propagates but std::bad_alloc: a failure is an outcome. docs/completion.md has the table of positions.
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,6 +18,9 @@
 #include "frontend/Request.h"
 
 namespace frontend {
+
+struct CursorContext;
+class RequestContext;
 
 /// What a candidate is. Their order is the order in which kinds are offered where the match is equally good.
 enum class Kind {
@@ -65,14 +69,14 @@ struct Candidate {
   // Why it stands where it stands: match, then not hidden before hidden, kind, order, label.
   Match match = Match::Prefix;
   bool isHidden = false;
-  /// Its place among those of its kind: as declared, as made, or 0 where the alphabet decides.
+  /// Its rank among those of its kind: as declared, as made, or 0 where the alphabet decides.
   std::size_t order = 0;
 
-  // Details, which are read for the answered candidates only; empty where they do not apply or are unknown.
+  // Details, which are read for the returned candidates only; empty where they do not apply or are unknown.
 
   /// The class that declares the member, as users name it.
   std::u16string declaringClass = {};
-  /// Who may read or call it: 0 public, 1 protected, 2 private; others are the host's.
+  /// Who may read or call it, an AccessLevel.
   std::optional<std::int32_t> access = {};
   bool isStatic = false;
   bool isConstant = false;
@@ -95,8 +99,20 @@ struct Completion {
 };
 
 /// What can be typed at the cursor, a UTF-16 offset; one beyond the text counts as its end, and one inside a surrogate
-/// pair as before it. What stands behind the cursor matters only where a call follows.
+/// pair as before it. What stands after the cursor matters only where a call follows.
 Completion complete(Session& session, const std::u16string& text, std::size_t cursor, const Scope& scope,
                     const Options& options = {});
+
+/// How much of a list is wanted.
+struct Extent {
+  std::size_t limit = 0;
+  /// Names, kinds and order alone are much quicker.
+  bool details = true;
+};
+inline constexpr Extent everyName{std::numeric_limits<std::size_t>::max(), false};
+
+/// What completion shows, and what an explanation compares: fills in all but the outcome of a request that is running. When
+/// it is stopped, or fails, what it has found so far is there.
+void offerAt(RequestContext& request, CursorContext context, const Extent& extent, Completion& completion);
 
 }  // namespace frontend

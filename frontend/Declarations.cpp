@@ -2,10 +2,11 @@
 
 #include <contextdata/KCOSIntrospection.h>
 
-#include <array>
+#include <algorithm>
 #include <set>
+#include <utility>
 
-#include "frontend/RequestContext.h"
+#include "frontend/Text.h"
 
 namespace frontend {
 
@@ -20,8 +21,7 @@ class Search {
 
   void visit(const ClassInfo& record) {
     if (!seen_.insert(record.classId).second) return;
-    const auto id = ResolvedClassID::fromKnownResolvedClassID(record.classId.text());
-    if (const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id)) {
+    if (const kcos::COSClass* found = classObjectOf(record)) {
       addProperty(record, *found);
       addMethod(record, *found);
       addEnumerationMember(record, *found);
@@ -56,7 +56,7 @@ class Search {
     for (kcos::COSIterator members = owner.getEnumerationMembers(); members.hasMoreElements();) {
       const kcos::COSEnumInfo* member = kcos::cosiToEnum(members.nextElement().get());
       if (member == nullptr || member->getName() == nullptr || wide(member->getName()) != name_) continue;
-      declarations_.push_back({&record, u"enumeration member", 0, {}, true});
+      declarations_.push_back({&record, u"enumeration member", publicLevel, {}, true});
       return;
     }
   }
@@ -81,11 +81,66 @@ std::vector<Declaration> declarationsOf(const ClassInfo& record, const std::u16s
   return search.take();
 }
 
-std::u16string wordOfLevel(std::int32_t level) {
-  static const std::array<std::u16string, 6> words = {u"public",    u"protected", u"private",
-                                                      u"immutable", u"listed",    u"constant"};
-  const auto at = static_cast<std::size_t>(level);
-  return level >= 0 && at < words.size() ? words[at] : u"level " + wide(std::to_string(level));
+const char* wordOfLevel(std::int32_t level) {
+  switch (level) {
+    case publicLevel:
+      return "public";
+    case protectedLevel:
+      return "protected";
+    case privateLevel:
+      return "private";
+    case immutableLevel:
+      return "immutable";
+    case listedLevel:
+      return "listed";
+    case constantLevel:
+      return "constant";
+    default:
+      return nullptr;
+  }
+}
+
+/// A record's identity is one that the class system has resolved before.
+kcos::COSClass* classObjectOf(const ClassInfo& record) {
+  return KCOSIntrospection::getCOSClass(ResolvedClassID::fromKnownResolvedClassID(record.classId.text()));
+}
+
+LoneRecord::LoneRecord(const ClassInfo& record)
+    : ClassInfo(ResolvedClassID::fromKnownResolvedClassID(std::string())) {
+  structure.name = record.structure.name;
+  classId = record.classId;
+}
+
+DeclaringClasses::DeclaringClasses(const ClassInfo& record, PropertyInfo::GetOptions options)
+    : record_(record), options_(std::move(options)), grants_(&record) {
+  grants_.clear(options_);
+}
+
+const ClassInfo* DeclaringClasses::of(const std::u16string& property) const {
+  const kcos::COSInternedName name = ResolvedClassID::fromKnownResolvedClassID(property);
+  return find(record_, name, options_.accessLevels);
+}
+
+bool DeclaringClasses::declares(const ClassInfo& record, const kcos::COSInternedName& property,
+                                const std::vector<std::int32_t>& levels) const {
+  const kcos::COSClass* asked = classObjectOf(record);
+  const kcos::COSInterfacePtr found = asked == nullptr ? nullptr : asked->findProperty(property);
+  if (!found || kcos::cosiClassOfMember(found.get())->getID() != record.classId) return false;
+  kcos::COSPropInfo* own = kcos::cosiToProp(found.get());
+  return std::ranges::count(levels, own->getMemberGetAccess()) > 0 ||
+         std::ranges::count(levels, own->getMemberSetAccess()) > 0 || grants_.hasAccessingClass(own);
+}
+
+const ClassInfo* DeclaringClasses::find(const ClassInfo& record, const kcos::COSInternedName& property,
+                                        const std::vector<std::int32_t>& levels) const {
+  if (declares(record, property, levels)) return &record;
+  // What is private in a superclass is not inherited.
+  std::vector<std::int32_t> inherited = levels;
+  std::erase(inherited, privateLevel);
+  for (const auto& superclass : record.structure.superclasses) {
+    if (const ClassInfo* found = find(*superclass, property, inherited)) return found;
+  }
+  return nullptr;
 }
 
 }  // namespace frontend

@@ -1,6 +1,7 @@
 #pragma once
 
-// Where a class and its ancestors declare a name, as the class system has it.
+// What classes and their ancestors declare, as the class system has it: asked of the class's own objects, where the
+// library's options would need one question per access level.
 
 #include <contextdata/KCOSContextData/ClassInfo.h>
 
@@ -10,13 +11,27 @@
 
 namespace frontend {
 
+// Access levels of members. The library tells public, private and constant apart; the others are the host's.
+inline constexpr std::int32_t publicLevel = 0;
+inline constexpr std::int32_t protectedLevel = 1;
+inline constexpr std::int32_t privateLevel = 2;
+inline constexpr std::int32_t immutableLevel = 3;
+inline constexpr std::int32_t listedLevel = 4;
+inline constexpr std::int32_t constantLevel = 5;
+
+/// "public", "protected", ...; null for a level without a word, which there may be.
+const char* wordOfLevel(std::int32_t level);
+
+/// The class system's own object for the class of a record, or null.
+kcos::COSClass* classObjectOf(const KCOSContextData::ClassInfo& record);
+
 /// One class's own member of the name. An enumeration member counts as public and static.
 struct Declaration {
   const KCOSContextData::ClassInfo* record = nullptr;
   /// "property", "method", "enumeration member"
   std::u16string what = {};
   /// Who may read or call it.
-  std::int32_t level = 0;
+  std::int32_t level = publicLevel;
   /// Who may use it whatever the level says, by identity.
   std::vector<std::u16string> classes = {};
   bool isStatic = false;
@@ -25,7 +40,32 @@ struct Declaration {
 /// Those of the record's whole tree, nearest first. The record has to outlive them.
 std::vector<Declaration> declarationsOf(const KCOSContextData::ClassInfo& record, const std::u16string& name);
 
-/// "public", "protected", ..., or the number of a level that only the host knows.
-std::u16string wordOfLevel(std::int32_t level);
+/// A record without superclasses, which knows the members of its class alone.
+class LoneRecord : public KCOSContextData::ClassInfo {
+ public:
+  explicit LoneRecord(const KCOSContextData::ClassInfo& record);
+};
+
+/// Which class of a record's tree declares a property that the record offers.
+class DeclaringClasses {
+ public:
+  /// Under these options; the record outlives this.
+  DeclaringClasses(const KCOSContextData::ClassInfo& record,
+                   KCOSContextData::PropertyInfo::GetOptions options);
+  /// The nearest one whose property qualifies; null when none does.
+  const KCOSContextData::ClassInfo* of(const std::u16string& property) const;
+
+ private:
+  bool declares(const KCOSContextData::ClassInfo& record, const kcos::COSInternedName& property,
+                const std::vector<std::int32_t>& levels) const;
+  const KCOSContextData::ClassInfo* find(const KCOSContextData::ClassInfo& record,
+                                         const kcos::COSInternedName& property,
+                                         const std::vector<std::int32_t>& levels) const;
+
+  const KCOSContextData::ClassInfo& record_;
+  const KCOSContextData::PropertyInfo::GetOptions options_;
+  /// Knows whom a property grants access.
+  KCOSContextData::PropertyVisitorMutable grants_;
+};
 
 }  // namespace frontend

@@ -26,8 +26,8 @@ enum class Rule {
   ShadowedBy,  ///< a class in between has a member of that name
   Operator,    ///< it overloads an operator or indexing
   Constructor,
-  Position,  ///< it is offered elsewhere: static and constant members behind the class, others behind objects
-  Mixin,     ///< the class derives from one that lets it offer no methods behind the dot
+  Position,  ///< it is offered elsewhere: static and constant members after the class, others after objects
+  Mixin,     ///< the class derives from one that lets it offer no methods after the dot
   ExclusionTable,  ///< completion leaves the name out on purpose
   NoMatch,         ///< it does not fit what was typed
   BeyondLimit,     ///< it would be offered if more candidates were asked for
@@ -52,7 +52,7 @@ struct Explanation {
   std::vector<Reason> reasons;
 };
 
-/// Why `complete(session, text, cursor, place, options)` offers the name, or does not.
+/// Why `complete(session, text, cursor, scope, options)` offers the name, or does not.
 Explanation explain(Session& session, const std::u16string& text, std::size_t cursor,
                     const std::u16string& name, const Scope& scope, const Options& options = {});
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// What an editor shows about a name, and about the call around a cursor.
+// What an editor shows about a name.
 
 #include <cstddef>
 #include <optional>
@@ -8,31 +8,9 @@
 #include <vector>
 
 #include "frontend/Completion.h"
+#include "frontend/SignatureHelp.h"
 
 namespace frontend {
-
-/// One of a function's declared arguments.
-struct Argument {
-  enum Kind { Positional, Optional, Repeating, NameValue };
-  std::u16string name;
-  Kind kind = Positional;
-  std::u16string className = {};
-  /// "1x:", or empty.
-  std::u16string size = {};
-  std::vector<std::u16string> validators = {};
-  std::vector<std::u16string> values = {};
-};
-
-/// A function and what it declares about its arguments.
-struct Signature {
-  std::u16string name;
-  std::vector<Argument> inputs;
-  std::vector<Argument> outputs;
-  bool furtherInputs = false;
-  bool furtherOutputs = false;
-  /// "[a, b] = name(x, y, Key=value, ...)"
-  std::u16string text() const;
-};
 
 /// What is known of one name.
 struct Hover {
@@ -57,16 +35,5 @@ struct Hover {
 /// whoever may use them, and hidden ones, operators and constructors too.
 Hover describe(Session& session, const std::u16string& text, std::size_t offset, const Scope& scope,
                const Options& options = {});
-
-struct SignatureHelp {
-  Outcome outcome;
-  std::optional<Signature> signature = {};
-  /// The argument that is being typed, an index into the inputs; none when there are no more.
-  std::optional<std::size_t> activeArgument = {};
-};
-
-/// The function whose call is around the cursor.
-SignatureHelp signatureHelp(Session& session, const std::u16string& text, std::size_t cursor,
-                            const Scope& scope, const Options& options = {});
 
 }  // namespace frontend

@@ -5,6 +5,7 @@
 #include <contextdata/KCOSContextData/Namespaces.h>
 #include <contextdata/KCOSIntrospection.h>
 #include <contextdata/PKXContextData.h>
+#include <contextdata/StructContextData.h>
 #include <contextdata/Workspace/Values.h>
 #include <contextdata/Workspace/VariableMethods.h>
 
@@ -15,10 +16,10 @@
 #include <unordered_set>
 #include <utility>
 
-#include "frontend/ForeignMembers.h"
-#include "frontend/MemberDetails.h"
-#include "frontend/Namespaces.h"
-#include "frontend/ValueFacts.h"
+#include "frontend/Access.h"
+#include "frontend/CandidateDetails.h"
+#include "frontend/NameOffers.h"
+#include "frontend/Text.h"
 
 namespace frontend {
 
@@ -30,22 +31,14 @@ using Names = std::vector<std::u16string>;
 using ValuePtr = boost::intrusive_ptr<kxArray_tag>;
 using List = bool (*)(const ResolvedClassID&, Names&, bool&);
 
-Names namesOf(const ResolvedClassID& id, List list) {
+Names listOf(const ResolvedClassID& id, List list) {
   Names names;
   bool classFlag = false;
   list(id, names, classFlag);
   return names;
 }
 
-template <class Infos>
-std::unordered_set<std::u16string> namesOf(const Infos& infos) {
-  std::unordered_set<std::u16string> names;
-  names.reserve(infos.size());
-  for (const auto& info : infos) names.insert(info.name);
-  return names;
-}
-
-/// A class's record, what it offers, and what describes that; kept as long as the candidates are gathered.
+/// A class's record, what it offers, and what describes that; kept as long as the list of candidates.
 struct Described {
   Described(RequestContext& request, const ResolvedClassID& id, ValuePtr value)
       : record(id), details(request, record, std::move(value)) {}
@@ -79,7 +72,7 @@ class ClassMembers {
     });
     offerMethods(MethodInfo::GetContext::Any, Kind::StaticMethod);
     if (isEnumeration()) {
-      candidates_.addInOrder(namesOf(id_, getClassStaticMethodNames), Kind::StaticMethod,
+      candidates_.addInOrder(listOf(id_, getClassStaticMethodNames), Kind::StaticMethod,
                              describePublicMethod());
     }
     offerEnumerationMembers();
@@ -107,7 +100,7 @@ class ClassMembers {
                         described->details.describe(described->properties[at], candidate);
                       });
     }
-    if (isEnumeration()) candidates_.addInOrder(namesOf(id_, getClassPropertyNames), Kind::Property);
+    if (isEnumeration()) candidates_.addInOrder(listOf(id_, getClassPropertyNames), Kind::Property);
   }
 
   void offerMethods(MethodInfo::GetContext context, Kind kind) {
@@ -129,7 +122,7 @@ class ClassMembers {
     }
   }
 
-  /// Reads what is offered; answers the names among it that are hidden. Hidden members take another question, which is
+  /// Reads what is offered; returns the names among it that are hidden. Hidden members take another question, which is
   /// asked only where one may be shown.
   template <class Infos, class Ask, class IsTypedMember>
   std::unordered_set<std::u16string> readMembers(Infos& infos, Ask ask, IsTypedMember isTypedMember) const {
@@ -167,7 +160,7 @@ class ClassMembers {
       candidate.type = described->record.structure.name;
       candidate.size = u"1x1";
     };
-    candidates_.addInOrder(namesOf(id_, getClassEnumerationNames), Kind::EnumerationMember, describe);
+    candidates_.addInOrder(listOf(id_, getClassEnumerationNames), Kind::EnumerationMember, describe);
     const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id_);
     if (found == nullptr || (!candidates_.wantsHidden() && candidates_.typed().empty())) return;
     for (kcos::COSIterator members = found->getEnumerationMembers(); members.hasMoreElements();) {
@@ -202,7 +195,7 @@ class ClassMembers {
     candidates_.addInOrder(names, Kind::Property, {}, described_->properties.size());
   }
 
-  /// What completes behind a variable, whoever asks. A record offers all of it but for enumerations.
+  /// What completes after a variable, whoever asks. A record offers all of it but for enumerations.
   void offerPublicMethods() {
     const auto& record = described_->record;
     if (!isEnumeration()) return;
@@ -211,8 +204,8 @@ class ClassMembers {
     if (value_ && !request_.lenience().operators) {
       names = getMethodsForWSVariable(KCOSIntrospection::getConstructorName(record.structure.name), value_);
     } else {
-      names = namesOf(id_, getClassMethodNames);
-      const Names statics = namesOf(id_, getClassStaticMethodNames);
+      names = listOf(id_, getClassMethodNames);
+      const Names statics = listOf(id_, getClassStaticMethodNames);
       const std::unordered_set<std::u16string> ofClass(statics.begin(), statics.end());
       const auto excluded =
           request_.lenience().operators ? std::set<std::u16string>() : getKCOSMethodsExcludeSet();
@@ -234,7 +227,8 @@ class ClassMembers {
   /// Fills in the details of methods that are known by name only.
   CandidateList::Details describePublicMethod() const {
     return [described = described_](Candidate& candidate) {
-      const MethodInfo::GetOptions all{{0}, nullptr, MethodInfo::GetContext::Any, false, false, true};
+      const MethodInfo::GetOptions all{{publicLevel}, nullptr, MethodInfo::GetContext::Any,
+                                       false,         false,   true};
       if (described->publicMethods.empty()) described->publicMethods = described->record.getMethods(all);
       for (const MethodInfo& method : described->publicMethods) {
         if (method.name == candidate.label) return describeMethod(method, candidate);
@@ -249,6 +243,30 @@ class ClassMembers {
   Described* const described_;
   CandidateList& candidates_;
 };
+
+/// The fields of a structure; with type and size when it is a scalar.
+void offerFields(const RequestContext& request, const ValuePtr& structure, CandidateList& candidates) {
+  Names names;
+  StructContextData::getStructFieldNames(structure.get(), names);
+  candidates.addInOrder(names, Kind::Field, [&request, structure](Candidate& candidate) {
+    if (!kxIsScalar(structure.get())) return;
+    const kxArray_tag* field = kxGetField(structure.get(), 0, narrow(candidate.label).c_str());
+    if (field != nullptr) describeValue(request, field, candidate);
+  });
+}
+
+/// What an object of another object system says itself, when the policy lets it.
+void offerForeignObject(RequestContext& request, const ValuePtr& value, CandidateList& candidates) {
+  if (!request.mayUse(CodePolicy::Allowed, u"what an opaque object offers")) return;
+  Names properties;
+  getOpaqueObjectProperties(value.get(), properties);
+  candidates.addInOrder(properties, Kind::Property,
+                        [](Candidate& candidate) { candidate.readRunsCode = true; });
+  if (KCOSIntrospection::isNoDotMethodClass(value.get())) return;
+  Names methods;
+  getOpaqueObjectMethods(value.get(), methods);
+  candidates.addInOrder(methods, Kind::Method, [](Candidate& candidate) { candidate.readRunsCode = true; });
+}
 
 bool offerValue(RequestContext& request, const ValuePtr& value, CandidateList& candidates) {
   if (KCOSIntrospection::isKCOSObject(value.get())) {
@@ -281,9 +299,10 @@ bool offerMembers(RequestContext& request, const Resolution& resolution, Candida
     case Resolution::Package:
       offerPackage(request, resolution.name, candidates);
       return true;
-    default:
+    case Resolution::Unknown:
       return false;
   }
+  return false;
 }
 
 void offerMethodsBeforeDot(RequestContext& request, const Resolution& argument, CandidateList& candidates) {

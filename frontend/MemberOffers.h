@@ -1,13 +1,13 @@
 #pragma once
 
-// What stands behind a dot: the members of values and of classes.
+// What stands after a dot: the members of values and of classes.
 
 #include "frontend/CandidateList.h"
 #include "frontend/Resolution.h"
 
 namespace frontend {
 
-/// The candidates behind what the resolution says and a dot. False when it denotes nothing that has members.
+/// The candidates after what the resolution says and a dot. False when it denotes nothing that has members.
 bool offerMembers(RequestContext& request, const Resolution& resolution, CandidateList& candidates);
 
 /// The methods that take part when the object is the first argument of a call.

@@ -1,14 +1,15 @@
+#include "frontend/MemberReasons.h"
+
 #include <contextdata/KCOSContextData/ClassInfo.h>
 #include <contextdata/KCOSContextData/CompletionTables.h>
 #include <contextdata/KCOSIntrospection.h>
 
 #include <algorithm>
-#include <limits>
 
 #include "frontend/CandidateList.h"
 #include "frontend/Declarations.h"
 #include "frontend/MemberOffers.h"
-#include "frontend/Reasons.h"
+#include "frontend/Text.h"
 
 namespace frontend {
 
@@ -16,7 +17,7 @@ using namespace KCOSContextData;
 
 namespace {
 
-/// Classes that derive from this one offer no methods behind the dot.
+/// Classes that derive from this one offer no methods after the dot.
 const std::u16string mixin = u"korval.mixin.internal.indexing.DisallowCompletionOfDotMethodNames";
 
 /// A class in whose code a name may be offered that is not offered elsewhere.
@@ -68,11 +69,17 @@ class MemberReasons {
     return {};
   }
 
-  /// Its own spot first.
+  /// Its own form first.
   std::vector<AccessForm> forms() const {
-    if (form_ == AccessForm::Object) return {AccessForm::Object, AccessForm::Class};
-    if (form_ == AccessForm::Class) return {AccessForm::Class, AccessForm::Object};
-    return {AccessForm::BeforeDot, AccessForm::Object, AccessForm::Class};
+    switch (form_) {
+      case AccessForm::Object:
+        return {AccessForm::Object, AccessForm::Class};
+      case AccessForm::Class:
+        return {AccessForm::Class, AccessForm::Object};
+      case AccessForm::BeforeDot:
+        return {AccessForm::BeforeDot, AccessForm::Object, AccessForm::Class};
+    }
+    return {};
   }
 
   /// Takes back each relaxation without which the name still comes; a caller was only tried when it did not come without.
@@ -96,7 +103,7 @@ class MemberReasons {
     const auto add = [&](bool isInTheWay, Rule rule, const std::u16string& detail) {
       if (isInTheWay) reasons.push_back({rule, detail});
     };
-    add(relaxed.form != form_, Rule::Position, placeOf(relaxed.form));
+    add(relaxed.form != form_, Rule::Position, positionText(relaxed.form));
     if (relaxed.caller != nullptr) reasons.push_back(relaxed.caller->reason);
     add(relaxed.hidden, Rule::Hidden, u"a hidden " + declarations_.front().what + u" of " + declaring());
     add(relaxed.lenience.constructors, Rule::Constructor, u"a constructor of " + declaring());
@@ -106,10 +113,10 @@ class MemberReasons {
     return reasons;
   }
 
-  std::u16string placeOf(AccessForm form) const {
+  std::u16string positionText(AccessForm form) const {
     const std::u16string& name = record_.structure.name;
-    return form == AccessForm::Class ? u"static: offered behind " + name + u" and a dot"
-                                     : u"offered behind objects of " + name + u" and a dot";
+    return form == AccessForm::Class ? u"static: offered after " + name + u" and a dot"
+                                     : u"offered after objects of " + name + u" and a dot";
   }
 
   /// Why the class's methods take no part.
@@ -120,7 +127,7 @@ class MemberReasons {
     const auto found =
         std::ranges::find_if(table, [this](const std::u16string& name) { return record_.isA(name); });
     if (found == table.end()) return {Rule::ExclusionTable, u"methods of " + asked + u", a built-in type"};
-    return {Rule::ExclusionTable, u"classes without methods behind the dot: " + *found};
+    return {Rule::ExclusionTable, u"classes without methods after the dot: " + *found};
   }
 
   /// The classes in whose code the name may be used, each with what it says of the name's access.
@@ -143,14 +150,16 @@ class MemberReasons {
 
   /// "private in lab.Pump, also for code of lab.Controller"
   static std::u16string accessOf(const Declaration& declaration) {
-    std::u16string text = wordOfLevel(declaration.level) + u" in " + declaration.record->structure.name;
+    const char* word = wordOfLevel(declaration.level);
+    std::u16string text = wide(word != nullptr ? word : "level " + std::to_string(declaration.level));
+    text += u" in " + declaration.record->structure.name;
     for (std::size_t at = 0; at < declaration.classes.size(); ++at) {
       text += (at == 0 ? u", for code of " : u" and ") + declaration.classes[at];
     }
     return text;
   }
 
-  /// The nearest one behind whose objects the name comes, with the request as it is.
+  /// The nearest one after whose objects the name comes, with the request as it is.
   const ClassInfo* superclassThatOffers() const {
     const auto ancestors = ancestorsOf(record_);
     const auto found = std::ranges::find_if(ancestors, [this](const ClassInfo* ancestor) {
@@ -184,8 +193,7 @@ class MemberReasons {
 
   std::u16string whatIsThere() const {
     const Declaration& declaration = declarations_.front();
-    const auto id = ResolvedClassID::fromKnownResolvedClassID(declaration.record->classId.text());
-    kcos::COSClass* owner = KCOSIntrospection::getCOSClass(id);
+    kcos::COSClass* owner = classObjectOf(*declaration.record);
     if (owner != nullptr && owner->checkClass(false) == nullptr) return declaring() + u" fails its check";
     if (owner != nullptr && owner->isEnumeration())
       return u"of " + declaring() + u", an enumeration, only what is public and visible is offered";
@@ -204,7 +212,7 @@ class MemberReasons {
     CandidateList candidates(varied, u"");
     offer(varied, relaxed.form, resolution, candidates);
     Completion completion;
-    candidates.finishWithoutDetails(std::numeric_limits<std::size_t>::max(), completion);
+    candidates.finish(everyName, completion);
     return std::ranges::any_of(completion.candidates,
                                [this](const Candidate& candidate) { return candidate.label == name_; });
   }
@@ -219,9 +227,6 @@ class MemberReasons {
     const auto kind = form == AccessForm::Class ? Resolution::Class : Resolution::Object;
     offerMembers(varied, {kind, {}, classOf(resolution), record_.structure.name}, candidates);
   }
-
-  static constexpr std::int32_t publicLevel = 0;
-  static constexpr std::int32_t listedLevel = 4;
 
   const RequestContext& request_;
   const Resolution& resolution_;

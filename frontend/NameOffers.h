@@ -1,6 +1,8 @@
 #pragma once
 
-// What can stand where a name begins.
+// What can stand where a name begins, and what the namespaces and packages among it hold.
+
+#include <string>
 
 #include "frontend/CandidateList.h"
 
@@ -12,5 +14,15 @@ void offerNames(RequestContext& request, CandidateList& candidates);
 
 /// What can be called through a handle: no variables.
 void offerFunctions(RequestContext& request, CandidateList& candidates);
+
+/// What a namespace or a package holds.
+void offerNamespace(RequestContext& request, const std::u16string& name, CandidateList& candidates);
+void offerPackage(RequestContext& request, const std::u16string& name, CandidateList& candidates);
+
+/// A namespace that the class system does not know: a folder on the path with functions in it.
+bool isFolderNamespace(RequestContext& request, const std::u16string& name);
+
+/// A namespace that completion leaves out, by its whole name.
+bool isExcludedNamespace(const std::u16string& name);
 
 }  // namespace frontend

@@ -1,6 +1,6 @@
 #pragma once
 
-// What every request to the front end has: a place, its limits, and how it ended.
+// What every request to the front end has: a scope, its limits, and how it ended.
 
 #include <cstddef>
 #include <string>
@@ -32,13 +32,13 @@ struct Scope {
 struct Options {
   CodePolicy policy = CodePolicy::StoredValues;
   Deadline deadline = {};
-  /// How many candidates are answered at most.
+  /// How many candidates are returned at most.
   std::size_t limit = 200;
   /// Hidden members and names are wanted like others. Otherwise they come once their whole name is typed.
   bool hidden = false;
 };
 
-/// How a request ended. Whatever it says, what is answered is right; it may not be all.
+/// How a request ended. Whatever it says, what is returned is right; it may not be all.
 enum class Status {
   Complete,
   Limited,      ///< there is more than was asked for
@@ -48,9 +48,35 @@ enum class Status {
   Failed        ///< the class system or the session failed
 };
 
-/// "complete", "limited", "refused-code", ...
-const char* nameOf(Status status);
-const char* nameOf(CodePolicy policy);
+constexpr const char* nameOf(Status status) {
+  switch (status) {
+    case Status::Complete:
+      return "complete";
+    case Status::Limited:
+      return "limited";
+    case Status::RefusedCode:
+      return "refused-code";
+    case Status::TimedOut:
+      return "timed-out";
+    case Status::Interrupted:
+      return "interrupted";
+    case Status::Failed:
+      return "failed";
+  }
+  return "";
+}
+
+constexpr const char* nameOf(CodePolicy policy) {
+  switch (policy) {
+    case CodePolicy::Never:
+      return "never";
+    case CodePolicy::StoredValues:
+      return "stored-values";
+    case CodePolicy::Allowed:
+      return "allowed";
+  }
+  return "";
+}
 
 struct Outcome {
   Status status = Status::Complete;

@@ -1,12 +1,41 @@
 #include "frontend/RequestContext.h"
 
-#include <boost/locale/encoding_utf.hpp>
 #include <exception>
 #include <utility>
+
+#include "frontend/Text.h"
 
 namespace frontend {
 
 using namespace KCOSContextData;
+
+namespace {
+
+/// Why the exception that is being handled was thrown; empty for an interrupt and for Stopped.
+std::u16string failureOfCurrentException() {
+  try {
+    throw;
+  } catch (const Stopped&) {
+    return {};
+  } catch (const Tamsix::System::InterruptException&) {
+    return {};
+  } catch (const foundation::core::except::Exception& exception) {
+    return wide(exception.message() + " [" + exception.messageId() + "]");
+  } catch (const std::exception& exception) {
+    return wide(exception.what());
+  } catch (...) {
+    return u"the class system failed";
+  }
+}
+
+/// How a request ends that could not begin, because of the exception that is being handled.
+Outcome outcomeOfFailedBegin(CodePolicy policy) {
+  const std::u16string failure = failureOfCurrentException();
+  if (failure.empty()) return {Status::Interrupted, u"interrupted", policy, {}};
+  return {Status::Failed, failure, policy, {}};
+}
+
+}  // namespace
 
 RequestContext::RequestContext(Session& session, const Scope& scope, const Options& options)
     : session_(session), scope_(scope), options_(options), needed_(options.policy) {
@@ -26,6 +55,7 @@ RequestContext::~RequestContext() {
   if (isRunning_) session_.endRequest();
 }
 
+/// What is noted first is what people are told of; the widest policy is what they are offered.
 bool RequestContext::mayUse(CodePolicy policy, const std::u16string& what) {
   if (policy <= options_.policy) return true;
   if (policy > needed_) needed_ = policy;
@@ -52,6 +82,7 @@ Outcome RequestContext::finish(const std::u16string& failure) {
 
 Outcome RequestContext::outcomeOf(const RequestRecord& record, const std::u16string& failure) const {
   Outcome outcome{Status::Complete, {}, needed_, record.printed};
+  // The session's word comes first: it knows of interrupts and deadlines that the library has swallowed on the way.
   if (record.codeRefusals > 0) outcome.neededPolicy = CodePolicy::Allowed;
   if (record.interrupted) {
     outcome.status = Status::Interrupted;
@@ -70,40 +101,25 @@ Outcome RequestContext::outcomeOf(const RequestRecord& record, const std::u16str
   return outcome;
 }
 
-Outcome outcomeOfFailedBegin(CodePolicy policy) {
-  const std::u16string failure = failureOfCurrentException();
-  if (failure.empty()) return {Status::Interrupted, u"interrupted", policy, {}};
-  return {Status::Failed, failure, policy, {}};
-}
-
-std::u16string failureOfCurrentException() {
+/// Out of memory propagates from everywhere: an outcome could not be made of it either.
+Outcome answer(Session& session, const Scope& scope, const Options& options,
+               const std::function<void(RequestContext&)>& answering) {
+  std::u16string failure;
   try {
+    RequestContext request(session, scope, options);
+    try {
+      answering(request);
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (...) {
+      failure = failureOfCurrentException();
+    }
+    return request.finish(failure);
+  } catch (const std::bad_alloc&) {
     throw;
-  } catch (const Stopped&) {
-    return {};
-  } catch (const Tamsix::System::InterruptException&) {
-    return {};
-  } catch (const foundation::core::except::Exception& exception) {
-    return wide(exception.message() + " [" + exception.messageId() + "]");
-  } catch (const std::exception& exception) {
-    return wide(exception.what());
   } catch (...) {
-    return u"the class system failed";
+    return outcomeOfFailedBegin(options.policy);
   }
-}
-
-std::u16string wide(const std::string& text) { return boost::locale::conv::utf_to_utf<char16_t>(text); }
-std::string narrow(const std::u16string& text) { return boost::locale::conv::utf_to_utf<char>(text); }
-
-const char* nameOf(CodePolicy policy) {
-  static constexpr const char* names[] = {"never", "stored-values", "allowed"};
-  return names[static_cast<int>(policy)];
-}
-
-const char* nameOf(Status status) {
-  static constexpr const char* names[] = {"complete",  "limited",     "refused-code",
-                                          "timed-out", "interrupted", "failed"};
-  return names[static_cast<int>(status)];
 }
 
 }  // namespace frontend

@@ -4,6 +4,7 @@
 
 #include <contextdata/KCOSContextData/ClassInfo.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -24,7 +25,7 @@ struct Lenience {
 
 class RequestContext {
  public:
-  /// Begins the request; what the session throws passes.
+  /// Begins the request; what the session throws propagates.
   RequestContext(Session& session, const Scope& scope, const Options& options);
   /// A running request asked otherwise: begins none, and ends none. Borrows all it is given.
   RequestContext(const RequestContext& running, const Scope& scope, const Options& options,
@@ -63,37 +64,8 @@ class RequestContext {
   std::unique_ptr<KCOSContextData::ClassInfo> caller_;
 };
 
-/// Runs what answers a request, and says how it ended. Nothing but std::bad_alloc passes.
-template <class Answering>
-Outcome answer(Session& session, const Scope& scope, const Options& options, Answering answering);
-
-/// How a request ends that could not begin, because of the exception that is being handled.
-Outcome outcomeOfFailedBegin(CodePolicy policy);
-
-/// Why the exception that is being handled was thrown; empty for an interrupt and for Stopped.
-std::u16string failureOfCurrentException();
-
-std::u16string wide(const std::string& text);
-std::string narrow(const std::u16string& text);
-
-template <class Answering>
-Outcome answer(Session& session, const Scope& scope, const Options& options, Answering answering) {
-  std::u16string failure;
-  try {
-    RequestContext request(session, scope, options);
-    try {
-      answering(request);
-    } catch (const std::bad_alloc&) {
-      throw;
-    } catch (...) {
-      failure = failureOfCurrentException();
-    }
-    return request.finish(failure);
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (...) {
-    return outcomeOfFailedBegin(options.policy);
-  }
-}
+/// Runs what answers a request, and says how it ended. Nothing but std::bad_alloc propagates.
+Outcome answer(Session& session, const Scope& scope, const Options& options,
+               const std::function<void(RequestContext&)>& answering);
 
 }  // namespace frontend

@@ -9,8 +9,9 @@
 #include <vector>
 
 #include "frontend/Access.h"
-#include "frontend/Namespaces.h"
-#include "frontend/ValueFacts.h"
+#include "frontend/CandidateDetails.h"
+#include "frontend/NameOffers.h"
+#include "frontend/Text.h"
 #include "syntax/Brackets.h"
 #include "syntax/Tokenizer.h"
 
@@ -22,7 +23,7 @@ namespace {
 
 using ValuePtr = boost::intrusive_ptr<kxArray_tag>;
 
-/// A part of a dotted expression with the bracketed groups behind it: "levels", "(3)".
+/// A part of a dotted expression with the bracketed groups after it: "levels", "(3)".
 struct Part {
   std::u16string name;
   bool isCalled = false;

@@ -1,6 +1,6 @@
 #pragma once
 
-// What a dotted expression before a dot denotes: a value, a declared class, or a place where names live.
+// What a dotted expression before a dot denotes: a value, a declared class, or what holds names.
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <optional>
@@ -28,10 +28,10 @@ struct Resolution {
   std::u16string name = {};
 };
 
-/// Variables come before classes, these before namespaces, and these before packages. What the library lets out passes.
+/// Variables come before classes, these before namespaces, and these before packages. What the library throws propagates.
 Resolution resolve(RequestContext& request, const std::u16string& expression);
 
-/// The class that code of the place means by the name, when there is one.
+/// The class that code of the scope means by the name, when there is one.
 std::optional<KCOSContextData::ResolvedClassID> classNamed(const RequestContext& request,
                                                            const std::u16string& name);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the front end asks of the session it works in, beside what the library answers: which names there are,
+// What the front end asks of the session it works in, beside what the library says: which names there are,
 // how far Korval code may go on behalf of a request, and what became of it. Whoever owns a session implements
 // it; NoSession stands for none.
 //
@@ -20,7 +20,7 @@ namespace frontend {
 /// How far a request may go to learn what something is.
 enum class CodePolicy {
   Never,         ///< names, declarations and what variables hold; nothing is even tried that may run code
-  StoredValues,  ///< values behind dots too, as far as they are stored; the session refuses to run code
+  StoredValues,  ///< values after dots too, as far as they are stored; the session refuses to run code
   Allowed        ///< code may run, silently
 };
 
@@ -63,7 +63,8 @@ class Session {
   /// The value of a variable; empty when there is none. May throw.
   virtual boost::intrusive_ptr<kxArray_tag> variable(const std::u16string& name) = 0;
 
-  /// Functions that are known without looking at folders.
+  /// Functions and classes may also be files and folders of the search path, so that naming them may read these folders:
+  /// none of the four is asked per candidate.
   virtual std::vector<SessionName> functionNames() = 0;
   virtual std::vector<SessionName> classNames() = 0;
   virtual std::vector<SessionName> namespaceNames() = 0;
@@ -71,7 +72,7 @@ class Session {
   virtual std::vector<SessionName> packageNames() = 0;
 };
 
-/// No session: the front end answers what the library alone can.
+/// No session: the front end offers what the library alone can.
 class NoSession final : public Session {
  public:
   void beginRequest(CodePolicy, Deadline) override {}

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "frontend/Access.h"
-#include "frontend/Metadata.h"
 #include "frontend/Resolution.h"
+#include "frontend/SignatureHelp.h"
 
 namespace frontend {
 

@@ -34,7 +34,7 @@ class ExplainTest(CommandTest):
         self.assertEqual(json.loads(done.stdout), {
             "status": "complete", "neededPolicy": "stored-values", "name": "defaults", "isOffered": False,
             "reasons": [{"rule": "no-match", "detail": "'Mo' is typed, which does not fit"},
-                        {"rule": "position", "detail": "static: offered behind lab.Pump and a dot"},
+                        {"rule": "position", "detail": "static: offered after lab.Pump and a dot"},
                         {"rule": "access-level", "detail": "private in lab.Pump"}]})
 
     def test_bad_snapshots(self):

@@ -1,6 +1,6 @@
 #pragma once
 
-// What a candidate says of a member beside its name.
+// What a candidate says beside its name: what can be told of a value, of a property and of a method without running code.
 
 #include <contextdata/KCOSContextData/ClassInfo.h>
 
@@ -8,11 +8,20 @@
 #include <optional>
 #include <string>
 
-#include "frontend/Access.h"
 #include "frontend/Completion.h"
+#include "frontend/Declarations.h"
 #include "frontend/RequestContext.h"
+#include "host/Arrays.h"
 
 namespace frontend {
+
+bool isStructure(const kxArray_tag* value);
+
+/// "2x3", or empty when it is not known. Objects are asked for their size when the policy lets code run.
+std::u16string sizeOf(const RequestContext& request, const kxArray_tag* value);
+
+/// Type and size of a value, as far as they can be told.
+void describeValue(const RequestContext& request, const kxArray_tag* value, Candidate& candidate);
 
 void describeMethod(const KCOSContextData::MethodInfo& method, Candidate& candidate);
 

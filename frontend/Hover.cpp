@@ -1,3 +1,5 @@
+#include "frontend/Hover.h"
+
 #include <contextdata/KCOSContextData/ClassInfo.h>
 #include <contextdata/KCOSContextData/MemberNames.h>
 
@@ -8,9 +10,6 @@
 #include "frontend/Access.h"
 #include "frontend/CursorContext.h"
 #include "frontend/Declarations.h"
-#include "frontend/Hover.h"
-#include "frontend/Metadata.h"
-#include "frontend/Offers.h"
 #include "frontend/Resolution.h"
 
 namespace frontend {
@@ -22,7 +21,7 @@ namespace {
 /// The dotted name that is described.
 struct Subject {
   std::u16string whole;
-  /// Before its last dot, and behind it.
+  /// Before its last dot, and after it.
   std::u16string base;
   std::u16string last;
 };

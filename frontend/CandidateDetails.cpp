@@ -1,18 +1,41 @@
-#include "frontend/MemberDetails.h"
+#include "frontend/CandidateDetails.h"
 
 #include <contextdata/KCOSIntrospection.h>
+#include <contextdata/Workspace/Values.h>
 
-#include <algorithm>
-#include <limits>
+#include <cstddef>
 #include <utility>
+#include <vector>
 
-#include "frontend/ValueFacts.h"
+#include "frontend/Access.h"
+#include "frontend/Text.h"
 
 namespace frontend {
 
 using namespace KCOSContextData;
 
 namespace {
+
+/// From here on values are objects, whose classes may say themselves what their size is.
+constexpr int firstObject = 17;
+
+template <class Extents>
+std::u16string sizeText(const Extents& extents) {
+  std::u16string text;
+  for (const auto extent : extents) text += (text.empty() ? u"" : u"x") + decimal(extent);
+  return text;
+}
+
+/// The value's own dimensions, whatever its class says.
+std::u16string ownSizeOf(const kxArray_tag* value) {
+  if (kxIsA(value, "tall")) return {};
+  if (kxIsOpaque(value) && kxHasLazyDimensions(value)) return {};
+  if (kxHasCompactDimensions(value)) {
+    return sizeText(std::vector<std::size_t>{kxGetRowCount(value), kxGetColumnCount(value)});
+  }
+  const std::size_t* dimensions = kxGetDimensions(value);
+  return sizeText(std::vector<std::size_t>(dimensions, dimensions + kxGetNumberOfDimensions(value)));
+}
 
 std::u16string declaredSize(const PropertyInfo& property) {
   std::u16string text;
@@ -21,8 +44,7 @@ std::u16string declaredSize(const PropertyInfo& property) {
 }
 
 kcos::COSPropInfo* ownProperty(const ClassInfo& record, const std::u16string& name) {
-  const auto id = ResolvedClassID::fromKnownResolvedClassID(record.classId.text());
-  kcos::COSClass* found = KCOSIntrospection::getCOSClass(id);
+  const kcos::COSClass* found = classObjectOf(record);
   const kcos::COSInternedName member = ResolvedClassID::fromKnownResolvedClassID(name);
   const kcos::COSInterfacePtr property = found == nullptr ? nullptr : found->findProperty(member);
   return property ? kcos::cosiToProp(property.get()) : nullptr;
@@ -30,15 +52,28 @@ kcos::COSPropInfo* ownProperty(const ClassInfo& record, const std::u16string& na
 
 }  // namespace
 
-kcos::COSClass* definingClass(const MethodInfo& method) {
-  return KCOSIntrospection::getCOSClass(method.definingClass);
+bool isStructure(const kxArray_tag* value) {
+  const int code = kxGetClassID(value);
+  return code == 2 || code == 18;
+}
+
+std::u16string sizeOf(const RequestContext& request, const kxArray_tag* value) {
+  const bool runsNoCode = kxGetClassID(value) < firstObject && !kxIsOpaque(value);
+  if (runsNoCode || request.options().policy == CodePolicy::Allowed)
+    return sizeText(getSizeFromKxArray(value));
+  return ownSizeOf(value);
+}
+
+void describeValue(const RequestContext& request, const kxArray_tag* value, Candidate& candidate) {
+  candidate.type = KCOSIntrospection::getClassName(value);
+  candidate.size = sizeOf(request, value);
 }
 
 void describeMethod(const MethodInfo& method, Candidate& candidate) {
   candidate.declaringClass = method.definingClass;
   candidate.isStatic = method.isStatic;
   candidate.readRunsCode = true;
-  const kcos::COSClass* defining = definingClass(method);
+  const kcos::COSClass* defining = KCOSIntrospection::getCOSClass(method.definingClass);
   if (defining == nullptr) return;
   const kcos::COSInternedName name = ResolvedClassID::fromKnownResolvedClassID(method.name);
   auto methods = defining->findMethods(name);
@@ -73,6 +108,7 @@ void PropertyDetails::describe(const PropertyInfo& property, Candidate& candidat
     candidate.access = own->getMemberGetAccess();
     candidate.isConstant = own->getMemberSetAccess() == kcos::ConstantAccess;
   }
+  // A getter is not run for a detail, whatever the policy: the list would cost one call of user code per candidate.
   if (value_ && !property.hasCustomGetter && request_.options().policy != CodePolicy::Never) {
     describeStored(property, candidate);
   }

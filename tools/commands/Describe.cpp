@@ -27,20 +27,21 @@ ResolvedClassID classOf(const std::string& name) {
   throw AnswerError{"describe.unknown-class", "no class is called '" + name + "'"};
 }
 
-description::Options wantedMembers(const DescribeOptions& options) {
-  description::Options wanted{{}, options.hidden};
+std::vector<std::int32_t> levelsOf(const DescribeOptions& options) {
+  std::vector<std::int32_t> levels;
   const auto& words = accessWords();
   const bool all = std::ranges::count(options.access, "all") > 0;
-  for (std::int32_t level = 0; level <= description::highestLevel; ++level) {
-    if (all || std::ranges::count(options.access, words.at(level)) > 0) wanted.levels.push_back(level);
+  for (std::size_t level = 0; level < words.size(); ++level) {
+    if (all || std::ranges::count(options.access, words[level]) > 0)
+      levels.push_back(static_cast<std::int32_t>(level));
   }
-  return wanted;
+  return levels;
 }
 
 Answer answerOf(const DescribeOptions& options) {
-  const auto described = describe(classOf(options.className), wantedMembers(options));
-  if (options.json) return {jsonLineOf(described) + '\n'};
-  return {options.dot ? dotOf(described) : textOf(described)};
+  const auto tree = frontend::describeClass(classOf(options.className), levelsOf(options), options.hidden);
+  if (options.json) return {jsonLineOf(tree) + '\n'};
+  return {options.dot ? dotOf(tree) : textOf(tree)};
 }
 
 }  // namespace

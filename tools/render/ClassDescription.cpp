@@ -10,11 +10,11 @@
 namespace tools {
 
 using boost::algorithm::join;
-using description::ClassDescription;
-using description::Description;
-using description::Level;
-using description::Method;
-using description::Property;
+using frontend::ClassDescription;
+using frontend::ClassTree;
+using frontend::Level;
+using frontend::MethodDescription;
+using frontend::PropertyDescription;
 
 namespace {
 
@@ -36,19 +36,19 @@ std::string joined(const std::vector<std::u16string>& texts, const std::string& 
 }
 
 /// "1 x :", or nothing.
-std::string sizeOf(const Property& property) { return joined(property.info.sizeStrings, " x "); }
+std::string sizeOf(const PropertyDescription& property) { return joined(property.info.sizeStrings, " x "); }
 
 std::string accessOf(const Level& level) { return level ? accessWords().at(*level) : "unknown"; }
 
 /// "public", or where the two differ "public, write: private".
-std::string accessOf(const Property& property) {
+std::string accessOf(const PropertyDescription& property) {
   const std::string read = accessOf(property.readLevel);
   const std::string write = accessOf(property.writeLevel);
   return read == write ? read : read + ", write: " + write;
 }
 
 /// "hidden; reading runs code; values: 1, 2"
-std::string notesOn(const Property& property) {
+std::string notesOn(const PropertyDescription& property) {
   std::vector<std::string> notes;
   if (property.isHidden) notes.push_back("hidden");
   if (property.info.isDependent) notes.push_back("dependent");
@@ -60,7 +60,7 @@ std::string notesOn(const Property& property) {
   return join(notes, "; ");
 }
 
-std::string notesOn(const Method& method) {
+std::string notesOn(const MethodDescription& method) {
   std::vector<std::string> notes;
   if (method.isConstructor) notes.push_back("constructor");
   if (method.info.isStatic) notes.push_back("static");
@@ -87,7 +87,7 @@ void addTree(const std::vector<ClassDescription>& classes, std::size_t at, std::
 
 Rows propertyRows(const ClassDescription& described) {
   Rows rows;
-  for (const Property& property : described.properties) {
+  for (const PropertyDescription& property : described.properties) {
     rows.push_back({printable(property.info.name), printable(property.info.type), sizeOf(property),
                     accessOf(property), notesOn(property)});
   }
@@ -96,7 +96,7 @@ Rows propertyRows(const ClassDescription& described) {
 
 Rows methodRows(const ClassDescription& described) {
   Rows rows;
-  for (const Method& method : described.methods) {
+  for (const MethodDescription& method : described.methods) {
     rows.push_back({printable(method.info.name), accessOf(method.level), notesOn(method)});
   }
   return rows;
@@ -109,10 +109,10 @@ Rows enumerationRows(const ClassDescription& described) {
 }
 
 /// One section for each class that has something to show.
-std::string sections(const Description& description, const std::string& heading,
+std::string sections(const ClassTree& tree, const std::string& heading,
                      Rows (*rowsOf)(const ClassDescription&)) {
   std::string text;
-  for (const ClassDescription& described : description.classes) {
+  for (const ClassDescription& described : tree.classes) {
     const Rows rows = rowsOf(described);
     if (rows.empty()) continue;
     text += "\n" + heading + " " + titleOf(described) + "\n" + tableOf(rows, 2);
@@ -130,7 +130,7 @@ Json listOf(const std::vector<std::u16string>& texts) {
   return list;
 }
 
-Json objectOf(const Property& property) {
+Json objectOf(const PropertyDescription& property) {
   Json json = jsonOf(property.info);
   json["readAccess"] = wordOf(property.readLevel);
   json["writeAccess"] = wordOf(property.writeLevel);
@@ -138,7 +138,7 @@ Json objectOf(const Property& property) {
   return json;
 }
 
-Json objectOf(const Method& method) {
+Json objectOf(const MethodDescription& method) {
   Json json = jsonOf(method.info);
   json["access"] = wordOf(method.level);
   json["isHidden"] = method.isHidden;
@@ -181,14 +181,14 @@ std::string escaped(const std::string& text, const std::string& special) {
 /// Text in the label of a record, where some characters draw lines.
 std::string labelText(const std::string& text) { return escaped(text, "\\\"{}|<>"); }
 
-std::string shortly(const Property& property) {
+std::string shortly(const PropertyDescription& property) {
   std::string line = printable(property.info.name);
   if (!property.info.type.empty()) line += ": " + printable(property.info.type);
   const std::string extents = sizeOf(property);
   return extents.empty() ? line : line + " " + extents;
 }
 
-std::string shortly(const Method& method) { return printable(method.info.name) + "()"; }
+std::string shortly(const MethodDescription& method) { return printable(method.info.name) + "()"; }
 
 std::string shortly(const std::u16string& enumerationMember) { return printable(enumerationMember); }
 
@@ -227,28 +227,28 @@ Json jsonOf(const KCOSContextData::MethodInfo& method) {
           {"isStatic", method.isStatic}};
 }
 
-std::string textOf(const Description& description) {
+std::string textOf(const ClassTree& tree) {
   std::string text;
-  std::vector<bool> shown(description.classes.size());
-  addTree(description.classes, 0, 0, shown, text);
-  for (const ClassDescription& described : description.classes) {
+  std::vector<bool> shown(tree.classes.size());
+  addTree(tree.classes, 0, 0, shown, text);
+  for (const ClassDescription& described : tree.classes) {
     if (!described.isValid) text += "\n" + titleOf(described) + " is broken: its own members are not known\n";
   }
-  text += sections(description, "members of the enumeration", enumerationRows);
-  text += sections(description, "properties of", propertyRows);
-  return text + sections(description, "methods of", methodRows);
+  text += sections(tree, "members of the enumeration", enumerationRows);
+  text += sections(tree, "properties of", propertyRows);
+  return text + sections(tree, "methods of", methodRows);
 }
 
-std::string jsonLineOf(const Description& description) {
+std::string jsonLineOf(const ClassTree& tree) {
   Json classes = Json::array();
-  for (const ClassDescription& described : description.classes) {
-    classes.push_back(objectOf(described, description.classes));
+  for (const ClassDescription& described : tree.classes) {
+    classes.push_back(objectOf(described, tree.classes));
   }
   return lineOf({{"classes", std::move(classes)}});
 }
 
-std::string dotOf(const Description& description) {
-  const auto& classes = description.classes;
+std::string dotOf(const ClassTree& tree) {
+  const auto& classes = tree.classes;
   std::string dot = "digraph \"" + escaped(printable(classes.front().name), "\\\"") + "\" {\n";
   dot += "  rankdir=BT;\n  node [shape=record];\n  edge [arrowhead=empty];\n";
   for (std::size_t at = 0; at < classes.size(); ++at) {

@@ -2,12 +2,9 @@
 
 // The description of a class in its three forms, and the members in it.
 
-#include <contextdata/KCOSContextData/MethodInfo.h>
-#include <contextdata/KCOSContextData/PropertyInfo.h>
-
 #include <string>
 
-#include "tools/render/Description.h"
+#include "frontend/ClassDescription.h"
 #include "tools/render/Json.h"
 
 namespace tools {
@@ -17,12 +14,12 @@ Json jsonOf(const KCOSContextData::PropertyInfo& property);
 Json jsonOf(const KCOSContextData::MethodInfo& method);
 
 /// For people: the tree of superclasses, then what each class contributes.
-std::string textOf(const description::Description& description);
+std::string textOf(const frontend::ClassTree& tree);
 
 /// For programs: the record, field by field.
-std::string jsonLineOf(const description::Description& description);
+std::string jsonLineOf(const frontend::ClassTree& tree);
 
 /// For graphviz: a picture of the superclasses with what each class contributes.
-std::string dotOf(const description::Description& description);
+std::string dotOf(const frontend::ClassTree& tree);
 
 }  // namespace tools

@@ -1,6 +1,6 @@
 #pragma once
 
-// What a class is and offers, as the library tells it: the record behind every form of a description.
+// What a class and its ancestors are and contribute: the record behind every form of a description.
 
 #include <contextdata/KCOSContextData/MethodInfo.h>
 #include <contextdata/KCOSContextData/PropertyInfo.h>
@@ -12,22 +12,21 @@
 #include <string>
 #include <vector>
 
-namespace tools::description {
+#include "frontend/Declarations.h"
 
-/// The access levels that members are looked for at; 0 is public, 2 private, 5 constant.
-inline constexpr std::int32_t highestLevel = 5;
+namespace frontend {
 
-/// The access level of a member, when it has one of those.
+/// The access level of a member, when it is one of those with a word.
 using Level = std::optional<std::int32_t>;
 
-struct Property {
+struct PropertyDescription {
   KCOSContextData::PropertyInfo info;
   Level readLevel;
   Level writeLevel;
   bool isHidden = false;
 };
 
-struct Method {
+struct MethodDescription {
   KCOSContextData::MethodInfo info;
   Level level;
   bool isHidden = false;
@@ -43,28 +42,23 @@ struct ClassDescription {
   /// A class that fails its check keeps its own members to itself.
   bool isValid = true;
   bool isEnumeration = false;
-  /// The direct superclasses, as positions in Description::classes.
+  /// The direct superclasses, as positions in ClassTree::classes.
   std::vector<std::size_t> superclasses;
-  std::vector<Property> properties;
+  std::vector<PropertyDescription> properties;
   /// Overloads of one name are one entry.
-  std::vector<Method> methods;
+  std::vector<MethodDescription> methods;
   std::vector<std::u16string> enumerationMembers;
 };
 
-struct Description {
+struct ClassTree {
   /// The described class, then its ancestors, each once, in the order in which they are met depth first.
   std::vector<ClassDescription> classes;
 };
 
-/// What members are wanted.
-struct Options {
-  std::vector<std::int32_t> levels{0};
-  bool includeHidden = false;
-};
+/// What a class offers at these access levels: under its superclasses only the members that reach it, because no class in
+/// between defines a property of the name, or hides a method of it; neither their private members nor their constructors.
+/// Runs no Korval code. `id` is the class's own identity. What the library throws propagates.
+ClassTree describeClass(const KCOSContextData::ResolvedClassID& id, const std::vector<std::int32_t>& levels,
+                        bool includeHidden);
 
-/// What a class offers: under its superclasses only the members that reach it, because no class in between defines
-/// a property of the name, or hides a method of it; neither their private members nor their constructors. Runs no Korval code.
-/// `id` is the class's own identity. What the library lets out passes.
-Description describe(const KCOSContextData::ResolvedClassID& id, const Options& options);
-
-}  // namespace tools::description
+}  // namespace frontend

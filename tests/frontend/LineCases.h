@@ -8,7 +8,8 @@
 #include "frontend/Completion.h"
 #include "tools/session/HostSession.h"
 
-/// A text case of tests/cases: a line with a cursor, what is set besides, and what is expected, line by line.
+/// A text case of tests/cases, as tests/support/Cases.py explains and reads them: a line with a cursor, what is set
+/// besides, and the rows that are expected, two blanks between their columns.
 struct LineCase {
   std::string place;
   std::u16string text;

@@ -1,21 +1,25 @@
-"""Short text cases of completion, which run through the command and through the server.
+"""Short text cases of the front end: tests/cases/*.txt. The one reader of them, also for the tests in C++, which get the
+cases of a file as JSON: `Cases.py completion.txt`.
 
 A case is a block of lines; blocks are parted by empty lines, "#" begins a comment line.
 
-    pump.Fl‸oo               the text, "‸" is the cursor
-    : class lab.Controller   a place or an option: class NAME, in FUNCTION, code POLICY, hidden, limit N
+    pump.Fl‸oo               the text, "‸" is the cursor, "\\n" a line break
+    : class lab.Controller   a setting: class NAME and in FUNCTION are the scope; code POLICY, hidden and limit N are
+                             options; name NAME is what an explanation is asked about
     -> limited               how it ends; "complete" when there is no such line
     Flow  property of lab.Pump  1x1 double
-    ...                      there are more, which do not matter
 
 What is expected is what the command prints for people, two or more blanks between its columns.
 """
+import json
 import re
+import sys
 from collections import namedtuple
 from pathlib import Path
 
-Case = namedtuple("Case", "place text cursor settings status rows more")
+Case = namedtuple("Case", "place text cursor settings status rows")
 CURSOR = "‸"
+SETTINGS = {"class", "in", "code", "hidden", "limit", "name"}
 
 
 def row_of(line):
@@ -35,12 +39,13 @@ def parse(block, place):
     for line in block[1:]:
         if line.startswith(": "):
             settings.append(line[2:].split(" ", 1))
+            if settings[-1][0] not in SETTINGS:
+                raise ValueError(f"{place}: there is no setting {settings[-1][0]}")
         elif line.startswith("-> "):
             status = line[3:]
         else:
             rows.append(row_of(line))
-    more = bool(rows) and rows[-1] == ("...",)
-    return Case(place, text.replace(CURSOR, ""), text.index(CURSOR), settings, status, rows[:-1] if more else rows, more)
+    return Case(place, text.replace(CURSOR, ""), text.index(CURSOR), settings, status, rows)
 
 
 def read(file):
@@ -56,3 +61,14 @@ def read(file):
             cases.append(parse(block, f"{Path(file).name}:{start}"))
             block = []
     return cases
+
+
+def main():
+    folder = Path(__file__).parent.parent / "cases"
+    json.dump([{"place": case.place, "before": case.text[:case.cursor], "after": case.text[case.cursor:],
+                "settings": {name: "".join(value) for name, *value in case.settings}, "status": case.status,
+                "rows": ["  ".join(row) for row in case.rows]} for case in read(folder / sys.argv[1])], sys.stdout)
+
+
+if __name__ == "__main__":
+    main()

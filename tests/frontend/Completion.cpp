@@ -1,14 +1,15 @@
-// Completion in a world with one of everything: its cases, without code, and with every call failing or interrupted.
+// Completion in a world with one of everything: its cases, without code, and with every call failing or interrupted; how
+// what is typed fits names.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <boost/algorithm/string.hpp>
 #include <set>
 #include <stdexcept>
 
 #include "host/Exceptions.h"
 #include "tests/frontend/LineCases.h"
+#include "tests/support/Table.h"
 #include "tools/render/FrontEnd.h"
 #include "tools/render/Text.h"
 
@@ -21,21 +22,11 @@ Completion complete(frontend::Session& session, const LineCase& line, const fron
   return frontend::complete(session, line.text, line.cursor, line.where(), options);
 }
 
-/// Columns are two or more blanks apart, and those that are empty are left out.
-std::string columns(const std::string& row) {
-  std::string text;
-  for (std::size_t at = 0; at < row.size(); ++at) {
-    const bool isGap = row.compare(at, 2, "  ") == 0;
-    if (!isGap) text += row[at];
-    if (isGap && !text.ends_with('|')) text += '|';
-    while (isGap && at + 1 < row.size() && row[at + 1] == ' ') ++at;
-  }
-  return boost::trim_right_copy_if(text, boost::is_any_of("|"));
-}
-
+/// Columns that are empty are left out.
 std::string rowOf(const frontend::Candidate& candidate) {
-  return columns(tools::printable(candidate.label) + "  " + tools::kindOf(candidate) + "  " +
-                 tools::detailsOf(candidate));
+  const std::string details = tools::detailsOf(candidate);
+  const std::string row = tools::printable(candidate.label) + "  " + tools::kindOf(candidate);
+  return details.empty() ? row : row + "  " + details;
 }
 
 std::vector<std::string> rowsOf(const Completion& completion) {
@@ -51,9 +42,7 @@ TEST(Completion, OffersWhatItsCasesSay) {
   for (const LineCase& line : cases) {
     SCOPED_TRACE(line.place);
     const Completion completion = complete(world.session, line, line.options());
-    std::vector<std::string> expected;
-    for (const std::string& row : line.expected) expected.push_back(columns(row));
-    EXPECT_EQ(rowsOf(completion), expected);
+    EXPECT_EQ(rowsOf(completion), line.expected);
     EXPECT_EQ(nameOf(completion.outcome.status), line.status);
     EXPECT_EQ(completion.outcome.reason.empty(), line.status == "complete");
     EXPECT_LE(completion.begin, completion.end);
@@ -102,7 +91,7 @@ const Failure failures[] = {
      },
      Status::Interrupted}};
 
-/// Fails the n-th call for every n; each time what is answered is part of the clean answer, and the next one is clean.
+/// Fails the n-th call for every n; each time what is offered is part of the clean answer, and the next one is clean.
 std::size_t failEveryCall(CaseWorld& world, const LineCase& line, const Failure& failure) {
   frontend::Options options = line.options();
   options.limit = 1000;
@@ -115,7 +104,7 @@ std::size_t failEveryCall(CaseWorld& world, const LineCase& line, const Failure&
     world.host->setFault({"", call + 1, false, [&] { failure.raise(*world.host); }});
     const Completion faulty = complete(world.session, line, options);
     happened = world.host->clearFault();
-    // An interrupt is told also where it was swallowed, unless it came when all had been answered.
+    // An interrupt is told also where it was swallowed, unless it came when all had been offered.
     if (happened && failure.status == Status::Interrupted && rowsOf(faulty) != clean) {
       EXPECT_EQ(nameOf(faulty.outcome.status), std::string("interrupted")) << call;
     }
@@ -139,6 +128,32 @@ TEST(Completion, SurvivesEveryFailureOfEveryCall) {
     }
   }
   EXPECT_GT(calls, 1000U);
+}
+
+TEST(Match, IsTheBestOfItsKinds) {
+  std::size_t humps = 0;
+  for (const auto& [typed, name, match] : tableOf<3>(R"(
+    ; Flow|Flow|exact
+    |Flow|prefix;                  Fl|Flow|prefix;              fl|Flow|prefix-ignoring-case
+    FLOW|flow|prefix-ignoring-case; low|Flow|none;               Flower|Flow|none
+    gCI|getClassInfo|humps;        gci|getClassInfo|humps;      getCI|getClassInfo|humps
+    gi|getClassInfo|humps;         geI|getClassInfo|humps;      gla|getClassInfo|none
+    ci|getClassInfo|none;          gCx|getClassInfo|none;       gic|getClassInfo|none
+    gc|get_class|humps;            l2|level2|humps;             hx|HTTPXml|humps
+    gclai|getClassInfo|humps;      gcl|get_inner_class|humps;   gtc|getClass|none;  gl|a|none)")) {
+    EXPECT_EQ(nameOf(frontend::matchOf(wide(typed), wide(name))), match) << typed << " " << name;
+    humps += match == "humps" ? 1 : 0;
+  }
+  EXPECT_GT(humps, 9U);
+}
+
+/// As many ways as there may be to read what was typed, they are not all tried.
+TEST(Match, OfAMillionWaysIsQuick) {
+  std::u16string name, typed;
+  for (int humps = 0; humps < 200; ++humps) name += u"aa_";
+  typed.assign(30, u'a');
+  EXPECT_EQ(frontend::matchOf(typed, name), frontend::Match::Humps);
+  EXPECT_EQ(frontend::matchOf(typed + u"b", name), frontend::Match::None);
 }
 
 }  // namespace

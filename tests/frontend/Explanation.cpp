@@ -1,12 +1,13 @@
 // Every rule of explanations, in a world with one of everything.
 
+#include "frontend/Explanation.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <limits>
 #include <set>
 
-#include "frontend/Explanation.h"
 #include "tests/frontend/LineCases.h"
 #include "tests/support/Text.h"
 
@@ -25,19 +26,10 @@ Explanation explain(frontend::Session& session, const LineCase& line, const fron
   return frontend::explain(session, line.text, line.cursor, nameOf(line), line.where(), options);
 }
 
-/// Blanks in a row are one.
-std::string squeezed(const std::string& text) {
-  std::string result;
-  for (const char character : text) {
-    if (character != ' ' || !result.ends_with(' ')) result += character;
-  }
-  return result;
-}
-
 std::string shownReasons(const Explanation& explanation) {
   std::string text;
   for (const frontend::Reason& reason : explanation.reasons)
-    text += std::string(nameOf(reason.rule)) + " " + shown(reason.detail) + "\n";
+    text += std::string(nameOf(reason.rule)) + "  " + shown(reason.detail) + "\n";
   return text;
 }
 
@@ -48,7 +40,7 @@ TEST(Explanation, GivesTheExpectedReasonsAndEveryRule) {
     SCOPED_TRACE(line.place);
     const Explanation explanation = explain(world.session, line, line.options());
     std::string expected;
-    for (const std::string& row : line.expected) expected += squeezed(row) + "\n";
+    for (const std::string& row : line.expected) expected += row + "\n";
     EXPECT_EQ(shownReasons(explanation), expected);
     EXPECT_EQ(nameOf(explanation.outcome.status), line.status);
     EXPECT_EQ(explanation.isOffered, explanation.reasons.front().rule == Rule::Offered);
@@ -57,7 +49,7 @@ TEST(Explanation, GivesTheExpectedReasonsAndEveryRule) {
   EXPECT_EQ(seen.size(), static_cast<std::size_t>(Rule::NotOfferedHere) + 1);
 }
 
-/// At the places of the cases of completion, of each name that is offered with all relaxed, and of some that are not.
+/// At the positions of the cases of completion, of each name that is offered with all relaxed, and of some that are not.
 TEST(Explanation, AgreesWithCompletionInItsCases) {
   CaseWorld world;
   std::size_t offered = 0, asked = 0;
@@ -111,7 +103,7 @@ TEST(Explanation, SaysThatItWasStoppedAndForgetsIt) {
   const Explanation explanation = frontend::explain(world.session, u"pump.", 5, u"Valve", {}, options);
   EXPECT_EQ(explanation.outcome.status, frontend::Status::TimedOut);
   EXPECT_FALSE(explanation.isOffered);
-  EXPECT_EQ(shownReasons(explanation), "not-offered-here the deadline has passed\n");
+  EXPECT_EQ(shownReasons(explanation), "not-offered-here  the deadline has passed\n");
   EXPECT_EQ(frontend::explain(world.session, u"pump.", 5, u"Valve", {}).outcome.status,
             frontend::Status::Complete);
 }

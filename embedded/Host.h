@@ -27,6 +27,7 @@
 #include <vector>
 
 #include "embedded/Description.h"
+#include "embedded/Inspection.h"
 #include "embedded/Outline.h"
 #include "host/Arrays.h"
 #include "host/Export.h"
@@ -35,8 +36,6 @@ class IExecutionFrame;
 struct Kfh_KORVAL_fn;
 
 namespace embedded {
-
-struct Session;
 
 /// A description or a snapshot that is no host. `code` is stable and for programs ("snapshot.duplicate-key",
 /// "snapshot.unknown-class", ...; docs/snapshot.md lists them), `pointer` is the JSON pointer of the culprit
@@ -78,31 +77,11 @@ KORVAL_HOST_API void writeSnapshot(const Description& description, const std::fi
 /// The same as text, with folders as they are.
 KORVAL_HOST_API std::string snapshotText(const Description& description);
 
-/// One call of a host operation: its qualified name, and its arguments as text.
-struct Call {
-  std::string operation;
-  std::string arguments;
-};
-
-/// A fault to happen at a call of a host operation. Only operations that may throw are counted.
-struct FaultPlan {
-  /// The operation's qualified name, as a log shows it; empty: any operation.
-  std::string operation;
-  /// At which call, counted from 1 and from the moment the plan is set.
-  std::uint64_t call = 1;
-  /// At every later call too.
-  bool andLater = false;
-  /// Throws.
-  std::function<void()> raise;
-};
-
 /// What becomes of Korval code that a client's query, or the library for it, wants to run.
 enum class CodePolicy {
   Allowed,
   /// It raises a foundation::core::except::Exception with the identifier "KORVAL:host:CodeRefused".
-  Refused,
-  /// It ends the process: for tests that prove that nothing runs.
-  Trap
+  Refused
 };
 
 /// What has become of it so far. A query whose code was refused may still have answered: look here, not there.
@@ -126,28 +105,19 @@ struct CodeLimits {
 enum class OutputKind { Output, Error };
 using Output = std::function<void(OutputKind kind, std::u16string_view text)>;
 
-/// All values of the process: how many there are, and how many references were added and dropped so far (a
-/// new value counts as one added).
-struct ReferenceAudit {
-  std::int64_t values = 0;
-  std::uint64_t added = 0;
-  std::uint64_t dropped = 0;
-};
-
 /// A name of a session, dotted when it is in a namespace.
 struct KnownName {
   std::string name;
   bool hidden = false;
 };
 
-class KORVAL_HOST_API Host {
+/// A session. What it tells tests about itself stands in its base.
+class KORVAL_HOST_API Host : public Inspection {
  public:
   /// Throws SnapshotError for a description that names unknown classes or functions, repeats names, or has a
   /// cycle of superclasses.
   explicit Host(const Description& description);
   ~Host();
-  Host(const Host&) = delete;
-  Host& operator=(const Host&) = delete;
 
   /// A host from a snapshot file; throws SnapshotError.
   static std::unique_ptr<Host> load(const std::filesystem::path& file, const LoadProgress& progress = {});
@@ -160,17 +130,6 @@ class KORVAL_HOST_API Host {
   void requestInterrupt() noexcept;
   void clearInterrupt() noexcept;
   bool interruptRequested() const noexcept;
-
-  // What a query asked of the host.
-
-  /// Calls of all operations so far.
-  std::uint64_t callCount() const noexcept;
-  /// Starts a new log of calls.
-  void startLog();
-  /// Ends the log and answers it; empty when none was started.
-  std::vector<Call> takeLog();
-  /// Of the calls of a log, did one run Korval code?
-  static bool ranKorvalCode(const std::vector<Call>& log);
 
   // Korval code.
 
@@ -185,17 +144,6 @@ class KORVAL_HOST_API Host {
   void setOutput(Output output);
   /// What the host has kept.
   std::u16string takeOutput();
-
-  /// Sets the one fault plan; an unknown operation is a std::invalid_argument. It is spent when its fault has
-  /// happened, unless it says otherwise.
-  void setFault(FaultPlan plan);
-  /// Drops the plan; answers whether its fault has happened.
-  bool clearFault();
-
-  /// The names of all operations that a plan may name.
-  static std::vector<std::string> faultyOperations();
-
-  static ReferenceAudit references() noexcept;
 
   // The session's state, for whoever owns it. These ask for no activation.
 
@@ -230,7 +178,6 @@ class KORVAL_HOST_API Host {
   friend class Activation;
   Host(std::unique_ptr<Session> session, Description fixed);
 
-  std::unique_ptr<Session> session_;
   /// What the session was made of, without the variables.
   Description fixed_;
 };

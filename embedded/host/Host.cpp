@@ -1,7 +1,7 @@
-#include <algorithm>
+#include "embedded/Host.h"
+
 #include <utility>
 
-#include "embedded/Host.h"
 #include "embedded/host/Session.h"
 #include "embedded/snapshot/Checks.h"
 #include "embedded/snapshot/DescribeValue.h"
@@ -13,14 +13,6 @@ void contextdata_host_abi_1() noexcept {}
 namespace embedded {
 
 namespace {
-
-std::optional<Operation> operationNamed(const std::string& name) {
-  for (std::size_t at = 0; at < operationCount(); ++at)
-    if (name == nameOf(static_cast<Operation>(at))) return static_cast<Operation>(at);
-  return {};
-}
-
-bool isFaulty(Operation operation) { return ruleOf(operation) != Rule::NoThrow; }
 
 const Description& checked(const Description& description) {
   checkDescription(description, "");
@@ -46,7 +38,7 @@ Host::Host(const Description& description)
     : Host(std::make_unique<Session>(checked(description)), fixedPart(description)) {}
 
 Host::Host(std::unique_ptr<Session> session, Description fixed)
-    : session_(std::move(session)), fixed_(std::move(fixed)) {}
+    : Inspection(std::move(session)), fixed_(std::move(fixed)) {}
 
 Host::~Host() = default;
 
@@ -61,44 +53,6 @@ void Host::requestInterrupt() noexcept { session_->requestInterrupt(); }
 void Host::clearInterrupt() noexcept { session_->clearInterrupt(); }
 bool Host::interruptRequested() const noexcept { return session_->interruptRequested(); }
 
-std::uint64_t Host::callCount() const noexcept { return session_->callCount(); }
-void Host::startLog() { session_->startLog(); }
-
-std::vector<Call> Host::takeLog() {
-  std::vector<Call> calls;
-  for (LoggedCall& call : session_->takeLog())
-    calls.push_back({nameOf(call.operation), std::move(call.arguments)});
-  return calls;
-}
-
-bool Host::ranKorvalCode(const std::vector<Call>& log) {
-  return std::ranges::any_of(
-      log, [](const Call& call) { return call.operation == nameOf(Operation::korvalCode); });
-}
-
-void Host::setFault(FaultPlan plan) {
-  PlannedFault fault{plan.operation.empty(), {}, plan.call, plan.andLater, std::move(plan.raise), false};
-  if (!fault.anyOperation) {
-    const auto operation = operationNamed(plan.operation);
-    if (!operation || !isFaulty(*operation))
-      throw std::invalid_argument("\"" + plan.operation + "\" is no operation of the host that may throw");
-    fault.operation = *operation;
-  }
-  if (fault.callsToGo == 0 || !fault.raise)
-    throw std::invalid_argument("A fault plan needs a call, counted from 1, and something to raise");
-  session_->setFault(std::move(fault));
-}
-
-bool Host::clearFault() { return session_->clearFault(); }
-
-std::vector<std::string> Host::faultyOperations() {
-  std::vector<std::string> names;
-  for (std::size_t at = 0; at < operationCount(); ++at)
-    if (const auto operation = static_cast<Operation>(at); isFaulty(operation))
-      names.emplace_back(nameOf(operation));
-  return names;
-}
-
 void Host::setCodePolicy(CodePolicy policy) noexcept { session_->interpreter.guard.setPolicy(policy); }
 const CodeRecord& Host::codeRecord() const noexcept { return session_->interpreter.guard.record(); }
 void Host::clearCodeRecord() { session_->interpreter.guard.clearRecord(); }
@@ -106,11 +60,6 @@ void Host::setCodeLimits(const CodeLimits& limits) noexcept { session_->interpre
 std::optional<CodeFailure> Host::codeFailure() const { return session_->interpreter.lastFailure; }
 void Host::setOutput(Output output) { session_->streams.host.setOutput(std::move(output)); }
 std::u16string Host::takeOutput() { return session_->streams.host.take(); }
-
-ReferenceAudit Host::references() noexcept {
-  const ValueCounts counts = Value::counts();
-  return {counts.values, counts.added, counts.dropped};
-}
 
 boost::intrusive_ptr<kxArray_tag> Host::variable(const std::string& name) const {
   return {session_->workspace.find(name).detach(), false};

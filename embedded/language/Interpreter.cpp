@@ -1,7 +1,5 @@
 #include "embedded/language/Interpreter.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <utility>
 
 #include "embedded/language/Parser.h"
@@ -18,13 +16,10 @@ constexpr std::size_t longestRecord = 100;
 }  // namespace
 
 void CodeGuard::permit(const std::string& what) {
-  if (policy_ == CodePolicy::Trap) {
-    std::fprintf(stderr, "Korval code was about to run: %s\n", what.c_str());
-    std::abort();
-  }
   if (policy_ == CodePolicy::Refused) {
     ++record_.refusals;
     if (record_.refused.size() < longestRecord) record_.refused.push_back(what);
+    if (refusalObserver_) refusalObserver_(what);
     throw foundation::core::except::Exception("KORVAL:host:CodeRefused",
                                               "This session runs no Korval code: " + what + " was refused.");
   }

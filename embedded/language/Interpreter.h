@@ -32,10 +32,14 @@ class CodeGuard {
  public:
   explicit CodeGuard(CodeEnvironment& environment) : environment_(environment) {}
 
-  /// Counts the run of what is named, or raises "KORVAL:host:CodeRefused", or ends the process.
+  /// Counts the run of what is named, or raises "KORVAL:host:CodeRefused".
   void permit(const std::string& what);
 
   void setPolicy(CodePolicy policy) noexcept { policy_ = policy; }
+  /// Called before code is refused.
+  void setRefusalObserver(std::function<void(const std::string& what)> observer) {
+    refusalObserver_ = std::move(observer);
+  }
   const CodeRecord& record() const noexcept { return record_; }
   void clearRecord() { record_ = {}; }
 
@@ -43,6 +47,7 @@ class CodeGuard {
   CodeEnvironment& environment_;
   CodePolicy policy_ = CodePolicy::Allowed;
   CodeRecord record_;
+  std::function<void(const std::string& what)> refusalObserver_;
 };
 
 /// What runs Korval code for a session: the guard before it, the limits around it, and where it is.

@@ -8,6 +8,7 @@
 #include "host/Exceptions.h"
 #include "host/Streams.h"
 #include "tests/code/CodeWorld.h"
+#include "tests/support/Trap.h"
 
 namespace {
 
@@ -154,11 +155,12 @@ TEST(HostOperations, OneGuardStandsBeforeAllCode) {
     EXPECT_EQ(idOf(ask), runsCode ? "KORVAL:host:CodeRefused" : "") << at;
     EXPECT_EQ(world.host().codeRecord().refusals, runsCode ? 1U : 0U) << at;
     EXPECT_EQ(world.host().codeRecord().refused.size(), runsCode ? 1U : 0U) << at;
-    world.host().setCodePolicy(CodePolicy::Trap);
+    trapCode(world.host());
     if (runsCode)
       EXPECT_DEATH(ask(), "Korval code was about to run") << at;
     else
       ask();
+    world.host().setRefusalObserver({});
     world.host().setCodePolicy(CodePolicy::Allowed);
   }
 }

@@ -6,6 +6,7 @@
 
 #include "embedded/Host.h"
 #include "frontend/Completion.h"
+#include "tests/support/Trap.h"
 #include "tools/session/HostSession.h"
 
 /// A text case of tests/cases, as tests/support/Cases.py explains and reads them: a line with a cursor, what is set
@@ -40,7 +41,7 @@ class TrappedSession final : public frontend::Session {
 
   void beginRequest(frontend::CodePolicy policy, frontend::Deadline deadline) override {
     session_.beginRequest(policy, deadline);
-    host_.setCodePolicy(embedded::CodePolicy::Trap);
+    trapCode(host_);
   }
   bool stopRequested() const noexcept override { return session_.stopRequested(); }
   frontend::RequestRecord endRequest() noexcept override { return session_.endRequest(); }

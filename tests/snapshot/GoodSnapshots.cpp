@@ -127,8 +127,8 @@ TEST(GoodSnapshots, KeepEveryFieldOfAMember) {
   EXPECT_EQ(p.validation->size, (std::vector<std::optional<std::size_t>>{1, {}, 0}));
   EXPECT_EQ(p.validation->functions, (Names{"f", "g"}));
   ASSERT_EQ(p.values->size(), 5U);
-  const auto object = [&](std::size_t at) {
-    return std::get<embedded::ObjectValue>((*p.values)[at].content);
+  const auto object = [&values = *p.values](std::size_t at) {
+    return std::get<embedded::ObjectValue>(values[at].content);
   };
   EXPECT_TRUE(object(2).text == u"ä" && !object(3).text && !object(3).failing && object(4).failing);
   ASSERT_EQ(p.attributes.size(), 2U);

@@ -44,12 +44,12 @@ bool hasScalarText(const kxArray_tag* value) {
 }
 
 /// The field of one element; a field that nobody has set yet is set to an empty array, so that it can be borrowed.
-Value* fieldOf(const Structures& structures, std::size_t index, std::string_view name) {
+const Value* fieldOf(const Structures& structures, std::size_t index, std::string_view name) {
   const auto field = std::ranges::find(structures.fields, name);
   if (field == structures.fields.end()) return nullptr;
   const std::size_t at =
       index * structures.fields.size() + static_cast<std::size_t>(field - structures.fields.begin());
-  ValuePtr& value = const_cast<ValuePtr&>(structures.values.at(at));
+  ValuePtr& value = structures.values.at(at);
   if (value == nullptr) value = newEmpty();
   return value.get();
 }
@@ -219,41 +219,39 @@ const char* const* kxArray_tag::get_struct_field_names() const {
 
 kxArray_tag* kxGetField(const kxArray_tag* structure, std::size_t index, const char* name) {
   enter<Operation::getField>(structure, index, name);
-  return fieldOf(std::get<Structures>(valueOf(structure).content()), index, name);
+  return lent(fieldOf(std::get<Structures>(valueOf(structure).content()), index, name));
 }
 
 kxArray_tag* kxGetCell(const kxArray_tag* cell, std::size_t index) {
   enter<Operation::getCell>(cell, index);
-  return std::get<Cells>(valueOf(cell).content()).elements.at(index).get();
+  return lent(std::get<Cells>(valueOf(cell).content()).elements.at(index).get());
 }
 
 kxArray_tag* kxGetPropertyShared(const kxArray_tag* object, std::size_t index, const std::string& name) {
   enter<Operation::getPropertyShared>(object, index, name);
   Session& current = session();
   const CodeSource source(current.interpreter, expressionSource);
-  const ValuePtr element =
-      elementOf(current.interpreter, ValuePtr(const_cast<Value*>(&valueOf(object))), index);
+  const ValuePtr element = elementOf(current.interpreter, ValuePtr(&valueOf(object)), index);
   std::optional<CodeRun> run;
   if (readingRunsCode(current.interpreter, *element, name))
     run.emplace(current.interpreter, "get method of " + name);
-  return readProperty(current.interpreter, element, name, nullptr).detach();
+  return handedOut(readProperty(current.interpreter, element, name, nullptr));
 }
 
 kxArray_tag* kxGetTypeProperty(const kxArray_tag* object, std::size_t index, const std::string& name) {
   enter<Operation::getTypeProperty>(object, index, name);
   Session& current = session();
   const CodeSource source(current.interpreter, expressionSource);
-  const ValuePtr element =
-      elementOf(current.interpreter, ValuePtr(const_cast<Value*>(&valueOf(object))), index);
-  return storedProperty(current.interpreter, element, name).detach();
+  const ValuePtr element = elementOf(current.interpreter, ValuePtr(&valueOf(object)), index);
+  return handedOut(storedProperty(current.interpreter, element, name));
 }
 
 kxArray_tag* kxFindTypeMember(const kxArray_tag* classReference, const std::string& name) {
   enter<Operation::findTypeMember>(classReference, name);
   const std::string& className = std::get<ClassReference>(valueOf(classReference).content()).className;
-  if (const Class* found = session().classes.find(className)) return memberOf(*found, name).detach();
+  if (const Class* found = session().classes.find(className)) return handedOut(memberOf(*found, name));
   const ForeignClassDescription* foreign = foreignClass(className);
-  return foreign == nullptr ? nullptr : foreignMember(*foreign, name).detach();
+  return foreign == nullptr ? nullptr : handedOut(foreignMember(*foreign, name));
 }
 
 // New values.
@@ -263,15 +261,15 @@ kxArray_tag* kxCreateCell(std::size_t numberOfDimensions, const std::size_t* dim
   Value::Size size(dimensions, dimensions + numberOfDimensions);
   if (size.size() < 2) size.resize(2, 1);
   session().interpreter.checkSize(size);
-  ValuePtr cell = newValue(size, Cells());
-  const_cast<Cells*>(cell->as<Cells>())->elements.resize(cell->elementCount());
+  OwnedValue cell = newValue(size, Cells());
+  std::get<Cells>(cell->mutableContent()).elements.resize(cell->elementCount());
   return cell.detach();
 }
 
 void kxSetCell(kxArray_tag* cell, std::size_t index, kxArray_tag* value) {
   const ValuePtr adopted(static_cast<Value*>(value), false);
   enter<Operation::setCell>(cell, index, value);
-  const_cast<Cells&>(std::get<Cells>(valueOf(cell).content())).elements.at(index) = adopted;
+  std::get<Cells>(static_cast<Value*>(cell)->mutableContent()).elements.at(index) = adopted;
 }
 
 kxArray_tag* kxCreateString(const char* text) {

@@ -181,8 +181,7 @@ bool omIsKCOS(const kxArray_tag* value) {
 
 kxArray_tag* omGetArrayElement(const kxArray_tag* array, std::size_t index) {
   enter<Operation::getArrayElement>(array, index);
-  return embedded::ValuePtr(std::get<embedded::Objects>(valueOf(array).content()).elements.at(index))
-      .detach();
+  return embedded::handedOut(std::get<embedded::Objects>(valueOf(array).content()).elements.at(index));
 }
 
 std::optional<std::u16string> omGetStringConversion(const kxArray_tag* object) {

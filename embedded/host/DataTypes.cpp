@@ -47,8 +47,8 @@ kcos::COSEnumeration<const kcos::COSPossibleValue*> DataType::getPossibleValues(
 namespace {
 
 /// One object is an array of objects with one element: possible values have no other form of objects.
-ValuePtr possibleValue(const ValueDescription& description) {
-  ValuePtr value = makeValue(description, session().classes);
+OwnedValue possibleValue(const ValueDescription& description) {
+  OwnedValue value = makeValue(description, session().classes);
   if (value->object() == nullptr) return value;
   return newValue({1, 1}, Objects{{std::move(value)}, {}, true});
 }

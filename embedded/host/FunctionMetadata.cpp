@@ -35,9 +35,9 @@ boost::intrusive_ptr<kxArray_tag> structureOf(const std::vector<ArgumentDescript
   if (arguments.empty()) return {};
   Structures structures{{"name", "class", "size", "validators", "values", "kind"}, {}};
   for (const ArgumentDescription& argument : arguments) {
-    for (ValuePtr& field : std::array{newText(widened(argument.name)), newText(widened(argument.className)),
-                                      rowOf(argument.size), rowOf(argument.validators),
-                                      rowOf(argument.values), newText(kindNames.at(argument.kind))})
+    for (ValuePtr& field : std::array<ValuePtr, 6>{
+             newText(widened(argument.name)), newText(widened(argument.className)), rowOf(argument.size),
+             rowOf(argument.validators), rowOf(argument.values), newText(kindNames.at(argument.kind))})
       structures.values.push_back(std::move(field));
   }
   return {newValue({1, arguments.size()}, std::move(structures)).detach(), false};

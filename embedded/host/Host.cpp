@@ -62,7 +62,7 @@ void Host::setOutput(Output output) { session_->streams.host.setOutput(std::move
 std::u16string Host::takeOutput() { return session_->streams.host.take(); }
 
 boost::intrusive_ptr<kxArray_tag> Host::variable(const std::string& name) const {
-  return {session_->workspace.find(name).detach(), false};
+  return {handedOut(session_->workspace.find(name)), false};
 }
 
 std::vector<std::string> Host::variableNames() const { return session_->workspace.names(); }

@@ -32,7 +32,7 @@ void report(Session& session, const CodeError& error) {
 void fill(Values results, int nlhs, kxArray_tag** plhs) {
   for (int at = 0; at < nlhs; ++at) {
     const auto index = static_cast<std::size_t>(at);
-    plhs[at] = index < results.size() ? results[index].detach() : nullptr;
+    plhs[at] = index < results.size() ? handedOut(std::move(results[index])) : nullptr;
   }
   enter<Operation::resultsStand>();
 }
@@ -165,14 +165,14 @@ void inFullFevalFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs) 
 kxArray_tag* inCallMethodSingleInputSingleOutput(const kxArray_tag* value, const std::string& method,
                                                  int nlhs) {
   enter<Operation::callMethod>(value, method, nlhs);
-  const ValuePtr receiver(const_cast<Value*>(&valueOf(value)));
+  const ValuePtr receiver(&valueOf(value));
   Values results = callFunction(session().interpreter, method, {receiver}, nlhs);
-  return results.empty() ? nullptr : results.front().detach();
+  return results.empty() ? nullptr : handedOut(std::move(results.front()));
 }
 
 kxArray_tag* inGetValueFromCurrentWorkspace(const std::string& name) {
   enter<Operation::getValueFromCurrentWorkspace>(name);
-  return session().workspace.find(name).detach();
+  return handedOut(session().workspace.find(name));
 }
 
 IInterpreterBridge::~IInterpreterBridge() = default;

@@ -24,23 +24,18 @@ std::string importedName(const std::string& import, const std::string& name) {
   return simpleNameOf(import) == name ? import : std::string();
 }
 
-/// The class of a whole name, for code of a component.
-const Class* classNamed(std::string_view component, const std::string& name) {
-  const ClassSystem& classes = session().classes;
-  if (const Class* found = classes.findFor(component, name); found != nullptr) return found;
-  return classes.find(name);
-}
-
 const Class* resolve(const std::string& name, const Kfh_KORVAL_fn* scope) {
+  const ClassSystem& classes = session().classes;
   if (name.empty()) return nullptr;
-  if (scope == nullptr) return classNamed("", name);
+  if (scope == nullptr) return classes.findFor("", name);
   for (const std::string& import : scope->imports)
-    if (const Class* found = classNamed(scope->component, importedName(import, name)); found != nullptr)
+    if (const Class* found = classes.findFor(scope->component, importedName(import, name)); found != nullptr)
       return found;
   if (!scope->inNamespace.empty())
-    if (const Class* found = classNamed(scope->component, scope->inNamespace + "." + name); found != nullptr)
+    if (const Class* found = classes.findFor(scope->component, scope->inNamespace + "." + name);
+        found != nullptr)
       return found;
-  return classNamed(scope->component, name);
+  return classes.findFor(scope->component, name);
 }
 
 /// Where the component of a name ends; `none` when it has none.

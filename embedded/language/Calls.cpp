@@ -14,7 +14,6 @@ Meaning withoutImports(Interpreter& interpreter, const std::string& name, const 
   const Kfh_KORVAL_fn* function = interpreter.world.functions.find(name);
   if (function != nullptr && function->routine != nullptr) return {.routine = function->routine.get()};
   if (const Class* found = interpreter.world.classes.findFor(component, name)) return {.oneClass = found};
-  if (const Class* found = interpreter.world.classes.find(name)) return {.oneClass = found};
   if (Builtin* found = findBuiltin(name)) return {.builtin = found};
   for (const ForeignClassDescription& foreign : interpreter.world.foreignClasses)
     if (foreign.name == name) return {.foreignClass = &foreign};

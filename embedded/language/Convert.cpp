@@ -66,7 +66,7 @@ struct Gatherer {
   template <class Scalar>
   Value::Content operator()(const Scalar& from) const {
     if (value.object() != nullptr || value.opaque() != nullptr)
-      return objects({ValuePtr(const_cast<Value*>(&value))});
+      return objects({ValuePtr(&value)});
     if (elements.size() != 1) failKind(interpreter, "A value that can be an array", value);
     return from;
   }
@@ -290,7 +290,7 @@ Values unified(Interpreter& interpreter, Values values) {
   for (const ValuePtr& value : values)
     if (rankOf(*value) > rankOf(*model)) model = value.get();
   const Rank rank = rankOf(*model);
-  const ValuePtr kept(const_cast<Value*>(model));
+  const ValuePtr kept(model);
   for (std::size_t at = 0; at < values.size(); ++at) {
     interpreter.pollAt(at);
     if (rankOf(*values[at]) != rank || rank >= ObjectArrays)

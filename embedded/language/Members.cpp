@@ -136,8 +136,9 @@ ValuePtr withProperty(Interpreter& interpreter, const Value& value, const std::s
   if (declared.set.level == Constant || (declared.set.level == Immutable && !inside) || declared.dependent ||
       !mayUse(interpreter, declared.set, *property->definingClass(), asking))
     failAccess(interpreter, "Setting", name);
-  if (const ValuePtr* stored = findNamed(object.properties, name); stored != nullptr)
-    *const_cast<ValuePtr*>(stored) = std::move(content);
+  const auto stored = std::ranges::find(object.properties, name, &std::pair<std::string, ValuePtr>::first);
+  if (stored != object.properties.end())
+    stored->second = std::move(content);
   else
     object.properties.emplace_back(name, std::move(content));
   return newValue({1, 1}, std::move(object));

@@ -161,7 +161,7 @@ Class* ClassSystem::find(std::string_view name) const { return find(alreadyInter
 Class* ClassSystem::findFor(std::string_view component, std::string_view dottedName) const {
   const kcos::COSInternedName name = alreadyInterned(dottedName);
   const auto found = byDottedName_.find(&name.text());
-  if (name.isNull() || found == byDottedName_.end()) return nullptr;
+  if (name.isNull() || found == byDottedName_.end()) return find(name);
   Class* withoutComponent = nullptr;
   for (Class* candidate : found->second) {
     const kcos::COSInternedName own = candidate->names().component;

@@ -24,8 +24,8 @@ class ClassSystem {
   Class* find(kcos::COSInternedName name) const;
   Class* find(std::string_view name) const;
 
-  /// Of the classes that a user knows by that dotted name the one that code of that component means: its
-  /// component's, else one without a component, else the first. Null when there is none.
+  /// What code of that component means by a whole name. Of the classes that a user knows by it: its component's,
+  /// else one without a component, else the first; of none, what find() finds.
   Class* findFor(std::string_view component, std::string_view dottedName) const;
 
   Namespace* findNamespace(kcos::COSInternedName dottedName) const;

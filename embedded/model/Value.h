@@ -18,8 +18,11 @@ namespace embedded {
 class ClassSystem;
 class Value;
 
-/// The host's own holder: what it does is counted by the audit, but no operation that a client asked for.
-using ValuePtr = boost::intrusive_ptr<Value>;
+/// The host's own holder: what it does is counted by the audit, but no operation that a client asked for. What is held
+/// by several does not change.
+using ValuePtr = boost::intrusive_ptr<const Value>;
+/// Of whoever has made a value and shares it with nobody yet: the only one who may write to it.
+using OwnedValue = boost::intrusive_ptr<Value>;
 
 struct Cells {
   std::vector<ValuePtr> elements;  // null: absent
@@ -31,7 +34,8 @@ struct Strings {
 
 struct Structures {
   std::vector<std::string> fields;
-  std::vector<ValuePtr> values;                 // element by element; null: an empty array
+  /// Element by element. Null is an empty array, which is made only when it is lent.
+  mutable std::vector<ValuePtr> values;
   std::string className = {};                   // of structure-based objects
   mutable std::vector<const char*> names = {};  // the fields, as they are lent
 };
@@ -115,6 +119,7 @@ class Value final : public kxArray_tag {
   /// The same for opaque objects.
   const Opaque* opaque() const noexcept;
   const Content& content() const noexcept { return content_; }
+  Content& mutableContent() noexcept { return content_; }
   template <class Kind>
   const Kind* as() const noexcept {
     return std::get_if<Kind>(&content_);
@@ -142,6 +147,12 @@ class Value final : public kxArray_tag {
 
 inline const Value& valueOf(const kxArray_tag* value) { return static_cast<const Value&>(*value); }
 
+/// The value as the contract lends it, which has no const: of all that it lends, clients write only to the cells that
+/// they have made.
+inline kxArray_tag* lent(const Value* value) noexcept { return const_cast<Value*>(value); }
+/// The same with one reference for the caller.
+inline kxArray_tag* handedOut(ValuePtr value) noexcept { return lent(value.detach()); }
+
 inline void intrusive_ptr_add_ref(const Value* value) noexcept { value->addReference(); }
 /// However deep values are nested, this takes little of the stack.
 void destroyValue(const Value* value) noexcept;
@@ -150,19 +161,19 @@ inline void intrusive_ptr_release(const Value* value) noexcept {
   if (value->dropReference()) destroyValue(value);
 }
 
-ValuePtr newValue(Value::Size size, Value::Content content, DimensionForm form = DimensionForm::Full);
-ValuePtr newNumber(double number);
-ValuePtr newLogical(bool value);
+OwnedValue newValue(Value::Size size, Value::Content content, DimensionForm form = DimensionForm::Full);
+OwnedValue newNumber(double number);
+OwnedValue newLogical(bool value);
 /// A row of characters.
-ValuePtr newText(std::u16string text);
-ValuePtr newString(std::optional<std::u16string> text);
+OwnedValue newText(std::u16string text);
+OwnedValue newString(std::optional<std::u16string> text);
 /// The empty array of doubles.
-ValuePtr newEmpty();
+OwnedValue newEmpty();
 /// A column of rows of characters.
-ValuePtr newCellOfTexts(const std::vector<std::string>& texts);
+OwnedValue newCellOfTexts(const std::vector<std::string>& texts);
 
 /// The value of a description that has been checked.
-ValuePtr makeValue(const ValueDescription& description, const ClassSystem& classes);
+OwnedValue makeValue(const ValueDescription& description, const ClassSystem& classes);
 
 /// The class of the objects that stand for namespaces: a built-in function makes them, no description has it.
 inline constexpr std::string_view namespaceObjectClass = "korval.metadata.Namespace";

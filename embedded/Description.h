@@ -66,9 +66,9 @@ struct PropertyDescription {
   bool conversion = true;
   std::vector<AttributeDescription> attributes = {};
   std::optional<OptimizedStorage> optimized = {};
-  /// What a new object holds, and what a constant property answers; without a value, an empty array.
+  /// What a new object holds, and what a constant property reads as; without a value, an empty array.
   std::optional<ValueDescription> value = {};
-  /// The get method: Korval code (docs/korval-code.md). Empty: reading answers what is stored.
+  /// The get method: Korval code (docs/korval-code.md). Empty: reading returns what is stored.
   std::string getter = {};
 };
 
@@ -94,8 +94,8 @@ struct EnumerationMemberDescription {
 /// order; a class that is reached along several ways is walked once, where it is met first.
 enum class WalkOrder { OwnFirst, InheritedFirst };
 
-/// One of the four lists of attribute names of a class: the names that it always answers, and those that it
-/// answers after them when it is asked with the argument true.
+/// One of the four lists of attribute names of a class: the names that it always returns, and those that it
+/// returns after them when it is asked with the argument true.
 struct AttributeNames {
   std::vector<std::string> names;
   std::vector<std::string> further;

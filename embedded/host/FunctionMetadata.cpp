@@ -10,8 +10,6 @@ namespace embedded {
 
 namespace {
 
-constexpr std::uint64_t declaresArguments = 1, takesFurther = 2, givesFurther = 4;
-
 /// In the order of the kinds.
 constexpr std::array kindNames{u"positional", u"optional", u"repeating", u"name-value"};
 
@@ -53,8 +51,9 @@ FunctionMetadata omGetFunctionMetadata(const std::string& name, const Kfh_KORVAL
   const Kfh_KORVAL_fn* found = function != nullptr ? function : session().functions.find(name);
   if (found == nullptr || !found->arguments) return {};
   const ArgumentsDescription& arguments = *found->arguments;
-  FunctionMetadata metadata{structureOf(arguments.inputs), structureOf(arguments.outputs), declaresArguments};
-  if (arguments.furtherInputs) metadata.flags |= takesFurther;
-  if (arguments.furtherOutputs) metadata.flags |= givesFurther;
+  FunctionMetadata metadata{structureOf(arguments.inputs), structureOf(arguments.outputs),
+                            FunctionMetadata::DeclaresArguments};
+  if (arguments.furtherInputs) metadata.flags |= FunctionMetadata::TakesFurtherInputs;
+  if (arguments.furtherOutputs) metadata.flags |= FunctionMetadata::GivesFurtherOutputs;
   return metadata;
 }

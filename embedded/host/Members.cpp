@@ -74,7 +74,7 @@ bool Property::getAttributeValue(const kcos::COSInternedName& name, const kcos::
 
 namespace {
 
-/// A property that answers with that type of record.
+/// A property whose record is of that type.
 template <class Record>
 class PropertyAs : public Property, public Record {
  public:

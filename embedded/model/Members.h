@@ -129,7 +129,7 @@ struct PropertyContent {
   std::shared_ptr<const Routine> getter = nullptr;
 };
 
-/// A property as its class knows it, whatever record it answers with.
+/// A property as its class knows it, whatever type its record has.
 class Property : public Element {
  public:
   Property(Class& owner, PropertyContent content) : owner_(owner), content_(std::move(content)) {}

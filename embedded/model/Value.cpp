@@ -18,22 +18,20 @@ struct Kind {
 };
 
 /// In the order of the content's alternatives. Objects have the names of their classes instead.
-constexpr std::array<Kind, std::variant_size_v<Value::Content>> kinds = {{{6, "double"},
-                                                                          {3, "logical"},
-                                                                          {4, "char"},
-                                                                          {16, "string"},
-                                                                          {1, "cell"},
-                                                                          {2, "struct"},
-                                                                          {19, ""},
-                                                                          {19, ""},
-                                                                          {19, ""},
-                                                                          {15, "function_handle"},
-                                                                          {14, "class_reference"},
-                                                                          {14, ""},
-                                                                          {19, "tall"}}};
-
-constexpr int possibleObjects = 17;
-constexpr int structureObject = 18;
+constexpr std::array<Kind, std::variant_size_v<Value::Content>> kinds = {
+    {{StorageCode::DoubleArray, "double"},
+     {3, "logical"},
+     {StorageCode::CharacterArray, "char"},
+     {16, "string"},
+     {StorageCode::Cell, "cell"},
+     {StorageCode::Structure, "struct"},
+     {StorageCode::UserObject, ""},
+     {StorageCode::UserObject, ""},
+     {StorageCode::UserObject, ""},
+     {15, "function_handle"},
+     {14, "class_reference"},
+     {14, ""},
+     {StorageCode::UserObject, "tall"}}};
 
 // For all values of the process.
 constinit std::atomic<std::int64_t> values = 0;
@@ -89,9 +87,9 @@ const Opaque* Value::opaque() const noexcept {
 
 int Value::classCode() const noexcept {
   if (const auto* objects = as<Objects>(); objects != nullptr && objects->ofPossibleValues)
-    return possibleObjects;
+    return StorageCode::ObjectArray;
   if (const auto* structures = as<Structures>(); structures != nullptr && !structures->className.empty())
-    return structureObject;
+    return StorageCode::StructureObject;
   return kinds[content_.index()].code;
 }
 

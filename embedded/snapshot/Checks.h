@@ -26,7 +26,7 @@ namespace embedded::snapshot {
 /// by it, else the one whose alias it is.
 class ClassNames {
  public:
-  /// Answers the class that has the identity or the alias already.
+  /// The class that has the identity or the alias already.
   std::optional<std::size_t> owner(const std::string& name) const;
 
   void addIdentity(const std::string& name, std::size_t index) { identities_.emplace(name, index); }

@@ -22,7 +22,7 @@ class TextSource {
   std::size_t column() const { return column_; }
   /// So far there was nothing but white space.
   bool blank() const { return blank_; }
-  /// Somebody wanted to read on behind the end.
+  /// Somebody wanted to read on after the end.
   bool exhausted() const { return exhausted_; }
 
   char current() const { return chunk_[position_]; }
@@ -42,7 +42,7 @@ class TextSource {
   std::uintmax_t read_ = 0;
   std::uintmax_t told_ = 0;
   std::string chunk_;
-  /// How much of the chunk is checked; behind it stands the beginning of a character.
+  /// How much of the chunk is checked; after it stands the beginning of a character.
   std::size_t end_ = 0;
   std::size_t position_ = 0;
   std::size_t line_ = 1;

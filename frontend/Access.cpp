@@ -51,7 +51,7 @@ bool isBystander(const ClassInfo* caller, const ClassInfo& asked, const std::vec
 }
 
 /// What code of a class may use although others may not, also of objects of classes that derive from it.
-std::vector<std::int32_t> ownLevels() { return {privateLevel, listedLevel}; }
+std::vector<std::int32_t> ownLevels() { return {kcos::PrivateAccess, kcos::ListedAccess}; }
 
 bool isOwnCode(const ClassInfo* caller, const ClassInfo& asked) {
   return caller != nullptr && !asked.classId.isNull() && asked.isA(caller->classId);
@@ -66,18 +66,20 @@ void addUnknown(const Infos& more, Infos& infos) {
 
 /// A class whose methods are not completed in this context offers none to its own code either.
 bool takesPart(const ClassInfo& asked, MethodInfo::GetContext context) {
-  const std::vector<std::int32_t> every = {publicLevel,    protectedLevel, privateLevel,
-                                           immutableLevel, listedLevel,    constantLevel};
+  const std::vector<std::int32_t> every = {kcos::PublicAccess,  kcos::ProtectedAccess,
+                                           kcos::PrivateAccess, kcos::ImmutableAccess,
+                                           kcos::ListedAccess,  kcos::ConstantAccess};
   return !asked.getMethods({every, nullptr, context, true, true, true}).empty();
 }
 
 }  // namespace
 
 std::vector<std::int32_t> usableLevels(const ClassInfo* caller, const ClassInfo& asked) {
-  if (caller == nullptr || asked.classId.isNull()) return {publicLevel};
-  if (caller->classId == asked.classId) return {publicLevel, protectedLevel, privateLevel};
-  if (sharesAncestor(*caller, asked)) return {publicLevel, protectedLevel};
-  return {publicLevel};
+  if (caller == nullptr || asked.classId.isNull()) return {kcos::PublicAccess};
+  if (caller->classId == asked.classId)
+    return {kcos::PublicAccess, kcos::ProtectedAccess, kcos::PrivateAccess};
+  if (sharesAncestor(*caller, asked)) return {kcos::PublicAccess, kcos::ProtectedAccess};
+  return {kcos::PublicAccess};
 }
 
 std::vector<PropertyInfo> usableProperties(RequestContext& request, const ClassInfo& asked,
@@ -89,7 +91,7 @@ std::vector<PropertyInfo> usableProperties(RequestContext& request, const ClassI
   if (isBystander(caller, asked, options.accessLevels)) {
     const DeclaringClasses declaring(asked, options);
     // What is offered to everybody stays, wherever it is declared.
-    options.accessLevels = {publicLevel};
+    options.accessLevels = {kcos::PublicAccess};
     const auto others = namesOf(asked.getProperties(options));
     std::erase_if(properties, [&](const PropertyInfo& property) {
       if (others.contains(property.name)) return false;
@@ -114,7 +116,7 @@ std::vector<MethodInfo> usableMethods(RequestContext& request, const ClassInfo& 
                                  lenience.operators,          includeHidden};
   std::vector<MethodInfo> methods = asked.getMethods(options);
   if (isBystander(caller, asked, options.access)) {
-    options.access = {publicLevel};
+    options.access = {kcos::PublicAccess};
     const auto others = namesOf(asked.getMethods(options));
     std::erase_if(methods, [&](const MethodInfo& method) {
       return !others.contains(method.name) && !caller->isA(method.definingClass);

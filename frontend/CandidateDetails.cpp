@@ -16,9 +16,6 @@ using namespace KCOSContextData;
 
 namespace {
 
-/// From here on values are objects, whose classes may say themselves what their size is.
-constexpr int firstObject = 17;
-
 template <class Extents>
 std::u16string sizeText(const Extents& extents) {
   std::u16string text;
@@ -52,13 +49,11 @@ kcos::COSPropInfo* ownProperty(const ClassInfo& record, const std::u16string& na
 
 }  // namespace
 
-bool isStructure(const kxArray_tag* value) {
-  const int code = kxGetClassID(value);
-  return code == 2 || code == 18;
-}
+bool isStructure(const kxArray_tag* value) { return StorageCode::isStructure(kxGetClassID(value)); }
 
 std::u16string sizeOf(const RequestContext& request, const kxArray_tag* value) {
-  const bool runsNoCode = kxGetClassID(value) < firstObject && !kxIsOpaque(value);
+  // Classes of objects may say themselves what their size is.
+  const bool runsNoCode = kxGetClassID(value) < StorageCode::ObjectArray && !kxIsOpaque(value);
   if (runsNoCode || request.options().policy == CodePolicy::Allowed)
     return sizeText(getSizeFromKxArray(value));
   return ownSizeOf(value);

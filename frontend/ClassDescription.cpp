@@ -56,7 +56,7 @@ class OwnMembers final : public kcos::COSVisitor<kcos::COSInterface*> {
   }
 
   static void widen(Level& level, std::int32_t found) {
-    if (wordOfLevel(found) != nullptr) level = std::min(level.value_or(found), found);
+    if (!kcos::accessWord(found).empty()) level = std::min(level.value_or(found), found);
   }
 
   const kcos::COSInternedName owner_;
@@ -120,7 +120,7 @@ ClassDescription ownDescription(const ClassInfo& record, const Levels& levels) {
 class Collector {
  public:
   explicit Collector(const Levels& levels) : levels_(levels), inheritedLevels_(levels) {
-    std::erase(inheritedLevels_, privateLevel);
+    std::erase(inheritedLevels_, kcos::PrivateAccess);
   }
 
   std::size_t collect(const ClassInfo& record) {

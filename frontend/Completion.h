@@ -76,7 +76,7 @@ struct Candidate {
 
   /// The class that declares the member, as users name it.
   std::u16string declaringClass = {};
-  /// Who may read or call it, an AccessLevel.
+  /// Who may read or call it, a kcos::MemberAccess.
   std::optional<std::int32_t> access = {};
   bool isStatic = false;
   bool isConstant = false;

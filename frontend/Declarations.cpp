@@ -56,7 +56,7 @@ class Search {
     for (kcos::COSIterator members = owner.getEnumerationMembers(); members.hasMoreElements();) {
       const kcos::COSEnumInfo* member = kcos::cosiToEnum(members.nextElement().get());
       if (member == nullptr || member->getName() == nullptr || wide(member->getName()) != name_) continue;
-      declarations_.push_back({&record, u"enumeration member", publicLevel, {}, true});
+      declarations_.push_back({&record, u"enumeration member", kcos::PublicAccess, {}, true});
       return;
     }
   }
@@ -79,25 +79,6 @@ std::vector<Declaration> declarationsOf(const ClassInfo& record, const std::u16s
   Search search(name);
   search.visit(record);
   return search.take();
-}
-
-const char* wordOfLevel(std::int32_t level) {
-  switch (level) {
-    case publicLevel:
-      return "public";
-    case protectedLevel:
-      return "protected";
-    case privateLevel:
-      return "private";
-    case immutableLevel:
-      return "immutable";
-    case listedLevel:
-      return "listed";
-    case constantLevel:
-      return "constant";
-    default:
-      return nullptr;
-  }
 }
 
 /// A record's identity is one that the class system has resolved before.
@@ -136,7 +117,7 @@ const ClassInfo* DeclaringClasses::find(const ClassInfo& record, const kcos::COS
   if (declares(record, property, levels)) return &record;
   // What is private in a superclass is not inherited.
   std::vector<std::int32_t> inherited = levels;
-  std::erase(inherited, privateLevel);
+  std::erase(inherited, kcos::PrivateAccess);
   for (const auto& superclass : record.structure.superclasses) {
     if (const ClassInfo* found = find(*superclass, property, inherited)) return found;
   }

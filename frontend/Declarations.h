@@ -11,17 +11,6 @@
 
 namespace frontend {
 
-// Access levels of members. The library tells public, private and constant apart; the others are the host's.
-inline constexpr std::int32_t publicLevel = 0;
-inline constexpr std::int32_t protectedLevel = 1;
-inline constexpr std::int32_t privateLevel = 2;
-inline constexpr std::int32_t immutableLevel = 3;
-inline constexpr std::int32_t listedLevel = 4;
-inline constexpr std::int32_t constantLevel = 5;
-
-/// "public", "protected", ...; null for a level without a word, which there may be.
-const char* wordOfLevel(std::int32_t level);
-
 /// The class system's own object for the class of a record, or null.
 kcos::COSClass* classObjectOf(const KCOSContextData::ClassInfo& record);
 
@@ -31,7 +20,7 @@ struct Declaration {
   /// "property", "method", "enumeration member"
   std::u16string what = {};
   /// Who may read or call it.
-  std::int32_t level = publicLevel;
+  std::int32_t level = kcos::PublicAccess;
   /// Who may use it whatever the level says, by identity.
   std::vector<std::u16string> classes = {};
   bool isStatic = false;

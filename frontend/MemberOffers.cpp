@@ -227,8 +227,8 @@ class ClassMembers {
   /// Fills in the details of methods that are known by name only.
   CandidateList::Details describePublicMethod() const {
     return [described = described_](Candidate& candidate) {
-      const MethodInfo::GetOptions all{{publicLevel}, nullptr, MethodInfo::GetContext::Any,
-                                       false,         false,   true};
+      const MethodInfo::GetOptions all{
+          {kcos::PublicAccess}, nullptr, MethodInfo::GetContext::Any, false, false, true};
       if (described->publicMethods.empty()) described->publicMethods = described->record.getMethods(all);
       for (const MethodInfo& method : described->publicMethods) {
         if (method.name == candidate.label) return describeMethod(method, candidate);

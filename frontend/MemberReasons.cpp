@@ -134,9 +134,9 @@ class MemberReasons {
   std::vector<Caller> callersWhoMay() const {
     std::vector<Caller> callers;
     for (const Declaration& declaration : declarations_) {
-      if (declaration.level == publicLevel) continue;
+      if (declaration.level == kcos::PublicAccess) continue;
       const std::u16string& own = declaration.record->structure.name;
-      const bool isListed = declaration.level == listedLevel && !declaration.classes.empty();
+      const bool isListed = declaration.level == kcos::ListedAccess && !declaration.classes.empty();
       if (!isListed) callers.push_back({own, {Rule::AccessLevel, accessOf(declaration)}});
       for (const std::u16string& listed : declaration.classes) {
         const auto id = ResolvedClassID::fromKnownResolvedClassID(narrow(listed));
@@ -150,8 +150,9 @@ class MemberReasons {
 
   /// "private in lab.Pump, also for code of lab.Controller"
   static std::u16string accessOf(const Declaration& declaration) {
-    const char* word = wordOfLevel(declaration.level);
-    std::u16string text = wide(word != nullptr ? word : "level " + std::to_string(declaration.level));
+    const std::string_view word = kcos::accessWord(declaration.level);
+    std::u16string text =
+        wide(word.empty() ? "level " + std::to_string(declaration.level) : std::string(word));
     text += u" in " + declaration.record->structure.name;
     for (std::size_t at = 0; at < declaration.classes.size(); ++at) {
       text += (at == 0 ? u", for code of " : u" and ") + declaration.classes[at];

@@ -18,9 +18,6 @@ using namespace KCOSContextData;
 
 namespace {
 
-constexpr std::uint64_t takesFurtherInputs = 2;
-constexpr std::uint64_t givesFurtherOutputs = 4;
-
 std::u16string scalarText(const kxArray_tag* text) {
   if (text == nullptr || !Tamsix::String::isNonMissingScalarText(text)) return {};
   return Tamsix::String::getScalarText(text);
@@ -128,8 +125,8 @@ std::u16string Signature::text() const {
 std::optional<Signature> signatureOf(const std::u16string& function) {
   const FunctionMetadata metadata = metadataOf(function);
   Signature signature{function, argumentsOf(metadata.inputArguments), argumentsOf(metadata.outputArguments),
-                      (metadata.flags & takesFurtherInputs) != 0,
-                      (metadata.flags & givesFurtherOutputs) != 0};
+                      (metadata.flags & FunctionMetadata::TakesFurtherInputs) != 0,
+                      (metadata.flags & FunctionMetadata::GivesFurtherOutputs) != 0};
   if (metadata.flags == 0 && signature.inputs.empty() && signature.outputs.empty()) return {};
   return signature;
 }

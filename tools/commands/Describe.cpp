@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/Members.h"
 #include "host/Text.h"
 #include "tools/commands/Answer.h"
 #include "tools/commands/Commands.h"
@@ -29,11 +30,9 @@ ResolvedClassID classOf(const std::string& name) {
 
 std::vector<std::int32_t> levelsOf(const DescribeOptions& options) {
   std::vector<std::int32_t> levels;
-  const auto& words = accessWords();
   const bool all = std::ranges::count(options.access, "all") > 0;
-  for (std::size_t level = 0; level < words.size(); ++level) {
-    if (all || std::ranges::count(options.access, words[level]) > 0)
-      levels.push_back(static_cast<std::int32_t>(level));
+  for (const kcos::AccessWord& known : kcos::accessWords) {
+    if (all || std::ranges::count(options.access, known.word) > 0) levels.push_back(known.level);
   }
   return levels;
 }

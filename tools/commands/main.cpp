@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "host/Members.h"
 #include "tools/commands/Commands.h"
 #include "tools/render/Text.h"
 #include "tools/session/Process.h"
@@ -97,8 +98,9 @@ void addDescribe(CLI::App& app, int& status) {
   addJson(command, options->json);
   command.add_flag("--dot", options->dot, "Print a picture of the superclasses, for graphviz")
       ->excludes(command.get_option("--json"));
-  std::vector<std::string> levels = tools::accessWords();
-  levels.push_back("all");
+  std::vector<std::string> levels;
+  for (const kcos::AccessWord& known : kcos::accessWords) levels.emplace_back(known.word);
+  levels.emplace_back("all");
   command.add_option("--access", options->access, "The access levels to show, 'public' by default")
       ->delimiter(',')
       ->check(CLI::IsMember(levels))

@@ -38,7 +38,7 @@ std::string joined(const std::vector<std::u16string>& texts, const std::string& 
 /// "1 x :", or nothing.
 std::string sizeOf(const PropertyDescription& property) { return joined(property.info.sizeStrings, " x "); }
 
-std::string accessOf(const Level& level) { return level ? accessWords().at(*level) : "unknown"; }
+std::string accessOf(const Level& level) { return level ? accessWord(*level) : "unknown"; }
 
 /// "public", or where the two differ "public, write: private".
 std::string accessOf(const PropertyDescription& property) {
@@ -122,7 +122,7 @@ std::string sections(const ClassTree& tree, const std::string& heading,
 
 // For programs.
 
-Json wordOf(const Level& level) { return level ? Json(accessWords().at(*level)) : Json(); }
+Json wordOf(const Level& level) { return level ? Json(accessWord(*level)) : Json(); }
 
 Json listOf(const std::vector<std::u16string>& texts) {
   Json list = Json::array();

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <boost/locale/encoding_utf.hpp>
 
+#include "host/Members.h"
+
 namespace tools {
 
 namespace {
@@ -62,15 +64,9 @@ std::string printable(std::u16string text) {
 
 std::string printable(const std::string& text) { return printable(wide(text)); }
 
-const std::vector<std::string>& accessWords() {
-  static const std::vector<std::string> words{"public",    "protected", "private",
-                                              "immutable", "listed",    "constant"};
-  return words;
-}
-
 std::string accessWord(std::int32_t level) {
-  const auto at = static_cast<std::size_t>(level);
-  return level >= 0 && at < accessWords().size() ? accessWords()[at] : std::to_string(level);
+  const std::string_view word = kcos::accessWord(level);
+  return word.empty() ? std::to_string(level) : std::string(word);
 }
 
 std::string tableOf(const std::vector<std::vector<std::string>>& rows, std::size_t indent) {

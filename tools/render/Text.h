@@ -20,8 +20,6 @@ std::string narrow(std::u16string_view text);
 std::string printable(std::u16string text);
 std::string printable(const std::string& text);
 
-/// The words for the access levels, by number.
-const std::vector<std::string>& accessWords();
 /// "public", "protected", ..., or the number of a level that only the host knows.
 std::string accessWord(std::int32_t level);
 

@@ -12,8 +12,6 @@ namespace tools {
 
 namespace {
 
-enum ClassCode : int { Cell = 1, Structure = 2, Characters = 4, Double = 6, StructureBasedObject = 18 };
-
 constexpr int deepest = 100;
 constexpr std::size_t mostElements = 100'000;
 constexpr double exactNumbers = 9007199254740992.0;
@@ -53,14 +51,14 @@ class ValueWriter {
     if (level > deepest || count >= elementsLeft_) return summary(value, size);
     elementsLeft_ -= count + 1;
     switch (kxGetClassID(value)) {
-      case Cell:
+      case StorageCode::Cell:
         return cell(value, size, level);
-      case Structure:
-      case StructureBasedObject:
+      case StorageCode::Structure:
+      case StorageCode::StructureObject:
         return structures(value, size, level);
-      case Characters:
+      case StorageCode::CharacterArray:
         return characters(value, size);
-      case Double:
+      case StorageCode::DoubleArray:
         return doubles(value, size);
       default:
         return count == 1 ? scalar(value, size) : summary(value, size);

@@ -13,7 +13,8 @@ from Command import HANG, SESSION, SOURCE, CommandTest, environment, run
 from test_schema import EVERYTHING, VALIDATOR, without_comments
 
 SAVE = os.environ["CONTEXTDATA_SAVE"]
-GENERATED = 25
+GENERATED = 12
+MOST = 12  # requests of an operation about each world; each world draws others
 RAW_TEXT = re.compile(r'R"(json)?\((\{.*?\})\)(json)?"', re.DOTALL)
 LEVELS = ["public", "protected", "private", "immutable", "listed", "constant"]
 
@@ -118,7 +119,7 @@ def statements(world):
 
 def requests(world):
     """Each op about each thing of the world, or about some when there are many."""
-    chance = random.Random(7)
+    chance = random.Random(json.dumps(world, sort_keys=True))
     classes = world.get("classes", [])
     members = [member for one in classes for kind in ("properties", "methods", "members") for member in one.get(kind, [])]
     names = sorted({name_of(member) or "" for member in members} | {"nothing"})
@@ -189,7 +190,7 @@ def requests(world):
     ]
     for op, pools in table:
         every = list(itertools.product(*pools.values()))
-        for arguments in every if len(every) <= 40 else chance.sample(every, 40):
+        for arguments in every if len(every) <= MOST else chance.sample(every, MOST):
             yield {"op": op, **dict(zip(pools, arguments))}
 
 
@@ -229,7 +230,7 @@ class SaveTest(CommandTest):
         lines = (SOURCE / "packaging/operations.txt").read_text(encoding="utf-8").splitlines()
         exported = {line.rpartition("::")[2] for line in lines if line and not line.startswith("#")}
         self.assertEqual({op for op, failed in kept if not failed}, exported)
-        self.assertGreater(sum(not failed for _, failed in kept), 60000)
+        self.assertGreater(sum(not failed for _, failed in kept), 25000)
         self.assertGreater(sum(worked for _, worked in results), 800)
 
     def test_saving_fails_with_a_reason(self):

@@ -1,7 +1,6 @@
 """A pseudo-terminal with a program in it, and the screen that it shows."""
 import codecs
 import fcntl
-import itertools
 import os
 import pty
 import re
@@ -11,6 +10,7 @@ import subprocess
 import termios
 import time
 import unicodedata
+from pathlib import Path
 
 from Command import HANG
 
@@ -112,7 +112,7 @@ class Terminal:
         self.screen = Screen(columns)
         self.decoder = codecs.getincrementaldecoder("utf-8")()
         self.raw = b""
-        self.seen = (0, 0)  # row and column behind what was expected last
+        self.seen = (0, 0)  # row and column after what was expected last
         self.process = subprocess.Popen(arguments, stdin=slave, stdout=slave, stderr=slave, env=env,
                                         start_new_session=True,
                                         preexec_fn=lambda: fcntl.ioctl(0, termios.TIOCSCTTY, 0))
@@ -139,19 +139,24 @@ class Terminal:
         self.screen.write(self.decoder.decode(data))
         return bool(data)
 
-    def wait(self, holds, what, again=None):
-        """Until it holds of the screen. The keys of `again` are sent in turn meanwhile: some may come too early."""
+    def wait(self, holds, what, pause=HANG):
+        """Until it holds of the screen; looks when that changes, and after the pause."""
         end = time.monotonic() + HANG
-        turns = itertools.cycle(again or [None])
         while not holds(self.screen):
             if time.monotonic() > end:
                 raise AssertionError(f"{what} did not come; the screen:\n{self.screen}\n{self.raw[-2000:]!r}")
-            if again:
-                self.send(next(turns))
-            self.read(0.3 if again else max(0, end - time.monotonic()))
+            self.read(max(0, min(pause, end - time.monotonic())))
 
-    def expect(self, pattern, again=None):
-        """Until the screen has a text behind what was expected before; the match."""
+    def work(self, seconds):
+        """Until the program has kept a processor busy for so long: it is in the middle of code that does not end."""
+        def used():
+            fields = Path(f"/proc/{self.process.pid}/stat").read_text(encoding="ascii").rpartition(")")[2].split()
+            return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")  # user and system time
+        enough = used() + seconds
+        self.wait(lambda _: used() >= enough, "work", pause=0.05)
+
+    def expect(self, pattern):
+        """Until the screen has a text after what was expected before; the match."""
         found = []
         row, column = self.seen
 
@@ -161,13 +166,13 @@ class Terminal:
             if match := re.compile(pattern, re.MULTILINE).search(text):
                 found[:] = [match, text[:match.end()]]
             return found
-        self.wait(holds, f"/{pattern}/", again=again)
+        self.wait(holds, f"/{pattern}/")
         match, text = found
         self.seen = (row + text.count("\n"), len(text) - text.rfind("\n") - 1 + (0 if "\n" in text else column))
         return match
 
     def line(self, text):
-        """Until the cursor stands behind this text, in its row."""
+        """Until the cursor stands after this text, in its row."""
         self.wait(lambda screen: screen.lines()[screen.row] == text.rstrip() and screen.column == len(text), f"{text!r}")
 
     def close(self):

@@ -119,7 +119,7 @@ class ValueWriter {
     }
     Json json = size == Size{1, 1} ? Json{{"struct", elements[0]}} : Json{{"structs", std::move(elements)}};
     if (count == 0) json["fields"] = fields;
-    if (kxGetClassID(value) == StructureBasedObject) json["class"] = jsonOf(kxGetClassName(value));
+    if (kxGetClassID(value) == StorageCode::StructureObject) json["class"] = jsonOf(kxGetClassName(value));
     return size == Size{1, 1} ? json : withSize(std::move(json), size);
   }
 

@@ -65,8 +65,7 @@ struct Gatherer {
   Value::Content operator()(const Objects& from) const { return objects(from.elements); }
   template <class Scalar>
   Value::Content operator()(const Scalar& from) const {
-    if (value.object() != nullptr || value.opaque() != nullptr)
-      return objects({ValuePtr(&value)});
+    if (value.object() != nullptr || value.opaque() != nullptr) return objects({ValuePtr(&value)});
     if (elements.size() != 1) failKind(interpreter, "A value that can be an array", value);
     return from;
   }

@@ -18,7 +18,7 @@ namespace {
 
 bool writeAll(const std::string& bytes) {
   for (std::size_t done = 0; done < bytes.size();) {
-    const ssize_t count = write(STDOUT_FILENO, bytes.data() + done, bytes.size() - done);
+    const ssize_t count = ::write(STDOUT_FILENO, bytes.data() + done, bytes.size() - done);
     if (count < 0 && errno != EINTR) return false;
     if (count > 0) done += static_cast<std::size_t>(count);
   }

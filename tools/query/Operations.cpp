@@ -24,8 +24,8 @@ using namespace KCOSIntrospection;
 
 using Text = std::u16string;
 using Names = std::vector<Text>;
-using Properties = std::vector<PropertyInfo>;
-using Methods = std::vector<MethodInfo>;
+using PropertyRecords = std::vector<PropertyInfo>;
+using MethodRecords = std::vector<MethodInfo>;
 
 /// An operation with an overload for narrow text.
 template <class R>
@@ -101,16 +101,17 @@ const std::vector<Operation>& operations() {
       // Records of classes and members, and the visitors in them
       {"ClassInfo", handleRecord},
       {"getProperties",
-       {given("accessLevels", form<Properties(const std::vector<std::int32_t>&, const ClassInfo*) const>(
+       {given("accessLevels", form<PropertyRecords(const std::vector<std::int32_t>&, const ClassInfo*) const>(
                                   &ClassInfo::getProperties, "record", "accessLevels", "accessingClass")),
-        form<Properties(const PropertyInfo::GetOptions&) const>(&ClassInfo::getProperties, "record",
-                                                                "options")}},
+        form<PropertyRecords(const PropertyInfo::GetOptions&) const>(&ClassInfo::getProperties, "record",
+                                                                     "options")}},
       {"getPropertiesOfSuperclasses", {form(&ClassInfo::getPropertiesOfSuperclasses, "record", "options")}},
       {"getMethods",
-       {given("access",
-              form<Methods(const std::vector<std::int32_t>&, const MethodInfo::GetContext&, const ClassInfo*)
-                       const>(&ClassInfo::getMethods, "record", "access", "context", "accessingClass")),
-        form<Methods(const MethodInfo::GetOptions&) const>(&ClassInfo::getMethods, "record", "options")}},
+       {given("access", form<MethodRecords(const std::vector<std::int32_t>&, const MethodInfo::GetContext&,
+                                           const ClassInfo*) const>(&ClassInfo::getMethods, "record",
+                                                                    "access", "context", "accessingClass")),
+        form<MethodRecords(const MethodInfo::GetOptions&) const>(&ClassInfo::getMethods, "record",
+                                                                 "options")}},
       {"getMethodsOfSuperclasses", {form(&ClassInfo::getMethodsOfSuperclasses, "record", "options")}},
       {"getAttributes", {form(&ClassInfo::getAttributes, "record", "argument")}},
       {"isA",

@@ -18,17 +18,6 @@ std::vector<frontend::SessionName> sessionNames(const std::vector<embedded::Know
   return names;
 }
 
-/// Keeps the beginning of what it gets.
-class KeptOutput final : public klutil::io::KLSink {
- public:
-  void write(std::u16string_view text) override { text_ += text.substr(0, mostKept - text_.size()); }
-  std::u16string take() { return std::move(text_); }
-
- private:
-  static constexpr std::size_t mostKept = 4096;
-  std::u16string text_;
-};
-
 }  // namespace
 
 /// One sink on both streams for as long as it lives.
@@ -57,6 +46,17 @@ class HostSession::Silence {
   }
 
  private:
+  /// Keeps the beginning of what it gets.
+  class KeptOutput final : public klutil::io::KLSink {
+   public:
+    void write(std::u16string_view text) override { text_ += text.substr(0, mostKept - text_.size()); }
+    std::u16string take() { return std::move(text_); }
+
+   private:
+    static constexpr std::size_t mostKept = 4096;
+    std::u16string text_;
+  };
+
   static void flush(KLStream& stream) {
     try {
       stream.flush();

@@ -16,7 +16,7 @@ namespace {
 
 using Tamsix::KorvalComponents::ComponentFeature;
 
-bool canDenoteClass(const std::string& name) { return !name.empty() && name.front() != '.'; }
+bool canNameClass(const std::string& name) { return !name.empty() && name.front() != '.'; }
 
 const Kfh_KORVAL_fn* firstEligibleScope(const Kdispatcher& dispatcher) {
   for (const KactiveScope* scope = dispatcher.getActiveScopes(); scope != nullptr; scope = scope->getNext()) {
@@ -49,7 +49,7 @@ ResolvedClassID::ResolvedClassID(const kxArray_tag* object) : id_(omGetCOSClassI
 
 ResolvedClassID::ResolvedClassID(const std::u16string& context, const std::u16string& className) {
   const std::string name = fl::i18n::to_string(className);
-  if (!canDenoteClass(name)) return;
+  if (!canNameClass(name)) return;
   try {
     id_ = ComponentFeature::IsOn() ? resolve(name, findScope(context)) : kcos::internal::makeInterned(name);
   } catch (const Tamsix::System::InterruptException&) {
@@ -63,7 +63,7 @@ ResolvedClassID::ResolvedClassID(const std::u16string& context, const std::u16st
 // above.
 ResolvedClassID::ResolvedClassID(const Kfh_KORVAL_fn* scope, const std::u16string& className) {
   const std::string name = fl::i18n::to_string(className);
-  if (!canDenoteClass(name)) return;
+  if (!canNameClass(name)) return;
   if (!ComponentFeature::IsOn()) {
     id_ = kcos::internal::makeInterned(name);
     return;

@@ -63,7 +63,7 @@ bool getStringsFromKxarray(const kxArray_tag* value, std::vector<std::u16string>
   const std::size_t count = kxGetNumberOfElements(value);
   // Room is made before anything is read, so that appending cannot fail once all texts are there.
   strings.reserve(strings.size() + count);
-  // Gathered apart, so that neither an early end nor an exception leaves some in the list.
+  // Collected apart, so that neither an early end nor an exception leaves some in the list.
   std::vector<std::u16string> texts;
   texts.reserve(count);
   for (std::size_t index = 0; index < count; ++index) {

@@ -22,7 +22,7 @@ class KORVAL_HOST_API COSClass {
  public:
   virtual ~COSClass();
 
-  /// The class of that name, or null; null for the null name. A class answers to its own identity, and also
+  /// The class of that name, or null; null for the null name. A class is found by its own identity, and also
   /// to names that stand for it (an alias, the name a user knows it by), so that its getID() can differ from
   /// `name`. The most frequent question of all: it should cost one look-up.
   static COSClass* getClass(const COSInternedName& name);
@@ -45,7 +45,7 @@ class KORVAL_HOST_API COSClass {
   virtual bool isEnumeration() const { return false; }
   /// Asked by listings of namespaces only.
   virtual bool isHidden() const = 0;
-  /// A yes/no answer about the class as a whole, which the library passes through.
+  /// A yes/no answer about the class as a whole, which the library hands on as it is.
   virtual bool getClassFlag() const = 0;
 
   /// The methods of that name, own and inherited, in the order of the method walk; a fresh pass at each call.

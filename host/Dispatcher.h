@@ -1,7 +1,7 @@
 #pragma once
 
 // The dispatcher: functions, the scopes in which code is running, class numbers, folders and built-ins; and
-// the object system behind it. Everything is owned by the host and borrowed for one query. No operation here
+// the object system next to it. Everything is owned by the host and borrowed for one query. No operation here
 // runs Korval code; each may throw.
 
 #include <boost/smart_ptr/shared_ptr.hpp>

@@ -3,7 +3,7 @@
 // The exceptions that cross the boundary between a host and its clients.
 //
 // A handler that treats the user's interrupt differently names Tamsix::System::InterruptException before any
-// base of it, and passes it on with `throw;`, so that a type derived from it keeps its dynamic type. None of
+// base of it, and rethrows it with `throw;`, so that a type derived from it keeps its dynamic type. None of
 // these types is a std::exception; hosts may also throw std::exceptions and other types from any operation
 // that is not `noexcept`.
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// The interpreter: evaluation, calls, variables, and the debugger behind its bridge. The operations that run
+// The interpreter: evaluation, calls, variables, and the debugger, reached by a bridge. The operations that run
 // Korval code say so; the errors of that code propagate unless they say otherwise. Results have one reference
 // for the caller; arguments are borrowed, and may be null where a client asks about a null value. Slots are
 // null before a call and may stay null after a successful one. A slot that was filled before an exception

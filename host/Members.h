@@ -4,7 +4,7 @@
 // hands out any of its parts. Everything here is owned by the class system and borrowed for one query.
 //
 // Names are narrow and null-terminated. A missing name is a null pointer: a broken class can have one, and
-// the library answers it with an exception of its own. No query here runs Korval code, and each may throw.
+// the library throws an exception of its own for it. No query here runs Korval code, and each may throw.
 
 #include <array>
 #include <cstdint>
@@ -104,7 +104,7 @@ struct COSExtendedAccess {
   std::set<COSInternedName> classes;
 };
 
-/// What every property record answers.
+/// What every property record can be asked.
 class KORVAL_HOST_API COSPropT {
  public:
   virtual ~COSPropT();
@@ -131,7 +131,7 @@ class KORVAL_HOST_API COSOptimizedPropInfo : public COSPropInfo {
   ~COSOptimizedPropInfo() override;
   /// Does reading the property run a get method?
   virtual bool hasCustomGetter() const = 0;
-  /// The record's second yes/no answer, which the library passes through.
+  /// The record's second yes/no answer, which the library hands on as it is.
   virtual bool getOptimizedFlag() const = 0;
 };
 

@@ -70,7 +70,7 @@ KORVAL_HOST_API COSInternedName makeInterned(std::string name);
 
 namespace nameresolution {
 
-/// The resolved name of the class that `name`, typed as code of `scope` would write it, denotes there
+/// The resolved name of the class that `name`, typed as code of `scope` would write it, means there
 /// (imports, namespaces, components); empty when nothing resolves. `scope` may be null: no imports apply.
 /// Called once per typed name. May throw. Runs no Korval code.
 KORVAL_HOST_API std::string omResolveAnyClass(const std::string& name, const Kfh_KORVAL_fn* scope);

@@ -96,7 +96,7 @@ CONTEXTDATA_API bool isKCOSClassDerivedFrom(const std::u16string& derived, const
 CONTEXTDATA_API bool callFunctionOnObject(const kxArray_tag* object, const std::string& functionName,
                                           std::vector<std::u16string>& names);
 
-/// Appends the names of an object's properties: what it answers to "properties", even nothing at all; where
+/// Appends the names of an object's properties: what it returns for "properties", even nothing at all; where
 /// it cannot answer, the visible properties of its class that are public to read or to write. To be asked
 /// only of values for which isKCOSObject() holds. Runs Korval code; what reading the answer, getCOSClass()
 /// and the walk throw propagates.

@@ -1,6 +1,6 @@
 #pragma once
 
-// The workspace and the interpreter: what a typed expression denotes, what a value says about itself, what
+// The workspace and the interpreter: the value of a typed expression, what a value says about itself, what
 // the search path holds, and the frames that the interpreter sees. All in the global namespace.
 //
 //   if (boost::intrusive_ptr<kxArray_tag> value = GetValueFromCurrentWorkspace(u"pump.Settings.Rate")) ...

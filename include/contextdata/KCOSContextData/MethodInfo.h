@@ -1,6 +1,6 @@
 #pragma once
 
-// What is known of one method, which methods a query wants, and which classes and names take part in
+// What is known of one method, which methods a query asks for, and which classes and names take part in
 // completion at all.
 
 #include <contextdata/Export.h>
@@ -30,7 +30,7 @@ struct MethodInfo {
     Any = 3         ///< anywhere: every class takes part
   };
 
-  /// Which methods a query wants.
+  /// Which methods a query asks for.
   struct GetOptions {
     /// The access levels that qualify a method; 0 is public. Level 2 is not inherited: its first entry is
     /// dropped when a query goes on to the superclasses.
@@ -41,7 +41,7 @@ struct MethodInfo {
     GetContext context = GetContext::None;
     bool includeConstructors = false;
     bool includeOperatorOverloads = false;
-    /// Whether hidden methods are wanted like others. Otherwise they only mask inherited ones of the same
+    /// Whether hidden methods are included like others. Otherwise they only mask inherited ones of the same
     /// name.
     bool includeHidden = false;
   };

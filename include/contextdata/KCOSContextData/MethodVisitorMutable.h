@@ -41,7 +41,7 @@ class CONTEXTDATA_API MethodVisitorMutable : public kcos::COSVisitor<kcos::COSIn
   bool includeHidden;
   /// In visiting order.
   std::vector<MethodInfo> methods;
-  /// Filled only while hidden methods are not wanted like others. Hidden methods come here whatever they are
+  /// Filled only while hidden methods are not included like others. Hidden methods come here whatever they are
   /// called and wherever the query is for, as long as they are accessible.
   std::vector<MethodInfo> hiddenMethods;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-// What is known of one property, and which properties a query wants.
+// What is known of one property, and which properties a query asks for.
 
 #include <contextdata/Export.h>
 
@@ -54,7 +54,7 @@ struct PropertyInfo {
     /// The class whose code asks, or null. A property that grants access to it, or to a class that it derives
     /// from, qualifies whatever its access levels are. Borrowed for the query.
     const ClassInfo* accessingClass = nullptr;
-    /// Whether hidden properties are wanted like others. Otherwise they only shadow inherited ones of the
+    /// Whether hidden properties are included like others. Otherwise they only shadow inherited ones of the
     /// same name.
     bool includeHidden = false;
   };

@@ -42,7 +42,7 @@ class CONTEXTDATA_API PropertyVisitorMutable : public kcos::COSVisitor<kcos::COS
   bool includeHidden;
   /// In visiting order.
   std::vector<PropertyInfo> properties;
-  /// Filled only while hidden properties are not wanted like others.
+  /// Filled only while hidden properties are not included like others.
   std::vector<PropertyInfo> hiddenProperties;
 };
 

@@ -11,7 +11,7 @@
 //   ResolvedClassID::fromLegacyString("lab.Pump")          the class of that name, which must exist
 //
 // A name that does not resolve, an empty one and one that begins with "." give the null identifier, for which
-// every query answers "no such class". There is no default constructor: fromKnownResolvedClassID("") makes a
+// every query returns what it returns for an unknown class. There is no default constructor: fromKnownResolvedClassID("") makes a
 // null identifier.
 //
 // None of these operations runs Korval code.
@@ -75,7 +75,7 @@ class CONTEXTDATA_API ResolvedClassID {
   ResolvedClassID(const std::u16string& context, const std::u16string& className);
 
   /// The class that `className` means in the scope of a function, which may be null; no other scope is looked
-  /// for. Answers and exceptions are those of the form above, except that what reading the component switch,
+  /// for. Results and exceptions are those of the form above, except that what reading the component switch,
   /// or interning while it is off, throws propagates.
   ResolvedClassID(const Kfh_KORVAL_fn* scope, const std::u16string& className);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Evaluation that leaves no trace, and the value that a typed expression denotes.
+// Evaluation that leaves no trace, and the value of a typed expression.
 
 #include <contextdata/Export.h>
 
@@ -20,7 +20,7 @@
 CONTEXTDATA_API bool EvalcExpSuccessful(const std::u16string& expression, int nlhs, kxArray_tag** plhs,
                                         bool flag);
 
-/// The value that an expression denotes in the current workspace; empty when it denotes none.
+/// The value of an expression in the current workspace; empty when it has none.
 ///
 /// A variable with dotted fields after it ("a", "a.b.c") is walked: through fields of scalar structures and
 /// properties of scalar objects. The walk returns nothing for an unknown variable, for a field of an array of
@@ -32,7 +32,7 @@ CONTEXTDATA_API bool EvalcExpSuccessful(const std::u16string& expression, int nl
 /// May run Korval code: get methods of properties, what opaque objects answer, and the evaluation. A property
 /// that cannot be read, for whatever reason, is left to the evaluation; a call that fails on an opaque object
 /// counts as no names; what the evaluation throws, the interrupt too, means that there is no value. What the
-/// tests of the walk throw, and reading the answers of opaque objects, propagates. Names are converted with
+/// tests of the walk throw, and reading what opaque objects return, propagates. Names are converted with
 /// the ASCII conversion.
 CONTEXTDATA_API boost::intrusive_ptr<kxArray_tag> GetValueFromCurrentWorkspace(
     const std::u16string& expression);

@@ -23,7 +23,7 @@ CONTEXTDATA_API boost::intrusive_ptr<kxArray_tag> getSharedProperty(const kxArra
 /// Is the value an object, of whatever object system? Every exception propagates. Runs no Korval code.
 CONTEXTDATA_API bool isObjectOrIsOpaque(const kxArray_tag* value);
 
-/// Appends what the object answers to "fieldnames" or to "methods"; nothing when the call fails, for whatever
+/// Appends what the object returns for "fieldnames" or for "methods"; nothing when the call fails, for whatever
 /// reason, or when the answer is no cell of texts. Runs Korval code; what the call throws is swallowed, the
 /// interrupt too. What reading the answer throws propagates.
 CONTEXTDATA_API void getOpaqueObjectProperties(const kxArray_tag* value, std::vector<std::u16string>& names);
@@ -35,7 +35,7 @@ CONTEXTDATA_API void getOpaqueObjectMethods(const kxArray_tag* value, std::vecto
 /// code.
 CONTEXTDATA_API bool getStringsFromKxarray(const kxArray_tag* value, std::vector<std::u16string>& strings);
 
-/// The size of a value: its own dimensions, or what its class answers to "size" ("sizeAsDouble" for objects
+/// The size of a value: its own dimensions, or what its class returns for "size" ("sizeAsDouble" for objects
 /// of a class with the mixin "korval.mixin.internal.CustomSizeString"), without fractions. No answer, one
 /// that is no double array or is empty, and a NaN before any extent that is no count give the value's own
 /// dimensions.
@@ -50,7 +50,7 @@ CONTEXTDATA_API std::vector<unsigned long> getSizeFromKxArray(const kxArray_tag*
 /// neither does. ASCII conversion. Every exception propagates. Runs no Korval code.
 CONTEXTDATA_API unsigned int GetClassPrecedence(const std::u16string& classA, const std::u16string& classB);
 
-/// Does a dotted name denote a member of a foreign class? Split at the last dot; false without one, when it
+/// Is a dotted name a member of a foreign class? Split at the last dot; false without one, when it
 /// comes first, and when class or member is unknown. ASCII conversion. Every exception propagates. Runs no
 /// Korval code.
 CONTEXTDATA_API bool IsJavaFunction(const std::u16string& name);

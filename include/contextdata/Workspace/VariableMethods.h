@@ -9,7 +9,7 @@
 #include "host/Arrays.h"
 
 /// The methods to offer after a variable and a dot: for an object of a valid class its public, visible
-/// methods that are not static, in the order of the walk; for any other value what it answers to "methods".
+/// methods that are not static, in the order of the walk; for any other value what it returns for "methods".
 /// Without names that equal `name` (the variable's or its class's: the caller's choice), operator names, and
 /// names with a dot in them.
 ///

@@ -84,7 +84,7 @@ enum class CodePolicy {
   Refused
 };
 
-/// What has become of it so far. A query whose code was refused may still have answered: look here, not there.
+/// What has become of it so far. A query whose code was refused may still have succeeded: look here, not there.
 struct CodeRecord {
   std::uint64_t runs = 0;
   std::uint64_t refusals = 0;

@@ -80,7 +80,7 @@ struct ObjectArray {
   bool foreign = false;
 };
 
-/// What an opaque object answers to a call of that name: a value, or an error when there is none.
+/// What an opaque object returns for a call of that name: a value, or an error when there is none.
 struct OpaqueMethod;
 
 /// A scalar object of a foreign object system.

@@ -58,11 +58,11 @@ Values callFunction(Interpreter& interpreter, const std::string& name, Values ar
 }
 
 /// Without `valueOfStatement` the text is one expression; with it, statements may stand before it.
-const ExpressionStatement& answeringStatement(const Interpreter& interpreter, const Unit& unit,
+const ExpressionStatement& statementWithValue(const Interpreter& interpreter, const Unit& unit,
                                               bool valueOfStatement) {
-  const bool answers =
+  const bool hasValue =
       !unit.script.empty() && std::holds_alternative<ExpressionStatement>(unit.script.back().form);
-  if (!answers || (unit.script.size() > 1 && !valueOfStatement))
+  if (!hasValue || (unit.script.size() > 1 && !valueOfStatement))
     interpreter.fail("KORVAL:code:NoValue", "A value is wanted, but the text is no expression");
   return std::get<ExpressionStatement>(unit.script.back().form);
 }
@@ -80,7 +80,7 @@ Values evaluate(Interpreter& interpreter, const std::u16string& text, int nlhs, 
     evaluator.run(unit.script);
     return {};
   }
-  const ExpressionStatement& last = answeringStatement(interpreter, unit, valueOfStatement);
+  const ExpressionStatement& last = statementWithValue(interpreter, unit, valueOfStatement);
   for (const Statement& statement : unit.script) {
     if (&statement == &unit.script.back()) break;
     if (evaluator.runOne(statement) != Evaluator::Exit::AtEnd)

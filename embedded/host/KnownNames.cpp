@@ -9,8 +9,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Of a class folder "@Pump" or a package folder "+lab": the name without its mark.
-std::string markedName(const fs::path& folder) {
+/// Of a class folder "@Pump" or a package folder "+lab": the name without the first character.
+std::string nameAfterPrefix(const fs::path& folder) {
   const std::string name = folder.filename().string();
   return name.empty() ? name : name.substr(1);
 }
@@ -44,7 +44,7 @@ KnownNames::KnownNames(const Description& description) {
   for (const PackageDescription& known : description.packages) packages_.push_back({known.name});
   for (const PathItemDescription& item : description.path) {
     if (item.kind == PathItemDescription::Path) folders_.emplace_back(item.folder);
-    if (item.kind == PathItemDescription::Class) classes_.push_back({markedName(item.folder)});
+    if (item.kind == PathItemDescription::Class) classes_.push_back({nameAfterPrefix(item.folder)});
     if (item.kind == PathItemDescription::Package) addPackage(item.folder);
   }
 }
@@ -52,9 +52,9 @@ KnownNames::KnownNames(const Description& description) {
 /// "+lab" is a namespace of functions, "@lab" a package of the older object system.
 void KnownNames::addPackage(const fs::path& folder) {
   if (folder.filename().string().starts_with('+')) {
-    addCodeFiles(folder, markedName(folder) + ".", functions_);
+    addCodeFiles(folder, nameAfterPrefix(folder) + ".", functions_);
   } else {
-    packages_.push_back({markedName(folder)});
+    packages_.push_back({nameAfterPrefix(folder)});
   }
 }
 

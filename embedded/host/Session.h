@@ -14,7 +14,7 @@ namespace embedded {
 /// How errors name code that a client evaluates.
 inline const std::string expressionSource = "expression";
 
-/// What stands behind a host: the gate, and everything that its operations ask. Its parts refer to those before
+/// What a host is made of: the gate, and everything that its operations ask. Its parts refer to those before
 /// them.
 struct Session final : Gate, World, CodeEnvironment {
   /// Of a description that has been checked.

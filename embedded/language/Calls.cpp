@@ -159,7 +159,7 @@ Meaning meaningOf(Interpreter& interpreter, const std::string& name, const Routi
 std::optional<Values> callMethodOfArguments(Evaluator& caller, const std::string& name,
                                             const Values& arguments, std::size_t nargout) {
   for (const ValuePtr& argument : arguments)
-    if (auto answer = callMethod(caller, name, *argument, arguments, nargout)) return answer;
+    if (auto results = callMethod(caller, name, *argument, arguments, nargout)) return results;
   return {};
 }
 
@@ -167,7 +167,7 @@ Values call(Evaluator& caller, const std::string& name, const Meaning& meaning, 
             std::size_t nargout) {
   Interpreter& interpreter = caller.interpreter();
   // First, because a class gives functions, also built-in ones, a meaning of its own.
-  if (auto answer = callMethodOfArguments(caller, name, arguments, nargout)) return std::move(*answer);
+  if (auto results = callMethodOfArguments(caller, name, arguments, nargout)) return std::move(*results);
   if (meaning.builtin != nullptr) return meaning.builtin({caller, interpreter, arguments, nargout});
   if (meaning.oneClass != nullptr) return construct(caller, *meaning.oneClass, std::move(arguments));
   if (meaning.routine != nullptr)

@@ -27,7 +27,7 @@ std::vector<Element> picked(Interpreter& interpreter, const std::vector<Element>
   return result;
 }
 
-struct Gatherer {
+struct ElementsAt {
   Interpreter& interpreter;
   const std::vector<std::size_t>& elements;
   const Value& value;
@@ -276,9 +276,9 @@ ValuePtr asCharacters(Interpreter& interpreter, const ValuePtr& value) {
   return newValue(value->size(), std::move(text));
 }
 
-ValuePtr gathered(Interpreter& interpreter, const Value& value, const std::vector<std::size_t>& elements,
-                  Value::Size size) {
-  Value::Content content = std::visit(Gatherer{interpreter, elements, value}, value.content());
+ValuePtr elementsAt(Interpreter& interpreter, const Value& value, const std::vector<std::size_t>& elements,
+                    Value::Size size) {
+  Value::Content content = std::visit(ElementsAt{interpreter, elements, value}, value.content());
   if (auto* objects = std::get_if<Objects>(&content); objects != nullptr && elements.size() == 1)
     return objects->elements.front();
   return newValue(withoutTrailingOnes(std::move(size)), std::move(content));
@@ -324,8 +324,8 @@ ValuePtr concatenated(Interpreter& interpreter, const std::vector<Values>& rows)
     height += row.height;
   }
   interpreter.checkSize({height, width});
-  return gathered(interpreter, *joined(interpreter, pieces), originsOf(interpreter, all, height, width),
-                  {height, width});
+  return elementsAt(interpreter, *joined(interpreter, pieces), originsOf(interpreter, all, height, width),
+                    {height, width});
 }
 
 }  // namespace embedded

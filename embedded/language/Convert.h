@@ -32,12 +32,12 @@ ValuePtr asCharacters(Interpreter& interpreter, const ValuePtr& value);
 /// Dimensions after the second one count only when they are not 1.
 Value::Size withoutTrailingOnes(Value::Size size);
 
-/// No element, to which gathered() gives a default.
+/// No element, to which elementsAt() gives a default.
 constexpr std::size_t noElement = static_cast<std::size_t>(-1);
 
 /// An array of these elements (by linear index) of a value.
-ValuePtr gathered(Interpreter& interpreter, const Value& value, const std::vector<std::size_t>& elements,
-                  Value::Size size);
+ValuePtr elementsAt(Interpreter& interpreter, const Value& value, const std::vector<std::size_t>& elements,
+                    Value::Size size);
 
 /// The values as one kind, so that their elements can stand in one array: numbers become strings beside
 /// strings, whatever stands beside a cell becomes a cell, and so on. An error when there is no such kind.

@@ -69,7 +69,7 @@ bool isInside(const Value& value, const std::vector<Subscript>& subscripts) {
 /// What something is assigned into: the element, or what a new one is at first; null: nothing yet.
 ValuePtr elementAt(Interpreter& interpreter, const Value& value, const std::vector<Subscript>& subscripts) {
   if (isInside(value, subscripts)) return indexed(interpreter, value, subscripts);
-  return value.as<Structures>() ? gathered(interpreter, value, {noElement}, {1, 1}) : nullptr;
+  return value.as<Structures>() ? elementsAt(interpreter, value, {noElement}, {1, 1}) : nullptr;
 }
 
 }  // namespace

@@ -146,7 +146,7 @@ struct Replacer {
   }
 };
 
-/// Null when that takes more.
+/// Null when the elements do not fit in like that.
 ValuePtr withReplaced(const Value& value, const Positions& targets, const Value& elements) {
   if (value.content().index() != elements.content().index()) return nullptr;
   Value::Content content = value.content();
@@ -182,11 +182,11 @@ ValuePtr indexed(Interpreter& interpreter, const Value& value, std::span<const S
   Positions elements = combinations(interpreter, positions, extents);
   if (subscripts.size() == 1) {
     Size size = linearSize(value, subscripts.front(), elements.size());
-    return gathered(interpreter, value, elements, std::move(size));
+    return elementsAt(interpreter, value, elements, std::move(size));
   }
   Size size;
   for (const Positions& each : positions) size.push_back(each.size());
-  return gathered(interpreter, value, elements, std::move(size));
+  return elementsAt(interpreter, value, elements, std::move(size));
 }
 
 ValuePtr withElements(Interpreter& interpreter, const ValuePtr& value, std::span<const Subscript> subscripts,
@@ -213,7 +213,7 @@ ValuePtr withElements(Interpreter& interpreter, const ValuePtr& value, std::span
   Positions origins = originsOf(interpreter, size, isNew ? Size{0, 0} : value->size());
   const std::size_t offset = isNew ? 0 : value->elementCount();
   for (std::size_t at = 0; at < targets.size(); ++at) origins[targets[at]] = offset + (count == 1 ? 0 : at);
-  return gathered(interpreter, *all, origins, size);
+  return elementsAt(interpreter, *all, origins, size);
 }
 
 std::size_t lastIndex(const Value& value, std::size_t place, std::size_t count) {
@@ -227,7 +227,7 @@ ValuePtr transposed(Interpreter& interpreter, const Value& value) {
   for (std::size_t row = 0; row < value.rows(); ++row)
     for (std::size_t column = 0; column < value.columns(); ++column)
       elements.push_back(row + column * value.rows());
-  return gathered(interpreter, value, elements, {value.columns(), value.rows()});
+  return elementsAt(interpreter, value, elements, {value.columns(), value.rows()});
 }
 
 }  // namespace embedded

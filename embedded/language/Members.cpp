@@ -54,10 +54,10 @@ ValuePtr readObject(Interpreter& interpreter, const ValuePtr& object, const std:
   if (!mayUse(interpreter, declared.get, *property->definingClass(), asking))
     failAccess(interpreter, "Reading", name);
   if (declared.getter != nullptr && declared.getter.get() != asking) {
-    const Values answer = callRoutine(interpreter, *declared.getter, nullptr, {object}, 1);
-    if (answer.empty())
+    const Values result = callRoutine(interpreter, *declared.getter, nullptr, {object}, 1);
+    if (result.empty())
       interpreter.fail("KORVAL:code:NoValue", "The get method of \"" + name + "\" gives no value");
-    return answer.front();
+    return result.front();
   }
   return stored != nullptr ? *stored : declaredValue(interpreter, declared);
 }
@@ -92,8 +92,9 @@ ValuePtr newEnumerationMember(const Class& oneClass, const std::string& member) 
 ValuePtr elementOf(Interpreter& interpreter, const ValuePtr& value, std::size_t index) {
   if (index >= value->elementCount())
     interpreter.fail("KORVAL:code:Index", "The index " + std::to_string(index + 1) + " is beyond the end");
-  return value->elementCount() == 1 && !value->as<Objects>() ? value
-                                                             : gathered(interpreter, *value, {index}, {1, 1});
+  return value->elementCount() == 1 && !value->as<Objects>()
+             ? value
+             : elementsAt(interpreter, *value, {index}, {1, 1});
 }
 
 bool readingRunsCode(const Interpreter& interpreter, const Value& object, const std::string& name) {

@@ -12,7 +12,7 @@ namespace embedded {
 /// The handle of a name; the null name for an empty one.
 kcos::COSInternedName interned(std::string_view name);
 
-/// The same, but the null name too for a text that nobody has interned: asking leaves nothing behind.
+/// The same, but the null name too for a text that nobody has interned: asking adds nothing to the table.
 kcos::COSInternedName alreadyInterned(std::string_view name);
 
 /// What stands before the last dot; empty without one.

@@ -22,7 +22,7 @@ class TextSource {
   std::size_t column() const { return column_; }
   /// So far there was nothing but white space.
   bool blank() const { return blank_; }
-  /// Somebody wanted to read on after the end.
+  /// Somebody tried to read on after the end.
   bool exhausted() const { return exhausted_; }
 
   char current() const { return chunk_[position_]; }

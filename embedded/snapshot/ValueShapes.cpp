@@ -21,7 +21,7 @@ Key<Type> sizeKey() {
           }};
 }
 
-/// Values by name, each name once: properties of an object, fields and answers of an opaque one.
+/// Values by name, each name once: properties of an object, fields and method results of an opaque one.
 template <class Entry, auto content>
 class NamedValuesHandler final : public Handler {
  public:

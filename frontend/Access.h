@@ -28,7 +28,7 @@ std::vector<std::int32_t> usableLevels(const KCOSContextData::ClassInfo* caller,
                                        const KCOSContextData::ClassInfo& asked);
 
 /// The properties of the class, own and inherited, that code of the scope may read or write; hidden ones among them when
-/// they are wanted. In the library's order, each name once; last what is private to the code of an ancestor that asks.
+/// they are requested. In the library's order, each name once; last what is private to the code of an ancestor that asks.
 std::vector<KCOSContextData::PropertyInfo> usableProperties(RequestContext& request,
                                                             const KCOSContextData::ClassInfo& asked,
                                                             bool includeHidden);

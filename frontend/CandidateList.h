@@ -21,11 +21,11 @@ class CandidateList {
   CandidateList(const RequestContext& request, std::u16string typed);
 
   const std::u16string& typed() const noexcept { return typed_; }
-  /// Hidden names are wanted like others; otherwise one comes only when it is typed in full.
+  /// Hidden names are included like others; otherwise one comes only when it is typed in full.
   bool wantsHidden() const noexcept { return hidden_; }
 
   /// The candidate's label, kind, order and whether it is hidden are set. One that does not fit is left out, and so is a
-  /// hidden one that is not wanted. Stops when the request has been asked to stop.
+  /// hidden one that is not included. Stops when the request has been asked to stop.
   void add(Candidate candidate, Details details = {});
 
   /// All of the same kind, the alphabet decides.

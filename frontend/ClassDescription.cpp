@@ -190,7 +190,7 @@ ClassTree describeClass(const ResolvedClassID& id, const Levels& levels, bool in
   collector.collect(ClassInfo(id));
   Classes classes = collector.take();
   // A property replaces the inherited ones of its name, hidden or not. Of methods only a hidden one masks them, and only
-  // where hidden ones are not wanted: a visible one stands beside them.
+  // where hidden ones are left out: a visible one stands beside them.
   dropUnreached(classes, &ClassDescription::properties, [](const PropertyDescription&) { return true; });
   if (includeHidden) return {std::move(classes)};
   const auto isHidden = [](const auto& member) { return member.isHidden; };

@@ -103,7 +103,7 @@ struct Completion {
 Completion complete(Session& session, const std::u16string& text, std::size_t cursor, const Scope& scope,
                     const Options& options = {});
 
-/// How much of a list is wanted.
+/// How much of a list is requested.
 struct Extent {
   std::size_t limit = 0;
   /// Names, kinds and order alone are much quicker.

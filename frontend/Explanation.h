@@ -17,7 +17,7 @@ namespace frontend {
 enum class Rule {
   Offered,         ///< nothing is in the way; the detail says where it ranks
   NoPosition,      ///< nothing is completed at the cursor: a comment, a number
-  UnknownBase,     ///< what stands before the dot denotes nothing that is known
+  UnknownBase,     ///< what stands before the dot is nothing that is known
   Unknown,         ///< there is no such name
   NotInThisClass,  ///< the class has no such member
   AccessLevel,     ///< protected or private, and this is not the code of a class that may use it

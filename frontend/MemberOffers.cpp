@@ -81,7 +81,7 @@ class ClassMembers {
   void offerMethods(MethodInfo::GetContext context) { offerMethods(context, Kind::Method); }
 
  private:
-  /// `kindOf` tells the kind of a property, or that it is not wanted.
+  /// `kindOf` tells the kind of a property, or that it is left out.
   template <class KindOf>
   void offerProperties(KindOf kindOf) {
     const auto ask = [&](bool hidden) { return usableProperties(request_, described_->record, hidden); };
@@ -122,7 +122,7 @@ class ClassMembers {
     }
   }
 
-  /// Reads what is offered; returns the names among it that are hidden. Hidden members take another question, which is
+  /// Reads what is offered; returns the names among it that are hidden. Hidden members need another question, which is
   /// asked only where one may be shown.
   template <class Infos, class Ask, class IsTypedMember>
   std::unordered_set<std::u16string> readMembers(Infos& infos, Ask ask, IsTypedMember isTypedMember) const {

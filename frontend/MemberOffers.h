@@ -7,7 +7,7 @@
 
 namespace frontend {
 
-/// The candidates after what the resolution says and a dot. False when it denotes nothing that has members.
+/// The candidates after what the resolution says and a dot. False when that is nothing that has members.
 bool offerMembers(RequestContext& request, const Resolution& resolution, CandidateList& candidates);
 
 /// The methods that take part when the object is the first argument of a call.

@@ -34,7 +34,7 @@ struct Options {
   Deadline deadline = {};
   /// How many candidates are returned at most.
   std::size_t limit = 200;
-  /// Hidden members and names are wanted like others. Otherwise they come once their whole name is typed.
+  /// Hidden members and names are included like others. Otherwise they come once their whole name is typed.
   bool hidden = false;
 };
 

@@ -30,7 +30,7 @@ struct Part {
   bool isUnpacked = false;
 };
 
-/// Nobody types longer chains; what they denote is looked for prefix by prefix.
+/// Nobody types longer chains; what they resolve to is looked for prefix by prefix.
 constexpr std::size_t mostParts = 100;
 
 /// Empty when the expression is no such chain, or too long.
@@ -62,7 +62,7 @@ Resolution declared(const RequestContext& request, const std::u16string& classNa
   return {};
 }
 
-/// What a member of an object or a class denotes by what the class declares.
+/// What a member of an object or a class resolves to by what the class declares.
 Resolution declaredMember(RequestContext& request, const ResolvedClassID& id, const std::u16string& name) {
   const ClassInfo record(id);
   for (const PropertyInfo& property : usableProperties(request, record, true)) {
@@ -119,7 +119,7 @@ std::u16string joined(const std::vector<Part>& parts, std::size_t count) {
   return name;
 }
 
-/// A class, an object made by calling it, or what one of its constants and enumeration members denotes.
+/// A class, an object made by calling it, or what one of its constants and enumeration members resolves to.
 Resolution ofClass(RequestContext& request, const ResolvedClassID& id, const std::vector<Part>& parts,
                    std::size_t count) {
   Resolution object{Resolution::Object, {}, id};

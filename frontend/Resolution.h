@@ -1,6 +1,6 @@
 #pragma once
 
-// What a dotted expression before a dot denotes: a value, a declared class, or what holds names.
+// What a dotted expression before a dot resolves to: a value, a declared class, or what holds names.
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <optional>

@@ -21,7 +21,7 @@ Json diagnostic(const Range& range, const std::string& code, const std::string& 
           {"message", message}};
 }
 
-/// Letters of other languages, which code must not have in names, are marked with the word that they are in.
+/// Letters of other languages, which code must not have in names, are reported with the word that they are in.
 bool isWord(char16_t unit) { return syntax::isNamePart(unit) || unit >= 0x80; }
 
 /// What stands at the offset: a word, another character, or nothing at the end of a line.

@@ -70,7 +70,7 @@ class Documents {
  public:
   void setEncoding(PositionEncoding encoding) noexcept { encoding_ = encoding; }
 
-  // Each takes the parameters of the notification of that name; throws ResponseError for those that are none.
+  // Each reads the parameters of the notification of that name; throws ResponseError for those that are none.
 
   void didOpen(const Json& params);
   void didChange(const Json& params);

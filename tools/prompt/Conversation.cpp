@@ -11,15 +11,15 @@
 namespace tools::prompt {
 
 int Conversation::run() {
-  while (take(lines_.next(statements_))) continue;
+  while (handle(lines_.next(statements_))) continue;
   return isScript_ ? exitCode_ : Answered;
 }
 
-bool Conversation::take(const InputLine& line) {
+bool Conversation::handle(const InputLine& line) {
   ++lineNumber_;
   switch (line.kind) {
     case InputLine::Text:
-      return takeText(line.text);
+      return handleText(line.text);
     case InputLine::Abandoned:
       statements_.clear();
       return true;
@@ -35,16 +35,16 @@ bool Conversation::take(const InputLine& line) {
   return false;
 }
 
-bool Conversation::takeText(const std::u16string& text) {
+bool Conversation::handleText(const std::u16string& text) {
   if (statements_.empty()) {
-    if (isCommand(text)) return takeCommand(text);
+    if (isCommand(text)) return handleCommand(text);
     firstLine_ = isScript_ ? lineNumber_ : 1;
   }
   statements_ += text + u'\n';
   return isUnfinished(statements_) || runStatements();
 }
 
-bool Conversation::takeCommand(const std::u16string& text) {
+bool Conversation::handleCommand(const std::u16string& text) {
   const CommandEnding ending = runCommand(live_, text);
   takeInterrupt();  // one that came too late for the command drops no later line
   if (ending == CommandEnding::Failed) exitCode_ = NoAnswer;

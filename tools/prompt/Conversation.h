@@ -18,9 +18,9 @@ class Conversation {
 
  private:
   /// False when it is the last one.
-  bool take(const InputLine& line);
-  bool takeText(const std::u16string& text);
-  bool takeCommand(const std::u16string& text);
+  bool handle(const InputLine& line);
+  bool handleText(const std::u16string& text);
+  bool handleCommand(const std::u16string& text);
   bool runStatements();
 
   LiveSession& live_;

@@ -151,11 +151,11 @@ bool Editor::wantsMore(std::size_t left) {
   const std::string question = std::to_string(left) + " more lines: space shows them, any other key does not";
   std::cout << dim(fitted(question, terminalSize().columns - 1)) << std::flush;
   wchar_t key = 0;
-  const bool isAnswered = el_wgetc(line_.get(), &key) == 1;
+  const bool isRead = el_wgetc(line_.get(), &key) == 1;
   isAbandoned_ = false;  // Ctrl-C ends the list
   std::cout << '\r' << std::string(std::min(widthOf(question), terminalSize().columns - 1), ' ') << '\r'
             << std::flush;
-  return isAnswered && (key == L' ' || key == L'\t');
+  return isRead && (key == L' ' || key == L'\t');
 }
 
 void Editor::goBelow() {

@@ -38,7 +38,7 @@ std::u16string lineIn(const std::u16string& text, int number) {
 }
 
 /// The line, and below it the caret; nothing of a line that is blank.
-std::string markedLine(std::u16string line, std::size_t caret) {
+std::string lineWithCaret(std::u16string line, std::size_t caret) {
   if (line.find_first_not_of(u" \t") == std::u16string::npos) return {};
   std::ranges::replace(line, u'\t', u' ');
   caret = std::min(caret, line.size());
@@ -58,7 +58,7 @@ std::string linesOfFailure(const CodeFailure& failure, const std::u16string& tex
   const int line = isTyped ? failure.line + firstLine - 1 : failure.line;
   const std::string source = isTyped ? "input" : printable(failure.source);
   const auto column = static_cast<std::size_t>(std::max(1, failure.column));
-  return (isTyped ? markedLine(lineIn(text, failure.line), column - 1) : std::string()) + source + ":" +
+  return (isTyped ? lineWithCaret(lineIn(text, failure.line), column - 1) : std::string()) + source + ":" +
          std::to_string(line) + ":" + std::to_string(failure.column) + ": " + printable(failure.message) +
          " [" + printable(failure.id) + "]\n";
 }

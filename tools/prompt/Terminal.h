@@ -9,7 +9,7 @@
 
 namespace tools::prompt {
 
-/// The size of the terminal behind standard output; 80 x 24 where it does not say.
+/// The size of the terminal that standard output is; 80 x 24 where it does not say.
 struct TerminalSize {
   std::size_t columns = 80;
   std::size_t rows = 24;

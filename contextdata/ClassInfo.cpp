@@ -24,6 +24,7 @@ using NameSet = std::set<std::u16string>;
 void appendWithAncestors(const ClassStructureInfo& structure, std::vector<std::u16string>& names) {
   if (structure.name.empty()) return;
   names.push_back(structure.name);
+  // Not made unique: an ancestor is named once per way to it, as the tree has it.
   for (const auto& superclass : structure.superclasses) appendWithAncestors(superclass->structure, names);
 }
 
@@ -47,6 +48,7 @@ void append(std::vector<Record>& all, std::vector<Record> more) {
 void shadow(Properties& inherited, const PropertyVisitorMutable& own) {
   if (inherited.empty()) return;
   std::unordered_set<std::u16string_view> names;
+  // Hidden own properties replace inherited ones too, although they are not listed themselves.
   names.reserve(own.properties.size() + own.hiddenProperties.size());
   for (const PropertyInfo& property : own.properties) names.insert(property.name);
   for (const PropertyInfo& property : own.hiddenProperties) names.insert(property.name);
@@ -115,6 +117,7 @@ Superclasses ClassInfo::readSuperclasses(const kcos::COSInternedName& classId) {
   kcos::COSEnumeration<kcos::COSInternedName> names = cls->getSuperclasses();
   while (names.hasMoreElements()) {
     const kcos::COSClass* superclass = kcos::COSClass::getClass(names.nextElement());
+    // A superclass that the class system does not know has nothing to hand down.
     if (superclass == nullptr) continue;
     // By its own identity: the class may be listed under a name that only stands for it.
     superclasses.push_back(std::make_shared<ClassInfo>(ResolvedClassID(superclass->getID())));
@@ -133,8 +136,10 @@ Superclasses ClassInfo::superclassesOrNone(const kcos::COSInternedName& classId)
   }
 }
 
+// The visitors only keep the pointer to a record that is still being made; it is used by walks.
 ClassInfo::ClassInfo(const ResolvedClassID& id) : classId(id), propertyVisitor(this), methodVisitor(this) {
   if (classId.isNull()) return;
+  // Outside any handler: a record may lack its superclasses, but not its name.
   structure.name = fl::i18n::to_ustring(kcos::nameresolution::getUserVisibleClassName(classId));
   structure.superclasses = superclassesOrNone(classId);
 }
@@ -143,6 +148,7 @@ ClassInfo::ClassInfo(const std::u16string& context, const std::u16string& classN
     : ClassInfo(ResolvedClassID(context, className)) {}
 
 ClassInfo::ClassInfo(const kxArray_tag* value) : propertyVisitor(this), methodVisitor(this) {
+  // Whether it is an object at all is asked first: of other values no class is looked up.
   if (value == nullptr || !omIsKCOS(value) || !KCOSIntrospection::isKCOSObject(value)) return;
   classId = ResolvedClassID(value);
   structure.name = fl::i18n::to_ustring(classId.text());
@@ -169,6 +175,7 @@ const std::vector<std::int32_t>& ClassInfo::getDefaultAccessibility() const {
 }
 
 void ClassInfo::collectProperties(const PropertyInfo::GetOptions& options) const {
+  // First, so that a class without properties of its own keeps none of the query before.
   propertyVisitor.clear(options);
   kcos::COSClass* cls = kcos::COSClass::getClass(classId);
   if (!isValid(cls) || cls->isEnumeration()) return;
@@ -183,6 +190,7 @@ std::vector<PropertyInfo> ClassInfo::getProperties(const PropertyInfo::GetOption
   } catch (...) {
     return {};
   }
+  // After the own ones: when these cannot be read, the superclasses are not asked at all.
   Properties all = getPropertiesOfSuperclasses(options);
   shadow(all, propertyVisitor);
   Properties& own = propertyVisitor.properties;
@@ -218,6 +226,8 @@ void ClassInfo::collectMethods() const {
 }
 
 std::vector<MethodInfo> ClassInfo::getMethods(const MethodInfo::GetOptions& options) const {
+  // Before anything is decided: the visitor's lists can be seen, and are those of this query also when it is
+  // refused.
   methodVisitor.clear(options);
   if (classId.isNull() || !isClassToCompleteMethodsFor(classId, options.context)) return {};
   if (options.context == MethodInfo::GetContext::AfterDot && isA(noDotMethodsMixin)) return {};
@@ -230,6 +240,7 @@ std::vector<MethodInfo> ClassInfo::getMethods(const MethodInfo::GetOptions& opti
   }
   // Unlike the properties, the methods stay in the visitor, whose lists can be seen after a query.
   Methods all = getMethodsOfSuperclasses(options);
+  // With hidden methods included the visitor files them as visible ones, and visible ones mask nothing.
   if (!options.includeHidden) mask(all, methodVisitor.hiddenMethods);
   all.insert(all.end(), methodVisitor.methods.begin(), methodVisitor.methods.end());
   return all;
@@ -261,7 +272,9 @@ AttributeSets ClassInfo::getAttributes(bool argument) const {
   if (structure.name.empty()) return all;
   try {
     const kcos::COSClass* cls = kcos::COSClass::getClass(classId);
+    // No check of the class here: attributes are listed of classes that fail it, too.
     if (cls != nullptr) all = ownAttributes(*cls, argument);
+    // Virtual, so a specialised superclass may throw here; then the sets that were read are dropped as well.
     for (const auto& superclass : structure.superclasses) unite(all, superclass->getAttributes(argument));
     return all;
   } catch (const Tamsix::System::InterruptException&) {

@@ -25,10 +25,12 @@ class PushedSink {
   }
   ~PushedSink() {
     try {
+      // On its own, before the pop: what is held back must end in this sink, not in the one below.
       stream_.flush();
     } catch (...) {
     }
     try {
+      // Also after a flush that failed: a sink left on the stream would swallow what others print.
       stream_.pop();
     } catch (...) {
     }
@@ -63,6 +65,7 @@ class SilentErrorMode {
 }  // namespace
 
 bool EvalcExpSuccessful(const std::u16string& expression, int nlhs, kxArray_tag** plhs, bool flag) {
+  // First, before any stream is touched: where nothing can be evaluated, nothing is prepared.
   if (!inValidInterpreterAvailable()) return false;
   // One sink for both streams, whose text nobody reads. The mode comes last and so is restored first: what a
   // host prints about that is thrown away too.
@@ -80,6 +83,7 @@ struct Step {
   enum Kind { ToValue, ToNothing, OffPath } kind;
   Value value = {};
 
+  // A member that cannot be read may still have a value when the whole expression is evaluated.
   static Step to(Value value) { return value ? Step{ToValue, std::move(value)} : Step{OffPath}; }
 };
 
@@ -90,6 +94,7 @@ std::string nameAt(const std::string& text, std::size_t position) {
 }
 
 Step stepIntoObject(const Value& object, const std::string& field) {
+  // Methods come first: evaluating the expression would call it, which nobody asked for.
   if (KCOSIntrospection::hasMethod(object.get(), field)) return {Step::ToNothing};
   if (!KCOSIntrospection::hasProperty(object.get(), field)) return {Step::OffPath};
   return Step::to(getSharedProperty(object.get(), field, 0));
@@ -98,6 +103,7 @@ Step stepIntoObject(const Value& object, const std::string& field) {
 Step stepIntoOpaque(const Value& object, const std::string& field) {
   const std::u16string name = fl::i18n::to_ustring(field, fl::i18n::codecvt_ascii_to_ustring());
   std::vector<std::u16string> methods;
+  // Both lists run code of the object. Properties are asked for only when no method has the name.
   getOpaqueObjectMethods(object.get(), methods);
   if (std::ranges::find(methods, name) != methods.end()) return {Step::ToNothing};
   std::vector<std::u16string> properties;
@@ -107,10 +113,13 @@ Step stepIntoOpaque(const Value& object, const std::string& field) {
 }
 
 Step stepInto(const Value& value, const std::string& field) {
+  // A field of an array of several elements is a list, and no value.
   if (!kxIsScalar(value.get())) return {Step::ToNothing};
   // Structures come first: an object that is stored as one is walked by its fields, whatever its class
   // offers.
   if (StorageCode::isStructure(kxGetClassID(value.get()))) {
+    // The field is borrowed from its structure; this adds the reference that keeps it when the structure
+    // goes.
     return Step::to(Value(kxGetField(value.get(), 0, field.c_str())));
   }
   if (KCOSIntrospection::isKCOSObject(value.get())) return stepIntoObject(value, field);
@@ -133,6 +142,7 @@ Value evaluate(const std::u16string& expression) {
 
 boost::intrusive_ptr<kxArray_tag> GetValueFromCurrentWorkspace(const std::u16string& expression) {
   if (IsJavaFunction(expression)) return {};
+  // The walk is for names, which are ASCII; the evaluation gets the text as it was typed.
   const std::string text = toAscii(expression);
   const std::string variable = nameAt(text, 0);
   Value value = makeSharedPtr(inGetValueFromCurrentWorkspace(variable));

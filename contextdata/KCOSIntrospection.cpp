@@ -66,6 +66,7 @@ std::u16string getConstructorName(const std::u16string& className) {
   return dot == std::u16string::npos ? className : className.substr(dot + 1);
 }
 
+// No handler, unlike for classes: a namespace that cannot be looked up is an error for whoever asks.
 kcos::COSInterface* getNamespaceInterface(const std::u16string& namespaceName) {
   return kcos::COSNamespace::getNamespaceInterface(internedName(toAscii(namespaceName))).get();
 }
@@ -80,6 +81,7 @@ bool hasMethod(const ResolvedClassID& id, const std::string& methodName, bool& i
   kcos::COSClass* cls = getCOSClass(id);
   if (!isValid(cls)) return false;
   const kcos::COSInternedName method = internedName(methodName);
+  // isStatic stays as it is when there is no such method.
   if (!cls->findMethods(method).hasMoreElements()) return false;
   // A second walk, because a pass that has been asked for its elements is no fresh one.
   isStatic = kcos::cosiToMethod(cls->findMethods(method).nextElement().get())->isStatic();
@@ -119,6 +121,7 @@ bool isKCOSClassDerivedFrom(const ResolvedClassID& derived, const ResolvedClassI
 
 bool isKCOSClassDerivedFrom(const std::u16string& derived, const std::u16string& base) {
   const kcos::COSClass* cls = getCOSClass(derived);
+  // The base is not looked up: a name that the class system does not know is one that nothing derives from.
   return cls != nullptr && cls->isDerivedFrom(internedName(fl::i18n::to_string(base)));
 }
 
@@ -137,10 +140,12 @@ bool callFunctionOnObject(const kxArray_tag* object, const std::string& function
 }
 
 void getObjectPropertyNames(const kxArray_tag* object, std::vector<std::u16string>& names) {
+  // What the object itself says holds, even nothing at all; its class is asked only when the call fails.
   if (callFunctionOnObject(object, "properties", names)) return;
   const kcos::COSClass* cls = getCOSClass(object);
   if (cls == nullptr) return;
   KCOSPropertyNameVisitor visitor(&names, nullptr, KCOSPropertyNameVisitor::All);
+  // No check of the class, which getCOSClass(object) has made.
   cls->visitProperties(visitor);
 }
 

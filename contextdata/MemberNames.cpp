@@ -16,6 +16,7 @@ bool listProperties(const ResolvedClassID& id, Names& names, bool& classFlag, st
   const kcos::COSClass* cls = KCOSIntrospection::getCOSClass(id);
   if (cls == nullptr) return false;
   const std::size_t before = names.size();
+  // Before the walk: callers get the flag of a class that lists nothing, and also when the walk throws.
   classFlag = cls->getClassFlag();
   KCOSPropertyNameVisitor visitor(&names, nullptr, selection);
   cls->visitProperties(visitor);
@@ -26,6 +27,7 @@ bool listMethods(const ResolvedClassID& id, Names& names, std::uint32_t selectio
   kcos::COSClass* cls = KCOSIntrospection::getCOSClass(id);
   if (cls == nullptr) return false;
   const std::size_t before = names.size();
+  // It checks the class, which the properties do not: methods of a broken class are not listed.
   appendMethodNames(cls, names, selection);
   return names.size() != before;
 }
@@ -34,6 +36,7 @@ bool listMethods(const ResolvedClassID& id, Names& names, std::uint32_t selectio
 /// have been appended before it.
 bool askByName(Query query, const std::u16string& className, Names& names, bool& classFlag) {
   try {
+    // The conversion is inside the handler, because an unknown class is thrown, too.
     return query(ResolvedClassID::fromLegacyString(className), names, classFlag);
   } catch (...) {
     return false;
@@ -67,6 +70,7 @@ bool getClassEnumerationNames(const ResolvedClassID& id, Names& names, bool& /*c
   if (cls == nullptr) return false;
   const std::size_t before = names.size();
   const fl::i18n::codecvt_ascii_to_ustring converter;
+  // No test for an enumeration: other classes have no members to walk.
   kcos::COSIterator members = cls->getEnumerationMembers();
   while (members.hasMoreElements()) {
     const kcos::COSEnumInfo* member = kcos::cosiToEnum(members.nextElement().get());

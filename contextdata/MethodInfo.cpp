@@ -37,6 +37,7 @@ const ClassNames& classesWithoutDotMethods() {
 }  // namespace
 
 bool MethodInfo::isOperatorOverload(const std::u16string& name) {
+  // Kept, because the table hands out copies and this is asked once per method of a class.
   static const std::set<std::u16string> operators = getKCOSMethodsExcludeSet();
   return operators.contains(name);
 }

@@ -53,6 +53,7 @@ void MethodVisitorMutable::visit(kcos::COSInterfacePtr member, kcos::COSMethodIn
   // The name is read first: a missing one is an error also of a method that another class defines.
   const std::string name = memberName(method->getName());
   if (!isDefinedBy(member.get(), owner->classId)) return;
+  // The member's class is the owner, as the lines above have made sure.
   const std::string className = qualifiedName(owner->classId);
   const bool isOfLevel = std::ranges::find(access, std::int32_t{method->getMemberAccess()}) != access.end();
   if (!isOfLevel && !hasAccessingClass(method)) return;
@@ -61,6 +62,8 @@ void MethodVisitorMutable::visit(kcos::COSInterfacePtr member, kcos::COSMethodIn
   // the position and the name are looked at.
   const bool isHidden = !includeHidden && !method->isVisible();
   if (!isHidden) {
+    // By the name within the namespace, while the query itself has asked by the identity: components differ
+    // there.
     if (!isClassToCompleteMethodsFor(internedName(className), context)) return;
     if (!includeConstructors && isConstructor(name, className)) return;
     if (!includeOperatorOverloads && MethodInfo::isOperatorOverload(name)) return;

@@ -52,6 +52,7 @@ Value emptyCell() {
 }
 
 Value nameValue(const kxArray_tag* metadata, std::size_t index) {
+  // A namespace without a name keeps its place, so that indices stay those of the metadata.
   Value name = makeSharedPtr(kxGetTypeProperty(metadata, index, "Name"));
   return name ? name : emptyCell();
 }
@@ -82,6 +83,7 @@ boost::intrusive_ptr<kxArray_tag> getKCOSAllNamespaces() {
   auto names = makeSharedPtr(kxCreateCell(dimensions.size(), dimensions.data()));
   const std::size_t count = kxGetNumberOfElements(metadata.get());
   for (std::size_t index = 0; index < count; ++index) {
+    // The cell takes the reference over, also when storing it fails.
     kxSetCell(names.get(), index, nameValue(metadata.get(), index).detach());
   }
   return names;

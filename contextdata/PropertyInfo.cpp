@@ -24,6 +24,7 @@ std::size_t parseExtent(const std::u16string& text) {
   const std::u16string digits = fl::i18n::trim(text, u"\t\n\v\f\r ");
   if (digits.empty()) throw std::invalid_argument("Empty");
   if (!std::ranges::all_of(digits, fl::i18n::is_ascii_digit)) throw std::invalid_argument("Non number");
+  // Digits only, so nothing but a number that is too big can fail here, which throws as the two above do.
   return std::stoul(fl::i18n::to_string(digits, fl::i18n::codecvt_ustring_to_ascii()));
 }
 
@@ -38,6 +39,7 @@ std::vector<std::size_t> PropertyInfo::castSizeStringToIntegers(
       extents.push_back(text == u":" || isName(text) ? anyExtent : parseExtent(text));
     }
   } catch (...) {
+    // All or nothing: a size with some of its extents would be read as another size.
     extents.clear();
   }
   return extents;

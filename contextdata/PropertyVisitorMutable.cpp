@@ -21,6 +21,7 @@ using Value = boost::intrusive_ptr<kxArray_tag>;
 
 Levels levelsOf(const kcos::COSPropInfo& property, const Levels& accessorKinds) {
   Levels levels;
+  // In the order of the kinds, and once per mention: hosts see which level is asked for, and how often.
   for (const std::int32_t kind : accessorKinds) {
     if (kind == PropertyInfo::GetOptions::Read) levels.push_back(property.getMemberGetAccess());
     if (kind == PropertyInfo::GetOptions::Write) levels.push_back(property.getMemberSetAccess());
@@ -29,6 +30,7 @@ Levels levelsOf(const kcos::COSPropInfo& property, const Levels& accessorKinds) 
 }
 
 void addText(const Value& value, PropertyInfo& property) {
+  // A text does not go among numbers: the kind that came first stays.
   if (property.possibleValuesKind == PropertyInfo::NumericPossibleValues) return;
   property.possibleValuesKind = PropertyInfo::TextPossibleValues;
   const std::size_t length = kxGetNumberOfElements(value.get());
@@ -62,9 +64,12 @@ void addConverted(const Value& object, PropertyInfo& property) {
 }
 
 void addObject(const Value& value, PropertyInfo& property) {
+  // The element comes with a reference for the caller, which the holder takes over.
   const Value object(omGetArrayElement(value.get(), 0), false);
   const kcos::COSClass* cls = kcos::COSClass::getClass(omGetCOSClassID(object.get()));
   const bool isMember = cls != nullptr && cls->isEnumeration();
+  // Noted before the kind changes: after numbers even members of enumerations are written by their
+  // conversion.
   const bool hasNumbers = property.possibleValuesKind == PropertyInfo::NumericPossibleValues;
   property.possibleValuesKind = PropertyInfo::TextPossibleValues;
   if (isMember && !hasNumbers) {
@@ -90,7 +95,9 @@ void add(const Value& value, PropertyInfo& property) {
 /// Fills the possible values and their kind, when the data type allows finitely many. What the host throws
 /// propagates, except from the text conversion of an object.
 void collectPossibleValues(const kcos::COSDataTypePtr& dataType, PropertyInfo& property) {
+  // Asked first: other types have no values to enumerate.
   if (!dataType->isPossibleValuesFinite()) return;
+  // Possible values are no values of the workspace yet; the conversion to "any" makes such of them.
   const kcos::COSInternedName any = kcos::internal::makeInterned("any");
   const kcos::COSConversion* conversion = kcos::COSTypeRepository::getConversion(any, dataType.getID());
   if (conversion == nullptr) return;
@@ -122,6 +129,7 @@ std::string collectType(const kcos::COSDataTypePtr& dataType, PropertyInfo& prop
     type = collectValidation(*validation, property);
   }
   if (type.empty()) type = dataType.getID().text();
+  // A value that the type allows may be refused by a validation function, so with these none is listed.
   if (property.validationFunctions.empty()) collectPossibleValues(dataType, property);
   return type;
 }
@@ -131,6 +139,7 @@ bool hasTrueAttribute(const kcos::COSInterfacePtr& member, const std::string& at
   const kcos::COSAttribute* attribute = member->findAttribute(name);
   if (attribute == nullptr) return false;
   const kcos::COSDataTypePtr dataType = attribute->getDataType();
+  // Attributes of other types have no yes or no to read.
   if (!dataType || dataType.getID().text() != "logical scalar") return false;
   return member->getAttributeValue(name, COSGetPublicClient());
 }
@@ -197,6 +206,8 @@ void PropertyVisitorMutable::visit(kcos::COSInterfacePtr member, kcos::COSPropIn
   record.name = fl::i18n::to_ustring(name);
   record.type = fl::i18n::to_ustring(type);
   record.isDependent = property->isDependent();
+  // The wider record is optional: without it the flag counts as set, and only attributes tell of a get
+  // method.
   const auto* optimized = dynamic_cast<const kcos::COSOptimizedPropInfo*>(property);
   record.hasCustomGetter = hasCustomGetter(member, optimized);
   record.optimizedPropertyFlag = optimizedFlag(optimized);

@@ -30,10 +30,12 @@ const Kfh_KORVAL_fn* firstEligibleScope(const Kdispatcher& dispatcher) {
 const Kfh_KORVAL_fn* findScope(const std::u16string& context) {
   const Kdispatcher& dispatcher = *Kdispatcher::getDispatcher();
   if (const Kfh_KORVAL_fn* function = dispatcher.findFunction(context)) return function;
+  // Empty without a focus; hosts see that the dispatcher is asked all the same.
   const std::u16string focus = ResolvedClassID::GetDebuggerFocus().name;
   if (const Kfh_KORVAL_fn* function = dispatcher.findFunction(focus)) return function;
   if (dispatcher.hasQueryableExecutionStack()) {
     const Kfh_KORVAL_fn* executing = dispatcher.GetCurrentlyExecutingFunctionScopeOnQueryableExecutionStack();
+    // A stack without a function of its own leaves the active scopes to be asked.
     if (executing != nullptr) return executing;
   }
   return firstEligibleScope(dispatcher);
@@ -51,6 +53,8 @@ ResolvedClassID::ResolvedClassID(const std::u16string& context, const std::u16st
   const std::string name = fl::i18n::to_string(className);
   if (!canNameClass(name)) return;
   try {
+    // The switch is asked inside the handler: without an answer the name as it is typed is the best that is
+    // known.
     id_ = ComponentFeature::IsOn() ? resolve(name, findScope(context)) : kcos::internal::makeInterned(name);
   } catch (const Tamsix::System::InterruptException&) {
     throw;
@@ -88,6 +92,7 @@ ResolvedClassID ResolvedClassID::fromKnownResolvedClassID(const std::u16string& 
 ResolvedClassID ResolvedClassID::fromLegacyString(const std::string& name) {
   kcos::COSClass* cls = kcos::COSClass::getClass(internedName(name));
   if (!isValid(cls)) throw BadClassNameException(name);
+  // Not the name that was given: the class may have been found by an alias.
   return ResolvedClassID(cls->getID());
 }
 
@@ -117,6 +122,7 @@ ResolvedClassID::DebuggerFocus ResolvedClassID::GetDebuggerFocus() {
   DebuggerFocus focus;
   const IInterpreterBridge* bridge = IInterpreter::GetInterpreterBridge();
   if (bridge == nullptr || !bridge->hasDebuggerFocus()) return focus;
+  // Not asked without a focus: name and position then stay those of none.
   focus.name = bridge->getDebuggerFocus(focus.first, focus.second);
   return focus;
 }

@@ -14,6 +14,7 @@ using Names = std::vector<std::u16string>;
 
 void listFolder(const CanonicalAbsoluteIRI& location, Entries& entries) {
   const std::u16string path = Tamsix::PathManagement::GetStringFromIRI(location);
+  // Items of the path may be gone by now, or be no folders.
   if (fl::filesystem::status(path).type() != fl::filesystem::file_type::directory) return;
   ioGetDirList(path + u"/" + u"*", entries, 1);
 }
@@ -36,6 +37,7 @@ class FolderLister : public KpathItemVisitor {
     const KnameComparer& comparer = *item.getService(KpathItem::NameComparer);
     const CanonicalAbsoluteIRI location = item.getLocation();
     if (!comparer.equal(location.getName(), folder_)) return;
+    // Such an item counts only directly in the current folder.
     if (item.getKind() == KpathItem::CurrentFolderItem && !isInCurrentFolder(location)) return;
     listFolder(location, entries_);
   }
@@ -88,6 +90,7 @@ void appendWithSuffix(const Entries& entries, const std::u16string& suffix, Name
 void getWhatList(const std::u16string& folder, std::vector<std::u16string>& names, const std::string& kind) {
   const Entries entries = entriesOf(folder);
   if (kind == "classes") return appendClasses(entries, names);
+  // Any other kind means compiled files, whatever it is called.
   appendWithSuffix(entries, kind == ".k" ? u".k" : u".kexa64", names);
 }
 

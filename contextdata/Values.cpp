@@ -16,6 +16,7 @@ namespace {
 using Extents = std::vector<unsigned long>;
 
 const char* sizeMethod(const kxArray_tag* value) {
+  // omIsKCOS first: only objects of the class system can derive from a mixin.
   static const std::string customSize = "korval.mixin.internal.CustomSizeString";
   return omIsKCOS(value) && kxIsA(value, customSize.c_str()) ? "sizeAsDouble" : "size";
 }
@@ -28,6 +29,8 @@ Extents extentsOf(const kxArray_tag* answer) {
   const double* numbers = count == 0 ? nullptr : kxGetDoubles(answer);
   Extents extents;
   for (std::size_t index = 0; index < count; ++index) {
+    // NaN falls back to the value's own dimensions; an extent that is no count throws, which leaves no size
+    // at all.
     if (std::isnan(numbers[index])) return {};
     extents.push_back(boost::numeric_cast<unsigned long>(numbers[index]));
   }
@@ -41,6 +44,7 @@ boost::intrusive_ptr<kxArray_tag> makeSharedPtr(kxArray_tag* value) { return {va
 boost::intrusive_ptr<kxArray_tag> getSharedProperty(const kxArray_tag* object, const std::string& name,
                                                     unsigned long index) {
   try {
+    // Reading may run a get method. Its errors, and an interrupt too, mean that there is no value.
     return makeSharedPtr(kxGetPropertyShared(object, index, name));
   } catch (...) {
     return {};
@@ -67,6 +71,7 @@ bool getStringsFromKxarray(const kxArray_tag* value, std::vector<std::u16string>
   std::vector<std::u16string> texts;
   texts.reserve(count);
   for (std::size_t index = 0; index < count; ++index) {
+    // Borrowed: the cell keeps it, and nothing here outlives the cell.
     const kxArray_tag* element = kxGetCell(value, index);
     if (element == nullptr || !Tamsix::String::isNonMissingScalarText(element)) return false;
     texts.push_back(Tamsix::String::getScalarText(element));
@@ -81,6 +86,7 @@ std::vector<unsigned long> getSizeFromKxArray(const kxArray_tag* value) {
   const char* method = sizeMethod(value);
   Extents extents;
   try {
+    // Runs code of the class. Whatever goes wrong there means that the size is not known, an interrupt too.
     extents = extentsOf(makeSharedPtr(inCallMethodSingleInputSingleOutput(value, method, 1)).get());
   } catch (...) {
     return {};
@@ -102,6 +108,7 @@ unsigned int GetClassPrecedence(const std::u16string& classA, const std::u16stri
 bool IsJavaFunction(const std::u16string& name) {
   const std::string text = toAscii(name);
   const std::size_t dot = text.rfind('.');
+  // Without a class before the dot there is nothing to ask for, and the host is not asked.
   if (dot == std::string::npos || dot == 0) return false;
   const boost::intrusive_ptr<kxArray_tag> cls = makeSharedPtr(kxCreateClassArray(text.substr(0, dot)));
   if (!cls) return false;

@@ -8,6 +8,7 @@
 
 namespace KCOSContextData {
 
+// The check may name another class than the one that is checked; only whether there is one counts here.
 bool isValid(kcos::COSClass* cls) { return cls != nullptr && cls->checkClass(false) != nullptr; }
 
 bool isClassToCompleteMethodsFor(kcos::COSInternedName classId, const MethodInfo::GetContext& context) {
@@ -18,6 +19,7 @@ bool isClassToCompleteMethodsFor(kcos::COSInternedName classId, const MethodInfo
       return MethodInfo::isClassToCompleteMethodsForBeforeDot(classId);
     case MethodInfo::GetContext::AfterDot:
       return MethodInfo::isClassToCompleteMethodsForAfterDot(classId);
+    // A context may come from a client as a number: one that is none lets no class take part.
     default:
       return false;
   }

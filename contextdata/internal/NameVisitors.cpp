@@ -26,11 +26,13 @@ void KCOSMethodNameVisitor::visit(kcos::COSInterface* member) {
   const kcos::COSMethodInfo& method = *kcos::cosiToMethod(member);
   const kcos::COSClass& definingClass = *kcos::cosiClassOfMember(member);
   const std::string methodName = memberName(method.getName());
+  // Before it is noted as seen: a constructor decides nothing for other methods of its name.
   if (lastPart(memberName(definingClass.getDottedName())) == methodName) return;
 
   std::u16string name = fl::i18n::to_ustring(methodName, converter_);
   const bool isOffered = (selection_ == All || method.isStatic() == (selection_ == Static)) &&
                          method.isVisible() && method.getMemberAccess() == kcos::PublicAccess;
+  // Also for a name that is not offered: it is the first method of a name that decides about all of them.
   const bool isNew = seen_.insert(name).second;
   if (isOffered && isNew) names_->push_back(std::move(name));
 }
@@ -50,6 +52,7 @@ KCOSPropertyNameVisitor::KCOSPropertyNameVisitor(std::vector<std::u16string>* na
 void KCOSPropertyNameVisitor::visit(kcos::COSInterface* member) {
   const kcos::COSPropInfo& property = *kcos::cosiToProp(member);
   if (!isSelected(property) || !isAccessible(property) || !property.isVisible()) return;
+  // Read last: a property without a name is an error only where it would be listed.
   names_->push_back(asciiMemberName(property.getName(), converter_));
   if (dataTypes_ != nullptr) dataTypes_->push_back(property.getDataType());
 }
@@ -61,6 +64,7 @@ bool KCOSPropertyNameVisitor::isSelected(const kcos::COSPropInfo& property) cons
     case NonConstant:
       return property.getMemberSetAccess() != kcos::ConstantAccess;
     default:
+      // A selection that is none of these selects nothing.
       return selection_ == All;
   }
 }

@@ -68,6 +68,7 @@ ValuePtr foreignMember(const ForeignClassDescription& foreign, const std::string
 /// What everybody can have of a class without an object: a constant, an enumeration member, a method as its handle.
 ValuePtr memberOf(const Class& oneClass, const std::string& name) {
   const Property* property = oneClass.property(alreadyInterned(name));
+  // A constant that not everybody may read counts as none; reading it would fail.
   if (property == nullptr ||
       mayUse(session().interpreter, property->content().get, *property->definingClass(), nullptr))
     if (ValuePtr constant = classConstant(session().interpreter, oneClass, name, nullptr)) return constant;
@@ -212,6 +213,7 @@ int kxArray_tag::get_number_of_struct_fields() const {
 const char* const* kxArray_tag::get_struct_field_names() const {
   enter<Operation::getStructFieldNames>(this);
   const auto& structures = std::get<Structures>(valueOf(this).content());
+  // Kept in the value, because the pointers are borrowed for as long as it lives.
   structures.names.resize(structures.fields.size());
   std::ranges::transform(structures.fields, structures.names.begin(), &std::string::c_str);
   return structures.names.data();
@@ -233,6 +235,7 @@ kxArray_tag* kxGetPropertyShared(const kxArray_tag* object, std::size_t index, c
   const CodeSource source(current.interpreter, expressionSource);
   const ValuePtr element = elementOf(current.interpreter, ValuePtr(&valueOf(object)), index);
   std::optional<CodeRun> run;
+  // What is only stored is no run of code, which a policy could refuse.
   if (readingRunsCode(current.interpreter, *element, name))
     run.emplace(current.interpreter, "get method of " + name);
   return handedOut(readProperty(current.interpreter, element, name, nullptr));
@@ -267,6 +270,7 @@ kxArray_tag* kxCreateCell(std::size_t numberOfDimensions, const std::size_t* dim
 }
 
 void kxSetCell(kxArray_tag* cell, std::size_t index, kxArray_tag* value) {
+  // Before anything can throw: the reference is taken over in any case.
   const ValuePtr adopted(static_cast<Value*>(value), false);
   enter<Operation::setCell>(cell, index, value);
   std::get<Cells>(static_cast<Value*>(cell)->mutableContent()).elements.at(index) = adopted;

@@ -91,6 +91,7 @@ bool Class::isDerivedFrom(const kcos::COSInternedName& base) const {
 
 kcos::COSEnumeration<kcos::COSInternedName> Class::getSuperclasses() const {
   enter<Operation::getSuperclasses>(names_.id);
+  // An absent sequence, not an empty one: clients have to cope with both.
   if (parts_.superclasses.empty()) return {};
   std::vector<kcos::COSInternedName> names;
   for (const Class* superclass : parts_.superclasses) names.push_back(superclass->names_.id);

@@ -43,6 +43,7 @@ int ClassRegistry::numberOf(const Value& value) const {
   if (found == nullptr) found = classes_.find(value.className());
   if (found != nullptr) return found->number();
   if (const auto code = builtInClassCode(value.className())) return *code;
+  // Classes that the session does not describe get numbers below all others, at their first use.
   return others_.try_emplace(value.className(), unknown - 1 - static_cast<int>(others_.size())).first->second;
 }
 
@@ -51,6 +52,7 @@ bool ClassRegistry::isA(int classNumber, int baseNumber) const {
   const Class* derived = classes_.numbered(classNumber);
   const Class* base = classes_.numbered(baseNumber);
   if (derived != nullptr && base != nullptr) return derived->derivesFrom(*base);
+  // Other classes derive from nothing.
   return classNumber == baseNumber && classNumber != unknown;
 }
 
@@ -61,6 +63,7 @@ Dispatcher::Dispatcher(const Description& description, const World& world)
       currentFolder_(description.currentFolder),
       path_(boost::make_shared<SearchPath>(description.path)) {
   executing_ = functions_.find(description.scopes.executing);
+  // From the last one on, because each points to the next.
   for (const ActiveScopeDescription& scope : boost::adaptors::reverse(description.scopes.active))
     scopes_.emplace_back(functions_.find(scope.function), scope.eligible,
                          scopes_.empty() ? nullptr : &scopes_.back());

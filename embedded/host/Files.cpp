@@ -48,6 +48,7 @@ std::vector<FileNameWithStat> listed(const std::string& folder) {
     found.push_back({widened(entry->path().filename().string()), statusOf(*entry)});
   const bool isGone = failure == std::errc::no_such_file_or_directory;
   if (failure && !isGone) failListing(folder, failure.message());
+  // A file system lists in any order, and the same folder is to give the same list.
   std::ranges::sort(found, {}, &FileNameWithStat::name);
   return found;
 }
@@ -60,7 +61,9 @@ std::size_t lastComponent(const std::u16string& iri) { return iri.rfind(u'/') + 
 foundation::storage::vfs::CanonicalAbsoluteIRI folderName(const std::string& path) {
   std::error_code failure;
   auto canonical = std::filesystem::weakly_canonical(std::filesystem::absolute(path), failure);
+  // A folder that cannot be looked at keeps the name that it was given.
   if (failure) canonical = std::filesystem::absolute(path).lexically_normal();
+  // A slash at the end would make the last component empty.
   if (!canonical.has_filename() && canonical.has_relative_path()) canonical = canonical.parent_path();
   return foundation::storage::vfs::CanonicalAbsoluteIRI(std::u16string(scheme) + widened(canonical.string()));
 }
@@ -73,6 +76,7 @@ using embedded::Operation;
 fl::filesystem::file_status fl::filesystem::status(const std::u16string& path) {
   enter<Operation::fileStatus>(path);
   std::error_code failure;
+  // The system would cut such a path at that character, and tell of another file.
   if (path.find(u'\0') != std::u16string::npos) return file_status();
   return embedded::statusOf(std::filesystem::status(embedded::narrowed(path), failure).type());
 }

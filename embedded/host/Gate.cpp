@@ -19,6 +19,7 @@ constexpr const char* operationNames[] = {
 };
 
 bool maySuffer(Rule rule) { return rule != Rule::NoThrow; }
+// What undoes runs to its end, or an interrupt would leave a sink on its stream.
 bool heedsInterrupt(Rule rule) { return rule != Rule::NoThrow && rule != Rule::Undo; }
 
 /// Control characters, which would break the lines of a log, as "\x.." escapes.
@@ -57,6 +58,7 @@ std::string describe(unsigned long value) { return std::to_string(value); }
 std::string describe(const kxArray_tag* value) {
   if (value == nullptr) return "null";
   std::string result = "<";
+  // Read from the value itself: operations would be logged in turn.
   result += valueOf(value).className();
   char separator = ' ';
   for (const std::size_t extent : valueOf(value).size()) {
@@ -92,8 +94,11 @@ bool Gate::clearFault() {
 }
 
 void Gate::attend(Operation operation, std::initializer_list<std::string> arguments) {
+  // Relaxed everywhere: the flags carry no other data with them, and one call later is soon enough.
   const unsigned attention = attention_.load(std::memory_order_relaxed);
   const Rule rule = ruleOf(operation);
+  // Logged first, because a call that fails has been made. An interrupt leaves a planned fault for the next
+  // call.
   if ((attention & Logging) != 0) log(operation, arguments);
   if ((attention & Interrupt) != 0 && heedsInterrupt(rule)) throw Tamsix::System::InterruptException();
   if ((attention & Fault) != 0 && maySuffer(rule)) raiseFault(operation);

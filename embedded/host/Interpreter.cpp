@@ -34,6 +34,8 @@ void fill(Values results, int nlhs, kxArray_tag** plhs) {
     const auto index = static_cast<std::size_t>(at);
     plhs[at] = index < results.size() ? handedOut(std::move(results[index])) : nullptr;
   }
+  // A fault that is planned here fails the call when its results are in their places, where the caller owns
+  // them.
   enter<Operation::resultsStand>();
 }
 
@@ -43,6 +45,7 @@ Values borrowed(int count, kxArray_tag** values) {
     if (values[at] == nullptr)
       throw foundation::core::except::Exception("KORVAL:host:NoValue",
                                                 "There is no value to call a function with.");
+    // With a reference of its own: the arguments remain the caller's.
     result.emplace_back(static_cast<Value*>(values[at]));
   }
   return result;
@@ -121,8 +124,10 @@ int inEvalExp(const std::u16string& expression, int nlhs, kxArray_tag** plhs, bo
   enter<Operation::evalExp>(expression, nlhs, valueOfStatement, static_cast<int>(source));
   Session& current = session();
   current.interpreter.lastFailure.reset();
+  // After the reset: when code is refused, a failure from before must not be taken for its own.
   const CodeRun run(current.interpreter, "evaluation");
   try {
+    // Only errors of the code become a status: a refusal, an interrupt and a planned fault propagate.
     fill(evaluate(current.interpreter, expression, nlhs, valueOfStatement), nlhs, plhs);
     return Success;
   } catch (const CodeError& error) {
@@ -133,6 +138,7 @@ int inEvalExp(const std::u16string& expression, int nlhs, kxArray_tag** plhs, bo
 
 void inCallFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs, const char* functionName) {
   enter<Operation::callFcn>(functionName, nlhs, nrhs);
+  // No handler here: errors of the code are for the caller, who has no status to look at.
   fill(callFunction(session().interpreter, functionName, borrowed(nrhs, prhs), nlhs), nlhs, plhs);
 }
 

@@ -30,6 +30,7 @@ void addCodeFiles(const fs::path& folder, const std::string& prefix, std::vector
   for (const fs::path& entry : entriesOf(folder)) {
     const std::string name = entry.stem().string();
     if (entry.extension() == ".k" && !name.empty()) names.push_back({prefix + name});
+    // One level: code does not find functions of packages inside packages either.
     if (prefix.empty() && name.starts_with('+')) addCodeFiles(entry, name.substr(1) + ".", names);
   }
 }
@@ -59,6 +60,7 @@ void KnownNames::addPackage(const fs::path& folder) {
 }
 
 std::vector<KnownName> KnownNames::classes() const {
+  // Folders are listed anew each time: files come and go.
   std::vector<KnownName> names = classes_;
   for (const fs::path& folder : folders_) {
     for (const fs::path& entry : entriesOf(folder)) {

@@ -167,6 +167,7 @@ COSEnumInfo::~COSEnumInfo() = default;
 
 namespace {
 
+// All interfaces that the host hands out are elements.
 Element* elementOf(COSInterface* interface) { return static_cast<Element*>(interface); }
 
 }  // namespace

@@ -7,6 +7,7 @@ namespace embedded {
 namespace {
 
 constexpr std::size_t longestHeld = 4096;
+// Nobody may ever ask for what is kept: a session that prints without end must not fill the memory.
 constexpr std::size_t longestKept = 1U << 20U;
 
 }  // namespace
@@ -26,6 +27,7 @@ void Stream::deliver() {
   const std::u16string text = std::exchange(held_, {});
   if (text.empty()) return;
   if (sinks_.empty()) return host_.write(kind_, text);
+  // A copy: what the sink does may pop it.
   const auto top = sinks_.back();
   top->write(text);
 }
@@ -33,6 +35,7 @@ void Stream::deliver() {
 void Stream::push(boost::shared_ptr<klutil::io::KLSink> sink) {
   enter<Operation::streamPush>();
   deliver();
+  // After what was printed before, which is for the sink below.
   sinks_.push_back(std::move(sink));
 }
 
@@ -46,6 +49,7 @@ void Stream::pop() {
   if (sinks_.empty())
     throw foundation::core::except::Exception("KORVAL:host:NoSink", "No sink is left to take away.");
   sinks_.pop_back();
+  // What has not been flushed is lost with its sink, and does not reach the one below.
   held_.clear();
 }
 

@@ -64,12 +64,14 @@ std::optional<Values> callMethod(Evaluator& caller, const std::string& name, con
     return Values{found->answer};
   }
   if (const auto* structures = receiver.as<Structures>(); structures && !structures->className.empty()) {
+    // Objects of the older system have their methods in files only.
     const Routine* file = interpreter.files.method(structures->className, name);
     if (file == nullptr) return {};
     return callRoutine(interpreter, *file, nullptr, arguments, nargout);
   }
   const Class* oneClass = classOf(interpreter, receiver);
   const Method* method = oneClass == nullptr ? nullptr : oneClass->method(alreadyInterned(name));
+  // A static method belongs to the class: having an object among the arguments does not select it.
   if (method == nullptr || method->content().isStatic) return {};
   if (!mayUse(interpreter, method->content().access, *method->definingClass(), caller.routine()))
     interpreter.fail("KORVAL:code:AccessDenied", "Calling \"" + name + "\" is not allowed here");
@@ -86,10 +88,13 @@ Workspace bound(Interpreter& interpreter, const FunctionSyntax& function, const 
     interpreter.fail("KORVAL:code:ArgumentCount", "\"" + function.name + "\" takes at most " +
                                                       std::to_string(function.inputs.size()) + " arguments");
   Workspace variables;
+  // Only the main function of a constructor's text is the constructor; the others in it are like any
+  // function.
   const bool constructs = routine.context().receiver == Routine::Receiver::NewObject;
   if (constructs && &function == &interpreter.unitOf(routine).functions.front() && !function.outputs.empty())
     variables.set(function.outputs.front(), newObject(*routine.context().ownClass));
   for (std::size_t at = 0; at < arguments.size(); ++at)
+    // An input that is written "~" has no name.
     if (!function.inputs[at].empty()) variables.set(function.inputs[at], std::move(arguments[at]));
   return variables;
 }
@@ -101,6 +106,8 @@ Values runFunction(Interpreter& interpreter, const Routine& routine, const Funct
   Values results;
   for (const std::string& output : function.outputs) {
     const ValuePtr value = variables.find(output);
+    // One value also when none is asked for, for a statement shows it. An output without a value ends the
+    // list: those after it would move up into its place.
     if (value == nullptr || results.size() == std::max<std::size_t>(nargout, 1)) break;
     results.push_back(value);
   }
@@ -112,6 +119,7 @@ Values runBody(Evaluator& evaluator, const Unit& unit, std::size_t nargout) {
   for (const Statement& statement : unit.script) {
     const auto* last = std::get_if<ExpressionStatement>(&statement.form);
     if (&statement == &unit.script.back() && last != nullptr) return evaluator.valuesOf(*last, nargout);
+    // Left before the last statement: there is no value.
     if (evaluator.runOne(statement) != Evaluator::Exit::AtEnd) break;
   }
   return {};
@@ -150,6 +158,7 @@ Meaning meaningOf(Interpreter& interpreter, const std::string& name, const Routi
   if (const FunctionSyntax* local = localFunction(interpreter, *routine, name))
     return {.routine = routine, .function = local};
   for (const std::string& candidate : candidates(interpreter, name, *routine))
+    // An import of something that does not exist hides nothing.
     if (Meaning meaning = withoutImports(interpreter, candidate, routine->context().component);
         isSomething(meaning))
       return meaning;
@@ -183,6 +192,7 @@ Values callNamed(Evaluator& caller, const std::string& name, Values arguments, s
   const Meaning meaning = meaningOf(caller.interpreter(), name, caller.routine());
   const std::string className(namespaceOf(name));
   const std::string method(simpleNameOf(name));
+  // "Class.method" as one name comes from handles, and from clients; in code the accesses lead there.
   const Class* outer =
       className.empty() ? nullptr : meaningOf(caller.interpreter(), className, caller.routine()).oneClass;
   if (outer != nullptr && (!isSomething(meaning) || hasStaticMethod(*outer, method)))
@@ -197,6 +207,7 @@ Values callRoutine(Interpreter& interpreter, const Routine& routine, const Funct
   const Unit& unit = interpreter.unitOf(routine);
   if (function == nullptr && !unit.functions.empty()) function = &unit.functions.front();
   if (function != nullptr) return runFunction(interpreter, routine, *function, std::move(arguments), nargout);
+  // Only a file is a script, and only with a caller there are variables for it to work on.
   if (!routine.context().isFile || variablesOfCaller == nullptr)
     return runBody(interpreter, routine, std::move(arguments), nargout);
   if (!arguments.empty()) interpreter.fail("KORVAL:code:ArgumentCount", "A script takes no arguments");

@@ -44,6 +44,7 @@ const Routine* CodeFiles::function(const std::string& dottedName) {
 
 bool CodeFiles::isPackage(const std::string& name) const {
   std::error_code failure;
+  // `failure` is not looked at: a folder that cannot be asked about is no package.
   const std::string folderName = "+" + name;
   return std::ranges::any_of(folders_,
                              [&](const Path& folder) {
@@ -71,6 +72,8 @@ const Routine* CodeFiles::method(const std::string& className, const std::string
 }
 
 std::vector<std::string> CodeFiles::methodNames(const std::string& className) const {
+  // In order and each once: a directory has its files in any order, and several folders may hold the same
+  // name.
   std::set<std::string> names;
   for (const Path& folder : foldersOfClass(className)) {
     std::error_code failure;
@@ -85,6 +88,7 @@ std::u16string CodeFiles::textOf(const Path& file) const {
   std::error_code failure;
   const std::uintmax_t size = std::filesystem::file_size(file, failure);
   std::ifstream stream(file, std::ios::binary);
+  // The size is checked first, because the file is read whole.
   if (failure || !stream || size > longestFile)
     interpreter_.fail("KORVAL:code:UnreadableFile", "The file " + file.string() + " cannot be read");
   return widened(std::string(std::istreambuf_iterator<char>(stream), {}));

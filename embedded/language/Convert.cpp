@@ -44,6 +44,7 @@ struct ElementsAt {
     return result;
   }
   Value::Content operator()(const Strings& from) const {
+    // Texts are copied, so their lengths count, not only how many they are.
     std::size_t length = 0;
     for (const std::size_t element : elements)
       if (element != noElement && from.elements.at(element)) length += from.elements[element]->size();
@@ -65,12 +66,14 @@ struct ElementsAt {
   Value::Content operator()(const Objects& from) const { return objects(from.elements); }
   template <class Scalar>
   Value::Content operator()(const Scalar& from) const {
+    // The count is in the value itself, so a pointer can be made of one that others hold.
     if (value.object() != nullptr || value.opaque() != nullptr) return objects({ValuePtr(&value)});
     if (elements.size() != 1) failKind(interpreter, "A value that can be an array", value);
     return from;
   }
 
   Objects objects(const std::vector<ValuePtr>& from) const {
+    // No object could stand for one that is missing, as 0 or an absent cell does elsewhere.
     if (std::ranges::find(elements, noElement) != elements.end())
       interpreter.fail("KORVAL:code:SizeMismatch",
                        "An array of objects cannot grow by elements that are not given");
@@ -124,6 +127,7 @@ struct Appender {
   void operator()(const Structures& more) const {
     auto& structures = std::get<Structures>(all);
     if (structures.fields.size() != more.fields.size() || structures.className != more.className) refuse();
+    // The fields may come in another order; that of the first structure stays.
     std::vector<std::size_t> places;
     for (const std::string& field : structures.fields) {
       const auto found = std::ranges::find(more.fields, field);
@@ -199,6 +203,7 @@ std::vector<std::size_t> originsOf(Interpreter& interpreter, const std::vector<R
     std::size_t left = 0;
     for (const ValuePtr& piece : row.pieces) {
       for (std::size_t element = 0; element < piece->elementCount(); ++element) {
+        // From 1 on: at 0 it would be a step for each piece, however small.
         interpreter.pollAt(element + 1);
         origins[top + element % row.height + (left + element / row.height) * height] = next++;
       }
@@ -248,6 +253,7 @@ std::string shownNumber(double number) {
   if (std::isnan(number)) return "NaN";
   if (std::isinf(number)) return number < 0 ? "-Inf" : "Inf";
   char text[64];
+  // A negative zero is shown as any other.
   const auto end = std::to_chars(text, text + sizeof text, number == 0 ? 0 : number).ptr;
   return {text, end};
 }
@@ -279,6 +285,7 @@ ValuePtr asCharacters(Interpreter& interpreter, const ValuePtr& value) {
 ValuePtr elementsAt(Interpreter& interpreter, const Value& value, const std::vector<std::size_t>& elements,
                     Value::Size size) {
   Value::Content content = std::visit(ElementsAt{interpreter, elements, value}, value.content());
+  // One object is an object, not an array of one.
   if (auto* objects = std::get_if<Objects>(&content); objects != nullptr && elements.size() == 1)
     return objects->elements.front();
   return newValue(withoutTrailingOnes(std::move(size)), std::move(content));
@@ -289,9 +296,11 @@ Values unified(Interpreter& interpreter, Values values) {
   for (const ValuePtr& value : values)
     if (rankOf(*value) > rankOf(*model)) model = value.get();
   const Rank rank = rankOf(*model);
+  // Keeps the model, for the element that it comes from may be replaced below.
   const ValuePtr kept(model);
   for (std::size_t at = 0; at < values.size(); ++at) {
     interpreter.pollAt(at);
+    // Objects of one rank may still be of different classes, which asRank() refuses.
     if (rankOf(*values[at]) != rank || rank >= ObjectArrays)
       values[at] = asRank(interpreter, rank, values[at], *kept);
   }
@@ -313,6 +322,7 @@ ValuePtr joined(Interpreter& interpreter, const Values& unifiedValues) {
 ValuePtr concatenated(Interpreter& interpreter, const std::vector<Values>& rows) {
   Values pieces = flattened(rows);
   if (pieces.empty()) return newEmpty();
+  // Nothing but the kind is left of empty values: an empty text among them makes an empty text.
   if (std::ranges::all_of(pieces, isEmpty)) return unified(interpreter, std::move(pieces)).front();
   const std::vector<Row> all = unifiedRows(interpreter, rows, pieces);
   const std::size_t width = all.front().width;

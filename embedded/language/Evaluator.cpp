@@ -28,12 +28,14 @@ bool isObject(const Value& value) { return value.object() != nullptr || value.op
 
 Evaluator::Exit Evaluator::run(const Block& block) {
   const CodeLevel level(interpreter_);
+  // The level is for blocks, too: each that nests is a piece of the C++ stack.
   for (const Statement& statement : block)
     if (const Exit exit = run(statement); exit != Exit::AtEnd) return exit;
   return Exit::AtEnd;
 }
 
 Evaluator::Exit Evaluator::run(const Statement& statement) {
+  // Before the step: an error of the limit of steps is one of this statement.
   interpreter_.at = statement.at;
   interpreter_.step();
   return std::visit(
@@ -76,10 +78,12 @@ Evaluator::Exit Evaluator::run(const While& statement) {
 
 /// Over the columns of the values.
 Evaluator::Exit Evaluator::run(const For& statement) {
+  // Held for the whole loop: its body may assign to the variable that the value came from.
   const ValuePtr all = value(*statement.values);
   const std::size_t columns = all->rows() == 0 ? 0 : all->columns();
   for (std::size_t column = 0; column < columns; ++column) {
     interpreter_.step();
+    // The step above is for loops without a body, whose rounds would cost nothing otherwise.
     const Subscript every{.every = true};
     const Subscript one{.positions = {column}, .size = {1, 1}};
     variables_.set(statement.variable, indexed(interpreter_, *all, std::vector<Subscript>{every, one}));
@@ -95,6 +99,7 @@ Values Evaluator::valuesOf(const ExpressionStatement& statement, std::size_t nar
 }
 
 void Evaluator::run(const ExpressionStatement& statement, bool prints) {
+  // A call that gives no value is a statement like any other; where a value is needed it is an error.
   const Values all = values(*statement.value, 0);
   if (!prints) return;
   const auto* reference = std::get_if<Reference>(&statement.value->form);
@@ -106,6 +111,7 @@ void Evaluator::run(const ExpressionStatement& statement, bool prints) {
 void Evaluator::run(const Assignment& statement, bool prints) {
   const Position at = interpreter_.at;
   Values all;
+  // A missing value is an error of the expression when there is one target, and of the assignment otherwise.
   if (statement.targets.size() == 1)
     all = {value(*statement.value)};
   else
@@ -117,8 +123,10 @@ void Evaluator::run(const Assignment& statement, bool prints) {
                                                  " values");
   for (std::size_t index = 0; index < statement.targets.size(); ++index) {
     const auto* target = std::get_if<Reference>(&statement.targets[index]->form);
+    // An ignored output: the parser lets nothing else through that is no reference.
     if (target == nullptr) continue;
     assign(*target, all[index]);
+    // The whole variable is shown, although perhaps only an element of it was assigned to.
     if (prints) print(target->name, *variables_.find(target->name));
   }
 }
@@ -166,6 +174,7 @@ Values Evaluator::values(const Expression& expression, std::size_t nargout) {
   return std::visit(Cases{[&](const NumberLiteral& literal) { return one(newNumber(literal.number)); },
                           [&](const TextLiteral& literal) { return one(newText(literal.text)); },
                           [&](const StringLiteral& literal) { return one(newString(literal.text)); },
+                          // Not as an index, which subscripts() sees first, but as the argument of a call.
                           [&](const EveryIndex&) { return one(newText(u":")); },
                           [&](const LastIndex&) { return one(lastIndexValue()); },
                           [&](const IgnoredOutput&) -> Values {
@@ -192,9 +201,11 @@ ValuePtr Evaluator::value(const Matrix& matrix, Position at) {
     for (const ExpressionPtr& element : row)
       for (ValuePtr& value : values(*element, 1)) {
         interpreter_.pollAt(rows.back().size());
+        // Wrapped one by one, so that a cell among the elements of braces nests instead of being joined.
         rows.back().push_back(matrix.isCell ? newValue({1, 1}, Cells{{std::move(value)}}) : std::move(value));
       }
   }
+  // What concatenated() makes of nothing is an empty array of numbers.
   if (matrix.isCell && rows.empty()) return newValue({0, 0}, Cells());
   interpreter_.at = at;
   return concatenated(interpreter_, rows);
@@ -207,6 +218,7 @@ double Evaluator::number(const Expression& expression) {
 }
 
 ValuePtr Evaluator::value(const Range& range, Position at) {
+  // In the order in which they are written, because each may run code.
   const double first = number(*range.first);
   const double step = range.step == nullptr ? 1 : number(*range.step);
   const double last = number(*range.last);
@@ -217,6 +229,7 @@ ValuePtr Evaluator::value(const Range& range, Position at) {
 ValuePtr Evaluator::value(const UnaryExpression& unary, Position at) {
   ValuePtr result = value(*unary.operand);
   interpreter_.at = at;
+  // A step for each: the parser makes one expression of any number of signs.
   for (auto symbol = unary.operators.rbegin(); symbol != unary.operators.rend(); ++symbol) {
     interpreter_.step();
     result = calculated(interpreter_, *symbol, result);
@@ -233,6 +246,7 @@ ValuePtr Evaluator::value(const BinaryExpression& binary, Position at) {
     interpreter_.at = at;
     if (isObject(*result) || isObject(*right)) {
       const char* method = methodOf(binary.operators[index]);
+      // A method that gives no value leaves the operator its usual meaning.
       if (const auto own = callMethodOfArguments(*this, method, {result, right}, 1); own && !own->empty()) {
         result = own->front();
         continue;
@@ -245,6 +259,7 @@ ValuePtr Evaluator::value(const BinaryExpression& binary, Position at) {
 
 ValuePtr Evaluator::shortCircuit(const BinaryExpression& binary) {
   const bool decisive = binary.operators.front() == Symbol::OrElse;
+  // What comes after the decisive operand is not evaluated: it may run code.
   for (const ExpressionPtr& operand : binary.operands)
     if (condition(*operand) == decisive) return newLogical(decisive);
   return newLogical(!decisive);
@@ -273,6 +288,7 @@ std::vector<Subscript> Evaluator::subscripts(const Selector& access, const Value
       result.push_back({.every = true});
       continue;
     }
+    // One for each index: `end` means the extent of another dimension in each.
     const IndexedValue context{&indexed, place, access.arguments.size()};
     const Indexing indexing(*this, context);
     const ValuePtr index = value(argument);

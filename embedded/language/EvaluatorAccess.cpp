@@ -23,6 +23,7 @@ Values fieldOfAll(Interpreter& interpreter, const Structures& structures, const 
   if (found == structures.fields.end())
     interpreter.fail("KORVAL:code:NoSuchField", "The structure has no field \"" + field + "\"");
   Values result;
+  // Values stand element by element, so those of one field are a whole element apart.
   const auto width = structures.fields.size();
   for (auto at = static_cast<std::size_t>(found - structures.fields.begin()); at < structures.values.size();
        at += width)
@@ -31,6 +32,7 @@ Values fieldOfAll(Interpreter& interpreter, const Structures& structures, const 
 }
 
 bool isNothing(const ValuePtr& value) {
+  // An empty array of numbers counts as nothing: after x = [], x.a = 1 and x{1} = 1 make what they need.
   return value == nullptr || (value->as<std::vector<double>>() && value->elementCount() == 0);
 }
 
@@ -77,6 +79,7 @@ ValuePtr elementAt(Interpreter& interpreter, const Value& value, const std::vect
 // Reading.
 
 Values Evaluator::reference(const Reference& reference, std::size_t nargout) {
+  // A variable hides every other meaning of its name.
   if (ValuePtr variable = variables_.find(reference.name); variable != nullptr)
     return follow({std::move(variable)}, reference.accesses, nargout);
   return nameValues(reference, nargout);
@@ -98,6 +101,8 @@ Values Evaluator::nameValues(const Reference& reference, std::size_t nargout) {
   while (!meaning.isCallable() && !rest.empty() && rest.front().kind == Selector::Field) {
     const Selector& field = rest.front();
     const std::string longer = name + "." + field.field;
+    // A class ends the name, unless a built-in function is known by a longer one, as
+    // "korval.metadata.Namespace.getAllNamespaces" is.
     const bool goesOn =
         meaning.oneClass == nullptr
             ? meaning.foreignClass == nullptr && isOuterName(interpreter_, name)
@@ -108,6 +113,7 @@ Values Evaluator::nameValues(const Reference& reference, std::size_t nargout) {
     meaning = meaningOf(interpreter_, name, routine_);
   }
   Values given = nextArguments(rest);
+  // The arguments have moved the place.
   interpreter_.at = at;
   return follow(call(*this, name, meaning, std::move(given), rest.empty() ? nargout : 1), rest, nargout);
 }
@@ -143,9 +149,12 @@ Values Evaluator::follow(Values current, Selectors accesses, std::size_t nargout
                         "One value is needed before this, not " + std::to_string(current.size()));
     const ValuePtr value = std::move(current.front());
     accesses = accesses.subspan(1);
+    // What another access follows is to give just one value.
     const std::size_t nargoutNow = accesses.empty() ? nargout : 1;
     switch (access.kind) {
       case Selector::Field:
+        // Not nargoutNow: a method advances past its arguments, and only then it is known whether more
+        // follows.
         current = field(value, access, accesses, nargout);
         break;
       case Selector::Paren:
@@ -186,6 +195,7 @@ Values Evaluator::cellContents(const Value& value, const Selector& access) {
   const ValuePtr elements = indexed(interpreter_, value, all);
   Values result = elements->as<Cells>()->elements;
   for (ValuePtr& element : result)
+    // Elements of a cell that nobody has assigned to are absent.
     if (element == nullptr) element = newEmpty();
   return result;
 }
@@ -197,6 +207,7 @@ Values Evaluator::field(const ValuePtr& value, const Selector& access, Selectors
       structures != nullptr && structures->className.empty())
     return fieldOfAll(interpreter_, *structures, name);
   const Selectors before = rest;
+  // Methods come before properties, and before all elements: a method gets the whole array.
   if (hasMethod(interpreter_, *value, name)) {
     Values given = nextArguments(rest);
     given.insert(given.begin(), value);
@@ -227,6 +238,7 @@ void Evaluator::assign(const Reference& target, ValuePtr value) {
 /// The base (null: nothing yet) with the value at the end of the accesses.
 ValuePtr Evaluator::assigned(const ValuePtr& base, Selectors accesses, ValuePtr value) {
   if (accesses.empty()) return value;
+  // Values are shared and never change, so what contains the new one is made anew, from the inside out.
   const CodeLevel level(interpreter_);
   interpreter_.at = accesses.front().at;
   interpreter_.step();
@@ -240,6 +252,7 @@ ValuePtr Evaluator::withField(const ValuePtr& base, Selectors accesses, ValuePtr
   const Selectors rest = accesses.subspan(1);
   const ValuePtr whole = isNothing(base) ? newStructure() : base;
   if (whole->as<Object>()) {
+    // Read only where something inside it is assigned to, for reading may run a get method.
     const ValuePtr old = rest.empty() ? nullptr : readProperty(interpreter_, whole, name, routine_);
     return withProperty(interpreter_, *whole, name, assigned(old, rest, std::move(value)), routine_);
   }
@@ -265,6 +278,7 @@ ValuePtr Evaluator::withIndex(const ValuePtr& base, Selectors accesses, ValuePtr
   if (places.empty()) interpreter_.fail("KORVAL:code:Index", "An index is missing");
   if (!rest.empty()) value = assigned(elementAt(interpreter_, *whole, places), rest, std::move(value));
   interpreter_.at = access.at;
+  // In both directions: the new element may lack fields, and may bring some.
   value = withFieldsOf(value, whole);
   return withElements(interpreter_, withFieldsOf(whole, value), places, value);
 }

@@ -44,6 +44,7 @@ Positions combinations(Interpreter& interpreter, const std::vector<Positions>& p
                        const Size& extents) {
   Size counts;
   for (const Positions& each : positions) counts.push_back(each.size());
+  // Before the list is made: x(i, i) of a long i would be longer than any array may be.
   interpreter.checkSize(counts);
   Positions result{0};
   std::size_t stride = 1;
@@ -67,6 +68,7 @@ void checkRange(Interpreter& interpreter, const std::vector<Positions>& position
 
 Size linearSize(const Value& value, const Subscript& subscript, std::size_t count) {
   if (subscript.every) return {count, 1};
+  // The result has the shape of the index, but where both are vectors that of what is indexed.
   const bool indexIsVector = subscript.size.size() == 2 && (subscript.size[0] == 1 || subscript.size[1] == 1);
   const bool isVector = value.size().size() == 2 && (value.rows() == 1) != (value.columns() == 1);
   if (!indexIsVector || !isVector) return subscript.size.empty() ? Size{1, count} : subscript.size;
@@ -81,6 +83,7 @@ Size grown(Interpreter& interpreter, const Size& size, const std::vector<Positio
   Size result = size;
   if (positions.size() == 1) {
     const std::size_t count = std::accumulate(size.begin(), size.end(), std::size_t{1}, std::multiplies());
+    // A column grows downwards, a row or a single element to the right; a matrix has no such direction.
     if (needed(0) <= count) return size;
     if (size.size() > 2 || (size[0] > 1 && size[1] != 1 && count > 0))
       failIndex(interpreter, "One index makes no room in a matrix");
@@ -115,6 +118,7 @@ Positions originsOf(Interpreter& interpreter, const Size& bigger, const Size& sm
       stride *= extent;
     }
     if (inside) origins[index] = origin;
+    // Counts up, the first dimension fastest, as elements are stored.
     for (std::size_t dimension = 0; dimension < bigger.size() && ++at[dimension] == bigger[dimension];
          ++dimension)
       at[dimension] = 0;
@@ -149,6 +153,7 @@ struct Replacer {
 /// Null when the elements do not fit in like that.
 ValuePtr withReplaced(const Value& value, const Positions& targets, const Value& elements) {
   if (value.content().index() != elements.content().index()) return nullptr;
+  // A copy: the value may be shared.
   Value::Content content = value.content();
   if (!std::visit(Replacer{targets, content}, elements.content())) return nullptr;
   return newValue(value.size(), std::move(content));
@@ -168,6 +173,7 @@ Subscript subscriptOf(Interpreter& interpreter, const Value& index) {
   if (const auto* logicals = index.as<std::vector<bool>>()) return fromLogicals(*logicals, index.size());
   Subscript result{.size = index.size()};
   for (const double number : numbersOf(interpreter, index)) {
+    // Written so that NaN is refused. From 2^53 on not every whole number is a double.
     if (!(number >= 1) || number != std::floor(number) || number > 1e15)
       failIndex(interpreter, "An index is a whole number from 1 on, not " + shownNumber(number));
     result.positions.push_back(static_cast<std::size_t>(number) - 1);
@@ -207,9 +213,11 @@ ValuePtr withElements(Interpreter& interpreter, const ValuePtr& value, std::span
                                                      std::to_string(targets.size()) + " places");
   if (size == value->size())
     if (ValuePtr result = withReplaced(*value, targets, *elements)) return result;
+  // An empty array has no kind to keep, but an empty structure array has fields, and a cell remains one.
   const bool isNew = value->elementCount() == 0 && !value->as<Structures>() && !value->as<Cells>();
   const Values both = isNew ? unified(interpreter, {elements}) : unified(interpreter, {value, elements});
   const ValuePtr all = isNew ? both.front() : joined(interpreter, both);
+  // Old and new elements stand one after the other in `all`, and each place says which one it gets.
   Positions origins = originsOf(interpreter, size, isNew ? Size{0, 0} : value->size());
   const std::size_t offset = isNew ? 0 : value->elementCount();
   for (std::size_t at = 0; at < targets.size(); ++at) origins[targets[at]] = offset + (count == 1 ? 0 : at);

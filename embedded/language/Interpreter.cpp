@@ -9,6 +9,7 @@ namespace embedded {
 
 namespace {
 
+// Elements cost less than statements do, but not nothing: memory is to end at the limit of steps, too.
 constexpr std::uint64_t elementsOfStep = 8;
 /// A record says what was refused, not how often.
 constexpr std::size_t longestRecord = 100;
@@ -36,6 +37,7 @@ void Interpreter::failForSteps() const {
 void Interpreter::checkSize(const Value::Size& size) {
   std::size_t count = 1;
   for (const std::size_t extent : size) {
+    // The product may overflow before it is compared.
     if (__builtin_mul_overflow(count, extent, &count) || count > limits.elements)
       fail("KORVAL:code:SizeLimit",
            "An array would have more than " + std::to_string(limits.elements) + " elements");
@@ -58,6 +60,7 @@ const Unit& Interpreter::unitOf(const Routine& routine) {
 }
 
 CodeRun::CodeRun(Interpreter& interpreter, const std::string& what) : interpreter_(interpreter) {
+  // Before the run is counted: when this throws, no destructor takes the count back.
   interpreter.guard.permit(what);
   // A run inside another one uses up what the outer one may.
   if (interpreter.runs_++ > 0) return;
@@ -66,6 +69,7 @@ CodeRun::CodeRun(Interpreter& interpreter, const std::string& what) : interprete
 }
 
 CodeLevel::CodeLevel(Interpreter& interpreter) : interpreter_(interpreter) {
+  // Checked before it is counted: a level that is refused has no destructor to leave it.
   if (interpreter.depth_ == interpreter.limits.depth)
     interpreter.fail("KORVAL:code:DepthLimit",
                      "The code nests deeper than " + std::to_string(interpreter.limits.depth) + " levels");

@@ -30,6 +30,7 @@ const Property* propertyOf(const Class& oneClass, const std::string& name) {
 }
 
 ValuePtr declaredValue(Interpreter& interpreter, const PropertyContent& property) {
+  // Objects hold only what was set; the declaration stands for the rest.
   return property.value == nullptr ? newEmpty() : makeValue(*property.value, interpreter.world.classes);
 }
 
@@ -47,12 +48,14 @@ ValuePtr readObject(Interpreter& interpreter, const ValuePtr& object, const std:
   const ValuePtr* stored = findNamed(content.properties, name);
   const Class* oneClass = classOf(interpreter, *object);
   if (oneClass == nullptr)
+    // Without a class there are no rules: whoever asks may read what the object holds.
     return stored != nullptr ? *stored : (failMember(interpreter, object->className(), name), nullptr);
   const Property* property = propertyOf(*oneClass, name);
   if (property == nullptr) failMember(interpreter, object->className(), name);
   const PropertyContent& declared = property->content();
   if (!mayUse(interpreter, declared.get, *property->definingClass(), asking))
     failAccess(interpreter, "Reading", name);
+  // A get method reads its own property as it is stored; otherwise it would call itself without end.
   if (declared.getter != nullptr && declared.getter.get() != asking) {
     const Values result = callRoutine(interpreter, *declared.getter, nullptr, {object}, 1);
     if (result.empty())
@@ -71,6 +74,7 @@ const Class* classOf(const Interpreter& interpreter, const Value& value) {
 
 bool mayUse(const Interpreter& interpreter, const kcos::COSExtendedAccess& access, const Class& owner,
             const Routine* asking) {
+  // The last two restrict writing only, and withProperty() sees to that.
   if (access.level == Public || access.level == Immutable || access.level == Constant) return true;
   const Class* own = asking == nullptr ? nullptr : asking->context().ownClass;
   if (own == nullptr) return false;
@@ -92,6 +96,7 @@ ValuePtr newEnumerationMember(const Class& oneClass, const std::string& member) 
 ValuePtr elementOf(Interpreter& interpreter, const ValuePtr& value, std::size_t index) {
   if (index >= value->elementCount())
     interpreter.fail("KORVAL:code:Index", "The index " + std::to_string(index + 1) + " is beyond the end");
+  // An array of one object is still an array, and its element is the object in it.
   return value->elementCount() == 1 && !value->as<Objects>()
              ? value
              : elementsAt(interpreter, *value, {index}, {1, 1});
@@ -128,11 +133,13 @@ ValuePtr storedProperty(Interpreter& interpreter, const ValuePtr& object, const 
 
 ValuePtr withProperty(Interpreter& interpreter, const Value& value, const std::string& name, ValuePtr content,
                       const Routine* asking) {
+  // A copy, because values are shared: other variables keep the object as it was.
   Object object = *value.as<Object>();
   const Class* oneClass = classOf(interpreter, value);
   const Property* property = oneClass == nullptr ? nullptr : propertyOf(*oneClass, name);
   if (property == nullptr) failMember(interpreter, value.className(), name);
   const PropertyContent& declared = property->content();
+  // Immutable properties are for code of the class that declares them, not for that of derived ones.
   const bool inside = asking != nullptr && asking->context().ownClass == property->definingClass();
   if (declared.set.level == Constant || (declared.set.level == Immutable && !inside) || declared.dependent ||
       !mayUse(interpreter, declared.set, *property->definingClass(), asking))
@@ -152,6 +159,7 @@ Values construct(Evaluator& caller, const Class& oneClass, Values arguments) {
     interpreter.fail("KORVAL:code:NoValue", "Of the enumeration \"" + oneClass.names().dotted.text() +
                                                 "\" there are only its members");
   if (constructor == nullptr || constructor->content().routine == nullptr) {
+    // A constructor without code counts as none: the object has what its class declares.
     if (arguments.empty()) return {newObject(oneClass)};
     interpreter.fail("KORVAL:code:ArgumentCount", "The class \"" + oneClass.names().dotted.text() +
                                                       "\" has no constructor that takes arguments");
@@ -165,6 +173,7 @@ ValuePtr classConstant(Interpreter& interpreter, const Class& oneClass, const st
                        const Routine* asking) {
   if (oneClass.member(alreadyInterned(name)) != nullptr) return newEnumerationMember(oneClass, name);
   const Property* property = propertyOf(oneClass, name);
+  // Nothing else tells constants apart than that nobody may set them.
   if (property == nullptr || property->content().set.level != Constant) return nullptr;
   if (!mayUse(interpreter, property->content().get, *property->definingClass(), asking))
     failAccess(interpreter, "Reading", name);

@@ -81,6 +81,7 @@ ValuePtr matrixProduct(Interpreter& interpreter, const Value& left, const Value&
   std::vector<double> result(rows * columns);
   for (std::size_t column = 0; column < columns; ++column) {
     for (std::size_t row = 0; row < rows; ++row) {
+      // A multiplication costs less than a statement: sixteen of them count as one step.
       interpreter.step(1 + inner / 16);
       for (std::size_t at = 0; at < inner; ++at)
         result[row + column * rows] += a[row + at * rows] * b[at + column * inner];
@@ -109,6 +110,7 @@ ValuePtr onStrings(Interpreter& interpreter, Symbol symbol, const ValuePtr& left
   for (std::size_t at = 0; at < count; ++at) {
     const auto& one = a[a.size() == 1 ? 0 : at];
     const auto& other = b[b.size() == 1 ? 0 : at];
+    // Long texts may grow from few elements, so each is checked by itself.
     if (one && other) interpreter.checkSize({one->size() + other->size()});
     result.elements.push_back(one && other ? std::optional(*one + *other) : std::nullopt);
   }
@@ -142,6 +144,7 @@ const char* methodOf(Symbol binary) { return effectOf(binary).method; }
 
 ValuePtr calculated(Interpreter& interpreter, Symbol binary, const ValuePtr& left, const ValuePtr& right) {
   const bool compares = binary == Symbol::Equal || binary == Symbol::NotEqual;
+  // Members are objects, for which nothing below has a meaning.
   if (compares && !membersOf(*left).empty() && !membersOf(*right).empty())
     return onMembers(interpreter, binary == Symbol::Equal, *left, *right);
   if (left->as<Strings>() || right->as<Strings>()) return onStrings(interpreter, binary, left, right);

@@ -39,6 +39,7 @@ Tokens namesBetween(const Tokens& tokens, std::size_t begin, std::size_t end) {
   int depth = 0;
   for (std::size_t at = begin; at < std::min(end, tokens.size()); ++at) {
     depth += nestingOf(tokens[at]);
+    // There is a token before: all callers begin after one.
     if (depth == 0 && isName(tokens, at) && !tokens[at - 1].is(Dot)) names.push_back(tokens[at]);
   }
   return names;
@@ -84,6 +85,7 @@ class Outliner {
     if (first.is(Keyword::Function)) return beginFunction(statement);
     if (first.is(Keyword::End)) return endBlock(first);
     const bool loops = first.is(Keyword::While) || first.is(Keyword::For);
+    // Outside functions blocks are not counted: their `end` closes nothing that is outlined.
     if (open_ > 0 && (first.is(Keyword::If) || loops)) ++open_;
     const std::size_t assignment = assignmentIn(statement);
     if (assignment == statement.size()) return;
@@ -98,6 +100,7 @@ class Outliner {
   }
 
   void beginFunction(const Tokens& header) {
+    // A function without its own `end` is ended by the next one.
     if (open_ > 0) outline_.functions.back().end = header.front().at;
     open_ = 1;
     known_.clear();
@@ -121,6 +124,7 @@ class Outliner {
   }
 
   void add(CodeVariable variable) {
+    // The first assignment tells what a variable is.
     if (!known_.insert(variable.name).second) return;
     auto& variables = outline_.functions.empty() ? outline_.variables : outline_.functions.back().variables;
     variables.push_back(std::move(variable));

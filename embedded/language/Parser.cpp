@@ -40,6 +40,7 @@ Parser::Token Parser::read() {
 }
 
 Parser::Token Parser::advance() {
+  // Often enough for an interrupt to be felt, seldom enough to cost nothing.
   if (++advances_ % 1024 == 0 && poll_) poll_();
   return std::exchange(token_, read());
 }
@@ -68,6 +69,7 @@ Unit Parser::unit() {
   if (!token_.is(TokenKind::EndOfText)) refuseToken("a statement");
   if (!unit.functions.empty() && !unit.script.empty())
     refuse("A text holds functions or other statements, not both", unit.functions.front().at);
+  // Imports hold for the whole text, wherever they stand in it.
   unit.imports = std::move(imports_);
   return unit;
 }
@@ -75,6 +77,7 @@ Unit Parser::unit() {
 bool Parser::acceptSeparator() { return accept(Semicolon) || accept(Comma) || accept(Newline); }
 
 bool Parser::atEndOfBlock() const {
+  // A function without its own `end` is ended by the next one.
   return token_.is(TokenKind::EndOfText) || token_.is(Keyword::End) || token_.is(Keyword::Else) ||
          token_.is(Keyword::ElseIf) || token_.is(Keyword::Function);
 }
@@ -93,6 +96,7 @@ Block Parser::block() {
 
 Statement Parser::statement() {
   const Position at = token_.at;
+  // Of a variant something must be there: Break is what needs nothing else.
   Statement result{at, false, Break{}};
   if (loops_ == 0 && (token_.is(Keyword::Break) || token_.is(Keyword::Continue)))
     refuse("This stands in loops only", at);

@@ -71,6 +71,7 @@ ExpressionPtr Parser::unary() {
   while (isSign()) {
     result.operators.push_back(advance().symbol);
     const bool ignored = result.operators.back() == Not && (token_.is(Comma) || token_.is(CloseBracket));
+    // Whether it stands where outputs are is not known before the "=" after the matrix.
     if (ignored && inMatrix_) return make(at, IgnoredOutput{});
   }
   if (result.operators.empty()) return power();
@@ -116,6 +117,7 @@ ExpressionPtr Parser::postfix() {
 
 std::vector<Selector> Parser::accesses() {
   std::vector<Selector> result;
+  // In a matrix "a (1)" are two elements, and "a(1)" is one.
   while (!(inMatrix_ && token_.blankBefore)) {
     const Position at = token_.at;
     if (accept(Dot))
@@ -161,6 +163,7 @@ ExpressionPtr Parser::primary() {
   const Nested nested(*this, false, inIndex_);
   ExpressionPtr inside = expression();
   nested.close(CloseParen, "\")\"");
+  // A node of its own: what is in parentheses is one value, and nothing that can be assigned to.
   return make(at, PostfixExpression{std::move(inside), {}});
 }
 

@@ -26,6 +26,7 @@ void Class::complete(Parts parts) {
 }
 
 const std::vector<const Class*>& Class::lineage() const {
+  // Kept from the first use on: once all classes are complete, none of them changes.
   if (!lineage_.empty()) return lineage_;
   struct Step {
     const Class* at;
@@ -57,6 +58,7 @@ bool Class::derivesFrom(const Class& base) const {
 }
 
 Property* Class::property(kcos::COSInternedName name) const {
+  // Own ones come first, whatever the order of the class's walk is.
   if (const auto own = propertiesByName_.find(name); !own.empty()) return own.front();
   for (const Class* oneClass : lineage())
     if (const auto found = oneClass->propertiesByName_.find(name); !found.empty()) return found.front();
@@ -65,6 +67,7 @@ Property* Class::property(kcos::COSInternedName name) const {
 
 const Method* Class::method(kcos::COSInternedName name) const {
   const auto among = [](std::span<Method* const> methods) {
+    // Of several methods of one name one that has code is the better one to call.
     const auto callable = std::ranges::find_if(
         methods, [](const Method* method) { return method->content().routine != nullptr; });
     return callable == methods.end() ? methods.front() : *callable;
@@ -77,6 +80,7 @@ const Method* Class::method(kcos::COSInternedName name) const {
 
 const EnumerationMember* Class::member(kcos::COSInternedName name) const noexcept {
   for (const auto& member : members_)
+    // A member may lack a name, but nobody can ask for it then.
     if (member->name() == name && !name.isNull()) return member.get();
   return nullptr;
 }

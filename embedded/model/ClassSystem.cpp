@@ -20,6 +20,8 @@ ClassSystem::ClassSystem(const Description& description) {
   for (const std::string& name : description.namespaces) makeNamespace(name);
   for (const ClassDescription& oneClass : description.classes) addClass(oneClass);
   for (const FunctionDescription& function : description.functions) addFunction(function);
+  // All classes have their names before any is completed: superclasses, access lists and types may name later
+  // ones.
   indexNames(description.classes);
   for (std::size_t at = 0; at < classes_.size(); ++at) completeClass(*classes_[at], description.classes[at]);
 }
@@ -35,6 +37,7 @@ void ClassSystem::addClass(const ClassDescription& description) {
 }
 
 void ClassSystem::addFunction(const FunctionDescription& description) {
+  // Names with other characters in them are those of files, which no namespace lists.
   if (!isDottedName(description.name)) return;
   Namespace* inNamespace = makeNamespace(namespaceOf(description.name));
   if (inNamespace == nullptr) return;
@@ -49,6 +52,7 @@ void ClassSystem::addFunction(const FunctionDescription& description) {
 
 void ClassSystem::indexNames(const std::vector<ClassDescription>& descriptions) {
   for (const auto& oneClass : classes_) {
+    // try_emplace keeps what is there: identities come before aliases, and these before dotted names.
     byName_.try_emplace(&oneClass->names().id.text(), oneClass.get());
     byDottedName_[&oneClass->names().dotted.text()].push_back(oneClass.get());
   }
@@ -161,6 +165,7 @@ Class* ClassSystem::find(std::string_view name) const { return find(alreadyInter
 Class* ClassSystem::findFor(std::string_view component, std::string_view dottedName) const {
   const kcos::COSInternedName name = alreadyInterned(dottedName);
   const auto found = byDottedName_.find(&name.text());
+  // It may still be an identity, or an alias.
   if (name.isNull() || found == byDottedName_.end()) return find(name);
   Class* withoutComponent = nullptr;
   for (Class* candidate : found->second) {
@@ -179,6 +184,7 @@ Namespace* ClassSystem::findNamespace(kcos::COSInternedName dottedName) const {
 std::vector<std::string> ClassSystem::namespaceNames() const {
   std::vector<std::string> names;
   for (const auto& [name, found] : namespaces_) names.push_back(*name);
+  // The table is keyed by addresses, whose order means nothing.
   std::ranges::sort(names);
   return names;
 }

@@ -49,6 +49,7 @@ Value::Value(Size size, Content content, DimensionForm form)
 Value::~Value() { values.fetch_sub(1, std::memory_order_relaxed); }
 
 void destroyValue(const Value* value) noexcept {
+  // Values inside a deleted one come here again and wait their turn, so that deep nesting costs no stack.
   static constinit thread_local std::vector<const Value*>* waiting = nullptr;
   if (waiting != nullptr) return waiting->push_back(value);
   std::vector<const Value*> values{value};
@@ -70,6 +71,7 @@ ValueCounts Value::counts() noexcept { return {values.load(), added.load(), drop
 
 bool Value::dropReference() const noexcept {
   dropped.fetch_add(1, std::memory_order_relaxed);
+  // Whoever deletes the value must see what other holders did with it before.
   return references_.fetch_sub(1, std::memory_order_acq_rel) == 1;
 }
 
@@ -104,6 +106,7 @@ std::string Value::className() const {
 }
 
 std::size_t Value::columns() const noexcept {
+  // As a matrix: dimensions after the second one count as further columns.
   return std::accumulate(size_.begin() + 1, size_.end(), std::size_t{1}, std::multiplies());
 }
 

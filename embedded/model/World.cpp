@@ -38,6 +38,7 @@ ValuePtr Workspace::find(const std::string& name) const {
 
 void Workspace::set(const std::string& name, ValuePtr value) {
   const auto [place, isNew] = values_.insert_or_assign(name, std::move(value));
+  // Variables are listed in the order in which they were made, also when they get other values.
   if (isNew) names_.push_back(name);
 }
 

@@ -137,6 +137,7 @@ void checkFunctionsAndScopes(const CheckContext& context) {
   FunctionNames names;
   for (std::size_t index = 0; index < functions.size(); ++index)
     checkFunction(context, functions[index], {place, index}, names);
+  // Only now: two functions may share a name, but not an identity, and scopes may use either.
   for (const auto& function : functions) names.insert(function.name);
   checkScopes(context, names);
 }
@@ -185,6 +186,8 @@ void checkCode(const CheckContext& context) {
 
 void checkDescription(const Description& description, const std::string& file) {
   snapshot::CheckContext context{description, file};
+  // The order matters: later checks look classes up by names, and walk superclasses, which earlier ones have
+  // made sure of.
   checkClassNames(context);
   checkClassReferences(context);
   checkSuperclassCycles(context);

@@ -35,6 +35,7 @@ void checkNamesOf(CheckContext& context, const ClassDescription& described, std:
   const std::string identity = identityOf(described.component, described.name);
   requireNew(context, identity, {place, "name"});
   context.classes.addIdentity(identity, index);
+  // Not required to be new: classes of several components may share a dotted name.
   context.classes.addDotted(described.name, index);
   const Place aliases(place, "aliases");
   for (std::size_t alias = 0; alias < described.aliases.size(); ++alias) {
@@ -124,6 +125,7 @@ class CycleSearch {
 
   /// a -> b -> a; the middle of a long one is left out.
   std::string cycleTo(std::size_t repeated) const {
+    // Cycles may be as long as the snapshot, and a message that long helps nobody.
     constexpr std::ptrdiff_t mostNames = 10;
     const auto start =
         std::find_if(trail_.begin(), trail_.end(), [&](const Step& step) { return step.index == repeated; });
@@ -187,6 +189,7 @@ void checkPrecedence(const CheckContext& context) {
     const std::string first = identityOf(described.component, described.name);
     for (std::size_t at = 0; at < described.precedence.size(); ++at) {
       const std::string second = oneNameOf(context, described.precedence[at], {precedence, at});
+      // Before the look-up, which so finds also a class that would precede itself.
       met.emplace(first, second);
       if (met.contains({second, first})) {
         context.fail("snapshot.conflicting-precedence", {precedence, at},

@@ -43,6 +43,7 @@ void Reader::key(const std::string& name) {
 }
 
 void Reader::value(Event event) {
+  // Noted for open(), which the handler calls without saying what it opens.
   openingArray_ = event.kind == Event::Array;
   Handler* handler = root_.get();
   if (!levels_.empty()) {
@@ -57,6 +58,7 @@ void Reader::value(Event event) {
 
 void Reader::end() {
   const Level level = std::move(levels_.back());
+  // Before the handler is told: what it refuses now is the value as a whole, and not its last part.
   levels_.pop_back();
   level.handler->end(*this);
 }

@@ -18,6 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string textOf(const Description& description, const std::string& name) {
+  // Nothing is written that could not be read again.
   checkDescription(description, name);
   snapshot::Writer writer(name);
   constexpr int indent = 2;
@@ -46,17 +47,20 @@ class FileBeside {
       : named_(named),
         target_(targetOf(named)),
         beside_(target_.string() + "." + std::to_string(getpid()) + ".new"),
+        // With "x", because a file that has this name already is somebody else's.
         file_(std::fopen(beside_.c_str(), "wbx"), std::fclose) {
     if (!file_) failNow("cannot make a file beside it");
   }
   ~FileBeside() {
     std::error_code ignored;
+    // When even this fails, the error that led here is the one to be told.
     if (!moved_ && file_) fs::remove(beside_, ignored);
   }
   FileBeside(const FileBeside&) = delete;
   FileBeside& operator=(const FileBeside&) = delete;
 
   void write(const std::string& text) const {
+    // On the disk before it takes the old one's place, so that after a crash one of the two is whole.
     const bool written = std::fwrite(text.data(), 1, text.size(), file_.get()) == text.size() &&
                          std::fflush(file_.get()) == 0 && fsync(fileno(file_.get())) == 0;
     if (!written) failNow("cannot be written");
@@ -65,6 +69,7 @@ class FileBeside {
   void replace() {
     std::error_code failure;
     const auto before = fs::status(target_, failure);
+    // A failure of this is not looked at: what is saved matters more than its permissions.
     if (fs::exists(before)) fs::permissions(beside_, before.permissions(), failure);
     fs::rename(beside_, target_, failure);
     if (failure) failToWrite(named_, "cannot be replaced: " + failure.message());
@@ -106,6 +111,7 @@ void requireReplaceable(const fs::path& file) {
 
 void writeSnapshot(const Description& description, const std::filesystem::path& file) {
   requireReplaceable(file);
+  // All that can be wrong with a session is found before a file is made.
   const std::string text = textOf(withFoldersFrom(description, file), file.string());
   FileBeside beside(file);
   beside.write(text);

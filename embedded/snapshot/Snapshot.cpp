@@ -50,6 +50,7 @@ class JsonEvents final : public nlohmann::json_sax<json> {
   bool number_unsigned(number_unsigned_t value) override { return number(static_cast<double>(value)); }
   bool number_float(number_float_t value, const string_t&) override { return number(value); }
   bool string(string_t& text) override { return pass({.kind = Event::Text, .text = &text}); }
+  // Text has no such values.
   bool binary(binary_t&) override { return false; }
   bool start_object(std::size_t) override { return pass({Event::Object}); }
   bool start_array(std::size_t) override { return pass({Event::Array}); }
@@ -137,6 +138,7 @@ Description readSnapshot(const std::filesystem::path& file, const LoadProgress& 
   std::ifstream stream(file, std::ios::binary);
   if (!stream) throw SnapshotError("snapshot.unreadable", file.string(), "", "the file cannot be opened");
   std::error_code sizeUnknown;
+  // For the progress only, so that it need not be known.
   const auto size = std::filesystem::file_size(file, sizeUnknown);
   TextSource source(stream, file.string(), sizeUnknown ? 0 : size, progress);
   Description description = read(source);

@@ -43,6 +43,7 @@ void FirstElementHandler::key(Reader& reader, const std::string& name) {
 }
 
 void FirstElementHandler::value(Reader& reader, Event& event) {
+  // The reference stays good: the next value is added when this one has been read to its end.
   read(reader, event, array_.values.emplace_back());
 }
 
@@ -83,6 +84,7 @@ class ElementsHandler final : public Handler {
     if (event.kind != Event::Object) reader.refuseType(event, "an object of fields and their values");
     ++count_;
     if (count_ == 1) return reader.open<FirstElementHandler>(array_);
+    // Only a second element has fields that are to be found.
     if (count_ == 2) {
       for (std::size_t index = 0; index < array_.fields.size(); ++index)
         indices_[array_.fields[index]] = index;

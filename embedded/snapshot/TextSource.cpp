@@ -32,6 +32,7 @@ bool TextSource::atEnd() {
 }
 
 void TextSource::fill() {
+  // What is left is the beginning of a character that the chunk before has cut.
   chunk_.erase(0, end_);
   const std::size_t left = chunk_.size();
   chunk_.resize(left + chunkSize);
@@ -50,11 +51,13 @@ void TextSource::fill() {
 
 void TextSource::requireUtf8() {
   end_ = static_cast<std::size_t>(utf8::find_invalid(chunk_.begin(), chunk_.end()) - chunk_.begin());
+  // The last bytes may be the beginning of a character that the next chunk completes.
   const bool moreToCome = !stream_.eof() && chunk_.size() - end_ < longestCharacter;
   if (end_ < chunk_.size() && !moreToCome) refuseBytes(end_);
 }
 
 void TextSource::refuseBytes(std::size_t position) {
+  // As if it had been read, so that the place is that of the bad byte.
   for (std::size_t at = 0; at <= position; ++at) count(chunk_[at]);
   throw SnapshotError("snapshot.not-utf8", file_, "",
                       "line " + std::to_string(line_) + ", column " + std::to_string(column_) +
@@ -62,12 +65,14 @@ void TextSource::refuseBytes(std::size_t position) {
 }
 
 void TextSource::count(char byte) {
+  // Only the next character is on the next line: the break itself belongs to the one that it ends.
   if (lineEnded_) {
     ++line_;
     column_ = 0;
   }
   blank_ = blank_ && whiteSpace.find(byte) != std::string_view::npos;
   lineEnded_ = byte == '\n';
+  // Columns count characters, not bytes.
   const bool continues = (byte & 0xC0) == 0x80;
   if (!continues) ++column_;
 }

@@ -19,6 +19,7 @@ std::optional<std::size_t> productOf(const std::vector<std::size_t>& size) {
   std::size_t product = 1;
   bool tooBig = false;
   for (const std::size_t dimension : size) {
+    // Whatever the other dimensions are: without elements nothing can be too big.
     if (dimension == 0) return 0;
     tooBig = tooBig || __builtin_mul_overflow(product, dimension, &product);
   }
@@ -207,6 +208,7 @@ class ValueCheck {
 
   /// The names of a class's properties, own and inherited.
   const Names& propertiesOf(std::size_t index) {
+    // Kept for each class: sessions hold many objects of few classes.
     auto [found, isNew] = properties_.try_emplace(index);
     if (isNew) collectProperties(index, found->second);
     return found->second;

@@ -24,6 +24,7 @@ bool sharesAncestor(const ClassInfo& caller, const ClassInfo& asked) {
 bool isWider(const std::vector<std::int32_t>& levels) { return levels.size() > 1; }
 
 void dropRepeated(std::vector<PropertyInfo>& properties) {
+  // An ancestor that is inherited in several ways has its members listed once for each.
   std::unordered_set<std::u16string> seen;
   seen.reserve(properties.size());
   std::erase_if(properties, [&](const PropertyInfo& property) { return !seen.insert(property.name).second; });
@@ -34,6 +35,7 @@ void dropRepeated(std::vector<MethodInfo>& methods) {
   std::unordered_map<std::u16string, MethodInfo*> kept;
   std::vector<MethodInfo> first;
   kept.reserve(methods.size());
+  // Room for all, because `kept` points into it.
   first.reserve(methods.size());
   for (MethodInfo& method : methods) {
     MethodInfo*& known = kept[method.name];
@@ -100,6 +102,7 @@ std::vector<PropertyInfo> usableProperties(RequestContext& request, const ClassI
     });
   }
   if (isOwnCode(caller, asked)) {
+    // The library does not list what is private in a superclass, but code of that superclass may use it.
     options.accessLevels = ownLevels();
     addUnknown(LoneRecord(*caller).getProperties(options), properties);
   }

@@ -27,6 +27,7 @@ std::u16string sizeText(const Extents& extents) {
 std::u16string ownSizeOf(const kxArray_tag* value) {
   if (kxIsA(value, "tall")) return {};
   if (kxIsOpaque(value) && kxHasLazyDimensions(value)) return {};
+  // Held in this form there is no list of dimensions to point to.
   if (kxHasCompactDimensions(value)) {
     return sizeText(std::vector<std::size_t>{kxGetRowCount(value), kxGetColumnCount(value)});
   }
@@ -83,6 +84,7 @@ PropertyDetails::PropertyDetails(RequestContext& request, const ClassInfo& recor
 /// The nearest class whose property the caller may use; else it is one that only the caller's own code may use.
 const ClassInfo& PropertyDetails::declaring(const std::u16string& property) {
   using Options = PropertyInfo::GetOptions;
+  // Without superclasses no other class can have declared it.
   if (record_.structure.superclasses.empty()) return record_;
   const ClassInfo* caller = request_.caller();
   if (!declaring_) {
@@ -117,6 +119,7 @@ void PropertyDetails::describeStored(const PropertyInfo& property, Candidate& ca
   Candidate found;
   describeValue(request_, stored.get(), found);
   if (!found.size.empty()) candidate.size = found.size;
+  // What the class declares says more than what happens to be stored.
   if (candidate.type.empty() || candidate.type == u"any") candidate.type = found.type;
 }
 

@@ -23,6 +23,7 @@ void CandidateList::add(Candidate candidate, Details details) {
   request_.check();
   candidate.match = matchOf(typed_, candidate.label);
   if (candidate.match == Match::None) return;
+  // Whoever has typed the whole name knows it.
   if (candidate.isHidden && !hidden_ && candidate.match != Match::Exact) return;
   entries_.push_back({std::move(candidate), std::move(details)});
 }
@@ -46,6 +47,7 @@ std::vector<CandidateList::Entry*> CandidateList::ranked() {
   std::ranges::sort(order, [](const Entry* left, const Entry* right) {
     return rankOf(left->candidate) < rankOf(right->candidate);
   });
+  // Views of labels are good here: pointers have been sorted, and the entries have stayed where they are.
   std::unordered_set<std::u16string_view> seen;
   seen.reserve(order.size());
   std::erase_if(order, [&](const Entry* entry) { return !seen.insert(entry->candidate.label).second; });

@@ -22,7 +22,7 @@ class CandidateList {
 
   const std::u16string& typed() const noexcept { return typed_; }
   /// Hidden names are included like others; otherwise one comes only when it is typed in full.
-  bool wantsHidden() const noexcept { return hidden_; }
+  bool includesHidden() const noexcept { return hidden_; }
 
   /// The candidate's label, kind, order and whether it is hidden are set. One that does not fit is left out, and so is a
   /// hidden one that is not included. Stops when the request has been asked to stop.

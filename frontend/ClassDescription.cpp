@@ -120,6 +120,7 @@ ClassDescription ownDescription(const ClassInfo& record, const Levels& levels) {
 class Collector {
  public:
   explicit Collector(const Levels& levels) : levels_(levels), inheritedLevels_(levels) {
+    // What is private in a superclass is not inherited.
     std::erase(inheritedLevels_, kcos::PrivateAccess);
   }
 
@@ -133,6 +134,7 @@ class Collector {
                     [](const MethodDescription& method) { return method.isConstructor; });
     }
     for (const auto& superclass : record.structure.superclasses) {
+      // On a line of its own: collecting may make the list of classes grow, and move what is in it.
       const std::size_t found = collect(*superclass);
       classes_[at].superclasses.push_back(found);
     }

@@ -22,6 +22,7 @@ bool isLead(char16_t unit) noexcept { return unit >= 0xD800 && unit <= 0xDBFF; }
 
 std::size_t bounded(const std::u16string& text, std::size_t cursor) {
   if (cursor >= text.size()) return text.size();
+  // A cursor never stands between the two halves of a character.
   const bool isInside = cursor > 0 && isTrail(text[cursor]) && isLead(text[cursor - 1]);
   return isInside ? cursor - 1 : cursor;
 }
@@ -101,6 +102,7 @@ class Reader {
     std::size_t begin = end;
     std::size_t at = end;
     while (at > 0) {
+      // Backwards, groups are passed over whole: what is in them is no part of the chain.
       if (is(at - 1, CloseParen) || is(at - 1, CloseBrace)) {
         const auto open = innermostOpen(at - 1);
         if (!open || tokens_[*open].blankBefore) return begin;

@@ -20,6 +20,7 @@ class Search {
       : name_(name), id_(ResolvedClassID::fromKnownResolvedClassID(narrow(name))) {}
 
   void visit(const ClassInfo& record) {
+    // An ancestor may be reached in several ways.
     if (!seen_.insert(record.classId).second) return;
     if (const kcos::COSClass* found = classObjectOf(record)) {
       addProperty(record, *found);
@@ -34,6 +35,7 @@ class Search {
  private:
   void addProperty(const ClassInfo& record, const kcos::COSClass& owner) {
     const kcos::COSInterfacePtr member = owner.findProperty(id_);
+    // The class system finds inherited members, too, which are told with their own class.
     if (!member || kcos::cosiClassOfMember(member.get()) != &owner) return;
     const kcos::COSPropInfo* property = kcos::cosiToProp(member.get());
     auto classes = property->getExtendedGetAccess().classes;
@@ -94,6 +96,7 @@ LoneRecord::LoneRecord(const ClassInfo& record)
 
 DeclaringClasses::DeclaringClasses(const ClassInfo& record, PropertyInfo::GetOptions options)
     : record_(record), options_(std::move(options)), grants_(&record) {
+  // The visitor takes its options in this way only; it lists nothing here.
   grants_.clear(options_);
 }
 

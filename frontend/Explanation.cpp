@@ -212,6 +212,7 @@ class Explaining {
     const bool fits =
         matchOf(cursorContext_.typed.substr(empty.typed.size()), explanation_.name) != Match::None;
     Reasons reasons;
+    // When only what is typed is in the way, there is no other reason to look for.
     if (fits || !isOfferedAt(request_, empty, scope, request_.options().hidden, explanation_.name))
       reasons = whyNot(empty);
     const bool isOnlyTyped = !fits && (reasons.empty() || !endsThere(reasons));

@@ -85,6 +85,7 @@ class Describing {
   /// What completion says of it.
   bool describeOffered(RequestContext& request) {
     Completion completion;
+    // An exact match comes first, so one candidate is enough.
     offerAt(request, cursorContext_, {.limit = 1, .details = true}, completion);
     const bool isFound = completion.total > 0 && completion.candidates[0].match == Match::Exact;
     if (!isFound) return false;

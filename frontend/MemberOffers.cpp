@@ -127,8 +127,9 @@ class ClassMembers {
   template <class Infos, class Ask, class IsTypedMember>
   std::unordered_set<std::u16string> readMembers(Infos& infos, Ask ask, IsTypedMember isTypedMember) const {
     infos = ask(false);
-    const bool isShown = candidates_.wantsHidden() || (isUnknown(infos) && isTypedMember());
+    const bool isShown = candidates_.includesHidden() || (isUnknown(infos) && isTypedMember());
     if (!isShown) return {};
+    // The library does not say which members are hidden: they are those that only the second list has.
     const auto visible = namesOf(std::exchange(infos, ask(true)));
     auto hidden = namesOf(infos);
     std::erase_if(hidden, [&](const std::u16string& name) { return visible.contains(name); });
@@ -162,7 +163,7 @@ class ClassMembers {
     };
     candidates_.addInOrder(listOf(id_, getClassEnumerationNames), Kind::EnumerationMember, describe);
     const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id_);
-    if (found == nullptr || (!candidates_.wantsHidden() && candidates_.typed().empty())) return;
+    if (found == nullptr || (!candidates_.includesHidden() && candidates_.typed().empty())) return;
     for (kcos::COSIterator members = found->getEnumerationMembers(); members.hasMoreElements();) {
       const kcos::COSEnumInfo* member = kcos::cosiToEnum(members.nextElement().get());
       if (member == nullptr || !member->isHidden() || member->getName() == nullptr) continue;
@@ -188,6 +189,7 @@ class ClassMembers {
 
   /// What an object says itself, when its class has a say.
   void offerDynamicProperties() {
+    // Looking the method up runs no code, but asking the object does.
     if (!value_ || !KCOSIntrospection::hasMethod(value_.get(), "properties")) return;
     if (!request_.mayUse(CodePolicy::Allowed, u"what the object says of its properties")) return;
     Names names;
@@ -229,6 +231,7 @@ class ClassMembers {
     return [described = described_](Candidate& candidate) {
       const MethodInfo::GetOptions all{
           {kcos::PublicAccess}, nullptr, MethodInfo::GetContext::Any, false, false, true};
+      // Read for the first detail, and kept for the others.
       if (described->publicMethods.empty()) described->publicMethods = described->record.getMethods(all);
       for (const MethodInfo& method : described->publicMethods) {
         if (method.name == candidate.label) return describeMethod(method, candidate);
@@ -248,6 +251,8 @@ class ClassMembers {
 void offerFields(const RequestContext& request, const ValuePtr& structure, CandidateList& candidates) {
   Names names;
   StructContextData::getStructFieldNames(structure.get(), names);
+  // The structure is kept by its own reference until details are read; the request lives longer than its
+  // list.
   candidates.addInOrder(names, Kind::Field, [&request, structure](Candidate& candidate) {
     if (!kxIsScalar(structure.get())) return;
     const kxArray_tag* field = kxGetField(structure.get(), 0, narrow(candidate.label).c_str());

@@ -60,6 +60,7 @@ class MemberReasons {
   std::optional<Relaxed> everythingRelaxed(const std::vector<Caller>& callers) const {
     std::vector<const Caller*> asking{nullptr};
     for (const Caller& caller : callers) asking.push_back(&caller);
+    // In this order, so that of several questions that help the one is told that differs least.
     for (const AccessForm form : forms()) {
       for (const Caller* caller : asking) {
         const Relaxed relaxed{true, {true, true, true}, caller, form};
@@ -136,10 +137,12 @@ class MemberReasons {
     for (const Declaration& declaration : declarations_) {
       if (declaration.level == kcos::PublicAccess) continue;
       const std::u16string& own = declaration.record->structure.name;
+      // With a list, the level says no more than that there is one.
       const bool isListed = declaration.level == kcos::ListedAccess && !declaration.classes.empty();
       if (!isListed) callers.push_back({own, {Rule::AccessLevel, accessOf(declaration)}});
       for (const std::u16string& listed : declaration.classes) {
         const auto id = ResolvedClassID::fromKnownResolvedClassID(narrow(listed));
+        // A list may name classes that do not exist, in whose code nobody can be.
         if (KCOSIntrospection::isKCOSClass(id)) {
           callers.push_back({id.getNonComponentQualifiedName(), {Rule::AccessList, accessOf(declaration)}});
         }
@@ -207,9 +210,11 @@ class MemberReasons {
     Scope scope = request_.scope();
     if (relaxed.caller != nullptr) scope.className = relaxed.caller->className;
     Options options = request_.options();
+    // A reason is looked for without running code, whatever the request itself may do.
     options.policy = CodePolicy::Never;
     options.hidden = options.hidden || relaxed.hidden;
     RequestContext varied(request_, scope, options, relaxed.lenience);
+    // With nothing typed every name fits.
     CandidateList candidates(varied, u"");
     offer(varied, relaxed.form, resolution, candidates);
     Completion completion;

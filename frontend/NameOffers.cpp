@@ -36,6 +36,7 @@ void offerVariables(RequestContext& request, CandidateList& candidates) {
   for (const std::u16string& name : names) {
     candidates.add({.label = name, .insertion = {}, .kind = Kind::Variable, .order = order++},
                    [&request](Candidate& candidate) {
+                     // Asked for again rather than kept, so that a list of names holds no values.
                      const auto value = request.session().variable(candidate.label);
                      if (value) describeValue(request, value.get(), candidate);
                    });
@@ -58,8 +59,10 @@ void offerClasses(RequestContext& request, CandidateList& candidates) {
   for (const SessionName& known : names) {
     request.check();
     const std::u16string last = KCOSIntrospection::getConstructorName(known.name);
+    // Resolving asks the host, so only what fits is resolved.
     if (!isDotted(known.name) || matchOf(candidates.typed(), last) == Match::None) continue;
     const auto meant = classNamed(request, last);
+    // The short name may be known here as another class.
     if (!meant || meant->getNonComponentQualifiedName() != known.name) continue;
     candidates.add({.label = last, .insertion = {}, .kind = Kind::Class, .isHidden = known.hidden},
                    [whole = known.name](Candidate& candidate) { candidate.type = whole; });
@@ -68,6 +71,7 @@ void offerClasses(RequestContext& request, CandidateList& candidates) {
 
 /// The outermost ones: what is inside them comes after a dot.
 void offerNamespaces(RequestContext& request, CandidateList& candidates) {
+  // A set, because most names share their first part with others.
   std::set<std::u16string> outermost;
   for (const SessionName& known : request.session().namespaceNames()) {
     const std::u16string first = known.name.substr(0, known.name.find(u'.'));

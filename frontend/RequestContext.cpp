@@ -48,6 +48,7 @@ RequestContext::RequestContext(const RequestContext& running, const Scope& scope
       scope_(scope),
       options_(options),
       lenience_(lenience),
+      // A variation of a request that runs: it neither begins nor ends one.
       isRunning_(false),
       needed_(options.policy) {}
 
@@ -68,6 +69,7 @@ void RequestContext::check() const {
 }
 
 const ClassInfo* RequestContext::caller() {
+  // Once, also when there is none: it is asked for with every list of members.
   if (!std::exchange(hasLookedForCaller_, true) && !scope_.className.empty()) {
     auto record = std::make_unique<ClassInfo>(u"", scope_.className);
     if (!record->classId.isNull()) caller_ = std::move(record);
@@ -76,6 +78,7 @@ const ClassInfo* RequestContext::caller() {
 }
 
 Outcome RequestContext::finish(const std::u16string& failure) {
+  // First: the destructor must not end the request a second time.
   isRunning_ = false;
   return outcomeOf(session_.endRequest(), failure);
 }
@@ -108,6 +111,7 @@ Outcome answer(Session& session, const Scope& scope, const Options& options,
   try {
     RequestContext request(session, scope, options);
     try {
+      // A handler of its own, because the session's record is read of a request that still exists.
       answering(request);
     } catch (const std::bad_alloc&) {
       throw;

@@ -65,6 +65,7 @@ Resolution declared(const RequestContext& request, const std::u16string& classNa
 /// What a member of an object or a class resolves to by what the class declares.
 Resolution declaredMember(RequestContext& request, const ResolvedClassID& id, const std::u16string& name) {
   const ClassInfo record(id);
+  // Hidden ones too: whoever has typed the name of one means it.
   for (const PropertyInfo& property : usableProperties(request, record, true)) {
     if (property.name == name) return declared(request, property.type);
   }
@@ -96,6 +97,7 @@ Resolution walk(RequestContext& request, ValuePtr value, const std::vector<Part>
   const bool isElement = parts[at - 1].isCalled || parts[at - 1].isUnpacked;
   if (at == parts.size() && !isElement) return resolution;
   if (parts[at - 1].isUnpacked) return {};
+  // An element of a structure array has the fields of the array.
   if (at == parts.size() && isStructure(value.get())) return resolution;
   resolution.id = classOf(resolution);
   if (!resolution.id) return {};
@@ -108,6 +110,8 @@ Resolution ofVariable(RequestContext& request, const ValuePtr& value, const std:
   if (parts.size() == 1 && isPlain(parts)) return {Resolution::Value, value};
   const Resolution walked = walk(request, value, parts);
   if (walked.kind == Resolution::Value && isPlain(parts)) return walked;
+  // From here on the library looks into objects and may evaluate; code that the policy forbids the session
+  // refuses.
   if (!request.mayUse(CodePolicy::StoredValues, expression)) return walked;
   if (ValuePtr found = GetValueFromCurrentWorkspace(expression)) return {Resolution::Value, found};
   return walked;
@@ -135,6 +139,7 @@ Resolution ofClass(RequestContext& request, const ResolvedClassID& id, const std
 }
 
 Resolution ofName(RequestContext& request, const std::vector<Part>& parts) {
+  // The longest name that is a class, because classes and namespaces may begin alike.
   for (std::size_t count = parts.size(); count > 0; --count) {
     const bool isBroken = std::any_of(parts.begin(), parts.begin() + static_cast<std::ptrdiff_t>(count) - 1,
                                       [](const Part& part) { return part.isCalled || part.isUnpacked; });
@@ -169,6 +174,7 @@ std::optional<ResolvedClassID> classOf(const Resolution& resolution) {
 Resolution resolve(RequestContext& request, const std::u16string& expression) {
   const std::vector<Part> parts = partsOf(expression);
   if (parts.empty()) return {};
+  // They hide variables of the workspace.
   for (const LocalName& local : request.scope().locals) {
     if (local.name != parts[0].name) continue;
     if (parts[0].isUnpacked) return {};

@@ -127,6 +127,7 @@ std::optional<Signature> signatureOf(const std::u16string& function) {
   Signature signature{function, argumentsOf(metadata.inputArguments), argumentsOf(metadata.outputArguments),
                       (metadata.flags & FunctionMetadata::TakesFurtherInputs) != 0,
                       (metadata.flags & FunctionMetadata::GivesFurtherOutputs) != 0};
+  // A function that declares nothing looks like one without arguments, so nothing is said of either.
   if (metadata.flags == 0 && signature.inputs.empty() && signature.outputs.empty()) return {};
   return signature;
 }

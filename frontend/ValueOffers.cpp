@@ -100,6 +100,7 @@ void offerArgumentNames(const Signature& signature, const CursorContext& context
                     .insertion = isInText ? argument.name : argument.name + u"=",
                     .kind = Kind::ArgumentName,
                     .order = order++},
+                   // A copy: the signature may be gone when details are read.
                    [argument](Candidate& candidate) {
                      candidate.type = argument.className;
                      candidate.size = argument.size;
@@ -115,6 +116,7 @@ void offerTargetValues(RequestContext& request, const CursorContext& context, Ca
   const std::u16string name = context.target.substr(dot + 1);
   const Resolution object = resolve(request, context.target.substr(0, dot));
   const auto id = classOf(object);
+  // Of a class itself only constants are there, to which nothing is assigned.
   if (!id || object.kind == Resolution::Class) return;
   for (const PropertyInfo& property : usableProperties(request, ClassInfo(*id), true)) {
     if (property.name == name) return offerValuesOf(request, property, context, candidates);

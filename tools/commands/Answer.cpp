@@ -13,6 +13,7 @@ namespace {
 
 int write(const Answer& answer) {
   if (!answer.notice.empty()) std::cerr << "contextdata: " << answer.notice << '\n';
+  // Flushed, or a full disk would be noticed by nobody.
   std::cout << answer.output << std::flush;
   if (std::cout) return Answered;
   std::cerr << "contextdata: cannot write the answer [command.output]\n";
@@ -49,6 +50,7 @@ int answer(const AnswerOptions& options, embedded::Host& host,
   const Interruptible request(host);
   try {
     const Answer answer = ask(host);
+    // The library may have swallowed it, and what it returns then is not the whole answer.
     if (host.interruptRequested()) return fail(options, interruptedError(options.command));
     return write(answer);
   } catch (const Tamsix::System::InterruptException&) {

@@ -23,6 +23,7 @@ constexpr std::size_t longestScript = std::size_t{4} << 20;
 
 std::string readScript(const std::string& file) {
   std::ifstream stream(file, std::ios::binary);
+  // One byte more, which tells that the file is too long, whatever its size is said to be.
   std::string text(longestScript + 1, '\0');
   stream.read(text.data(), static_cast<std::streamsize>(text.size()));
   text.resize(static_cast<std::size_t>(stream.gcount()));
@@ -86,6 +87,7 @@ Answer evaluate(const EvalOptions& options, embedded::Host& host) {
   const int nlhs = options.json && options.file.empty() ? 1 : 0;
   kxArray_tag* slot = nullptr;
   const int status = inEvalExp(text, nlhs, &slot, true, Tamsix::orvo::EvalSource::Query);
+  // Before the status is looked at: there may be a value to release after a failure, too.
   const boost::intrusive_ptr<kxArray_tag> value(slot, false);
   if (status != 0) throw errorOf(options, host.codeFailure().value(), output);
   if (!options.json) return {};

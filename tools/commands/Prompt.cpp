@@ -25,6 +25,7 @@ using prompt::LiveSession;
 
 int editLines(LiveSession& live, const PromptOptions& options) {
   prompt::useUtf8();
+  // At a terminal Ctrl-C drops a line, and does not end the prompt.
   noteInterrupts();
   const std::filesystem::path named = options.history;
   prompt::History history(options.noHistory ? "" : named.empty() ? prompt::History::usualFile() : named);

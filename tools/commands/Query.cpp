@@ -27,6 +27,7 @@ int answerAll(embedded::Host& host, bool trace) {
   while (readLine(std::cin, line, query::longestLine)) {
     const Interruptible request(host);
     if (!write(protocol.answer(line))) return NoAnswer;
+    // After the answer, so that the client learns how far its last request has come.
     if (host.interruptRequested()) return Interrupted;
   }
   return Answered;

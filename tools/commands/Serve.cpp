@@ -35,8 +35,10 @@ int serveFile(const std::string& snapshot) {
       [&] {
         if (process.isGone()) inbox.put(lsp::InputEnded{"the client's process has ended"});
       });
+  // After the watch has looked at the file: a change while it is being loaded is noticed.
   lsp::SessionFile session(snapshot, inbox);
   lsp::Client client(writeAll);
+  // Last, and so the first to go: nothing is read for a session that is gone.
   const lsp::Input input(STDIN_FILENO, inbox);
   return lsp::Server(inbox, client, session, process).run();
 }

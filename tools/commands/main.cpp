@@ -170,11 +170,13 @@ int main(int argc, char** argv) {
   addEval(app, status);
   addPrompt(app, status);
   addServe(app, status);
+  // Before the callbacks, which run while the line is being parsed.
   tools::handleInterrupts();
   try {
     app.parse(argc, argv);
     return status;
   } catch (const CLI::ParseError& error) {
+    // --help and --version arrive here as well; the library's own codes say more than callers need.
     return app.exit(error) == 0 ? tools::Answered : tools::Usage;
   }
 }

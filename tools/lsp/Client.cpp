@@ -59,6 +59,7 @@ void Client::logOutcome(const std::string& request, const frontend::Outcome& out
 }
 
 void Client::show(Severity severity, const std::string& message) {
+  // Also in the log, because a message that is shown is gone with a click.
   log(severity, message);
   if (!initialized_) return;
   notify("window/showMessage", {{"type", static_cast<int>(severity)}, {"message", message}});

@@ -96,6 +96,7 @@ Json itemOf(const Context& context, const Candidate& candidate, std::size_t inde
                {"sortText", sortKey(index)},
                {"textEdit", {{"range", range}, {"newText", insertion}}},
                {"data", {{"answer", context.completion.number}, {"index", index}}}};
+  // Clients filter by what is typed, which is the beginning of what is inserted.
   if (insertion != label) item["filterText"] = insertion;
   return item;
 }
@@ -109,6 +110,7 @@ Json completion(Context& context, const Json& params) {
                                    statement->scope, context.abilities.options());
   context.client.logOutcome("completion", answer.outcome);
   const Json range = jsonOf(statement->rangeOf(answer.begin, answer.end));
+  // Items carry the number, so that one of an older answer is not looked up in this one.
   ++context.completion.number;
   Json items = Json::array();
   for (const Candidate& candidate : answer.candidates) {

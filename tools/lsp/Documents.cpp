@@ -134,6 +134,7 @@ void Documents::didChange(const Json& params) {
   if (document == nullptr) throw ResponseError{ErrorCode::InvalidParams, uri + " is not open"};
   const Json& changes = valueAt(params, "/contentChanges");
   if (!changes.is_array()) throw ResponseError{ErrorCode::InvalidParams, "\"/contentChanges\" is a list"};
+  // One after the other: ranges refer to the text that the changes before have left.
   for (const Json& change : changes) {
     if (valueAt(change, "/range").is_null())
       document->content.replace(wideTextAt(change, "/text"));

@@ -24,6 +24,7 @@ Event Inbox::take() {
   arrived_.wait(lock, [&] { return !waiting_.empty(); });
   Entry entry = std::move(waiting_.front());
   waiting_.pop_front();
+  // Under the lock that cancel() needs: a request is waiting or current, and never neither.
   if (const auto* message = std::get_if<Message>(&entry.event)) current_ = message->id;
   cancelled_ = entry.cancelled;
   return std::move(entry.event);
@@ -41,6 +42,7 @@ void Inbox::cancel(const Json& id) {
     if (host_ != nullptr) host_->requestInterrupt();
     return;
   }
+  // Kept in its place: it is answered, too, with an error, and in order.
   for (Entry& entry : waiting_) {
     if (isRequest(entry.event, id)) entry.cancelled = true;
   }
@@ -60,6 +62,7 @@ void Inbox::finish() {
 
 void Inbox::attach(embedded::Host* host) {
   const std::lock_guard lock(mutex_);
+  // Under the lock: cancel() comes from another thread, and must not meet a host that is going.
   host_ = host;
 }
 

@@ -89,6 +89,7 @@ std::optional<FrameReader::Header> FrameReader::header() {
     field = line(longestHeader - size);
     if (!field) throw BrokenStream{"the input ends inside a header"};
   }
+  // Nobody knows where the next message begins, so this is the end.
   if (!header.length) throw BrokenStream{"a header lacks its Content-Length"};
   if (*header.length > longestSkipped) throw BrokenStream{"a message is longer than 1 GiB"};
   if (*header.length > longestBody) header.problem = "a message is longer than 64 MiB";
@@ -100,6 +101,7 @@ Frame FrameReader::body(const Header& header) {
   for (std::uint64_t left = *header.length; left > 0;) {
     if (used_ == buffer_.size() && !fill()) throw BrokenStream{"the input ends inside a message"};
     const std::size_t part = std::min<std::uint64_t>(left, buffer_.size() - used_);
+    // The body of a message that is refused is skipped, and so the next one is found.
     if (frame.problem.empty()) frame.body.append(buffer_, used_, part);
     used_ += part;
     left -= part;
@@ -130,6 +132,7 @@ Input::~Input() {
 
 std::size_t Input::read(char* buffer, std::size_t size) const {
   pollfd ready[] = {{descriptor_, POLLIN, 0}, {stop_[0], POLLIN, 0}};
+  // A read alone could not be told to stop.
   while (poll(ready, 2, -1) < 0 && errno == EINTR) continue;
   if (ready[1].revents != 0) return 0;
   ssize_t count = 0;
@@ -165,6 +168,7 @@ bool Input::accept(const std::string& body) {
       if (message->params.is_object() && message->params.contains("id")) inbox_.cancel(message->params["id"]);
       return true;
     }
+    // Nothing is read after it: the process ends.
     const bool isLast = isNotification && message->method == "exit";
     inbox_.put(std::move(*message));
     return !isLast;

@@ -31,6 +31,7 @@ std::string withoutLoneSurrogates(std::string text) {
 
 Json parse(const std::string& body) {
   Json json = Json::parse(body, nullptr, false);
+  // Only after a failure: most messages need no second look.
   if (json.is_discarded()) json = Json::parse(withoutLoneSurrogates(body), nullptr, false);
   if (json.is_discarded()) throw Rejection{{}, {ErrorCode::ParseError, "the message is no JSON"}};
   return json;
@@ -49,6 +50,7 @@ std::optional<Message> readMessage(const std::string& body) {
     const bool isResponse = !json.contains("method") && given.is_null();
     if (!given.is_number_integer() && !given.is_string() && !isResponse)
       refuse("an id is an integer or a string");
+    // From here on a refusal carries it, so that the client knows which request it is about.
     id = given;
   }
   if (!json.contains("jsonrpc") || json["jsonrpc"] != "2.0") refuse("\"jsonrpc\" is \"2.0\"");

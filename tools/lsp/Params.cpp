@@ -26,6 +26,7 @@ Json jsonOf(const Position& position) { return {{"line", position.line}, {"chara
 const Json& valueAt(const Json& params, const std::string& pointer) {
   static const Json null;
   const Json::json_pointer path(pointer);
+  // A null for what is missing, because to clients the two mean the same.
   return params.contains(path) ? params.at(path) : null;
 }
 

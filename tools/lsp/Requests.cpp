@@ -60,7 +60,7 @@ Json resultOfRequest(Context& context, const std::string& method, const Json& pa
   return found->second(context, params);
 }
 
-void takeNotification(Context& context, const std::string& method, const Json& params) {
+void handleNotification(Context& context, const std::string& method, const Json& params) {
   if (method == "textDocument/didOpen") context.documents.didOpen(params);
   if (method == "textDocument/didChange") context.documents.didChange(params);
   if (method == "textDocument/didClose") {

@@ -38,7 +38,7 @@ struct Context {
 Json resultOfRequest(Context& context, const std::string& method, const Json& params);
 
 /// Does what a notification says; one that nobody needs is ignored, as the protocol wants it. Throws ResponseError.
-void takeNotification(Context& context, const std::string& method, const Json& params);
+void handleNotification(Context& context, const std::string& method, const Json& params);
 
 // Completion.cpp
 

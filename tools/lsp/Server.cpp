@@ -25,6 +25,7 @@ int Server::run() {
       std::cerr << "contextdata: cannot write to the client [command.output]\n";
       exitCode_ = NoAnswer;
     }
+    // Checking documents waits until nobody waits for an answer.
     if (!exitCode_ && inbox_.isEmpty()) publishPending();
   }
   return *exitCode_;
@@ -84,6 +85,7 @@ Json Server::initialize(const Json& params) {
   context_.abilities = abilitiesOf(params);
   context_.documents.setEncoding(context_.abilities.encoding);
   process_.set(context_.abilities.process);
+  // Last: parameters that are refused leave the client another try.
   phase_ = Phase::Asked;
   return serverAbilities(context_.abilities);
 }
@@ -94,9 +96,10 @@ void Server::notification(const Message& message) {
     return;
   }
   if (message.method == "initialized" && phase_ == Phase::Asked) return initialized();
+  // The protocol lets other notifications drop before it is initialized and after it is shut down.
   if (phase_ != Phase::Asked && phase_ != Phase::Running) return;
   try {
-    takeNotification(context_, message.method, message.params);
+    handleNotification(context_, message.method, message.params);
   } catch (const ResponseError& error) {
     context_.client.log(Severity::Warning, message.method + ": " + error.message);
   }

@@ -31,6 +31,7 @@ void SessionFile::use(std::unique_ptr<embedded::Host> host) {
 
 void SessionFile::reload(Client& client) {
   try {
+    // Loaded before the old session goes: a file that is broken changes nothing.
     use(embedded::Host::load(file_));
     clearDiagnostics(client, uriOf(file_));
     client.log(Severity::Info, file_ + " has been loaded again");
@@ -60,6 +61,7 @@ SnapshotWatch::~SnapshotWatch() {
 SnapshotWatch::State SnapshotWatch::look() const {
   struct stat found = {};
   if (stat(file_.c_str(), &found) != 0) return {};  // a missing file is a state, too
+  // The file's identity, too: one that replaces another may have the same size and time.
   return {found.st_dev, found.st_ino, static_cast<std::uint64_t>(found.st_size),
           static_cast<std::uint64_t>(found.st_mtim.tv_sec),
           static_cast<std::uint64_t>(found.st_mtim.tv_nsec)};

@@ -141,6 +141,7 @@ Scope scopeOf(frontend::Session& session, const std::string& uri, OpenDocument& 
   Scope scope;
   scope.className = file.className;
   if (!file.stem.empty() && file.className.empty()) scope.function = file.inNamespace + file.stem;
+  // Only a script sees variables of the workspace.
   scope.workspace = outline.functions.empty();
   if (const auto* function = functionAt(beginning, outline.functions)) {
     scope.locals = onceEach(namesIn(*function, beginning, file, classes));

@@ -141,6 +141,7 @@ Json workspaceSymbols(Context& context, const Json& params) {
   Json symbols = Json::array();
   for (const Found& each : found) {
     symbols.push_back(
+        // Classes have no place of their own but the snapshot.
         DocumentSymbols::entry(uriOf(context.session.file()), narrow(each.name), each.kind, {}));
   }
   return symbols;

@@ -13,6 +13,7 @@ constexpr char digits[] = "0123456789ABCDEF";
 
 bool standsForItself(char character) {
   return std::isalnum(static_cast<unsigned char>(character)) != 0 ||
+         // "@" and "+" are not escaped, because folders of classes and packages begin with them.
          std::string_view("-._~/@+").find(character) != std::string_view::npos;
 }
 

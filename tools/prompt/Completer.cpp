@@ -110,6 +110,7 @@ std::u16string commonBeginning(Candidates::const_iterator first, Candidates::con
     const auto ends = std::ranges::mismatch(common, first->insertion);
     common.erase(ends.in1, common.end());
   }
+  // No character is cut in two.
   if (!common.empty() && fl::i18n::is_high_surrogate(common.back())) common.pop_back();
   return common;
 }
@@ -146,6 +147,7 @@ Completed Completer::complete(const std::u16string& text, std::size_t cursor, bo
   const std::u16string typed = text.substr(completion.begin, completion.end - completion.begin);
   Completed completed{completion.begin, completion.end, typed};
   if (lacksSome(completion)) {
+    // How far the best ones agree can be told of all of them only.
     options.limit = completion.total;
     const Completion every = frontend::complete(live_.session, text, cursor, scope, options);
     if (!lacksSome(every)) completed.insertion = insertionOf(every.candidates, typed);

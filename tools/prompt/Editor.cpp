@@ -33,6 +33,7 @@ Editor::Editor(Completer& completer, History& history)
   el_wset(line, EL_EDITOR, L"emacs");
   el_wset(line, EL_HIST, history_w, history.lines());
   el_wset(line, EL_BIND, L"^R", L"em-inc-search-prev", nullptr);
+  // The user's own settings: after the usual ones, which they may change, and before TAB, which they may not.
   el_source(line, nullptr);
   el_wset(line, EL_ADDFN, L"complete-name", L"Complete the name before the cursor", onTab);
   el_wset(line, EL_BIND, L"^I", L"complete-name", nullptr);
@@ -105,6 +106,7 @@ unsigned char Editor::complete() {
   const std::u16string ahead = unitsOf(typed.buffer, typed.cursor);
   const bool isIndenting = !before_.empty() && ahead.find_first_not_of(u" \t") == std::u16string::npos;
   if (isIndenting) return el_winsertstr(line_.get(), L"  ") == 0 ? CC_REFRESH : CC_ERROR;
+  // Only TAB has been typed since the last one.
   const bool isSecond = keys_ == keysAtTab_ + 1;
   const std::u16string text = before_ + unitsOf(typed.buffer, typed.lastchar);
   const Completed completed =
@@ -131,6 +133,7 @@ bool Editor::replace(const Completed& completed) {
   if (replaced == completed.insertion) return false;
   const int cursor = charactersOf(unitsOf(typed.buffer, typed.cursor));
   el_cursor(line_.get(), charactersOf(text.substr(0, begin)) + charactersOf(replaced) - cursor);
+  // It deletes before the cursor, which therefore stands at the end of what is replaced.
   el_deletestr(line_.get(), charactersOf(replaced));
   el_winsertstr(line_.get(), utf_to_utf<wchar_t>(completed.insertion).c_str());
   return true;
@@ -153,6 +156,7 @@ bool Editor::wantsMore(std::size_t left) {
   wchar_t key = 0;
   const bool isRead = el_wgetc(line_.get(), &key) == 1;
   isAbandoned_ = false;  // Ctrl-C ends the list
+  // With blanks, because not every terminal can clear a line.
   std::cout << '\r' << std::string(std::min(widthOf(question), terminalSize().columns - 1), ' ') << '\r'
             << std::flush;
   return isRead && (key == L' ' || key == L'\t');

@@ -40,10 +40,12 @@ std::u16string lineIn(const std::u16string& text, int number) {
 /// The line, and below it the caret; nothing of a line that is blank.
 std::string lineWithCaret(std::u16string line, std::size_t caret) {
   if (line.find_first_not_of(u" \t") == std::u16string::npos) return {};
+  // The caret stands below a column, and nobody knows how wide a tab is.
   std::ranges::replace(line, u'\t', u' ');
   caret = std::min(caret, line.size());
   std::size_t begin = caret > mostAround ? caret - mostAround : 0;
   std::size_t end = std::min(line.size(), caret + mostAround);
+  // No character is cut in two.
   if (begin > 0 && fl::i18n::is_high_surrogate(line[begin - 1])) ++begin;
   if (end < line.size() && fl::i18n::is_high_surrogate(line[end - 1])) --end;
   const std::string left = (begin > 0 ? "..." : "") + printable(line.substr(begin, caret - begin));
@@ -70,6 +72,7 @@ class Printing {
     host.setOutput([this](OutputKind kind, std::u16string_view text) { print(kind, text); });
   }
   ~Printing() {
+    // First, because the printer is going.
     host_.setOutput({});
     if (!atBeginning_) std::cout << std::endl;
   }
@@ -90,6 +93,7 @@ class Printing {
 int run(const std::u16string& text) {
   kxArray_tag* slot = nullptr;
   const int status = inEvalExp(text, 0, &slot, true, Tamsix::orvo::EvalSource::Query);
+  // No result is asked for, but what is handed out has to be released.
   boost::intrusive_ptr<kxArray_tag>(slot, false).reset();
   return status;
 }
@@ -98,6 +102,7 @@ int run(const std::u16string& text) {
 std::string errorOf(embedded::Host& host, const std::u16string& text, int firstLine) {
   const Printing printing(host);
   try {
+    // An error of the code is a status; only what goes wrong around it is thrown.
     if (run(text) == 0) return {};
     const std::optional<CodeFailure> failure = host.codeFailure();
     return failure ? linesOfFailure(*failure, text, firstLine) : "the code failed\n";
@@ -132,6 +137,7 @@ bool isUnfinished(const std::u16string& text) {
   const std::optional<CodeFailure> failure = embedded::checkCode(text);
   if (failure) {
     const auto lines = static_cast<int>(std::ranges::count(text, u'\n'));
+    // Only an error at the very end may be mended by another line.
     return failure->id == "KORVAL:code:Syntax" && failure->line == lines + 1 && failure->column == 1;
   }
   // A name that begins another line is a statement, and one that continues a line is none.

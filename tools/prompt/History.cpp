@@ -26,12 +26,14 @@ std::string variable(const char* name) {
 void makeFolder(const fs::path& file) {
   std::error_code ignored;
   if (file.has_parent_path()) fs::create_directories(file.parent_path(), ignored);
+  // Made empty, and closed to others before anything is in it.
   if (!fs::exists(file, ignored)) std::ofstream(file).flush();
   fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write, ignored);
 }
 
 /// A file that has grown long keeps its end.
 void rewrite(const fs::path& file, const std::deque<std::string>& lines) {
+  // Beside the file, which another prompt may be reading.
   fs::path next = file;
   next += ".new";
   makeFolder(next);
@@ -79,6 +81,7 @@ void History::read() {
     if (lines.size() > mostLines) lines.pop_front();
   }
   for (const std::string& line : lines) remember(utf_to_utf<wchar_t>(line));
+  // Not with every line: a file that is a little too long harms nobody.
   if (count > 2 * mostLines) rewrite(file_, lines);
 }
 
@@ -90,6 +93,7 @@ void History::remember(const std::wstring& line) {
 void History::add(const std::wstring& line) {
   if (line.find_first_not_of(L" \t") == std::wstring::npos || line.size() > longestLine) return;
   remember(line);
+  // At once, and at the end of the file: several prompts may share it, and one may die.
   if (!file_.empty()) std::ofstream(file_, std::ios::app) << utf_to_utf<char>(line) + '\n';
 }
 

@@ -77,6 +77,7 @@ std::string fitted(const std::string& text, std::size_t width) {
   std::wstring wide = utf_to_utf<wchar_t>(text);
   if (widthOf(wide) <= width) return text;
   if (width == 0) return {};
+  // One column is for the dots.
   while (widthOf(wide) > width - 1) wide.pop_back();
   return utf_to_utf<char>(wide) + "\u2026";
 }
@@ -89,6 +90,7 @@ std::string dim(const std::string& text) {
 
 void useUtf8() {
   setlocale(LC_CTYPE, "");
+  // The user's own locale where it will do, for it knows how wide characters are.
   if (std::string_view(nl_langinfo(CODESET)) != "UTF-8") setlocale(LC_CTYPE, "C.UTF-8");
 }
 
@@ -109,6 +111,7 @@ Keyboard::~Keyboard() {
 Keyboard::Event Keyboard::waitForByte(char& byte) {
   const HeldSignals held;
   while (true) {
+    // What came before the signals were held back is looked at first, or it would wait for the next key.
     if (takeInterrupt()) return Interrupt;
     if (resized.exchange(false)) return Resized;
     if (resumed.exchange(false)) return Resumed;
@@ -128,6 +131,7 @@ Keyboard::Event Keyboard::next(wchar_t& character) {
     const Event event = waitForByte(byte);
     if (event != Character) return event;
     const std::size_t length = std::mbrtowc(&character, &byte, 1, &state);
+    // Bytes that are no character are dropped, and the state is not defined after them.
     if (length == isNone) state = {};
     if (length != isNone && length != isBeginning) return Character;
   }

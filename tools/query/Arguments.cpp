@@ -187,6 +187,7 @@ void Arguments::finish() const {
 }
 
 const Json& Arguments::get(const std::string& name) const {
+  // Noted also when it is missing or wrong: finish() is about arguments that nobody asks for.
   read_.insert(name);
   const auto found = object_.find(name);
   if (found == object_.end()) {

@@ -145,6 +145,7 @@ void live(Question& question, Make make) {
   const Depth depth(question);
   std::size_t during = depth.before;
   question.ask([&] {
+    // It is pushed as long as it lives, so the depth is read before it goes.
     const auto frame = make();
     during = depth.now();
     return nullptr;
@@ -196,6 +197,7 @@ void handleEvaluation(Question& question) {
   std::vector<kxArray_tag*> slots(nlhs);
   question.ask([&] { return EvalcExpSuccessful(expression, static_cast<int>(nlhs), slots.data(), flag); });
   std::vector<boost::intrusive_ptr<kxArray_tag>> plhs;
+  // Taken over here, so that they are released whatever happens next.
   for (kxArray_tag* slot : slots) plhs.emplace_back(slot, false);
   question.tell("plhs", plhs);
 }

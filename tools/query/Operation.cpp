@@ -9,6 +9,7 @@
 namespace tools::query {
 
 void Question::ask(const std::function<Result()>& call) {
+  // Before the library is asked: a request that is wrong has no effect.
   arguments.finish();
   std::optional<Result> result;
   host_.clearCodeRecord();
@@ -18,6 +19,7 @@ void Question::ask(const std::function<Result()>& call) {
   } catch (...) {
     answer_["exception"] = jsonOfCurrentException();
   }
+  // After an exception, too: the calls before it are worth knowing.
   if (trace_) log_ = host_.takeLog();
   refused_ = host_.codeRecord().refused;
   interrupted_ = host_.interruptRequested();

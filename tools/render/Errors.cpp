@@ -26,6 +26,7 @@ Json jsonOfCurrentException() {
     throw;
   } catch (const KCOSContextData::ResolvedClassID::BadClassNameException& exception) {
     return {{"type", typeOf(exception)}, {"className", jsonOf(exception.className)}};
+    // More derived types come before their bases.
   } catch (const foundation::core::except::Exception& exception) {
     return {{"type", typeOf(exception)},
             {"messageId", jsonOf(exception.messageId())},

@@ -12,6 +12,7 @@ namespace tools {
 
 namespace {
 
+// An answer is for a line of output, and readers of JSON have limits of their own.
 constexpr int deepest = 100;
 constexpr std::size_t mostElements = 100'000;
 constexpr double exactNumbers = 9007199254740992.0;
@@ -19,6 +20,7 @@ constexpr double exactNumbers = 9007199254740992.0;
 using Size = std::vector<std::size_t>;
 
 Size sizeOf(const kxArray_tag* value) {
+  // The host refuses to tell dimensions that are not held in the form that is asked for.
   if (kxHasLazyDimensions(value)) kxCompleteDimensions(value);
   if (kxHasCompactDimensions(value)) return {kxGetRowCount(value), kxGetColumnCount(value)};
   const std::size_t* dimensions = kxGetDimensions(value);
@@ -37,6 +39,7 @@ Json jsonOfNumber(double number) {
   if (std::isnan(number)) return "NaN";
   if (std::isinf(number)) return number > 0 ? "Inf" : "-Inf";
   const bool isNegativeZero = number == 0 && std::signbit(number);
+  // What an integer would not tell exactly stays a double: a big number, and the sign of zero.
   if (std::trunc(number) != number || std::abs(number) > exactNumbers || isNegativeZero) return number;
   return static_cast<std::int64_t>(number);
 }
@@ -49,6 +52,7 @@ class ValueWriter {
     const Size size = sizeOf(value);
     const std::size_t count = kxGetNumberOfElements(value);
     if (level > deepest || count >= elementsLeft_) return summary(value, size);
+    // One for the value itself, so that empty ones are not for nothing.
     elementsLeft_ -= count + 1;
     switch (kxGetClassID(value)) {
       case StorageCode::Cell:

@@ -47,6 +47,7 @@ void Alarm::set(Time time) {
   {
     const std::lock_guard lock(mutex_);
     hasGoneOff_ = false;
+    // Without a thread: it might go off only after a short request has ended.
     if (time <= std::chrono::steady_clock::now()) return goOff();
     time_ = time;
   }
@@ -76,6 +77,7 @@ void Alarm::run() {
 void Alarm::goOff() noexcept {
   time_.reset();
   hasGoneOff_ = true;
+  // Under the lock, so that an alarm that has been stopped cannot interrupt the next request.
   host_.requestInterrupt();
 }
 

@@ -28,11 +28,13 @@ class HostSession::Silence {
     try {
       err_.push(sink_);
     } catch (...) {
+      // This object is not complete, so no destructor will do it.
       out_.pop();
       throw;
     }
   }
   ~Silence() {
+    // In the reverse order of the pushes.
     remove(err_);
     remove(out_);
   }
@@ -86,6 +88,7 @@ HostSession::~HostSession() = default;
 
 void HostSession::beginRequest(frontend::CodePolicy policy, frontend::Deadline deadline) {
   host_.clearInterrupt();
+  // What may throw comes first; until it is kept below, the silence ends with this scope.
   auto silence = std::make_unique<Silence>();
   if (deadline) alarm_.set(*deadline);
   silence_ = std::move(silence);
@@ -97,6 +100,7 @@ void HostSession::beginRequest(frontend::CodePolicy policy, frontend::Deadline d
 
 frontend::RequestRecord HostSession::endRequest() noexcept {
   frontend::RequestRecord record;
+  // First, so that no alarm goes off from here on; only it knows whose the interrupt is.
   record.timedOut = alarm_.stop();
   record.interrupted = host_.interruptRequested() && !record.timedOut;
   host_.clearInterrupt();

@@ -19,11 +19,14 @@ static_assert(std::atomic<bool>::is_always_lock_free);
 // Both handlers call only what a signal handler may.
 void interrupt(int) {
   embedded::Host* host = interruptible.load();
+  // The second Ctrl-C ends a process that has not heard the first. _exit, because destructors must not run
+  // here.
   if (host == nullptr || host->interruptRequested()) _exit(Interrupted);
   host->requestInterrupt();
 }
 
 void note(int) {
+  // First, so that whoever makes a host interruptible now still learns of it.
   noted.store(true);
   if (embedded::Host* host = interruptible.load()) host->requestInterrupt();
 }
@@ -31,6 +34,7 @@ void note(int) {
 void handle(void (*handler)(int)) {
   struct sigaction action = {};
   action.sa_handler = handler;
+  // Reading a line goes on; it is the host that is to notice.
   action.sa_flags = SA_RESTART;
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
@@ -50,6 +54,7 @@ bool readLine(std::istream& input, std::string& line, std::size_t longest) {
   int character = buffer.sbumpc();
   if (character == EOF) return false;
   for (; character != '\n' && character != EOF; character = buffer.sbumpc()) {
+    // One character more than is allowed tells the caller that the line is too long.
     if (line.size() <= longest) line.push_back(static_cast<char>(character));
   }
   return true;

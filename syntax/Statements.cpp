@@ -33,6 +33,7 @@ std::size_t beforeLineEnds(std::u16string_view text, std::size_t offset) {
 
 bool endsInContinuation(std::u16string_view text, std::size_t begin, std::size_t end) {
   if (text.substr(begin, end - begin).find(u"...") == std::u16string_view::npos) return false;
+  // The dots may be in a text or a comment.
   const auto tokens = tokensOf(text, begin, end);
   return !tokens.empty() && tokens.back().is(TokenKind::Continuation);
 }
@@ -44,6 +45,7 @@ Token Statements::token() {
   if (kept_) return *std::exchange(kept_, {});
   Token token = tokenizer_.next();
   while (token.isRemark()) token = tokenizer_.next();
+  // What follows a problem in its line means nothing that could be relied on.
   if (token.isProblem()) tokenizer_.restartLine();
   return token;
 }
@@ -65,7 +67,9 @@ std::optional<std::vector<Token>> Statements::next() {
     if (ends(statement, open, next)) {
       const bool atEnd = next.is(TokenKind::EndOfText);
       if (atEnd) end_ = next.at;
+      // The tokenizer keeps the brackets that are open, too, and has to forget them.
       if (!open.empty() && next.is(Symbol::Newline)) tokenizer_.restartLine();
+      // It begins the next statement; other ends belong to none.
       if (atEnd || isBoundary(next, !open.empty())) kept_ = next;
       if (!statement.empty()) return statement;
       if (atEnd) return {};

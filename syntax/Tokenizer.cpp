@@ -147,6 +147,7 @@ void Tokenizer::readNumber() {
     while (isDigit(peek())) advance();
   };
   digits();
+  // "1.*x" multiplies: an operator that begins with a dot comes before a number that ends with one.
   const bool isOperator = std::u16string_view(u"*/^'.").find(peek(1)) != std::u16string_view::npos;
   if (peek() == u'.' && !isOperator) advance();
   digits();

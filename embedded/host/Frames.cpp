@@ -15,6 +15,7 @@ class FrameStack::Guard final : public Tamsix::orvo::FrameGuard {
 
   ~Guard() override {
     enter<Operation::popFrame>();
+    // Not simply the last one: guards of a client need not go in the order in which they came.
     const auto innermost = std::find(frames_->rbegin(), frames_->rend(), frame_);
     if (innermost != frames_->rend()) frames_->erase(std::next(innermost).base());
   }

@@ -17,6 +17,7 @@ ValuePtr rowOf(const std::vector<std::optional<std::size_t>>& extents) {
   if (extents.empty()) return newEmpty();
   std::vector<double> row;
   for (const auto& extent : extents)
+    // NaN stands for any extent.
     row.push_back(extent ? static_cast<double>(*extent) : std::numeric_limits<double>::quiet_NaN());
   const std::size_t count = row.size();
   return newValue({1, count}, std::move(row));

@@ -43,6 +43,7 @@ void Inspection::setFault(FaultPlan plan) {
   PlannedFault fault{plan.operation.empty(), {}, plan.call, plan.andLater, std::move(plan.raise), false};
   if (!fault.anyOperation) {
     const auto operation = operationNamed(plan.operation);
+    // A plan that can never happen would make its test pass for nothing.
     if (!operation || !isFaulty(*operation))
       throw std::invalid_argument("\"" + plan.operation + "\" is no operation of the host that may throw");
     fault.operation = *operation;

@@ -17,6 +17,7 @@ Values rest(const BuiltinCall& call, std::size_t first) {
 void print(const BuiltinCall& call, const std::u16string& text) { call.caller.write(text); }
 
 bool isIdentifier(const std::string& text) {
+  // A message may hold a colon, too, but then hardly without a blank.
   return text.find(':') != std::string::npos && text.find_first_of(" %\\") == std::string::npos;
 }
 
@@ -101,6 +102,7 @@ Values num2str(const BuiltinCall& call) {
   if (isText(call[0])) return {call.arguments[0]};
   std::string text;
   for (const double number : numbersOf(call.interpreter, call[0])) {
+    // Texts of numbers are longer than the numbers are, so each costs a step.
     call.interpreter.step();
     text += (text.empty() ? "" : "  ") + shownNumber(number);
   }

@@ -26,6 +26,7 @@ Value::Size sizeOf(const BuiltinCall& call) {
   Value::Size size;
   for (const double extent : extents) {
     if (std::isnan(extent)) call.interpreter.fail("KORVAL:code:Index", "An extent is a number");
+    // Negative extents mean none, and what is too big here is refused as an array below.
     size.push_back(static_cast<std::size_t>(std::clamp(extent, 0.0, 1e18)));
   }
   call.interpreter.checkSize(size);
@@ -33,6 +34,7 @@ Value::Size sizeOf(const BuiltinCall& call) {
 }
 
 std::size_t countOf(const Value::Size& size) {
+  // No overflow: such sizes have been checked, or come from values.
   std::size_t count = 1;
   for (const std::size_t extent : size) count *= extent;
   return count;
@@ -177,6 +179,7 @@ Values modulo(const BuiltinCall& call) {
   const double divisor = numberOf(call.interpreter, call[1]);
   std::vector<double> numbers = numbersOf(call.interpreter, call[0]);
   for (double& number : numbers)
+    // With the sign of the divisor, unlike std::fmod.
     if (divisor != 0) number -= std::floor(number / divisor) * divisor;
   return {newValue(call[0].size(), std::move(numbers))};
 }

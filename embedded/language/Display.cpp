@@ -10,6 +10,7 @@ namespace embedded {
 
 namespace {
 
+// A value is shown in a line; a longer one is told by its size and class.
 constexpr std::size_t mostElements = 100;
 
 std::u16string quoted(const std::u16string& text, char16_t quote) {
@@ -59,6 +60,7 @@ std::u16string listed(Interpreter& interpreter, const Value& value) {
     for (std::size_t column = 0; column < value.columns(); ++column) {
       if (column > 0) text += isCell ? u", " : u" ";
       text += std::visit(ElementText{interpreter, row + column * value.rows()}, value.content());
+      // Only then: checking costs steps, and short elements would pay them again and again.
       if (text.size() > interpreter.limits.elements) interpreter.checkSize({text.size()});
     }
   }
@@ -73,6 +75,7 @@ std::string conversionAt(Interpreter& interpreter, const std::u16string& format,
     const bool isLetter = (unit >= u'a' && unit <= u'z') || unit == u'%';
     if (!isLetter && std::u16string_view(u"0123456789.+- #").find(unit) == std::u16string_view::npos) break;
     conversion += static_cast<char>(unit);
+    // No conversion that makes sense is that long.
     if (conversion.size() > 12) break;
     if (!isLetter) continue;
     ++at;
@@ -93,11 +96,13 @@ std::u16string escapeAt(const std::u16string& format, std::size_t& at) {
 std::string printed(const std::string& conversion, double number) {
   const bool wantsWhole = std::string_view("diux").find(conversion.back()) != std::string_view::npos;
   std::string format = conversion.substr(0, conversion.size() - 1);
+  // Beyond, the number may not be a long long, and converting it would be undefined.
   const bool isWhole = number == std::floor(number) && std::abs(number) < 1e18;
   if (wantsWhole && isWhole)
     format += std::string("ll") + conversion.back();
   else
     format += wantsWhole ? 'g' : conversion.back();
+  // A longer result is cut: the width in a format may be any number.
   char text[2048];
   const int length = wantsWhole && isWhole
                          ? std::snprintf(text, sizeof text, format.c_str(), static_cast<long long>(number))
@@ -135,6 +140,7 @@ std::u16string put(const std::string& conversion, const Argument& argument) {
 }  // namespace
 
 std::u16string shownValue(Interpreter& interpreter, const Value& value) {
+  // Cells nest, and each level is a piece of the C++ stack.
   const CodeLevel level(interpreter);
   interpreter.step();
   if (const auto* text = value.as<std::u16string>(); text != nullptr && isText(value))
@@ -162,6 +168,7 @@ std::u16string formatted(Interpreter& interpreter, const std::u16string& format,
   std::size_t next = 0;
   bool more = true;
   while (more) {
+    // The format is used again for what is left, unless a round has used up nothing.
     const std::size_t before = next;
     for (std::size_t at = 0; at < format.size();) {
       interpreter.step();
@@ -174,6 +181,8 @@ std::u16string formatted(Interpreter& interpreter, const std::u16string& format,
         result += u'%';
       } else if (next < all.size()) {
         result += put(conversion, all[next++]);
+        // Too few arguments end the text at the first conversion without one; with none at all, conversions are
+        // empty.
       } else if (!all.empty()) {
         return result;
       }

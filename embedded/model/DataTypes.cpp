@@ -22,6 +22,7 @@ DataType* TypeRepository::typeOf(const PropertyDescription& property, const Valu
   DataType* plain = named(nameOfType(property));
   if (plain == nullptr) return nullptr;
   if (!property.conversion) withoutConversion_.insert(&plain->id().text());
+  // Types of that name are one object, as long as a property adds nothing of its own.
   if (!property.validation && !values) return plain;
   std::optional<Validation> validation;
   if (property.validation) validation.emplace(*property.validation);

@@ -8,6 +8,7 @@ namespace embedded {
 
 namespace {
 
+// Values may share what they hold, and a few of them can be described as more than any file could take.
 constexpr std::size_t mostValues = 4'000'000;
 
 [[noreturn]] void fail(const std::string& code, const std::string& reason) {
@@ -20,6 +21,7 @@ constexpr std::size_t mostValues = 4'000'000;
 class ValueDescriber::Level {
  public:
   explicit Level(ValueDescriber& describer) : describer_(describer) {
+    // The depth at which reading stops, so that nothing is described that could not be read again.
     if (describer.depth_ == snapshot::deepestLevel)
       fail("snapshot.too-deep", "nested deeper than " + std::to_string(snapshot::deepestLevel) + " levels");
     if (++describer.count_ > mostValues)
@@ -72,6 +74,7 @@ struct ValueDescriber::ByKind {
   }
 
   ValueDescription operator()(const Objects& objects) const {
+    // It lives for the time of a query only, and no text of a snapshot makes one.
     if (objects.ofPossibleValues)
       fail("snapshot.unknown-kind", "the conversion of a possible value cannot be written");
     const std::string className = value.className();

@@ -63,6 +63,7 @@ void read(Reader& reader, Event& event, int& destination) {
 }
 
 void read(Reader& reader, Event& event, std::size_t& destination) {
+  // Beyond, the number in the text may have been another one than the double that came of it.
   destination = static_cast<std::size_t>(readWhole(reader, event, 0, biggestWhole));
 }
 
@@ -85,6 +86,7 @@ void read(Reader& reader, Event& event, MemberName& destination) {
 }
 
 void read(Reader& reader, Event& event, std::u16string& destination) {
+  // It is valid: the source lets no other bytes through, and the parser no lone surrogates.
   const std::string& text = textOf(reader, event, "a text");
   utf8::utf8to16(text.begin(), text.end(), std::back_inserter(destination));
 }
@@ -105,6 +107,7 @@ Json write(Writer&, double value) {
   if (std::isnan(value)) return unusualNumbers[0].first;
   if (std::isinf(value)) return unusualNumbers[value > 0 ? 1 : 2].first;
   const bool whole = std::trunc(value) == value && std::abs(value) < biggestWhole;
+  // As an integer it would lose its sign.
   const bool negativeZero = value == 0 && std::signbit(value);
   return whole && !negativeZero ? Json(static_cast<std::int64_t>(value)) : Json(value);
 }

@@ -29,6 +29,7 @@ class NamedValuesHandler final : public Handler {
 
   void key(Reader& reader, const std::string& name) override {
     if (!seen_.insert(name).second) reader.refuseRepeated(name);
+    // A vector, not a map: the order in the text is the order of the properties.
     entries_.emplace_back().name = name;
   }
   void value(Reader& reader, Event& event) override { read(reader, event, entries_.back().*content); }
@@ -45,6 +46,7 @@ Json writeNamedValues(Writer& writer, const std::vector<Entry>& entries) {
   std::unordered_set<std::string> seen;
   for (const Entry& entry : entries) {
     const Writer::Step step(writer, std::string_view(entry.name));
+    // A session may hold a name twice, but the text could not be read again.
     if (!seen.insert(entry.name).second)
       writer.fail("snapshot.duplicate-key", inQuotes(entry.name) + " would stand here twice");
     Json name = write(writer, entry.name);
@@ -263,6 +265,7 @@ class ValueHandler final : public Handler {
   explicit ValueHandler(ValueDescription& value) : value_(value) {}
 
   void key(Reader& reader, const std::string& name) override {
+    // The first key says which kind it is: its handler reads this key and all that follow.
     if (!content_) content_ = begin(reader, name);
     content_->key(reader, name);
   }

@@ -36,6 +36,7 @@ class OwnMembers final : public kcos::COSVisitor<kcos::COSInterface*> {
   OwnMembers(const kcos::COSInternedName& owner, const Levels& levels) : owner_(owner), levels_(levels) {}
 
   void visit(kcos::COSInterface* member) override {
+    // The walk of a class passes inherited members, too.
     if (kcos::cosiClassOfMember(member)->getID() != owner_) return;
     if (const kcos::COSPropInfo* property = kcos::cosiToProp(member))
       add(*property, property->getMemberGetAccess(), property->getMemberSetAccess());
@@ -129,6 +130,7 @@ class Collector {
     const std::size_t at = known->second;
     if (!isNew) return at;
     classes_.push_back(ownDescription(record, at == 0 ? levels_ : inheritedLevels_));
+    // Constructors are not inherited.
     if (at > 0) {
       std::erase_if(classes_[at].methods,
                     [](const MethodDescription& method) { return method.isConstructor; });

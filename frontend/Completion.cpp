@@ -92,6 +92,7 @@ void offer(RequestContext& request, const CursorContext& context, CandidateList&
       break;
     case CursorContext::Name:
       offerTargetValues(request, context, candidates);
+      // What begins a statement is no argument, whatever call is still open before it.
       if (!context.beginsStatement) offerArguments(request, context, candidates);
       if (!context.following.empty()) {
         offerMethodsBeforeDot(request, resolve(request, context.following), candidates);
@@ -112,6 +113,7 @@ Completion complete(Session& session, const std::u16string& text, std::size_t cu
   completion.outcome = answer(session, scope, options, [&](RequestContext& request) {
     offerAt(request, contextAt(text, cursor), {options.limit}, completion);
   });
+  // Any other status says already that there may be more, and why.
   if (completion.outcome.status == Status::Complete && completion.total > completion.candidates.size()) {
     completion.outcome.status = Status::Limited;
     completion.outcome.reason =
@@ -130,6 +132,7 @@ void offerAt(RequestContext& request, CursorContext context, const Extent& exten
     offer(request, context, candidates);
   } catch (...) {
     // Details ask the library again, which has just failed or is to stop.
+    // What has been found is not lost: it is offered with the status that the exception becomes.
     candidates.finish({extent.limit, false}, completion);
     throw;
   }
@@ -137,6 +140,7 @@ void offerAt(RequestContext& request, CursorContext context, const Extent& exten
 }
 
 Match matchOf(const std::u16string& typed, const std::u16string& name) {
+  // From the best on: a text that begins a name also fits its humps.
   if (typed == name) return Match::Exact;
   if (name.starts_with(typed)) return Match::Prefix;
   if (beginsIgnoringCase(name, typed)) return Match::PrefixIgnoringCase;

@@ -79,6 +79,7 @@ class Reader {
     if (last != nullptr && last->isRemark()) return context;
     if (last != nullptr && last->end == cursor_) {
       if (isLiteral(*last)) return context;
+      // It is being typed, so it belongs to what is completed and not to what is before that.
       if (last->isWord() || last->is(TokenKind::OpenText)) --count;
     }
     if (count < tokens_.size()) readTyped(context);
@@ -144,6 +145,7 @@ class Reader {
         context.kind = CursorContext::Handle;
         return;
       }
+      // A dot with a blank after it: what would follow it is no name that could be completed.
       if (count > 0 && is(count - 1, Dot)) return;
       if (context.typed.empty() && endsValue(count)) return;
       context.kind = CursorContext::Name;
@@ -199,6 +201,7 @@ class Reader {
   }
 
   std::optional<Call> callThatOpens(std::size_t open, std::size_t count) const {
+    // After a blank a parenthesis groups.
     if (open == 0 || !is(open, OpenParen) || tokens_[open].blankBefore) return {};
     const std::size_t begin = beginOfChain(open);
     if (begin == open) return {};
@@ -246,6 +249,7 @@ std::u16string firstArgumentAfter(const std::u16string& text, std::size_t cursor
   std::size_t at = cursor;
   while (at < text.size() && syntax::isNamePart(text[at])) ++at;
   if (at == text.size() || text[at] != u'(') return {};
+  // Only this line: a call that has not been closed would else run to the end of the text.
   const std::size_t end = std::min(text.find_first_of(u"\r\n", at), text.size());
   const auto tokens = syntax::tokensOf(text, at + 1, end);
   int depth = 0;

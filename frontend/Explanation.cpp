@@ -97,6 +97,7 @@ class NameReasons {
   /// Of the workspace, which does not count in a function's own code.
   Reason asVariable() const {
     Scope scope = request_.scope();
+    // Asked as if it were typed at a prompt.
     scope.workspace = true;
     if (!isOfferedAt(request_, cursorContext_, scope, request_.options().hidden, name_)) return {};
     return {Rule::Position, quoted(name_) + u" is a variable of the workspace, offered at a prompt"};
@@ -186,6 +187,7 @@ class Explaining {
       return add(Rule::NoPosition, u"no name is typed at the cursor");
     }
     Completion offered;
+    // Without a limit, so that a name beyond the limit is told with its number.
     offerAt(request_, cursorContext_, everyName, offered);
     const auto found = std::ranges::find(offered.candidates, explanation_.name, &Candidate::label);
     if (found == offered.candidates.end()) return explainAbsence();
@@ -235,6 +237,7 @@ class Explaining {
 /// What was not looked at may hold the name, whatever else has been found out.
 void considerRefusals(Explanation& explanation) {
   if (explanation.isOffered || explanation.outcome.status != Status::RefusedCode) return;
+  // Other rules hold whatever code would have told.
   if (!endsThere(explanation.reasons)) return;
   explanation.reasons = {{Rule::RefusedCode, explanation.outcome.reason}};
 }

@@ -39,6 +39,7 @@ std::vector<std::u16string> superclassesOf(const ClassInfo& record) {
   std::deque<const ClassInfo*> next{&record};
   for (; !next.empty(); next.pop_front()) {
     for (const auto& superclass : next.front()->structure.superclasses) {
+      // A vector is searched: few classes have more than a handful of ancestors, and the order counts.
       if (std::ranges::count(names, superclass->structure.name) > 0) continue;
       names.push_back(superclass->structure.name);
       next.push_back(superclass.get());

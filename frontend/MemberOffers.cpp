@@ -215,6 +215,7 @@ class ClassMembers {
         return excluded.contains(name) || ofClass.contains(name);
       });
     }
+    // What the record has listed already is not listed again.
     const auto known = namesOf(described_->methods);
     std::erase_if(names, [&](const std::u16string& name) { return known.contains(name); });
     candidates_.addInOrder(names, Kind::Method, describePublicMethod(), described_->methods.size());

@@ -124,6 +124,7 @@ class MemberReasons {
   Reason contextReason() const {
     static const auto table = getNoDotMethodClassesExcludeSet();
     const std::u16string& asked = record_.structure.name;
+    // Before the table: a class may be left out on both grounds, and the mixin is its author's own choice.
     if (record_.isA(mixin)) return {Rule::Mixin, asked + u" derives from " + mixin};
     const auto found =
         std::ranges::find_if(table, [this](const std::u16string& name) { return record_.isA(name); });

@@ -169,6 +169,7 @@ void offerNamespace(RequestContext& request, const std::u16string& name, Candida
   Names inner;
   getNamespaceNamespaceNames(name, inner);
   for (const std::u16string& whole : inner) {
+    // Hosts may tell inner namespaces by their whole names.
     const std::u16string last = lastPart(whole);
     if (!isExcludedNamespace(name + u"." + last)) candidates.addNames({last}, Kind::Namespace);
   }
@@ -181,6 +182,7 @@ void offerPackage(RequestContext& request, const std::u16string& name, Candidate
   } else {
     for (const char* kind : {".k", ".kex", "classes"}) getWhatList(u"@" + name, names, kind);
   }
+  // Files among them come with their suffixes.
   for (std::u16string& found : names) found.resize(std::min(found.size(), found.find(u'.')));
   candidates.addNames(names, Kind::Function);
 }

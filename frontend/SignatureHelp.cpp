@@ -66,6 +66,7 @@ FunctionMetadata metadataOf(const std::u16string& function) {
     return getArgumentBlockMetadata(function, function);
   } catch (const Tamsix::System::InterruptException&) {
     throw;
+    // Only the host's own errors: anything else is a failure of the request.
   } catch (const foundation::core::except::Exception&) {
     return {};
   }
@@ -154,6 +155,7 @@ std::optional<std::size_t> activeArgument(const Signature& signature, const Call
     if (inputs[at].kind != Argument::NameValue) positional.push_back(at);
   }
   if (call.argument < positional.size()) return positional[call.argument];
+  // A repeating argument is the last one, and stands for all that follow.
   if (!positional.empty() && inputs[positional.back()].kind == Argument::Repeating) return positional.back();
   return {};
 }

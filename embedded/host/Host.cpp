@@ -82,6 +82,7 @@ void Host::setInterpreterAvailable(bool available) noexcept { session_->interpre
 std::vector<const IExecutionFrame*> Host::frames() const { return session_->frames.frames(); }
 
 Description Host::describe() const {
+  // Made of what cannot change and of what can: code changes variables, and clients the switch.
   Description description = fixed_;
   description.components = session_->componentsOn;
   ValueDescriber describer(session_->classes);

@@ -92,6 +92,7 @@ class PropertyAs : public Property, public Record {
   }
   bool isVisible() const override {
     enter<Operation::propIsVisible>(content().name.text());
+    // Properties have one word for both: a hidden one is not visible.
     return !content().hidden;
   }
   bool isDependent() const override {

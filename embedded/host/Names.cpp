@@ -28,6 +28,7 @@ const Class* resolve(const std::string& name, const Kfh_KORVAL_fn* scope) {
   const ClassSystem& classes = session().classes;
   if (name.empty()) return nullptr;
   if (scope == nullptr) return classes.findFor("", name);
+  // Imports come before the namespace that the code is in, which comes before the whole name.
   for (const std::string& import : scope->imports)
     if (const Class* found = classes.findFor(scope->component, importedName(import, name)); found != nullptr)
       return found;
@@ -74,6 +75,7 @@ std::string getUserVisibleClassName(const std::string& resolvedName) {
   enter<Operation::getUserVisibleClassName>(resolvedName);
   const embedded::Class* found = embedded::session().classes.find(resolvedName);
   if (found != nullptr) return found->names().dotted.text();
+  // A class that does not exist has a name for users all the same.
   const auto colon = embedded::endOfComponent(resolvedName);
   return colon == embedded::none ? resolvedName : resolvedName.substr(colon + 1);
 }

@@ -73,6 +73,7 @@ Values properties(const BuiltinCall& call) {
 Values fieldNames(const BuiltinCall& call) {
   call.require(1, 1);
   if (const auto* structures = call[0].as<Structures>()) return {newCellOfTexts(structures->fields)};
+  // For objects the fields are the properties that everybody may read.
   if (call[0].object() != nullptr) return properties(call);
   const Opaque* opaque = call[0].opaque();
   if (opaque == nullptr) failWithout(call, "fields");
@@ -162,6 +163,7 @@ Values allNamespaces(const BuiltinCall& call) {
   const std::vector<std::string> names = call.interpreter.world.classes.namespaceNames();
   for (const std::string& name : names)
     objects.elements.push_back(
+        // Of a class that no session has to describe: only its name is ever asked for.
         newValue({1, 1}, Object{className, className, {{"Name", newText(widened(name))}}, {}, {}}));
   return {newValue({names.size(), 1}, std::move(objects))};
 }

@@ -202,6 +202,7 @@ Values callNamed(Evaluator& caller, const std::string& name, Values arguments, s
 
 Values callRoutine(Interpreter& interpreter, const Routine& routine, const FunctionSyntax* function,
                    Values arguments, std::size_t nargout, Workspace* variablesOfCaller) {
+  // A call is a level, and so recursion without end stops at the limit of levels.
   const CodeLevel level(interpreter);
   const CodeSource source(interpreter, routine.context().name);
   const Unit& unit = interpreter.unitOf(routine);

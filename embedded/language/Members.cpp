@@ -79,6 +79,7 @@ bool mayUse(const Interpreter& interpreter, const kcos::COSExtendedAccess& acces
   const Class* own = asking == nullptr ? nullptr : asking->context().ownClass;
   if (own == nullptr) return false;
   if (own == &owner || (access.level == Protected && own->derivesFrom(owner))) return true;
+  // Classes that derive from a listed one may use the member, too.
   return std::ranges::any_of(access.classes, [&interpreter, own](const kcos::COSInternedName& granted) {
     const Class* found = interpreter.world.classes.find(granted);
     return found != nullptr && own->derivesFrom(*found);

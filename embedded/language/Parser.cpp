@@ -178,6 +178,7 @@ For Parser::forStatement() {
 }
 
 Block Parser::loopBlock() {
+  // Counted, because `break` and `continue` are refused outside of loops before anything runs.
   ++loops_;
   Block result = block();
   --loops_;
@@ -203,6 +204,7 @@ FunctionSyntax Parser::function() {
   result.outputs = outputs(result.name);
   result.inputs = inputs();
   result.body = block();
+  // In a file of functions each may end with `end`, or with the next one.
   if (!token_.is(Keyword::Function) && !token_.is(TokenKind::EndOfText))
     nested.close(Keyword::End, "\"end\"");
   return result;

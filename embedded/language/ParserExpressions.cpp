@@ -48,6 +48,7 @@ ExpressionPtr Parser::binary(std::size_t rank) {
   const auto operand = [&] { return rank == rankAboveRange ? range(rank + 1) : binary(rank + 1); };
   ExpressionPtr first = operand();
   BinaryExpression result;
+  // A loop and a flat list of operands: long sums need no deep stack.
   while (isOneOf(token_, ranks[rank]) && !(isOneOf(token_, sums) && beginsNextElement())) {
     if (result.operands.empty()) result.operands.push_back(std::move(first));
     result.operators.push_back(advance().symbol);
@@ -156,6 +157,7 @@ ExpressionPtr Parser::primary() {
   if (token_.is(TokenKind::Number)) return make(at, NumberLiteral{numberOf(advance(), text_)});
   if (token_.is(TokenKind::Text)) return make(at, TextLiteral{contentOf(advance(), text_)});
   if (token_.is(TokenKind::String)) return make(at, StringLiteral{contentOf(advance(), text_)});
+  // Elsewhere the word ends a block.
   if (inIndex_ && accept(Keyword::End)) return make(at, LastIndex{});
   if (accept(At)) return make(at, HandleLiteral{dottedName()});
   if (token_.is(OpenBracket) || token_.is(OpenBrace)) return matrix(token_.is(OpenBrace));

@@ -41,6 +41,7 @@ void ClassSystem::addFunction(const FunctionDescription& description) {
   if (!isDottedName(description.name)) return;
   Namespace* inNamespace = makeNamespace(namespaceOf(description.name));
   if (inNamespace == nullptr) return;
+  // A function in a namespace is listed as a method that no class defines.
   functions_.emplace_back(nullptr,
                           MethodContent{.name = MemberText(std::string(simpleNameOf(description.name))),
                                         .access = {},
@@ -82,6 +83,7 @@ void ClassSystem::completeClass(Class& oneClass, const ClassDescription& descrip
 std::shared_ptr<const Routine> ClassSystem::routineOf(const Class& oneClass,
                                                       const MethodDescription& method) {
   if (method.code.empty() || !method.name) return nullptr;
+  // Nothing else tells a constructor than that it has the name of its class.
   const bool constructs = *method.name == oneClass.simpleName();
   return routineOf(oneClass, *method.name, method.code,
                    constructs        ? Routine::Receiver::NewObject
@@ -120,6 +122,7 @@ PropertyContent ClassSystem::contentOf(const Class& oneClass, const PropertyDesc
 
 TypeRepository::Values ClassSystem::valuesOf(const PropertyDescription& description) const {
   if (description.values) return description.values;
+  // The class of the validation comes first, as it does for the type that the library tells.
   const bool isDeclared = description.validation && !description.validation->className.empty();
   const Class* type = find(isDeclared ? description.validation->className : description.type);
   if (type == nullptr || !type->enumeration()) return {};
@@ -167,6 +170,7 @@ Class* ClassSystem::findFor(std::string_view component, std::string_view dottedN
   const auto found = byDottedName_.find(&name.text());
   // It may still be an identity, or an alias.
   if (name.isNull() || found == byDottedName_.end()) return find(name);
+  // A class of the caller's component comes first, then one of no component, then the first one declared.
   Class* withoutComponent = nullptr;
   for (Class* candidate : found->second) {
     const kcos::COSInternedName own = candidate->names().component;

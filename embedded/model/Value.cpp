@@ -179,6 +179,7 @@ struct Maker {
   OwnedValue operator()(const CellArray& array) const {
     Cells cells;
     for (const auto& element : array.elements)
+      // An absent element stays absent: clients can tell it from an empty array.
       cells.elements.push_back(element ? makeValue(*element, classes) : ValuePtr());
     return newValue(sizeOr(array.size, array.elements.size()), std::move(cells));
   }

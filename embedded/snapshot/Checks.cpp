@@ -40,6 +40,7 @@ std::size_t CheckContext::requireClass(const std::string& name, const Place& pla
 
 void checkName(const CheckContext& context, const std::string& name, const Place& place) {
   if (name.empty()) context.fail("snapshot.bad-name", place, "a name must not be empty");
+  // The host hands names out as C strings, which would end there.
   if (name.find('\0') != std::string::npos)
     context.fail("snapshot.bad-name", place, "a name must not hold the character U+0000");
 }
@@ -109,6 +110,7 @@ void checkScopes(const CheckContext& context, const FunctionNames& names) {
 
 void checkText(const CheckContext& context, const std::string& code, const Place& place) {
   if (code.empty()) return;
+  // Parsed now, so that a mistake is told with its place in the file and not when the code first runs.
   if (const auto failure = embedded::checkCode(widened(code)))
     context.fail("snapshot.bad-code", place,
                  "line " + std::to_string(failure->line) + ", column " + std::to_string(failure->column) +

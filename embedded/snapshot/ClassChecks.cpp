@@ -56,6 +56,7 @@ void checkAccess(const CheckContext& context, const Access& access, const Place&
 }
 
 void checkReferencesOf(CheckContext& context, const ClassDescription& described, const Place& place) {
+  // Kept for the checks that follow, which walk superclasses by index.
   auto& indices = context.superclasses.emplace_back();
   const Place superclasses(place, "superclasses");
   for (std::size_t index = 0; index < described.superclasses.size(); ++index) {
@@ -109,6 +110,7 @@ class CycleSearch {
       return;
     }
     const std::size_t superclass = superclasses[step.nextSuperclass++];
+    // It is on the way from the start to here, so the way is a cycle.
     if (states_[superclass] == State::Open) refuse(superclass);
     if (states_[superclass] == State::New) enter(superclass);
   }

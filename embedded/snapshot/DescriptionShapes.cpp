@@ -143,6 +143,7 @@ bool readName(Reader& reader, Event& event, Member& member) {
 
 template <class Member>
 Json writeMember(Writer& writer, const Member& member) {
+  // Written whole first: whether the name alone is enough shows by what else there is to write.
   Json object = writeObject(writer, member, shapeOf<Member>);
   return object.size() == 1 && member.name ? object.front() : object;
 }
@@ -360,6 +361,7 @@ Json writeFormat(Writer&, const Description&) { return knownFormat; }
 
 /// Editors find the schema by this key; it says nothing about the session.
 void readSchema(Reader& reader, Event& event, Description&) {
+  // Read all the same, so that something else than a text is refused.
   std::string schema;
   read(reader, event, schema);
 }

@@ -215,6 +215,7 @@ class ValueCheck {
   }
 
   void collectProperties(std::size_t index, Names& names) const {
+    // A list of its own and no recursion: chains of superclasses may be as long as the snapshot.
     std::unordered_set<std::size_t> met{index};
     std::vector<std::size_t> open{index};
     while (!open.empty()) {

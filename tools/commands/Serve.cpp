@@ -19,6 +19,7 @@ namespace {
 bool writeAll(const std::string& bytes) {
   for (std::size_t done = 0; done < bytes.size();) {
     const ssize_t count = ::write(STDOUT_FILENO, bytes.data() + done, bytes.size() - done);
+    // A write may be cut short, by a signal too, and goes on where it stopped.
     if (count < 0 && errno != EINTR) return false;
     if (count > 0) done += static_cast<std::size_t>(count);
   }

@@ -61,6 +61,7 @@ void addFrontEndOptions(CLI::App& command, tools::FrontEndOptions& options) {
 }
 
 void addQuery(CLI::App& app, int& status) {
+  // Shared with the callback, which runs when this function has returned.
   const auto options = std::make_shared<tools::QueryOptions>();
   CLI::App& command = *app.add_subcommand("query", "Answers requests, one JSON object per line");
   CLI::Option* snapshot =
@@ -69,6 +70,7 @@ void addQuery(CLI::App& app, int& status) {
   command.add_flag("--no-code", options->noCode, "Run no Korval code; answers tell what was refused");
   CLI::Option* ops = command.add_flag("--ops", options->ops, "List the operations and end");
   command.callback([=, &status] {
+    // Not required() like elsewhere, because --ops needs no session.
     if (snapshot->empty() && ops->empty()) throw CLI::RequiredError("--snapshot");
     status = tools::runQuery(*options);
   });

@@ -15,9 +15,11 @@ constexpr int incremental = 2;
 /// The client's first choice among those that the server has.
 PositionEncoding encodingOf(const Json& params) {
   const Json& offered = valueAt(params, "/capabilities/general/positionEncodings");
+  // What the protocol says for clients that offer none.
   if (!offered.is_array()) return PositionEncoding::Utf16;
   for (const Json& encoding : offered) {
     if (encoding == "utf-8") return PositionEncoding::Utf8;
+    // The client would rather have this one than UTF-8, if that comes at all.
     if (encoding == "utf-16") break;
   }
   return PositionEncoding::Utf16;
@@ -34,6 +36,7 @@ void readOptions(const Json& options, Abilities& client) {
   if (limit.is_number_unsigned()) client.limit = limit.get<std::size_t>();
   const Json& patience = valueAt(options, "/timeout");
   if (patience.is_number_unsigned()) {
+    // Beyond, the deadline might not be a time any more.
     constexpr std::uint64_t aDay = 86'400'000;
     client.patience = std::chrono::milliseconds(std::min(patience.get<std::uint64_t>(), aDay));
   }
@@ -44,6 +47,7 @@ void readOptions(const Json& options, Abilities& client) {
 
 frontend::Options Abilities::options() const {
   frontend::Options options{.policy = policy, .limit = limit, .hidden = hidden};
+  // Counted from the request, not from when the server began.
   if (patience.count() > 0) options.deadline = std::chrono::steady_clock::now() + patience;
   return options;
 }

@@ -40,6 +40,7 @@ void Client::notify(const std::string& method, const Json& params) {
 }
 
 void Client::log(Severity severity, const std::string& message) {
+  // Before, the protocol allows no such messages.
   if (initialized_) {
     notify("window/logMessage", {{"type", static_cast<int>(severity)}, {"message", message}});
   } else {

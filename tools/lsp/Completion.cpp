@@ -127,11 +127,13 @@ Json completion(Context& context, const Json& params) {
 Json resolve(Context& context, const Json& item) {
   const LatestCompletion& latest = context.completion;
   const Json& index = valueAt(item, "/data/index");
+  // Only the last answer is kept; an item of an older one goes back as it came.
   if (valueAt(item, "/data/answer") != latest.number || !index.is_number_unsigned() ||
       index >= latest.candidates.size()) {
     return item;
   }
   const Candidate& candidate = latest.candidates[index.get<std::size_t>()];
+  // As if the candidate had been accepted, which is the position that is described.
   const std::u16string text = latest.before + candidate.insertion;
   const auto hover = frontend::describe(context.session.session(), text, text.size(), latest.scope,
                                         context.abilities.options());

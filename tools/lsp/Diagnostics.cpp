@@ -52,6 +52,7 @@ void publish(Client& client, Json params) {
 
 void publishDiagnostics(Client& client, const std::string& uri, OpenDocument& document, bool withVersion) {
   document.isChecked = true;
+  // Marked as checked before, so that it is not looked at again.
   if (!document.isCode) return;
   Json params = {{"uri", uri}, {"diagnostics", problemsOf(document.content)}};
   if (withVersion) params["version"] = document.version;

@@ -32,6 +32,7 @@ std::size_t offsetIn(std::u16string_view line, std::uint64_t character, Position
   for (std::uint64_t counted = 0; offset < line.size();) {
     const std::size_t units = unitsAt(line, offset);
     counted += encoding == PositionEncoding::Utf8 ? bytesOf(line[offset], units) : units;
+    // A position inside a character is that before it.
     if (counted > character) break;
     offset += units;
   }
@@ -63,6 +64,7 @@ void Document::findLines() {
        at = text_.find_first_of(u"\r\n", at)) {
     at += text_[at] == u'\r' && at + 1 < text_.size() && text_[at + 1] == u'\n' ? 2 : 1;
     lineStarts_.push_back(at);
+    // To the protocol "\r" alone ends a line, to the language it does not.
     if (text_[at - 1] == u'\n') codeLineStarts_.push_back(at);
   }
 }
@@ -82,6 +84,7 @@ std::u16string_view Document::line(std::size_t number) const {
 }
 
 std::size_t Document::offsetOf(const Position& position) const {
+  // The protocol lets positions be beyond the end, and takes them for the end.
   if (position.line >= lineStarts_.size()) return text_.size();
   const auto number = static_cast<std::size_t>(position.line);
   return lineStarts_[number] + offsetIn(line(number), position.character, encoding_);
@@ -109,6 +112,7 @@ void Document::replace(std::u16string text) {
 }
 
 void Document::replace(const Range& range, std::u16string_view text) {
+  // A range may be given from its end.
   const auto [begin, end] = std::minmax({offsetOf(range.start), offsetOf(range.end)});
   text_.replace(begin, end - begin, text);
   findLines();

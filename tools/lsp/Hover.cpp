@@ -74,6 +74,7 @@ Json parametersOf(const Signature& signature, const std::u16string& text, bool o
     const std::size_t begin = text.find(argument.name, from);
     Json parameter = {{"label", narrow(argument.name)}};
     if (begin != std::u16string::npos) {
+      // The next one is looked for after it: one name may be part of another.
       from = begin + argument.name.size();
       if (offsets) parameter["label"] = {begin, from};
     }

@@ -54,6 +54,7 @@ std::optional<std::string> FrameReader::line(std::size_t longest) {
       if (text.ends_with('\r')) text.pop_back();
       return text;
     }
+    // Or input without a line end would be read until the memory is full.
     if (text.size() == longest) throw BrokenStream{"a header is longer than 8 KiB"};
     text += character;
   }

@@ -27,6 +27,7 @@ class CallLog {
 /// contextdata/trace: {"method", "params"} of another request; its result, and what it asked of the host.
 Json trace(Context& context, const Json& params) {
   const std::string method = textAt(params, "/method");
+  // There is one log, which the inner trace would end.
   if (method == "contextdata/trace") throw ResponseError{ErrorCode::InvalidParams, "a trace is not traced"};
   CallLog log(context.session.host());
   Json result = resultOfRequest(context, method, valueAt(params, "/params"));
@@ -61,9 +62,11 @@ Json resultOfRequest(Context& context, const std::string& method, const Json& pa
 }
 
 void handleNotification(Context& context, const std::string& method, const Json& params) {
+  // Others are not for this server, and a notification has no answer that could say so.
   if (method == "textDocument/didOpen") context.documents.didOpen(params);
   if (method == "textDocument/didChange") context.documents.didChange(params);
   if (method == "textDocument/didClose") {
+    // What has been said about a file goes with it, or it would stay in the editor's list of problems.
     clearDiagnostics(context.client, context.documents.didClose(params));
   }
 }

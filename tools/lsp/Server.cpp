@@ -20,6 +20,7 @@ int Server::run() {
   while (!exitCode_) {
     const Event event = inbox_.take();
     std::visit([this](const auto& what) { handle(what); }, event);
+    // After every event, also one that is no request: an interrupt must not outlive what it was meant for.
     inbox_.finish();
     if (!exitCode_ && context_.client.isGone()) {
       std::cerr << "contextdata: cannot write to the client [command.output]\n";
@@ -61,6 +62,7 @@ void Server::request(const Message& message) {
   } catch (const ResponseError& error) {
     context_.client.refuse(*message.id, error);
   } catch (const std::exception& error) {
+    // One request fails, and the server goes on.
     context_.client.refuse(*message.id, {ErrorCode::InternalError, error.what()});
   }
 }

@@ -93,6 +93,7 @@ std::vector<LocalName> namesIn(const CodeFunction& function, const Beginning& be
                                ClassNames& classes) {
   std::vector<LocalName> names;
   const std::u16string simpleName = file.className.substr(file.className.rfind(u'.') + 1);
+  // Of the class "@Pump" it is "Pump.k".
   const bool isConstructor = file.stem == simpleName;
   for (const std::string& input : function.inputs) {
     names.push_back({wide(input), names.empty() && !isConstructor ? file.className : std::u16string()});

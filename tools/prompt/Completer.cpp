@@ -139,6 +139,7 @@ bool lacksSome(const Completion& completion) {
 
 Completed Completer::complete(const std::u16string& text, std::size_t cursor, bool hidden,
                               std::size_t width) {
+  // Only of the lines before: the one that is being typed is not finished.
   const frontend::Scope scope = scopeIn(text.substr(0, text.rfind(u'\n') + 1), live_.host);
   frontend::Options options = live_.options(hidden);
   const Interruptible request(live_.host);
@@ -154,6 +155,7 @@ Completed Completer::complete(const std::u16string& text, std::size_t cursor, bo
   } else {
     completed.insertion = insertionOf(completion.candidates, typed);
   }
+  // A single name that has been inserted needs no list.
   const bool isDone = completion.candidates.size() == 1 && completed.insertion != typed;
   if (!isDone) completed.lines = columnsOf(completion.candidates, width);
   std::string remarks = noticeOf(completion.outcome);

@@ -38,6 +38,7 @@ bool Conversation::handle(const InputLine& line) {
 bool Conversation::handleText(const std::u16string& text) {
   if (statements_.empty()) {
     if (isCommand(text)) return handleCommand(text);
+    // Errors in a script are told with lines of the file, those at a terminal with lines of what was typed.
     firstLine_ = isScript_ ? lineNumber_ : 1;
   }
   statements_ += text + u'\n';

@@ -89,6 +89,7 @@ InputLine Editor::next(const std::u16string& before) {
   }
   std::wstring text(typed, static_cast<std::size_t>(count));
   while (!text.empty() && (text.back() == L'\n' || text.back() == L'\r')) text.pop_back();
+  // Each line by itself, as the arrow keys bring them back.
   history_.add(text);
   return {InputLine::Text, utf_to_utf<char16_t>(text)};
 }
@@ -104,6 +105,7 @@ unsigned char Editor::onTab(EditLine* line, int) {
 unsigned char Editor::complete() {
   const LineInfoW& typed = *el_wline(line_.get());
   const std::u16string ahead = unitsOf(typed.buffer, typed.cursor);
+  // In a block that goes on there is nothing to complete at the beginning of a line.
   const bool isIndenting = !before_.empty() && ahead.find_first_not_of(u" \t") == std::u16string::npos;
   if (isIndenting) return el_winsertstr(line_.get(), L"  ") == 0 ? CC_REFRESH : CC_ERROR;
   // Only TAB has been typed since the last one.
@@ -119,6 +121,7 @@ unsigned char Editor::complete() {
     el_wset(line_.get(), EL_REFRESH);
   }
   keysAtTab_ = keys_;
+  // The line has been shown anew below the list already.
   if (!completed.lines.empty()) return CC_NORM;
   return isReplaced ? CC_REFRESH : CC_REFRESH_BEEP;
 }

@@ -11,6 +11,7 @@ InputLine PlainLines::next(const std::u16string&) {
   if (line.size() > longestLine)
     return {InputLine::Unreadable, u"the line has more than 4 MiB [prompt.too-long]"};
   if (!isUtf8(line)) return {InputLine::Unreadable, u"the line is no UTF-8 text [prompt.not-utf8]"};
+  // Files from elsewhere.
   if (!line.empty() && line.back() == '\r') line.pop_back();
   return {InputLine::Text, wide(line)};
 }

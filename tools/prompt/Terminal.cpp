@@ -59,6 +59,7 @@ class HeldSignals {
 TerminalSize terminalSize() {
   TerminalSize size;
   winsize told = {};
+  // What is not told keeps the usual size: some terminals say 0.
   if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &told) != 0) return size;
   if (told.ws_col > 0) size.columns = told.ws_col;
   if (told.ws_row > 0) size.rows = told.ws_row;
@@ -84,6 +85,7 @@ std::string fitted(const std::string& text, std::size_t width) {
 
 std::string dim(const std::string& text) {
   const char* const terminal = std::getenv("TERM");
+  // Such a terminal would show the codes.
   const bool isPlain = terminal == nullptr || std::string_view(terminal) == "dumb";
   return isPlain ? text : "\x1b[2m" + text + "\x1b[0m";
 }

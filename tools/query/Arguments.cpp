@@ -16,6 +16,7 @@ namespace {
 std::optional<std::int32_t> numberOf(const Json& json) {
   using Limits = std::numeric_limits<std::int32_t>;
   if (!json.is_number_integer()) return {};
+  // First: such a number would be negative as a signed one.
   if (json.is_number_unsigned() && json.get<std::uint64_t>() > std::uint64_t{Limits::max()}) return {};
   const std::int64_t number = json.get<std::int64_t>();
   if (number < Limits::min()) return {};
@@ -30,6 +31,7 @@ Arguments::Arguments(const Json& object, embedded::Host& host, std::string path)
 bool Arguments::has(const std::string& name) const { return object_.contains(name); }
 
 bool Arguments::hasIdentifier(const std::string& name) const {
+  // Also an object may be a text: {"utf16": [...]}.
   return has(name) && object_.at(name).is_object() && !textOf(object_.at(name));
 }
 
@@ -106,6 +108,7 @@ boost::intrusive_ptr<kxArray_tag> Arguments::value(const std::string& name) cons
   const std::string variable = inner.narrowText("variable");
   inner.finish();
   auto found = host_.variable(variable);
+  // A mistake of the request, not an answer: what the library does without a value is asked with null.
   if (!found) throw RequestError{"query.unknown-variable", "no variable has this name", path_ + name};
   return found;
 }
@@ -153,6 +156,7 @@ PropertyOptions Arguments::propertyOptions(const std::string& name) const {
   PropertyOptions read;
   if (!has(name)) return read;
   const Arguments inner = nested(name);
+  // What is not given stays as the library has it.
   if (inner.has("accessLevels")) read.options.accessLevels = inner.numbers("accessLevels");
   if (inner.has("accessorKinds")) read.options.accessorKinds = inner.numbers("accessorKinds");
   read.accessingClass = inner.recordOrNone("accessingClass");

@@ -55,6 +55,7 @@ kcos::COSInterface* memberOf(const Arguments& arguments, const ClassInfo& asked)
 
 template <class Kind>
 void handleVisitor(Question& question) {
+  // Kept until the answer is rendered, for the visitor points to it.
   const Record owner = question.arguments.recordOrNone("owner");
   std::unique_ptr<typename Kind::Visitor> visitor;
   question.ask([&] {
@@ -222,6 +223,7 @@ void handleAccept(Question& question) {
   {
     const FunctionExecutionFrame frame(function);
     during = depth.now();
+    // From the host, as a client would come by it, and not the frame that has just been made.
     const IExecutionFrame* innermost = question.frames().front();
     question.ask([&] { return innermost->accept(visitor), nullptr; });
     isFunction = visitor.reached == &frame && visitor.reached->function() == function;

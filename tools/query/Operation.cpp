@@ -12,6 +12,7 @@ void Question::ask(const std::function<Result()>& call) {
   // Before the library is asked: a request that is wrong has no effect.
   arguments.finish();
   std::optional<Result> result;
+  // The record goes on from request to request; only what this one is refused counts.
   host_.clearCodeRecord();
   if (trace_) host_.startLog();
   try {

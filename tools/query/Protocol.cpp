@@ -38,6 +38,7 @@ class RepeatedKeys {
 
 /// The JSON object of a line. Throws RequestError: not JSON, not an object, a repeated key.
 Json parseRequest(const std::string& line) {
+  // Before parsing, whose own message would hold the broken text.
   if (!isUtf8(line)) throw RequestError{"query.not-utf8", "the line is no UTF-8 text"};
   Json request;
   try {
@@ -79,9 +80,11 @@ std::string Protocol::opening() const {
 
 std::string Protocol::answer(const std::string& line) {
   try {
+    // Only its beginning has been kept, so it cannot be parsed.
     if (line.size() > longestLine) throw RequestError{"query.line-too-long", "more than 16 MiB"};
     return lineOf(answerRequest(parseRequest(line)));
   } catch (const RequestError& error) {
+    // A line that is no request has been the first one all the same.
     first_ = false;
     return lineOf(errorAnswer(error));
   }
@@ -96,6 +99,7 @@ Json Protocol::answerRequest(const Json& request) {
     if (request.contains("protocol")) return headed(request, agree(request, first));
     return headed(request, ask(request));
   } catch (const RequestError& error) {
+    // The request could be read, so that the error carries its tag.
     return headed(request, errorAnswer(error));
   } catch (const Tamsix::System::InterruptException&) {
     return headed(request, {{"status", "interrupted"}});

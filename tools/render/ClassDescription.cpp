@@ -77,6 +77,7 @@ void addTree(const std::vector<ClassDescription>& classes, std::size_t at, std::
   text += std::string(2 * depth, ' ') + titleOf(classes[at]);
   const bool again = shown[at];
   shown[at] = true;
+  // Without superclasses there is nothing to see above.
   if (again && !classes[at].superclasses.empty()) text += " (see above)";
   text += '\n';
   if (again) return;

@@ -40,6 +40,7 @@ Json jsonOfCurrentException() {
   }
 }
 
+// Not its message alone: exceptions of hosts need not have one.
 std::string describeCurrentException() { return lineOf(jsonOfCurrentException()); }
 
 std::string describe(const embedded::SnapshotError& error) {

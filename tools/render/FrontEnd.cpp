@@ -55,6 +55,7 @@ std::string detailsOf(const frontend::Candidate& candidate) {
   const std::string size = printable(candidate.size);
   if (!type.empty() || !size.empty())
     parts.push_back(size + (size.empty() || type.empty() ? "" : " ") + type);
+  // Public goes without saying.
   if (candidate.access.value_or(0) != 0) parts.push_back(accessWord(*candidate.access));
   if (candidate.isConstant && candidate.kind != frontend::Kind::Constant) parts.push_back("constant");
   if (candidate.isHidden) parts.push_back("hidden");
@@ -67,6 +68,7 @@ std::string noticeOf(const frontend::Outcome& outcome) {
   if (outcome.status == frontend::Status::Complete) return {};
   const std::string status = nameOf(outcome.status);
   const std::string reason = printable(outcome.reason);
+  // Some reasons only repeat the status.
   return reason.empty() || reason == status ? status : status + ": " + reason;
 }
 

@@ -36,6 +36,7 @@ std::optional<Text> fromUnits(const Json& json, const char* key) {
 
 Json jsonOf(const std::u16string& text) {
   try {
+    // It stops rather than replaces: a lone surrogate is told as its units, and nothing is lost.
     return boost::locale::conv::utf_to_utf<char>(text, boost::locale::conv::stop);
   } catch (const boost::locale::conv::conversion_error&) {
     return unitsOf("utf16", text);

@@ -34,6 +34,7 @@ std::string lineOfRow(const std::vector<std::string>& row, const std::vector<std
     if (widths[column] > 0)
       line += row[column] + std::string(widths[column] - lengthOf(row[column]) + 2, ' ');
   }
+  // A line has no blanks at its end, whatever the last column is.
   line.erase(line.find_last_not_of(' ') + 1);
   return line;
 }
@@ -58,6 +59,7 @@ std::string narrow(std::u16string_view text) {
 }
 
 std::string printable(std::u16string text) {
+  // Names come from files of others, and must not command the terminal.
   std::replace_if(text.begin(), text.end(), isControl, u'\uFFFD');
   return narrow(text);
 }

@@ -16,6 +16,7 @@ class ProgressBar {
  public:
   ProgressBar() = default;
   ~ProgressBar() {
+    // Also when loading fails, so that the error has a line of its own.
     if (shown_ >= 0) std::cerr << "\r\x1b[K" << std::flush;
   }
   ProgressBar(const ProgressBar&) = delete;
@@ -40,6 +41,7 @@ class ProgressBar {
 }  // namespace
 
 std::unique_ptr<embedded::Host> loadSnapshot(const std::string& file) {
+  // A bar in a log file is of use to nobody.
   if (isatty(STDERR_FILENO) == 0) return embedded::Host::load(file);
   ProgressBar bar;
   return embedded::Host::load(file,

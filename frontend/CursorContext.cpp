@@ -121,7 +121,7 @@ class Reader {
  private:
   bool is(std::size_t at, syntax::Symbol symbol) const { return tokens_[at].is(symbol); }
 
-  std::u16string textOf(std::size_t begin, std::size_t end) const {
+  std::u16string textBetween(std::size_t begin, std::size_t end) const {
     if (begin >= end) return {};
     return text_.substr(tokens_[begin].begin, tokens_[end - 1].end - tokens_[begin].begin);
   }
@@ -159,7 +159,7 @@ class Reader {
     const std::size_t begin = beginOfChain(dot);
     if (begin == dot || tokens_[dot].blankBefore) return;
     context.kind = CursorContext::Member;
-    context.base = textOf(begin, dot);
+    context.base = textBetween(begin, dot);
     context.call = callAround(begin);
   }
 
@@ -191,7 +191,7 @@ class Reader {
     if (count == 0) return {};
     if (!isComparison(tokens_[count - 1]) && !(is(count - 1, Assign) && !innermostOpen(count))) return {};
     const std::size_t begin = beginOfChain(count - 1);
-    const std::u16string chain = textOf(begin, count - 1);
+    const std::u16string chain = textBetween(begin, count - 1);
     return chain.find(u'.') == std::u16string::npos ? std::u16string() : chain;
   }
 
@@ -205,12 +205,12 @@ class Reader {
     if (open == 0 || !is(open, OpenParen) || tokens_[open].blankBefore) return {};
     const std::size_t begin = beginOfChain(open);
     if (begin == open) return {};
-    Call call{textOf(begin, open)};
+    Call call{textBetween(begin, open)};
     const auto starts = argumentStarts(open, count);
     call.argument = starts.size() - 1;
     call.name = nameOfArgument(starts, count);
     const std::size_t endOfFirst = starts.size() > 1 ? starts[1] - 1 : count;
-    call.firstArgument = textOf(starts[0], endOfFirst);
+    call.firstArgument = textBetween(starts[0], endOfFirst);
     return call;
   }
 
@@ -229,13 +229,13 @@ class Reader {
   std::u16string nameOfArgument(const std::vector<std::size_t>& starts, std::size_t count) const {
     const std::size_t start = starts.back();
     if (count == start + 2 && tokens_[start].isWord() && is(start + 1, Assign)) {
-      return textOf(start, start + 1);
+      return textBetween(start, start + 1);
     }
     if (count != start || starts.size() < 2) return {};
     const std::size_t before = starts[starts.size() - 2];
     const bool isText = tokens_[before].is(TokenKind::Text) || tokens_[before].is(TokenKind::String);
     if (start != before + 2 || !isText) return {};
-    const std::u16string text = textOf(before, before + 1);
+    const std::u16string text = textBetween(before, before + 1);
     return text.substr(1, text.size() - 2);
   }
 

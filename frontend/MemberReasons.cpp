@@ -83,7 +83,7 @@ class MemberReasons {
     return {};
   }
 
-  /// Takes back each relaxation without which the name still comes; a caller was only tried when it did not come without.
+  /// Drops each relaxation without which the name still comes; a caller was only tried when it did not come without.
   Relaxed withoutNeedless(Relaxed relaxed) const {
     static constexpr void (*takenBack[])(Relaxed&) = {
         [](Relaxed& less) { less.lenience.anyContext = false; },

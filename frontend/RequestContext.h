@@ -1,6 +1,6 @@
 #pragma once
 
-// One request while it is being answered.
+// One request while it runs.
 
 #include <contextdata/KCOSContextData/ClassInfo.h>
 
@@ -34,7 +34,7 @@ class RequestContext {
   RequestContext(const RequestContext&) = delete;
   RequestContext& operator=(const RequestContext&) = delete;
 
-  /// Ends the request. `failure`: why it could not be answered to its end, or empty.
+  /// Ends the request. `failure`: why it did not run to its end, or empty.
   Outcome finish(const std::u16string& failure);
 
   Session& session() const noexcept { return session_; }
@@ -64,7 +64,7 @@ class RequestContext {
   std::unique_ptr<KCOSContextData::ClassInfo> caller_;
 };
 
-/// Runs what answers a request, and says how it ended. Nothing but std::bad_alloc propagates.
+/// Runs a request, and says how it ended. Nothing but std::bad_alloc propagates.
 Outcome answer(Session& session, const Scope& scope, const Options& options,
                const std::function<void(RequestContext&)>& answering);
 

@@ -38,7 +38,7 @@ class COSDataTypePtr {
 /// One value of a finite set, in the data type's own form; only a conversion can read it.
 class COSPossibleValue;
 
-/// A data type. The base answers for types that allow infinitely many values.
+/// A data type. The base is a type that allows infinitely many values.
 class KORVAL_HOST_API COSDataType {
  public:
   virtual ~COSDataType();

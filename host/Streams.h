@@ -44,7 +44,7 @@ class KORVAL_HOST_API KLStream {
   virtual void push(boost::shared_ptr<klutil::io::KLSink> sink) = 0;
   /// Delivers what is still held back to the top sink. Undoes: no interrupt stops it.
   virtual void flush() = 0;
-  /// Takes the top sink away. Undoes: no interrupt stops it.
+  /// Removes the top sink. Undoes: no interrupt stops it.
   virtual void pop() = 0;
 };
 

@@ -7,7 +7,7 @@
 
 namespace syntax {
 
-/// Takes a text apart into the tokens of its statements, whatever it holds: what is no token ends a statement, and the
+/// Splits a text into the tokens of its statements, whatever it holds: what is no token ends a statement, and the
 /// next one begins on the next line.
 class Statements {
  public:

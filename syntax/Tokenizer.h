@@ -6,7 +6,7 @@
 
 namespace syntax {
 
-/// Takes a text apart, token by token, whatever it holds: what is no code is a token that is a problem. What is not
+/// Splits a text into tokens, one by one, whatever it holds: what is no code is a token that is a problem. What is not
 /// in a token is a blank. The text must outlive it.
 class Tokenizer {
  public:

@@ -103,7 +103,7 @@ class CONTEXTDATA_API ClassInfo {
   /// The same by identity.
   virtual bool isA(kcos::COSInternedName identity) const;
 
-  /// The access levels of a query that wants public members: {0}. One list for all records.
+  /// The access levels of a query for public members: {0}. One list for all records.
   virtual const std::vector<std::int32_t>& getDefaultAccessibility() const;
 
   /// The properties of these access levels, for reading or writing, that are not hidden.

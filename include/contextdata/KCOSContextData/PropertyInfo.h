@@ -40,7 +40,7 @@ struct PropertyInfo {
   /// and no validation function has a say.
   std::vector<std::u16string> possibleValues;
 
-  /// Which properties a query wants.
+  /// Which properties a query asks for.
   struct GetOptions {
     /// What an entry of accessorKinds selects.
     enum AccessorKind : std::int32_t { Read = 0, Write = 1 };

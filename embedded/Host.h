@@ -77,7 +77,7 @@ KORVAL_HOST_API void writeSnapshot(const Description& description, const std::fi
 /// The same as text, with folders as they are.
 KORVAL_HOST_API std::string snapshotText(const Description& description);
 
-/// What becomes of Korval code that a client's query, or the library for it, wants to run.
+/// What becomes of Korval code that a client's query, or the library for it, is about to run.
 enum class CodePolicy {
   Allowed,
   /// It raises a foundation::core::except::Exception with the identifier "KORVAL:host:CodeRefused".

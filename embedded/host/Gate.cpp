@@ -45,17 +45,15 @@ const char* nameOf(Operation operation) noexcept {
 
 std::size_t operationCount() noexcept { return std::size(operationNames); }
 
-std::string describe(const std::string& text) { return quoted(text); }
-std::string describe(const std::u16string& text) { return quoted(narrowed(text)); }
-std::string describe(const char* text) { return text == nullptr ? "null" : quoted(text); }
-std::string describe(const kcos::COSInternedName& name) {
-  return name.isNull() ? "null" : quoted(name.text());
-}
-std::string describe(bool value) { return value ? "true" : "false"; }
-std::string describe(int value) { return std::to_string(value); }
-std::string describe(unsigned long value) { return std::to_string(value); }
+std::string logged(const std::string& text) { return quoted(text); }
+std::string logged(const std::u16string& text) { return quoted(narrowed(text)); }
+std::string logged(const char* text) { return text == nullptr ? "null" : quoted(text); }
+std::string logged(const kcos::COSInternedName& name) { return name.isNull() ? "null" : quoted(name.text()); }
+std::string logged(bool value) { return value ? "true" : "false"; }
+std::string logged(int value) { return std::to_string(value); }
+std::string logged(unsigned long value) { return std::to_string(value); }
 
-std::string describe(const kxArray_tag* value) {
+std::string logged(const kxArray_tag* value) {
   if (value == nullptr) return "null";
   std::string result = "<";
   // Read from the value itself: operations would be logged in turn.
@@ -69,7 +67,7 @@ std::string describe(const kxArray_tag* value) {
   return result;
 }
 
-std::string describe(const Kfh_KORVAL_fn* function) {
+std::string logged(const Kfh_KORVAL_fn* function) {
   return function == nullptr ? "null" : quoted(function->name);
 }
 

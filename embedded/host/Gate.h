@@ -56,17 +56,17 @@ struct PlannedFault {
 };
 
 // How arguments look in a log; the object that is asked comes first.
-std::string describe(const std::string& text);
-std::string describe(const std::u16string& text);
-std::string describe(const char* text);
-std::string describe(const kcos::COSInternedName& name);
-std::string describe(bool value);
-std::string describe(int value);
-std::string describe(unsigned long value);
-std::string describe(const kxArray_tag* value);
-std::string describe(const Kfh_KORVAL_fn* function);
+std::string logged(const std::string& text);
+std::string logged(const std::u16string& text);
+std::string logged(const char* text);
+std::string logged(const kcos::COSInternedName& name);
+std::string logged(bool value);
+std::string logged(int value);
+std::string logged(unsigned long value);
+std::string logged(const kxArray_tag* value);
+std::string logged(const Kfh_KORVAL_fn* function);
 template <class Other>
-std::string describe(const Other*) = delete;  // would be logged as a yes
+std::string logged(const Other*) = delete;  // would be logged as a yes
 
 class Gate {
  public:
@@ -119,7 +119,7 @@ inline void enter(const Arguments&... arguments) noexcept(ruleOf(operation) == R
   }
   gate->count();
   if (gate->wantsAttention()) [[unlikely]]
-    gate->attend(operation, {describe(arguments)...});
+    gate->attend(operation, {logged(arguments)...});
 }
 
 }  // namespace embedded

@@ -163,7 +163,7 @@ void inFullFevalFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs) 
   if (arguments.empty() || !isText(*arguments.front()))
     throw foundation::core::except::Exception("KORVAL:host:NoFunctionName",
                                               "The first argument is to be the name of a function.");
-  const std::string name = nameOf(session().interpreter, *arguments.front());
+  const std::string name = narrowTextOf(session().interpreter, *arguments.front());
   arguments.erase(arguments.begin());
   fill(callFunction(session().interpreter, name, std::move(arguments), nlhs), nlhs, plhs);
 }

@@ -22,7 +22,7 @@ void Stream::write(std::u16string_view text) {
   if (sinks_.empty() || held_.size() >= longestHeld) deliver();
 }
 
-/// Takes the text off before it is delivered, so that a sink that fails does not get it again.
+/// Clears the text before it is delivered, so that a sink that fails does not get it again.
 void Stream::deliver() {
   const std::u16string text = std::exchange(held_, {});
   if (text.empty()) return;

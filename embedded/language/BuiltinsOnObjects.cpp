@@ -103,22 +103,23 @@ Values className(const BuiltinCall& call) {
 
 Values isA(const BuiltinCall& call) {
   call.require(2, 2);
-  return {newLogical(call.interpreter.world.classes.isOfClass(call[0], nameOf(call.interpreter, call[1])))};
+  return {
+      newLogical(call.interpreter.world.classes.isOfClass(call[0], narrowTextOf(call.interpreter, call[1])))};
 }
 
 Values isField(const BuiltinCall& call) {
   call.require(2, 2);
   const auto* structures = call[0].as<Structures>();
   return {newLogical(structures != nullptr && isText(call[1]) &&
-                     std::ranges::find(structures->fields, nameOf(call.interpreter, call[1])) !=
+                     std::ranges::find(structures->fields, narrowTextOf(call.interpreter, call[1])) !=
                          structures->fields.end())};
 }
 
 Values isProperty(const BuiltinCall& call) {
   call.require(2, 2);
   const Class* oneClass = classOf(call.interpreter, call[0]);
-  return {newLogical(oneClass != nullptr &&
-                     oneClass->property(alreadyInterned(nameOf(call.interpreter, call[1]))) != nullptr)};
+  return {newLogical(oneClass != nullptr && oneClass->property(alreadyInterned(
+                                                narrowTextOf(call.interpreter, call[1]))) != nullptr)};
 }
 
 Values isMethod(const BuiltinCall& call) {
@@ -127,8 +128,8 @@ Values isMethod(const BuiltinCall& call) {
   const auto* structures = call[0].as<Structures>();
   const bool hasFile =
       structures != nullptr && !structures->className.empty() &&
-      interpreter.files.method(structures->className, nameOf(call.interpreter, call[1])) != nullptr;
-  return {newLogical(hasFile || hasMethod(interpreter, call[0], nameOf(call.interpreter, call[1])))};
+      interpreter.files.method(structures->className, narrowTextOf(call.interpreter, call[1])) != nullptr;
+  return {newLogical(hasFile || hasMethod(interpreter, call[0], narrowTextOf(call.interpreter, call[1])))};
 }
 
 Values isObject(const BuiltinCall& call) {
@@ -139,14 +140,15 @@ Values isObject(const BuiltinCall& call) {
 Values feval(const BuiltinCall& call) {
   call.require(1, 1000);
   const auto* handle = call[0].as<FunctionHandle>();
-  return callNamed(call.caller, handle != nullptr ? handle->function : nameOf(call.interpreter, call[0]),
+  return callNamed(call.caller,
+                   handle != nullptr ? handle->function : narrowTextOf(call.interpreter, call[0]),
                    {call.arguments.begin() + 1, call.arguments.end()}, call.nargout);
 }
 
 /// The package of the older object system, or an empty array.
 Values findPackage(const BuiltinCall& call) {
   call.require(1, 1);
-  const std::string name = nameOf(call.interpreter, call[0]);
+  const std::string name = narrowTextOf(call.interpreter, call[0]);
   for (const PackageDescription& package : call.interpreter.world.packages)
     if (package.name == name)
       return {opaqueOf("package", {{"Name", newText(widened(name))},

@@ -65,7 +65,7 @@ Values sprintf(const BuiltinCall& call) {
 /// error('group:name', 'format', ...), or error('format', ...).
 Values error(const BuiltinCall& call) {
   call.require(1, 1000);
-  const std::string first = nameOf(call.interpreter, call[0]);
+  const std::string first = narrowTextOf(call.interpreter, call[0]);
   if (call.arguments.size() > 1 && isIdentifier(first))
     call.interpreter.fail(
         first, narrowed(formatted(call.interpreter, textOf(call.interpreter, call[1]), rest(call, 2))));

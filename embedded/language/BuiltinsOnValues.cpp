@@ -120,7 +120,7 @@ Values structure(const BuiltinCall& call) {
   Value::Size size{1, 1};
   Structures structures;
   for (std::size_t at = 0; at < call.arguments.size(); at += 2) {
-    structures.fields.push_back(nameOf(call.interpreter, call[at]));
+    structures.fields.push_back(narrowTextOf(call.interpreter, call[at]));
     if (call[at + 1].as<Cells>() && call[at + 1].elementCount() != 1) size = call[at + 1].size();
   }
   for (std::size_t element = 0; element < countOf(size); ++element) {

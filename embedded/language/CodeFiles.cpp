@@ -84,7 +84,7 @@ std::vector<std::string> CodeFiles::methodNames(const std::string& className) co
   return {names.begin(), names.end()};
 }
 
-std::u16string CodeFiles::textOf(const Path& file) const {
+std::u16string CodeFiles::textInFile(const Path& file) const {
   std::error_code failure;
   const std::uintmax_t size = std::filesystem::file_size(file, failure);
   std::ifstream stream(file, std::ios::binary);
@@ -101,7 +101,7 @@ const Routine* CodeFiles::read(const Path& file, const std::string& inNamespace)
   File& known = files_[file.string()];
   if (known.routine != nullptr && known.written == written) return known.routine.get();
   Routine::Context context{.name = file.string(), .inNamespace = inNamespace, .isFile = true};
-  auto routine = std::make_unique<const Routine>(std::move(context), textOf(file));
+  auto routine = std::make_unique<const Routine>(std::move(context), textInFile(file));
   if (known.routine != nullptr) replaced_.push_back(std::move(known.routine));
   known = {written, std::move(routine)};
   return known.routine.get();

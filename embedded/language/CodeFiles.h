@@ -39,7 +39,7 @@ class CodeFiles {
   std::vector<Path> foldersOfClass(const std::string& className) const;
   const Routine* read(const Path& file, const std::string& inNamespace);
 
-  std::u16string textOf(const Path& file) const;
+  std::u16string textInFile(const Path& file) const;
 
   const Interpreter& interpreter_;
   std::vector<Path> folders_;  // in which functions are looked for

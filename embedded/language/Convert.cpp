@@ -240,7 +240,7 @@ std::u16string textOf(Interpreter& interpreter, const Value& value) {
   return *value.as<Strings>()->elements.front();
 }
 
-std::string nameOf(Interpreter& interpreter, const Value& value) {
+std::string narrowTextOf(Interpreter& interpreter, const Value& value) {
   return narrowed(textOf(interpreter, value));
 }
 

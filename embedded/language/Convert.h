@@ -17,7 +17,7 @@ double numberOf(Interpreter& interpreter, const Value& value);
 /// The text of a row of characters or of a string that is not missing, or an error.
 std::u16string textOf(Interpreter& interpreter, const Value& value);
 /// The same, narrow.
-std::string nameOf(Interpreter& interpreter, const Value& value);
+std::string narrowTextOf(Interpreter& interpreter, const Value& value);
 bool isText(const Value& value) noexcept;
 /// A condition: not empty, and every element is true.
 bool isTrue(Interpreter& interpreter, const Value& value);

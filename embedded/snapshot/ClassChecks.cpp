@@ -135,12 +135,12 @@ class CycleSearch {
     std::string names;
     for (auto step = start; step != trail_.begin() + (start - trail_.begin()) + std::min(length, mostNames);
          ++step)
-      names += nameOf(step->index) + " -> ";
+      names += identityAt(step->index) + " -> ";
     if (length > mostNames) names += "(" + std::to_string(length - mostNames) + " more) -> ";
-    return names + nameOf(repeated);
+    return names + identityAt(repeated);
   }
 
-  std::string nameOf(std::size_t index) const {
+  std::string identityAt(std::size_t index) const {
     const ClassDescription& described = context_.description.classes[index];
     return identityOf(described.component, described.name);
   }

@@ -25,7 +25,7 @@ struct Event {
   std::string* text = nullptr;
 };
 
-/// What takes the contents of one open object or array.
+/// Reads the contents of one open object or array.
 class Handler {
  public:
   virtual ~Handler();

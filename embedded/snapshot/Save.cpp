@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string textOf(const Description& description, const std::string& name) {
+std::string jsonTextOf(const Description& description, const std::string& name) {
   // Nothing is written that could not be read again.
   checkDescription(description, name);
   snapshot::Writer writer(name);
@@ -112,12 +112,12 @@ void requireReplaceable(const fs::path& file) {
 void writeSnapshot(const Description& description, const std::filesystem::path& file) {
   requireReplaceable(file);
   // All that can be wrong with a session is found before a file is made.
-  const std::string text = textOf(withFoldersFrom(description, file), file.string());
+  const std::string text = jsonTextOf(withFoldersFrom(description, file), file.string());
   FileBeside beside(file);
   beside.write(text);
   beside.replace();
 }
 
-std::string snapshotText(const Description& description) { return textOf(description, ""); }
+std::string snapshotText(const Description& description) { return jsonTextOf(description, ""); }
 
 }  // namespace embedded

@@ -62,7 +62,7 @@ AnswerError errorOf(const EvalOptions& options, const embedded::CodeFailure& fai
   return {failure.id, options.json ? failure.message : place + failure.message, NoAnswer, addDetails};
 }
 
-/// Takes the code's output for as long as it lives.
+/// Receives the code's output for as long as it lives.
 class OutputTo {
  public:
   OutputTo(embedded::Host& host, embedded::Output output) : host_(host) {

@@ -31,7 +31,7 @@ class Client {
   /// Into the log, and before the user's eyes.
   void show(Severity severity, const std::string& message);
 
-  /// From now on the client takes notifications.
+  /// From now on the client may be sent notifications.
   void setInitialized() noexcept { initialized_ = true; }
   /// Nothing can be written any more.
   bool isGone() const noexcept { return gone_; }

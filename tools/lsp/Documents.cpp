@@ -69,7 +69,7 @@ void Document::findLines() {
   }
 }
 
-std::size_t Document::lineOf(std::size_t offset) const noexcept {
+std::size_t Document::lineNumberAt(std::size_t offset) const noexcept {
   const auto after = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
   return static_cast<std::size_t>(after - lineStarts_.begin()) - 1;
 }
@@ -91,7 +91,7 @@ std::size_t Document::offsetOf(const Position& position) const {
 }
 
 Position Document::positionOf(std::size_t offset) const {
-  const std::size_t number = lineOf(offset);
+  const std::size_t number = lineNumberAt(offset);
   const std::u16string_view whole = line(number);
   std::size_t length = std::min(offset - lineStarts_[number], whole.size());
   if (length > 0 && length < whole.size() && is_high_surrogate(whole[length - 1]) &&

@@ -23,7 +23,7 @@ class Document {
 
   const std::u16string& text() const noexcept { return text_; }
   /// The number of the line that the offset is in, from 0.
-  std::size_t lineOf(std::size_t offset) const noexcept;
+  std::size_t lineNumberAt(std::size_t offset) const noexcept;
   std::size_t lineCount() const noexcept { return lineStarts_.size(); }
   /// A line without its end.
   std::u16string_view line(std::size_t number) const;

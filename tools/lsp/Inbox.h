@@ -17,7 +17,7 @@ namespace tools::lsp {
 /// The file of the session has another state than before.
 struct SnapshotChanged {};
 
-/// Nothing more will come. With a reason: not as the protocol wants it.
+/// Nothing more will come. With a reason: not as the protocol says.
 struct InputEnded {
   std::string reason;
 };
@@ -34,7 +34,7 @@ class Inbox {
   Event take();
   bool isEmpty() const;
 
-  /// Interrupts the current request, or marks one that waits; does nothing for one that is answered, or unknown.
+  /// Interrupts the current request, or notes that one that waits is cancelled; does nothing for one that is answered, or unknown.
   void cancel(const Json& id);
   /// Has the current request been cancelled?
   bool isCancelled() const;

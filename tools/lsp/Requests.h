@@ -37,7 +37,7 @@ struct Context {
 /// The result of the request of that name. Throws ResponseError for an unknown one, too.
 Json resultOfRequest(Context& context, const std::string& method, const Json& params);
 
-/// Does what a notification says; one that nobody needs is ignored, as the protocol wants it. Throws ResponseError.
+/// Does what a notification says; one that nobody needs is ignored, as the protocol says. Throws ResponseError.
 void handleNotification(Context& context, const std::string& method, const Json& params);
 
 // Completion.cpp

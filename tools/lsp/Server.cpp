@@ -43,7 +43,7 @@ void Server::handle(const Message& message) {
 void Server::handle(const Rejection& rejection) { context_.client.refuse(rejection.id, rejection.error); }
 
 void Server::handle(const SnapshotChanged&) {
-  // A client that is not ready takes no notifications, and a reload comes with one: it waits for `initialized`.
+  // A client that is not ready is sent no notifications, and a reload comes with one: it waits for `initialized`.
   snapshotChanged_ = phase_ != Phase::Running;
   if (phase_ == Phase::Running) context_.session.reload(context_.client);
 }

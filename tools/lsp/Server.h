@@ -22,7 +22,7 @@ class Server {
   int run();
 
  private:
-  /// Asked has been answered, but the client takes nothing else yet.
+  /// Asked has been answered, but nothing else may be sent to the client yet.
   enum class Phase { Starting, Asked, Running, ShutDown };
 
   void handle(const Message& message);

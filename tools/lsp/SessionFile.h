@@ -36,7 +36,7 @@ class SessionFile {
   embedded::Host& host() noexcept { return *active_->host; }
   frontend::Session& session() noexcept { return active_->session; }
 
-  /// Takes the file as it is now, or tells the client why not and keeps what there is.
+  /// Loads the file as it is now, or tells the client why not and keeps what there is.
   void reload(Client& client);
 
  private:

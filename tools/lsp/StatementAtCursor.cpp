@@ -174,7 +174,7 @@ std::optional<StatementAtCursor> statementAtCursor(Context& context, const Json&
   if (document == nullptr) return {};
   const Document& content = document->content;
   const std::size_t offset = content.offsetOf(position);
-  const std::size_t line = content.lineOf(offset);
+  const std::size_t line = content.lineNumberAt(offset);
   StatementAtCursor statement;
   statement.document = document;
   statement.start = content.lineStart(firstLineOf(content, line));

@@ -66,7 +66,7 @@ class DocumentSymbols {
   }
 
  private:
-  /// Of a function that has no name yet; the protocol wants one.
+  /// Of a function that has no name yet; the protocol requires one.
   static std::string labelOf(const CodeFunction& function) {
     return function.name.empty() ? "function" : function.name;
   }

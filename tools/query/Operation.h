@@ -20,7 +20,7 @@
 
 namespace tools::query {
 
-/// One request while it is being answered: arguments are read, the library is asked once, and then the
+/// One request while it runs: arguments are read, the library is asked once, and then the
 /// out-parameters are told.
 class Question {
  public:

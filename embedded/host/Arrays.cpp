@@ -125,6 +125,7 @@ bool kxIsObject(const kxArray_tag* value) {
   enter<Operation::isObject>(value);
   const Value& found = valueOf(value);
   if (const auto* structures = found.as<Structures>()) return !structures->className.empty();
+  // Also of an array without elements, which has no object to look at.
   if (found.as<Objects>()) return found.opaque() == nullptr;
   return found.object() != nullptr;
 }
@@ -262,6 +263,7 @@ kxArray_tag* kxFindTypeMember(const kxArray_tag* classReference, const std::stri
 kxArray_tag* kxCreateCell(std::size_t numberOfDimensions, const std::size_t* dimensions) {
   enter<Operation::createCell>(numberOfDimensions);
   Value::Size size(dimensions, dimensions + numberOfDimensions);
+  // Fewer dimensions are no size of a value.
   if (size.size() < 2) size.resize(2, 1);
   session().interpreter.checkSize(size);
   OwnedValue cell = newValue(size, Cells());

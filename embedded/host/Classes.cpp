@@ -74,6 +74,7 @@ kcos::COSIterator Class::findMethods(const kcos::COSInternedName& name) const {
   enter<Operation::findMethods>(names_.id, name);
   std::vector<kcos::COSInterfacePtr> found;
   for (const Class* oneClass : lineage())
+    // All of that name, in the order of the walk: clients ask the first one.
     for (Method* method : oneClass->methodsByName_.find(name)) found.emplace_back(method);
   return enumerate(std::move(found));
 }

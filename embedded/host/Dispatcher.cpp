@@ -40,6 +40,7 @@ int ClassRegistry::getClassNumber(const std::string& className) const {
 int ClassRegistry::numberOf(const Value& value) const {
   const Object* object = value.object();
   const Class* found = object == nullptr ? nullptr : classes_.find(object->classId);
+  // The name decides where there is no object, or none of a described class.
   if (found == nullptr) found = classes_.find(value.className());
   if (found != nullptr) return found->number();
   if (const auto code = builtInClassCode(value.className())) return *code;
@@ -113,6 +114,7 @@ std::vector<std::u16string> Dispatcher::getDocumentedBuiltins() const {
 ObjectSystem::ObjectSystem(const Description& description, const ClassSystem& classes) : classes_(classes) {
   for (const ClassDescription& described : description.classes) {
     KclassIdentifier& first = identifiers_[identityOf(described.component, described.name)];
+    // By address, which stays: the table moves its buckets when it grows, but not what is in them.
     for (const std::string& second : described.precedence) first.over.push_back(&identifiers_[key(second)]);
   }
 }

@@ -44,6 +44,7 @@ std::vector<FileNameWithStat> listed(const std::string& folder) {
   std::vector<FileNameWithStat> found;
   std::error_code failure;
   files::directory_iterator entry(folder, failure);
+  // With an error code, because a folder may go away while it is listed.
   for (; !failure && entry != files::directory_iterator(); entry.increment(failure))
     found.push_back({widened(entry->path().filename().string()), statusOf(*entry)});
   const bool isGone = failure == std::errc::no_such_file_or_directory;
@@ -98,6 +99,7 @@ std::u16string AbsoluteIRI::getName() const {
 
 CanonicalAbsoluteIRI CanonicalAbsoluteIRI::getParent() const {
   enter<Operation::iriGetParent>(text());
+  // The root folder is its own parent.
   const std::size_t root = embedded::scheme.size() + 1;
   const std::size_t last = embedded::lastComponent(text());
   return CanonicalAbsoluteIRI(text().substr(0, last > root ? last - 1 : last));

@@ -72,6 +72,7 @@ const ExpressionStatement& statementWithValue(const Interpreter& interpreter, co
 
 Values evaluate(Interpreter& interpreter, const std::u16string& text, int nlhs, bool valueOfStatement) {
   const CodeSource source(interpreter, expressionSource);
+  // Made for this evaluation, and parsed each time: texts of clients rarely come twice.
   const Routine routine({.name = expressionSource}, text);
   const Unit& unit = interpreter.unitOf(routine);
   if (!unit.functions.empty()) {
@@ -86,6 +87,7 @@ Values evaluate(Interpreter& interpreter, const std::u16string& text, int nlhs, 
   const ExpressionStatement& last = statementWithValue(interpreter, unit, valueOfStatement);
   for (const Statement& statement : unit.script) {
     if (&statement == &unit.script.back()) break;
+    // `return` at the level of the text: the expression is never reached.
     if (evaluator.runOne(statement) != Evaluator::Exit::AtEnd)
       interpreter.fail("KORVAL:code:NoValue", "The code returns before the expression whose value is wanted");
   }

@@ -30,6 +30,7 @@ std::optional<std::u16string> textIn(Interpreter& interpreter, const ValuePtr& v
 Values changedCase(const BuiltinCall& call, char16_t first, char16_t last, int shift) {
   call.require(1, 1);
   const auto changed = [&](std::u16string text) {
+    // ASCII letters only, so that the length never changes.
     for (char16_t& unit : text)
       if (unit >= first && unit <= last) unit = static_cast<char16_t>(unit + shift);
     return text;

@@ -97,11 +97,13 @@ std::u16string CodeFiles::textInFile(const Path& file) const {
 const Routine* CodeFiles::read(const Path& file, const std::string& inNamespace) {
   std::error_code failure;
   const auto written = std::filesystem::last_write_time(file, failure);
+  // Asked about each time: a file that has been changed is read again.
   if (failure || !std::filesystem::is_regular_file(file, failure)) return nullptr;
   File& known = files_[file.string()];
   if (known.routine != nullptr && known.written == written) return known.routine.get();
   Routine::Context context{.name = file.string(), .inNamespace = inNamespace, .isFile = true};
   auto routine = std::make_unique<const Routine>(std::move(context), textInFile(file));
+  // Kept, because it may be running.
   if (known.routine != nullptr) replaced_.push_back(std::move(known.routine));
   known = {written, std::move(routine)};
   return known.routine.get();

@@ -101,10 +101,12 @@ ValuePtr asObjects(Interpreter& interpreter, const ValuePtr& value, const std::s
 }
 
 ValuePtr asRank(Interpreter& interpreter, Rank rank, const ValuePtr& value, const Value& model) {
+  // Also for logicals beside numbers: the whole has one kind, and the stronger one wins.
   if (rank == Doubles) return newValue(value->size(), numbersOf(interpreter, *value));
   if (rank == Characters) return asCharacters(interpreter, value);
   if (rank == StringArrays) return asStrings(interpreter, value);
   if (rank == ObjectArrays) return asObjects(interpreter, value, model.className());
+  // Whole, not element by element: an array beside a cell is one element of the whole.
   if (rank == CellArrays && !value->as<Cells>()) return newValue({1, 1}, Cells{{value}});
   if (rank == Others || (rank == Structs && !value->as<Structures>()))
     failKind(interpreter, "A value that can stand in an array with its neighbours", *value);
@@ -181,11 +183,13 @@ Row measured(Interpreter& interpreter, Values pieces) {
 
 /// The rows that hold something, of pieces of one kind.
 std::vector<Row> unifiedRows(Interpreter& interpreter, const std::vector<Values>& rows, Values& pieces) {
+  // What is empty says nothing here, not even about the kind.
   std::erase_if(pieces, isEmpty);
   pieces = unified(interpreter, std::move(pieces));
   std::vector<Row> result;
   auto next = pieces.begin();
   for (const Values& row : rows) {
+    // The unified pieces are one list, which is cut into rows again.
     const auto end = next + (std::ssize(row) - std::ranges::count_if(row, isEmpty));
     if (next != end) result.push_back(measured(interpreter, Values(next, end)));
     next = end;
@@ -246,6 +250,7 @@ std::string narrowTextOf(Interpreter& interpreter, const Value& value) {
 
 bool isTrue(Interpreter& interpreter, const Value& value) {
   const std::vector<double> numbers = numbersOf(interpreter, value);
+  // NaN is not zero, and so it is true.
   return !numbers.empty() && std::ranges::find(numbers, 0.0) == numbers.end();
 }
 

@@ -152,6 +152,7 @@ std::u16string shownValue(Interpreter& interpreter, const Value& value) {
                            value.as<Strings>() || value.as<Cells>();
   if (!hasElements || value.elementCount() > mostElements || value.size().size() > 2)
     return sizeAndClass(value);
+  // Brackets would hide which of its dimensions is not empty.
   if (value.elementCount() == 0 && value.size() != Value::Size{0, 0}) return sizeAndClass(value);
   if (value.elementCount() == 1 && !value.as<Cells>())
     return std::visit(ElementText{interpreter, 0}, value.content());

@@ -61,6 +61,7 @@ bool Evaluator::condition(const Expression& expression) {
 }
 
 Evaluator::Exit Evaluator::run(const If& statement) {
+  // A branch without a condition is the last one, "else".
   for (const Branch& branch : statement.branches)
     if (branch.condition == nullptr || condition(*branch.condition)) return run(branch.block);
   return Exit::AtEnd;
@@ -137,6 +138,7 @@ void Evaluator::print(const std::string& name, const Value& value) {
 }
 
 void Evaluator::write(const std::u16string& text) {
+  // Before it is printed: text costs steps as elements do, and a loop that prints ends at their limit.
   interpreter_.checkSize({text.size()});
   interpreter_.environment.print(text);
 }

@@ -163,6 +163,7 @@ Subscript fromLogicals(const std::vector<bool>& logicals, const Size& size) {
   Subscript result{.size = size};
   for (std::size_t at = 0; at < logicals.size(); ++at)
     if (logicals[at]) result.positions.push_back(at);
+  // As many as are true, in the direction of the logicals.
   result.size = size[0] == 1 ? Size{1, result.positions.size()} : Size{result.positions.size(), 1};
   return result;
 }

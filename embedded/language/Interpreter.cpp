@@ -50,6 +50,7 @@ void Interpreter::fail(const std::string& id, const std::string& message) const 
 }
 
 const Unit& Interpreter::unitOf(const Routine& routine) {
+  // Kept with the text. One that cannot be parsed leaves nothing, and fails again.
   std::shared_ptr<const Unit>& parsed = routine.parsed();
   if (parsed == nullptr) {
     // Long texts take their time, so an interrupt stops the reading too.

@@ -140,6 +140,7 @@ kcos::COSExtendedAccess ClassSystem::accessOf(const Access& access) const {
   kcos::COSExtendedAccess result{kcos::MemberAccess{access.level}, {}};
   for (const std::string& name : access.classes) {
     const Class* found = find(name);
+    // By identity, whichever of its names the description uses, because that is what clients compare.
     result.classes.insert(found != nullptr ? found->names().id : interned(name));
   }
   return result;
@@ -148,6 +149,7 @@ kcos::COSExtendedAccess ClassSystem::accessOf(const Access& access) const {
 Namespace* ClassSystem::makeNamespace(std::string_view dottedName) {
   Namespace* inner = nullptr;
   for (std::size_t end = 0; end < dottedName.size(); ++end) {
+    // From the outermost on: each namespace is listed by the one around it.
     end = std::min(dottedName.find('.', end), dottedName.size());
     const kcos::COSInternedName name = interned(dottedName.substr(0, end));
     Namespace* outer = std::exchange(inner, findNamespace(name));

@@ -21,6 +21,7 @@ DataType* TypeRepository::named(std::string_view name) {
 DataType* TypeRepository::typeOf(const PropertyDescription& property, const Values& values) {
   DataType* plain = named(nameOfType(property));
   if (plain == nullptr) return nullptr;
+  // Conversions belong to types, not to properties: one property without makes it so for all of that type.
   if (!property.conversion) withoutConversion_.insert(&plain->id().text());
   // Types of that name are one object, as long as a property adds nothing of its own.
   if (!property.validation && !values) return plain;

@@ -102,6 +102,7 @@ void requireReplaceable(const fs::path& file) {
   const auto kind = fs::status(file, unknown).type();
   if (kind == fs::file_type::directory)
     throw SnapshotError("snapshot.directory", file.string(), "", "this is a directory, not a file");
+  // A device or a pipe would be replaced by a file.
   if (kind != fs::file_type::regular && kind != fs::file_type::not_found)
     failToWrite(file, "this is no file that can be replaced");
   if (!file.has_filename()) failToWrite(file, "this names no file");

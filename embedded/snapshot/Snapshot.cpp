@@ -65,6 +65,7 @@ class JsonEvents final : public nlohmann::json_sax<json> {
   bool parse_error(std::size_t, const std::string&, const json::exception& error) override {
     constexpr int numberOverflow = 406;
     if (error.id == numberOverflow) reader_.failText("snapshot.out-of-range", "the number is too big");
+    // Told apart from bad syntax, because nobody would look for a mistake in what is not there.
     if (source_.exhausted() && source_.blank()) reader_.failText("snapshot.empty", "there is nothing in it");
     if (source_.exhausted() && !reader_.complete())
       reader_.failText("snapshot.truncated", "the text ends before the snapshot does");

@@ -93,6 +93,7 @@ class ElementsHandler final : public Handler {
   }
 
   void end(Reader& reader) override {
+    // Without values nothing tells how many there are.
     if (count_ > 0 && array_.fields.empty())
       reader.fail("snapshot.missing-key",
                   "structures without fields cannot be listed: give an empty list and a size");
@@ -123,6 +124,7 @@ void readFields(Reader& reader, Event& event, StructureArray& array) {
 }
 
 void readSize(Reader& reader, Event& event, StructureArray& array) {
+  // The list has set one, of a row, and the dimensions would be appended to it.
   array.size.clear();
   read(reader, event, array.size);
 }

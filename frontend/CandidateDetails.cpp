@@ -69,6 +69,7 @@ void describeMethod(const MethodInfo& method, Candidate& candidate) {
   candidate.declaringClass = method.definingClass;
   candidate.isStatic = method.isStatic;
   candidate.readRunsCode = true;
+  // The library's record has no level, so the class's own object is asked.
   const kcos::COSClass* defining = KCOSIntrospection::getCOSClass(method.definingClass);
   if (defining == nullptr) return;
   const kcos::COSInternedName name = ResolvedClassID::fromKnownResolvedClassID(method.name);
@@ -112,6 +113,7 @@ void PropertyDetails::describe(const PropertyInfo& property, Candidate& candidat
 }
 
 void PropertyDetails::describeStored(const PropertyInfo& property, Candidate& candidate) const {
+  // Each object of an array stores a value of its own.
   if (!kxIsScalar(value_.get())) return;
   const boost::intrusive_ptr<kxArray_tag> stored(kxGetTypeProperty(value_.get(), 0, narrow(property.name)),
                                                  false);

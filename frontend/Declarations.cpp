@@ -89,6 +89,7 @@ kcos::COSClass* classObjectOf(const ClassInfo& record) {
 }
 
 LoneRecord::LoneRecord(const ClassInfo& record)
+    // An empty record first: that of the class would read its superclasses, which this is to be without.
     : ClassInfo(ResolvedClassID::fromKnownResolvedClassID(std::string())) {
   structure.name = record.structure.name;
   classId = record.classId;

@@ -49,6 +49,7 @@ class NameReasons {
     if (isOfferedHidden()) return {{Rule::Hidden, quoted(name_) + u" is hidden"}};
     if (isExcluded(name_)) return {excludedNamespace(name_)};
     if (auto found = asMethod(); !found.empty()) return found;
+    // The nearest first, because only one is told.
     for (const Reason& reason : {asPlainName(), asVariable(), asInner()}) {
       if (!reason.detail.empty()) return {reason};
     }

@@ -201,6 +201,7 @@ class ClassMembers {
   void offerPublicMethods() {
     const auto& record = described_->record;
     if (!isEnumeration()) return;
+    // Records of other classes have left them out themselves.
     if (isNoDotClass() && !request_.lenience().anyContext) return;
     Names names;
     if (value_ && !request_.lenience().operators) {
@@ -255,6 +256,7 @@ void offerFields(const RequestContext& request, const ValuePtr& structure, Candi
   // The structure is kept by its own reference until details are read; the request lives longer than its
   // list.
   candidates.addInOrder(names, Kind::Field, [&request, structure](Candidate& candidate) {
+    // Of several elements there is no one field to describe.
     if (!kxIsScalar(structure.get())) return;
     const kxArray_tag* field = kxGetField(structure.get(), 0, narrow(candidate.label).c_str());
     if (field != nullptr) describeValue(request, field, candidate);

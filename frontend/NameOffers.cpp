@@ -146,6 +146,7 @@ void offerNames(RequestContext& request, CandidateList& candidates) {
 }
 
 bool isExcludedNamespace(const std::u16string& name) {
+  // Kept, because the tables hand out copies and this is asked once per name.
   static const auto whole = getVX2NamespacesExcludeSet();
   static const auto belowTop = getVX2KorvalNamespacesExcludeSet();
   static const std::u16string top = u"korval.";
@@ -180,6 +181,7 @@ void offerPackage(RequestContext& request, const std::u16string& name, Candidate
   if (request.mayUse(CodePolicy::Allowed, u"what the package " + name + u" says of itself")) {
     PKXContextData::getPackageStrings(name, names);
   } else {
+    // What the library finds without running code: the files in the package's folders.
     for (const char* kind : {".k", ".kex", "classes"}) getWhatList(u"@" + name, names, kind);
   }
   // Files among them come with their suffixes.

@@ -96,6 +96,7 @@ Resolution walk(RequestContext& request, ValuePtr value, const std::vector<Part>
   Resolution resolution{Resolution::Value, value};
   const bool isElement = parts[at - 1].isCalled || parts[at - 1].isUnpacked;
   if (at == parts.size() && !isElement) return resolution;
+  // The declared class says what an object is, not what is in a cell.
   if (parts[at - 1].isUnpacked) return {};
   // An element of a structure array has the fields of the array.
   if (at == parts.size() && isStructure(value.get())) return resolution;
@@ -143,6 +144,7 @@ Resolution ofName(RequestContext& request, const std::vector<Part>& parts) {
   for (std::size_t count = parts.size(); count > 0; --count) {
     const bool isBroken = std::any_of(parts.begin(), parts.begin() + static_cast<std::ptrdiff_t>(count) - 1,
                                       [](const Part& part) { return part.isCalled || part.isUnpacked; });
+    // A name with brackets in the middle is no name of a class.
     if (isBroken || parts[count - 1].isUnpacked) continue;
     if (const auto id = classNamed(request, joined(parts, count))) return ofClass(request, *id, parts, count);
   }
@@ -177,6 +179,7 @@ Resolution resolve(RequestContext& request, const std::u16string& expression) {
   // They hide variables of the workspace.
   for (const LocalName& local : request.scope().locals) {
     if (local.name != parts[0].name) continue;
+    // What is in a cell of a variable that does not exist yet, nobody can know.
     if (parts[0].isUnpacked) return {};
     return declaredPath(request, declared(request, local.className), parts, 1);
   }

@@ -35,6 +35,7 @@ std::u16string sizeText(const kxArray_tag* row) {
   const double* extents = kxGetDoubles(row);
   for (std::size_t at = 0; at < kxGetNumberOfElements(row); ++at) {
     if (at > 0) text += u'x';
+    // The host writes NaN for any extent.
     text += std::isnan(extents[at]) ? u":" : decimal(static_cast<std::size_t>(extents[at]));
   }
   return text;

@@ -67,6 +67,7 @@ void offerValuesOf(const RequestContext& request, const PropertyInfo& property, 
                    CandidateList& candidates) {
   const bool isInText = context.kind == CursorContext::Text;
   if (property.possibleValuesKind == PropertyInfo::NumericPossibleValues) {
+    // A number typed with quotes would be a text.
     if (!isInText) offerLiterals(property.possibleValues, u"", property.type, candidates);
   } else if (isEnumeration(request, property.type)) {
     if (!isInText) offerLiterals(property.possibleValues, property.type + u".", property.type, candidates);
@@ -144,6 +145,7 @@ void offerFilesInText(const std::u16string& folder, CandidateList& candidates) {
   }
   Names classes;
   getWhatList(folder, classes, "classes");
+  // The listing drops the "@", which the folder is typed with.
   for (std::u16string& name : classes) name.insert(0, u"@");
   candidates.addNames(classes, Kind::ClassFolder);
 }

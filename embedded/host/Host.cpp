@@ -62,6 +62,7 @@ void Host::setOutput(Output output) { session_->streams.host.setOutput(std::move
 std::u16string Host::takeOutput() { return session_->streams.host.take(); }
 
 boost::intrusive_ptr<kxArray_tag> Host::variable(const std::string& name) const {
+  // The reference that is handed out is the one that the pointer holds.
   return {handedOut(session_->workspace.find(name)), false};
 }
 

@@ -66,6 +66,7 @@ void BuiltinCall::require(std::size_t least, std::size_t most) const {
 }
 
 Builtin* findBuiltin(std::string_view name) {
+  // A list is enough: a name is looked up when nothing that is described has it.
   const auto* found = std::ranges::find(table, name, [](const auto& row) { return row.first; });
   return found == std::end(table) ? nullptr : found->second;
 }

@@ -29,6 +29,7 @@ std::string narrowed(std::u16string_view text) {
   result.reserve(text.size());
   while (!text.empty()) {
     const char32_t point = takeCodePoint(text);
+    // A lone surrogate, which UTF-8 cannot carry.
     utf8::append(isSurrogate(point) ? replacement : point, std::back_inserter(result));
   }
   return result;

@@ -20,6 +20,7 @@ using KCOSContextData::ResolvedClassID;
 
 /// The identity of the class that code without imports means by the name, or whose identity it is.
 ResolvedClassID classOf(const std::string& name) {
+  // As users name it first: an identity is rarely typed, and may look like a name.
   for (const ResolvedClassID& id :
        {ResolvedClassID(u"", fl::i18n::to_ustring(name)), ResolvedClassID::fromKnownResolvedClassID(name)}) {
     const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id);

@@ -27,6 +27,7 @@ std::string readScript(const std::string& file) {
   std::string text(longestScript + 1, '\0');
   stream.read(text.data(), static_cast<std::streamsize>(text.size()));
   text.resize(static_cast<std::size_t>(stream.gcount()));
+  // Reading up to the end of a short file sets the fail bit, too.
   if (!stream.is_open() || stream.bad() || (stream.fail() && !stream.eof())) {
     throw AnswerError{"eval.unreadable-file", "cannot read '" + file + "'"};
   }

@@ -92,6 +92,7 @@ std::optional<FrameReader::Header> FrameReader::header() {
   }
   // Nobody knows where the next message begins, so this is the end.
   if (!header.length) throw BrokenStream{"a header lacks its Content-Length"};
+  // Nobody waits until that has been skipped.
   if (*header.length > longestSkipped) throw BrokenStream{"a message is longer than 1 GiB"};
   if (*header.length > longestBody) header.problem = "a message is longer than 64 MiB";
   return header;

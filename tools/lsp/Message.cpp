@@ -47,6 +47,7 @@ std::optional<Message> readMessage(const std::string& body) {
   if (!json.is_object()) refuse("a message is an object");
   if (json.contains("id")) {
     const Json& given = json["id"];
+    // The answer to a message that the client could not read has a null for its id.
     const bool isResponse = !json.contains("method") && given.is_null();
     if (!given.is_number_integer() && !given.is_string() && !isResponse)
       refuse("an id is an integer or a string");
@@ -55,6 +56,7 @@ std::optional<Message> readMessage(const std::string& body) {
   }
   if (!json.contains("jsonrpc") || json["jsonrpc"] != "2.0") refuse("\"jsonrpc\" is \"2.0\"");
   if (!json.contains("method")) {
+    // An answer: this server asks nothing, so it is nobody's.
     if (json.contains("id") && (json.contains("result") || json.contains("error"))) return {};
     refuse("a message has a \"method\"");
   }

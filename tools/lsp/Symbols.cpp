@@ -118,6 +118,7 @@ bool fits(const std::u16string& typed, const Found& found) {
 Json documentSymbols(Context& context, const Json& params) {
   const std::string uri = textAt(params, "/textDocument/uri");
   OpenDocument* document = context.documents.find(uri);
+  // An editor may ask about a file that it has not opened here.
   if (document == nullptr || !document->isCode) return Json::array();
   const DocumentSymbols symbols(*document);
   return context.abilities.hierarchicalSymbols ? symbols.tree() : symbols.list(uri);
@@ -137,6 +138,7 @@ Json workspaceSymbols(Context& context, const Json& params) {
   std::sort(found.begin(), found.end(), [](const Found& left, const Found& right) {
     return std::tie(left.match, left.name, left.kind) < std::tie(right.match, right.name, right.kind);
   });
+  // After sorting, so that the best ones stay.
   found.resize(std::min(found.size(), context.abilities.limit));
   Json symbols = Json::array();
   for (const Found& each : found) {

@@ -89,6 +89,7 @@ std::vector<std::string> columnsOf(const Candidates& candidates, std::size_t wid
 frontend::Scope scopeIn(const std::u16string& text, const embedded::Host& host) {
   frontend::Scope scope;
   for (const embedded::CodeVariable& variable : embedded::outlineOf(text).variables) {
+    // The session knows better what a variable is than a line that has not run.
     if (host.variable(variable.name)) continue;
     scope.locals.push_back({wide(variable.name), wide(variable.maker)});
   }

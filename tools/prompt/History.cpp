@@ -51,6 +51,7 @@ void rewrite(const fs::path& file, const std::deque<std::string>& lines) {
 
 fs::path History::usualFile() {
   fs::path folder = variable("XDG_STATE_HOME");
+  // A relative folder would be another one in each working folder.
   if (!folder.is_absolute()) {
     const fs::path home = variable("HOME");
     if (home.empty()) return {};
@@ -91,6 +92,7 @@ void History::remember(const std::wstring& line) {
 }
 
 void History::add(const std::wstring& line) {
+  // What is pasted in one piece may be megabytes, and nobody looks for it with the arrow keys.
   if (line.find_first_not_of(L" \t") == std::wstring::npos || line.size() > longestLine) return;
   remember(line);
   // At once, and at the end of the file: several prompts may share it, and one may die.

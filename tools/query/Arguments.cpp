@@ -42,6 +42,7 @@ std::u16string Arguments::text(const std::string& name) const {
 }
 
 std::string Arguments::narrowText(const std::string& name) const {
+  // Bytes are not checked: what the library does with broken text can be asked, too.
   const std::optional<std::string> text = narrowTextOf(get(name));
   if (!text) wrongType(name, "a narrow text: a string or {\"bytes\": [...]}");
   return *text;
@@ -94,6 +95,7 @@ std::vector<std::int32_t> Arguments::numbers(const std::string& name) const {
 MethodInfo::GetContext Arguments::context(const std::string& name) const {
   static const std::vector<std::string> words = {"none", "before-dot", "after-dot", "any"};
   const Json& given = get(name);
+  // Any number: what the library does with one that is no context can be asked, too.
   if (const std::optional<std::int32_t> number = numberOf(given)) return MethodInfo::GetContext{*number};
   const auto found = given.is_string() ? std::ranges::find(words, given.get<std::string>()) : words.end();
   if (found == words.end()) wrongType(name, "a 32-bit number or one of the words for it");
@@ -114,6 +116,7 @@ boost::intrusive_ptr<kxArray_tag> Arguments::value(const std::string& name) cons
 }
 
 boost::intrusive_ptr<kxArray_tag> Arguments::existingValue(const std::string& name) const {
+  // The library requires a value here: a null would be a mistake of the client, not a question.
   if (get(name).is_null()) wrongType(name, "a variable, {\"variable\": name}");
   return value(name);
 }

@@ -57,6 +57,7 @@ std::string detailsOf(const frontend::Candidate& candidate) {
     parts.push_back(size + (size.empty() || type.empty() ? "" : " ") + type);
   // Public goes without saying.
   if (candidate.access.value_or(0) != 0) parts.push_back(accessWord(*candidate.access));
+  // Where the kind does not say so already.
   if (candidate.isConstant && candidate.kind != frontend::Kind::Constant) parts.push_back("constant");
   if (candidate.isHidden) parts.push_back("hidden");
   const bool isProperty = candidate.kind == frontend::Kind::Property;

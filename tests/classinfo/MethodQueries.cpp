@@ -3,6 +3,8 @@
 #include <contextdata/KCOSIntrospection.h>
 #include <gtest/gtest.h>
 
+#include <boost/algorithm/string.hpp>
+
 #include "tests/classinfo/Shown.h"
 #include "tests/support/Table.h"
 
@@ -12,60 +14,16 @@ using KCOSContextData::MethodInfo;
 using Context = MethodInfo::GetContext;
 using Options = MethodInfo::GetOptions;
 
-constexpr const char* snapshot = R"json({"format": 1,
-  "classes": [
-    {"name": "Base", "methods": ["Base", "foo", "bar", "plus", {"name": "own", "access": "private"},
-                                 {"name": "make", "static": true}]},
-    {"name": "a.b.C", "superclasses": ["Base"],
-     "methods": ["C", "b.C", "a.b.C", ".C", "bC", {"name": "foo", "hidden": true}, "bar", "bar",
-                 {"name": "minus", "hidden": true}, {"name": "own", "access": "private"}]},
-    {"name": "Left", "superclasses": ["Base"], "methods": ["left"]},
-    {"name": "Right", "superclasses": ["Base"], "methods": [{"name": "make", "hidden": true}]},
-    {"name": "Diamond", "superclasses": ["Left", "Right"], "methods": ["top"]},
-    {"name": "MasksOperator", "superclasses": ["Base"], "methods": [{"name": "plus", "hidden": true}]},
-    {"name": "MasksSecretly", "superclasses": ["Base"],
-     "methods": [{"name": "foo", "hidden": true, "access": "private"}]},
-    {"name": "Granting", "methods": [{"name": "forBase", "access": ["Base"]},
-                                     {"name": "also", "access": {"level": "private", "classes": ["Left"]}}]},
-    {"name": "korval.mixin.internal.indexing.DisallowCompletionOfDotMethodNames", "methods": ["no"]},
-    {"name": "Mixed", "superclasses": ["Base", "korval.mixin.internal.indexing.DisallowCompletionOfDotMethodNames"],
-     "methods": ["m"]},
-    {"name": "OfMixed", "superclasses": ["Base", "Mixed"], "methods": ["o"]},
-    {"name": "double", "superclasses": ["Base"], "methods": ["d"]},
-    {"name": "OfDouble", "superclasses": ["double"], "methods": ["o"]},
-    {"name": "double", "component": "c", "superclasses": ["Base"], "methods": ["d", {"name": "bar", "hidden": true}]},
-    {"name": "table", "superclasses": ["Base"], "methods": ["t"]},
-    {"name": "Enum", "superclasses": ["Base"], "enumeration": true, "methods": ["e"], "members": ["X"]},
-    {"name": "Broken", "superclasses": ["Base"], "broken": true, "methods": ["e"]},
-    {"name": "Nameless", "superclasses": ["Base"], "methods": ["e", {"name": null}]},
-    {"name": "OfNameless", "superclasses": ["Nameless", "Left"], "methods": ["e"]}]})json";
-
 struct MethodQueries : testing::Test {
   static std::string of(const std::string& id, const Options& options) {
     return namesOf(Record(id).getMethods(options));
   }
 
-  World world{snapshot};
+  World world{worldFile("tests/classinfo/methods.json")};
 };
 
 TEST_F(MethodQueries, ByClassAndPosition) {
-  for (const auto& row : tableOf<4>(R"(
-    Base | foo bar make | foo bar make | foo bar make
-    a.b.C | bar make .C bC bar bar | bar make .C bC bar bar | bar make .C bC bar bar
-    Diamond | foo bar make left foo bar top | foo bar make left foo bar top | foo bar make left foo bar top
-    MasksOperator | foo bar make | foo bar make | foo bar make
-    MasksSecretly | foo bar make | foo bar make | foo bar make
-    Mixed | foo bar make no m | | foo bar make no m
-    OfMixed | foo bar make foo bar make no m o | | foo bar make foo bar make no m o
-    double | | | foo bar make d
-    OfDouble | o | o | foo bar make d o
-    c:double | foo make | foo make | foo make d
-    table | foo bar make t | | foo bar make t
-    Enum | foo bar make | foo bar make | foo bar make
-    Broken | foo bar make | foo bar make | foo bar make
-    Nameless | | |
-    OfNameless | | |
-    nobody | | |)")) {
+  for (const auto& row : rowsOf<4>("tests/classinfo/tables.rows", "MethodQueries.ByClassAndPosition")) {
     const Record record(row[0]);
     EXPECT_EQ(namesOf(record.getMethods({0}, Context::BeforeDot, nullptr)), row[1]) << row[0];
     EXPECT_EQ(namesOf(record.getMethods({0}, Context::AfterDot, nullptr)), row[2]) << row[0];

@@ -5,6 +5,7 @@
 #include <boost/algorithm/string/split.hpp>
 
 #include "tests/classinfo/Shown.h"
+#include "tests/support/Table.h"
 
 std::string shownType(const KCOSContextData::PropertyInfo& property) {
   std::string text = shown(property.type);
@@ -19,11 +20,6 @@ std::string shownType(const KCOSContextData::PropertyInfo& property) {
 
 namespace {
 
-struct Row {
-  std::string keys;
-  std::string expected;
-};
-
 World worldWith(const std::string& keys) {
   return World(R"({"format": 1, "classes": [
     {"name": "C", "properties": [{"name": "p", )" +
@@ -32,69 +28,18 @@ World worldWith(const std::string& keys) {
      "members": ["On", "Off", {"name": "Test", "hidden": true}, {"name": null}]}]})");
 }
 
-void expectRows(const std::vector<Row>& rows) {
-  for (const Row& row : rows) {
-    World world = worldWith(row.keys);
+void expectRows(const std::string& table) {
+  for (const auto& [keys, expected] : rowsOf<2>("tests/classinfo/tables.rows", table)) {
+    World world = worldWith(keys);
     const auto properties = Record("C").getProperties({});
-    ASSERT_EQ(namesOf(properties), "p") << row.keys;
-    EXPECT_EQ(shownType(properties[0]), row.expected) << row.keys;
+    ASSERT_EQ(namesOf(properties), "p") << keys;
+    EXPECT_EQ(shownType(properties[0]), expected) << keys;
   }
 }
 
-TEST(Properties, TypeSizeAndFunctions) {
-  expectRows({
-      {R"("hidden": false)", ""},
-      {R"("type": "char")", "char"},
-      {R"("type": "größe")", "gr<f6><df>e"},
-      {R"("validation": {"class": "double", "size": [1, ":"]})", "double[1 :]"},
-      {R"("type": "int8", "validation": {"class": "double"})", "double"},
-      {R"("type": "int8", "validation": {"size": [0, 10, 9007199254740992]})", "int8[0 10 9007199254740992]"},
-      {R"("type": "int8", "validation": {})", "int8"},
-      {R"("validation": {"functions": ["mustBePositive", "größer", "f"]})",
-       "any{mustBePositive gr<f6><df>er f}"},
-      {R"("dependent": true, "type": "t")", "t dependent"},
-  });
-}
+TEST(Properties, TypeSizeAndFunctions) { expectRows("Properties.TypeSizeAndFunctions"); }
 
-TEST(Properties, KindsOfPossibleValues) {
-  const auto values = [](const std::string& list) { return R"("type": "t", "values": )" + list; };
-  expectRows({
-      {values("[]"), "t"},
-      {values("[1, 2, 3]"), "t 2: '1' '2' '3'"},
-      {values("[2.9, -0.5, 0.5, -2.9, 2147483647.9, -2147483648.9]"),
-       "t 2: '2' '0' '0' '-2' '2147483647' '-2147483648'"},
-      {values(R"(["a", "", "a\u0000b", "ä"])"), "t 1: 'a' '' 'a" + std::string(1, '\0') + "b' '<e4>'"},
-      // numbers, then text: the text is skipped; and the other way round
-      {values(R"([1, "a", 2])"), "t 2: '1' '2'"},
-      {values(R"(["a", 1, "b"])"), "t 1: 'a' 'b'"},
-      // neither kind of value, and arrays that are no single number
-      {values(R"([true, {"string": "s"}, {"cell": []}, {"struct": {}}])"), "t"},
-      {values(R"([[1, 2], {"double": [], "size": [0, 0]}, "a"])"), "t 1: 'a'"},
-      // objects: their text, also when there is none of it, and after numbers, which are kept
-      {values(R"([{"object": "U", "text": "u"}, {"object": "U", "text": ""}])"), "t 1: 'u' ''"},
-      {values(R"([{"object": "U", "text": null}])"), "t 1:"},
-      {values(R"([{"object": "U", "failing": true}, 1, "a"])"), "t 1: 'a'"},
-      {values(R"([1, {"object": "U", "text": "u"}, 2, "a"])"), "t 1: '1' 'u' 'a'"},
-      {values(R"([1, {"object": "U", "failing": true}, 2, "a"])"), "t 1: '1' 'a'"},
-      // enumeration members: by name, but the first one after numbers by its text
-      {values(R"([{"object": "lab.E", "member": "Off"}, {"object": "lab.E", "member": "On"}])"),
-       "t 1: 'Off' 'On'"},
-      {values(
-           R"([1, {"object": "lab.E", "member": "On", "text": "is on"}, {"object": "lab.E", "member": "Off"},
-                  2, "a"])"),
-       "t 1: '1' 'is on' 'Off' 'a'"},
-      {values(R"([1, {"object": "lab.E", "member": "On"}, {"object": "lab.E", "member": "Off"}])"),
-       "t 1: '1' 'Off'"},
-      // an enumeration as the type stands for its members
-      {R"("type": "lab.E")", "lab.E 1: 'On' 'Off'"},
-      {R"("validation": {"class": "lab.E"}, "type": "t")", "lab.E 1: 'On' 'Off'"},
-      {R"("type": "lab.E", "values": [7])", "lab.E 2: '7'"},
-      // no list beside validation functions, and none that cannot be converted
-      {R"("validation": {"functions": ["f"]}, "values": [1])", "any{f}"},
-      {R"("validation": {"class": "c"}, "values": [1])", "c 2: '1'"},
-      {values(R"([1], "conversion": false)"), "t"},
-  });
-}
+TEST(Properties, KindsOfPossibleValues) { expectRows("Properties.KindsOfPossibleValues"); }
 
 TEST(Properties, NumbersBeyond32BitsDoNoHarm) {
   for (const char* number :
@@ -106,24 +51,7 @@ TEST(Properties, NumbersBeyond32BitsDoNoHarm) {
   }
 }
 
-TEST(Properties, GettersAndTheSecondFlag) {
-  const auto attribute = [](const std::string& name, const std::string& type, const std::string& value) {
-    return R"("attributes": [{"name": ")" + name + R"(", "type": ")" + type + R"(", "value": )" + value +
-           "}]";
-  };
-  expectRows({
-      {R"("optimized": {})", " unflagged"},
-      {R"("optimized": {"flag": true})", ""},
-      {R"("optimized": {"customGetter": true, "flag": true})", " getter"},
-      {R"("optimized": {}, )" + attribute("QRDGetSet", "logical scalar", "true"), " getter unflagged"},
-      {attribute("QRDGetSet", "logical scalar", "true"), " getter"},
-      {attribute("QRDGetSet", "logical scalar", "false"), ""},
-      {attribute("QRDGetSet", "logical", "true"), ""},
-      {attribute("QRDGetSet", "", "true"), ""},
-      {attribute("qrdGetSet", "logical scalar", "true"), ""},
-      {attribute("Dependent", "logical scalar", "true"), ""},
-  });
-}
+TEST(Properties, GettersAndTheSecondFlag) { expectRows("Properties.GettersAndTheSecondFlag"); }
 
 // What throws in the query of the getter or of the second flag counts as yes, and nothing else does.
 TEST(Properties, FailuresOfTheTwoFlagsCountAsYes) {

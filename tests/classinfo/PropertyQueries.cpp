@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <sstream>
+
 #include "tests/classinfo/Shown.h"
 #include "tests/support/Table.h"
 
@@ -11,51 +14,24 @@ using KCOSContextData::PropertyInfo;
 using Options = PropertyInfo::GetOptions;
 using Levels = std::vector<std::int32_t>;
 
-constexpr const char* snapshot = R"json({"format": 1,
-  "classes": [
-    {"name": "Root", "properties": ["r", {"name": "veiled", "hidden": true}, {"name": "own", "access": "private"}]},
-    {"name": "A", "superclasses": ["Root"], "properties": ["a", {"name": "prot", "access": "protected"}]},
-    {"name": "B", "superclasses": ["Root"], "properties": ["b", {"name": "own", "access": "private"}]},
-    {"name": "D", "component": "c", "superclasses": ["A", "B"], "properties": ["d", {"name": "own", "access": "private"}]},
-    {"name": "Shadows", "superclasses": ["D"],
-     "properties": ["s", "r", "s", {"name": "a", "access": "private"}, {"name": "b", "hidden": true}]},
-    {"name": "ShadowsHidden", "superclasses": ["Root"], "properties": ["veiled", {"name": "R"}]},
-    {"name": "Access", "properties": [
-      {"name": "rw"}, {"name": "ro", "set": "private"}, {"name": "wo", "get": "private"},
-      {"name": "pp", "access": "private"}, {"name": "const", "constant": true, "get": "protected"},
-      {"name": "forA", "access": ["A"]}, {"name": "readA", "get": ["A"], "set": "private"},
-      {"name": "writeA", "get": "private", "set": {"level": "private", "classes": ["A"]}},
-      {"name": "forRoot", "access": ["Root"]}, {"name": "hid", "hidden": true}]},
-    {"name": "Enum", "superclasses": ["Root"], "enumeration": true, "properties": ["e"], "members": ["X"]},
-    {"name": "Broken", "superclasses": ["Root"], "broken": true, "properties": ["x"]},
-    {"name": "Nameless", "superclasses": ["Root"], "properties": ["y", {"name": null}]},
-    {"name": "OfNameless", "superclasses": ["Nameless", "Root"], "properties": ["z"]},
-    {"name": "Aliased", "aliases": ["Nickname"], "superclasses": ["Root"], "properties": ["n"]}]})json";
+Levels levelsOf(const std::string& text) {
+  std::istringstream words(text);
+  return {std::istream_iterator<std::int32_t>(words), {}};
+}
 
 struct PropertyQueries : testing::Test {
   static std::string of(const std::string& id, const Options& options = {}) {
     return namesOf(Record(id).getProperties(options));
   }
 
-  World world{snapshot};
+  World world{worldFile("tests/classinfo/properties.json")};
 };
 
 TEST_F(PropertyQueries, InheritedOnesComeFirstAndShadowingTakesAllTheirCopies) {
   const Options withHidden{.includeHidden = true};
   const Options withPrivate{.accessLevels = {0, 2}};
-  for (const auto& row : tableOf<4>(R"(
-    Root | r | r veiled | r own
-    A | r a | r veiled a | r a
-    c:D | r a r b d | r veiled a r veiled b d | r a r b d own
-    Shadows | a d s r s | veiled a veiled d s r s b | d s r s a
-    ShadowsHidden | r veiled R | r veiled R | r veiled R
-    Enum | r | r veiled | r
-    Broken | r | r veiled | r
-    Nameless | | |
-    OfNameless | | |
-    Aliased | r n | r veiled n | r n
-    Nickname | r | r veiled | r
-    nobody | | |)")) {
+  for (const auto& row : rowsOf<4>("tests/classinfo/tables.rows",
+                                   "PropertyQueries.InheritedOnesComeFirstAndShadowingTakesAllTheirCopies")) {
     EXPECT_EQ(of(row[0]), row[1]) << row[0];
     EXPECT_EQ(of(row[0], withHidden), row[2]) << row[0];
     EXPECT_EQ(of(row[0], withPrivate), row[3]) << row[0];
@@ -66,21 +42,9 @@ TEST_F(PropertyQueries, InheritedOnesComeFirstAndShadowingTakesAllTheirCopies) {
 
 TEST_F(PropertyQueries, AccessByLevelAndKind) {
   for (const auto& [levels, kinds, expected] :
-       std::vector<std::tuple<Levels, Levels, std::string>>{{{0}, {0, 1}, "rw ro wo"},
-                                                            {{0}, {0}, "rw ro"},
-                                                            {{0}, {1}, "rw wo"},
-                                                            {{0}, {}, ""},
-                                                            {{0}, {2, -1, 7}, ""},
-                                                            {{0}, {7, 1}, "rw wo"},
-                                                            {{}, {0, 1}, ""},
-                                                            {{1}, {0, 1}, "const"},
-                                                            {{5}, {0, 1}, "const"},
-                                                            {{5}, {0}, ""},
-                                                            {{2}, {0}, "wo pp writeA"},
-                                                            {{4, 2}, {1}, "ro pp forA readA writeA forRoot"},
-                                                            {{99, 0}, {0}, "rw ro"}}) {
-    EXPECT_EQ(of("Access", {levels, kinds, nullptr, false}), expected);
-  }
+       rowsOf<3>("tests/classinfo/tables.rows", "PropertyQueries.AccessByLevelAndKind"))
+
+    EXPECT_EQ(of("Access", {levelsOf(levels), levelsOf(kinds), nullptr, false}), expected);
 }
 
 TEST_F(PropertyQueries, AccessByClassWhateverTheKind) {
@@ -105,9 +69,9 @@ TEST_F(PropertyQueries, OneEntryOfLevelTwoIsDroppedPerGeneration) {
     {"name": "G", "properties": [{"name": "g", "access": "private"}]},
     {"name": "P", "superclasses": ["G"], "properties": [{"name": "p", "access": "private"}]},
     {"name": "C", "superclasses": ["P"], "properties": [{"name": "c", "access": "private"}]}]})");
-  for (const auto& [levels, expected] : std::vector<std::pair<Levels, std::string>>{
-           {{0}, ""}, {{2}, "c"}, {{2, 2}, "p c"}, {{2, 2, 2}, "g p c"}, {{9, 2, 0, 2, 2, 2}, "g p c"}})
-    EXPECT_EQ(of("C", {.accessLevels = levels}), expected) << levels.size();
+  for (const auto& [levels, expected] :
+       tableOf<2>("0 | ; 2 | c; 2 2 | p c; 2 2 2 | g p c; 9 2 0 2 2 2 | g p c"))
+    EXPECT_EQ(of("C", {.accessLevels = levelsOf(levels)}), expected) << levels;
 }
 
 TEST_F(PropertyQueries, TheHiddenListStaysUntilTheNextQuery) {

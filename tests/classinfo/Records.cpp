@@ -20,18 +20,6 @@ namespace {
 
 using namespace KCOSContextData;
 
-constexpr const char* snapshot = R"json({"format": 1,
-  "classes": [
-    {"name": "R", "attributeNames": [{"names": ["r", "both"]}, {}, {"further": ["late"]}, {"names": ["4"]}]},
-    {"name": "A", "superclasses": ["R"]}, {"name": "B", "superclasses": ["R"]},
-    {"name": "lab.C", "component": "c", "aliases": ["Nick"], "superclasses": ["A", "B"], "properties": ["p"],
-     "attributeNames": [{"names": ["both", "c", "c"]}, {"names": ["2"]}, {}, {}]},
-    {"name": "Sub", "superclasses": ["lab.C"]},
-    {"name": "Broken", "superclasses": ["R"], "broken": true}],
-  "functions": [{"name": "f", "imports": ["lab.C"]}],
-  "workspace": [{"name": "c", "value": {"object": "Nick"}}, {"name": "sub", "value": {"object": "Sub"}},
-                {"name": "broken", "value": {"object": "Broken"}}, {"name": "number", "value": [1, 2]}]})json";
-
 struct Records : testing::Test {
   static std::string about(const ClassInfo& record) {
     return shown(record.structure.name) + "/" + textOf(record.classId) + "/" +
@@ -41,17 +29,11 @@ struct Records : testing::Test {
     return about(ClassInfo(world.host.variable(name).get()));
   }
 
-  World world{snapshot};
+  World world{worldFile("tests/classinfo/records.json")};
 };
 
 TEST_F(Records, NamesAndIdentities) {
-  for (const auto& row : tableOf<2>(R"(
-    c:lab.C | lab.C/c:lab.C/lab.C A R B R
-    Nick | lab.C/Nick/lab.C A R B R
-    lab.C | lab.C/lab.C/lab.C A R B R
-    Sub | Sub/Sub/Sub lab.C A R B R
-    Broken | Broken/Broken/Broken R
-    x:nobody | nobody/x:nobody/nobody)"))
+  for (const auto& row : rowsOf<2>("tests/classinfo/tables.rows", "Records.NamesAndIdentities"))
     EXPECT_EQ(about(Record(row[0])), row[1]);
   EXPECT_EQ(about(ClassInfo(ResolvedClassID::fromKnownResolvedClassID(std::string()))), "/null/");
   EXPECT_EQ(about(ClassInfo(u"f", u"C")), "lab.C/c:lab.C/lab.C A R B R");

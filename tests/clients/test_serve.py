@@ -1,6 +1,5 @@
 """The subcommand `serve`: short exchanges from files, and what needs files, signals and time."""
 import json
-import re
 import subprocess
 import time
 import unittest
@@ -27,11 +26,9 @@ def fits(wanted, given):
 
 
 def cases_in(file):
-    """(name, [line]) of each exchange of a file; the first one's comment says how they are written."""
-    for block in re.split(r"\n\s*\n", file.read_text(encoding="utf-8").strip()):
-        head, *lines = [line for line in block.splitlines() if not line.startswith("#")] or [""]
-        if head:
-            yield head, lines
+    """(name, [line]) of each exchange of a file; Exchange has the words that lines begin with."""
+    for _, (head, *lines) in Cases.blocks(file):
+        yield head, lines
 
 
 def utf16_length(text):

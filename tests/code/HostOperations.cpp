@@ -1,31 +1,21 @@
 #include <gtest/gtest.h>
 
 #include <boost/smart_ptr/make_shared.hpp>
-#include <filesystem>
-#include <fstream>
 
 #include "host/Arrays.h"
 #include "host/Exceptions.h"
 #include "host/Streams.h"
 #include "tests/code/CodeWorld.h"
+#include "tests/support/Table.h"
+#include "tests/support/TempFolder.h"
 #include "tests/support/Trap.h"
 
 namespace {
 
-using code::wide;
 using embedded::CodePolicy;
 using Tamsix::orvo::EvalSource;
 using ValuePtr = boost::intrusive_ptr<kxArray_tag>;
 using services::io::KLStream;
-
-std::string idOf(const std::function<void()>& action) {
-  try {
-    action();
-    return "";
-  } catch (const foundation::core::except::Exception& error) {
-    return error.messageId();
-  }
-}
 
 ValuePtr evaluated(const std::string& text, bool valueOfStatement, int& status) {
   kxArray_tag* result = nullptr;
@@ -40,35 +30,24 @@ TEST(HostOperations, EvaluationAnswersAValueOrAStatus) {
   const auto references = [] {
     return embedded::Host::references().added - embedded::Host::references().dropped;
   };
-  struct Row {
-    const char* text;
-    bool valueOfStatement;
-    const char* answer;
-    bool succeeds;
-  };
-  for (const Row& row :
-       {Row{"pump.Flow", false, "double", true}, Row{"pump;", true, "lab.Pump", true},
-        Row{"x = 1; x", true, "double", true}, Row{"x = 1; x", false, "null", false},
-        Row{"y = 1", true, "null", false}, Row{"y = 1", false, "null", false}, Row{"", true, "null", false},
-        Row{"nix", false, "null", false}, Row{"1 +", false, "null", false},
-        Row{"nothing", true, "null", false}, Row{"pump.Failing", true, "null", false},
-        Row{"if true, return, end, x = 1; x", true, "null", false}}) {
+  for (const auto& [text, asked, answer, outcome] : rowsOf<4>("tests/code/texts.rows", "evaluations")) {
+    const bool succeeds = outcome == "succeeds";
     const auto before = references();
     int status = -1;
-    ValuePtr value = evaluated(row.text, row.valueOfStatement, status);
-    EXPECT_EQ(classOf(value), row.answer) << row.text;
-    EXPECT_EQ(status == 0, row.succeeds) << row.text;
-    EXPECT_EQ(world.host().codeFailure().has_value(), !row.succeeds) << row.text;
+    ValuePtr value = evaluated(text, asked == "of the statement", status);
+    EXPECT_EQ(classOf(value), answer) << text;
+    EXPECT_EQ(status == 0, succeeds) << text;
+    EXPECT_EQ(world.host.codeFailure().has_value(), !succeeds) << text;
     value.reset();
-    const bool leavesX = std::string(row.text) == "x = 1; x" && row.succeeds;
-    EXPECT_EQ(references(), before + (leavesX ? 1 : 0)) << row.text;
+    const bool leavesX = text == "x = 1; x" && succeeds;
+    EXPECT_EQ(references(), before + (leavesX ? 1 : 0)) << text;
   }
-  EXPECT_FALSE(world.host().variable("y"));
+  EXPECT_FALSE(world.host.variable("y"));
 }
 
 TEST(HostOperations, CallsPassErrorsOrTrapThem) {
   code::World world;
-  ValuePtr pump = world.host().variable("pump");
+  ValuePtr pump = world.host.variable("pump");
   kxArray_tag* arguments[] = {pump.get()};
   kxArray_tag* result = nullptr;
   const auto call = [&](const char* name) { inCallFcn(1, &result, 1, arguments, name); };
@@ -81,13 +60,13 @@ TEST(HostOperations, CallsPassErrorsOrTrapThem) {
     ValuePtr same(inCallMethodSingleInputSingleOutput(pump.get(), name, 1), false);
     EXPECT_EQ(classOf(same), className) << name;
   }
-  EXPECT_EQ(idOf([&] { call("nix"); }), "KORVAL:code:UndefinedName");
-  EXPECT_EQ(idOf([&] { call("Failing"); }), "KORVAL:code:UndefinedName");
-  EXPECT_EQ(idOf([&] { inCallFcnWithTrap(1, &result, 1, arguments, "declared", false); }),
+  EXPECT_EQ(thrownBy([&] { call("nix"); }), "KORVAL:code:UndefinedName");
+  EXPECT_EQ(thrownBy([&] { call("Failing"); }), "KORVAL:code:UndefinedName");
+  EXPECT_EQ(thrownBy([&] { inCallFcnWithTrap(1, &result, 1, arguments, "declared", false); }),
             "KORVAL:code:NoCode");
   EXPECT_NE(inCallFcnWithTrap(1, &result, 1, arguments, "declared", true), 0);
-  EXPECT_EQ(world.host().codeFailure()->id, "KORVAL:code:NoCode");
-  EXPECT_NE(world.host().takeOutput().find(u"KORVAL:code:NoCode"), std::u16string::npos);
+  EXPECT_EQ(world.host.codeFailure()->id, "KORVAL:code:NoCode");
+  EXPECT_NE(world.host.takeOutput().find(u"KORVAL:code:NoCode"), std::u16string::npos);
   const ValuePtr package(matrix::create(u"old"), false);
   kxArray_tag* name[] = {package.get()};
   ASSERT_EQ(inCallFcnWithTrap(1, &result, 1, name, "findpackage", true), 0);
@@ -95,7 +74,7 @@ TEST(HostOperations, CallsPassErrorsOrTrapThem) {
   const ValuePtr classes(kxGetPropertyShared(found.get(), 0, "Classes"), false);
   EXPECT_EQ(kxGetNumberOfElements(classes.get()), 2U);
   EXPECT_EQ(matrix::get_ustring(ValuePtr(kxGetPropertyShared(classes.get(), 1, "Name"), false).get()), u"B");
-  EXPECT_EQ(idOf([&] { kxGetPropertyShared(classes.get(), 2, "Name"); }), "KORVAL:code:Index");
+  EXPECT_EQ(thrownBy([&] { kxGetPropertyShared(classes.get(), 2, "Name"); }), "KORVAL:code:Index");
   const ValuePtr function(matrix::create(u"korval.metadata.Namespace.getAllNamespaces"), false);
   kxArray_tag* named[] = {function.get()};
   inFullFevalFcn(1, &result, 1, named);
@@ -103,13 +82,13 @@ TEST(HostOperations, CallsPassErrorsOrTrapThem) {
   EXPECT_EQ(kxGetNumberOfElements(namespaces.get()), 1U);
   EXPECT_EQ(matrix::get_ustring(ValuePtr(kxGetTypeProperty(namespaces.get(), 0, "Name"), false).get()),
             u"lab");
-  EXPECT_EQ(idOf([&] { inFullFevalFcn(1, &result, 1, arguments); }), "KORVAL:host:NoFunctionName");
+  EXPECT_EQ(thrownBy([&] { inFullFevalFcn(1, &result, 1, arguments); }), "KORVAL:host:NoFunctionName");
 }
 
 TEST(HostOperations, PropertiesAreReadAsThePublicClient) {
   code::World world;
-  const ValuePtr pump = world.host().variable("pump");
-  const ValuePtr pumps = world.host().variable("pumps");
+  const ValuePtr pump = world.host.variable("pump");
+  const ValuePtr pumps = world.host.variable("pumps");
   const auto read = [](const ValuePtr& object, std::size_t index, const char* name) {
     return *kxGetDoubles(ValuePtr(kxGetPropertyShared(object.get(), index, name), false).get());
   };
@@ -123,15 +102,15 @@ TEST(HostOperations, PropertiesAreReadAsThePublicClient) {
                                                               {"nix", "KORVAL:code:NoSuchMember"},
                                                               {"Silent", "KORVAL:code:NoValue"}};
   for (const auto& row : rows)
-    EXPECT_EQ(idOf([&] { kxGetPropertyShared(pump.get(), 0, row.first); }), row.second) << row.first;
-  world.host().setCodeLimits({.steps = 10});
+    EXPECT_EQ(thrownBy([&] { kxGetPropertyShared(pump.get(), 0, row.first); }), row.second) << row.first;
+  world.host.setCodeLimits({.steps = 10});
   for (int time = 0; time < 20; ++time)
     EXPECT_EQ(read(pumps, 0, "Flow"), 1) << "no code runs, and none is limited";
 }
 
 TEST(HostOperations, OneGuardStandsBeforeAllCode) {
   code::World world;
-  const ValuePtr pump = world.host().variable("pump");
+  const ValuePtr pump = world.host.variable("pump");
   kxArray_tag* arguments[] = {pump.get()};
   kxArray_tag* result = nullptr;
   int status = 0;
@@ -146,29 +125,29 @@ TEST(HostOperations, OneGuardStandsBeforeAllCode) {
       {[&] { inValidInterpreterAvailable(); }, false}};
   for (std::size_t at = 0; at < rows.size(); ++at) {
     const auto& [ask, runsCode] = rows[at];
-    world.host().clearCodeRecord();
-    world.host().startLog();
+    world.host.clearCodeRecord();
+    world.host.startLog();
     ask();
-    EXPECT_EQ(embedded::Host::ranKorvalCode(world.host().takeLog()), runsCode) << at;
-    EXPECT_EQ(world.host().codeRecord().runs, runsCode ? 1U : 0U) << at;
-    world.host().setCodePolicy(CodePolicy::Refused);
-    EXPECT_EQ(idOf(ask), runsCode ? "KORVAL:host:CodeRefused" : "") << at;
-    EXPECT_EQ(world.host().codeRecord().refusals, runsCode ? 1U : 0U) << at;
-    EXPECT_EQ(world.host().codeRecord().refused.size(), runsCode ? 1U : 0U) << at;
-    trapCode(world.host());
+    EXPECT_EQ(embedded::Host::ranKorvalCode(world.host.takeLog()), runsCode) << at;
+    EXPECT_EQ(world.host.codeRecord().runs, runsCode ? 1U : 0U) << at;
+    world.host.setCodePolicy(CodePolicy::Refused);
+    EXPECT_EQ(thrownBy(ask), runsCode ? "KORVAL:host:CodeRefused" : "") << at;
+    EXPECT_EQ(world.host.codeRecord().refusals, runsCode ? 1U : 0U) << at;
+    EXPECT_EQ(world.host.codeRecord().refused.size(), runsCode ? 1U : 0U) << at;
+    trapCode(world.host);
     if (runsCode)
       EXPECT_DEATH(ask(), "Korval code was about to run") << at;
     else
       ask();
-    world.host().setRefusalObserver({});
-    world.host().setCodePolicy(CodePolicy::Allowed);
+    world.host.setRefusalObserver({});
+    world.host.setCodePolicy(CodePolicy::Allowed);
   }
 }
 
 TEST(HostOperations, TextGoesToTheTopSink) {
   code::World world;
   std::vector<std::string> printed;
-  world.host().setOutput([&](embedded::OutputKind kind, std::u16string_view text) {
+  world.host.setOutput([&](embedded::OutputKind kind, std::u16string_view text) {
     printed.push_back((kind == embedded::OutputKind::Output ? "out:" : "err:") + shown(std::u16string(text)));
   });
   const auto lower = boost::make_shared<services::io::KLStringSink>();
@@ -184,7 +163,7 @@ TEST(HostOperations, TextGoesToTheTopSink) {
   EXPECT_EQ(upper->text(), u"c\n");
   KLStream::KLOut().pop();
   KLStream::KLOut().pop();
-  EXPECT_EQ(idOf([] { KLStream::KLOut().pop(); }), "KORVAL:host:NoSink");
+  EXPECT_EQ(thrownBy([] { KLStream::KLOut().pop(); }), "KORVAL:host:NoSink");
   matrix::setErrorMode(matrix::ErrorMode{});
   inEvalExp(u"x = 1\nnix", 0, nullptr, true, EvalSource::Query);
   matrix::setErrorMode(matrix::ErrorMode::Silent);
@@ -199,13 +178,13 @@ TEST(HostOperations, TextGoesToTheTopSink) {
 TEST(HostOperations, TheHostHasTextWhileTheCodeRuns) {
   code::World world;
   std::u16string printed;
-  world.host().setOutput([&](embedded::OutputKind, std::u16string_view text) {
-    if (printed.empty()) world.host().requestInterrupt();
+  world.host.setOutput([&](embedded::OutputKind, std::u16string_view text) {
+    if (printed.empty()) world.host.requestInterrupt();
     printed += text;
   });
   EXPECT_THROW(world.run("disp('a'), while true, end"), Tamsix::System::InterruptException);
   EXPECT_EQ(printed, u"a\n");
-  world.host().clearInterrupt();
+  world.host.clearInterrupt();
   KLStream::KLOut().push(boost::make_shared<services::io::KLStringSink>());
   world.run("disp('b')");
   KLStream::KLOut().pop();
@@ -213,32 +192,16 @@ TEST(HostOperations, TheHostHasTextWhileTheCodeRuns) {
   EXPECT_EQ(printed, u"a\nc\n") << "what a sink was not given is lost with it";
 }
 
-/// A folder with ".k" files.
-class Folder {
- public:
-  Folder() : path_(std::filesystem::temp_directory_path() / ("code-files-" + std::to_string(::getpid()))) {
-    write("twice.k", "function r = twice(x)\n r = helper(x) + x;\nend\nfunction r = helper(x)\n r = x;\nend");
-    write("script.k", "import lab.Pump\nmade = Pump(seed).Flow;");
-    write("broken.k", "x = (1\n");
-    write("failing.k", "function failing()\n\n  nix();\nend");
-    write("+pack/inner.k", "function r = inner() r = 5; end");
-    write("@Older/size.k", "function r = size(obj) r = [2 3]; end");
-  }
-  ~Folder() { std::filesystem::remove_all(path_); }
-
-  void write(const std::string& name, const std::string& text) const {
-    std::filesystem::create_directories((path_ / name).parent_path());
-    std::ofstream(path_ / name) << text;
-  }
-  std::string path() const { return path_.string(); }
-
- private:
-  std::filesystem::path path_;
-};
-
 TEST(CodeFiles, AreFunctionsScriptsAndMethods) {
-  const Folder folder;
-  code::World world(R"({"format": 1, "path": [{"folder": ")" + folder.path() + R"("}],
+  const TempFolder folder;
+  folder.write("twice.k",
+               "function r = twice(x)\n r = helper(x) + x;\nend\nfunction r = helper(x)\n r = x;\nend");
+  folder.write("script.k", "import lab.Pump\nmade = Pump(seed).Flow;");
+  folder.write("broken.k", "x = (1\n");
+  folder.write("failing.k", "function failing()\n\n  nix();\nend");
+  folder.write("+pack/inner.k", "function r = inner() r = 5; end");
+  folder.write("@Older/size.k", "function r = size(obj) r = [2 3]; end");
+  code::World world(R"({"format": 1, "path": [{"folder": ")" + folder.path().string() + R"("}],
     "classes": [{"name": "lab.Pump", "properties": ["Flow"],
                  "methods": [{"name": "Pump", "code": "function o = Pump(f) o.Flow = f; end"}]}],
     "workspace": [{"name": "old", "value": {"struct": {"a": 1}, "class": "Older"}}]})");
@@ -247,11 +210,11 @@ TEST(CodeFiles, AreFunctionsScriptsAndMethods) {
   EXPECT_EQ(world.value("pack.inner + 1"), "6");
   EXPECT_EQ(world.value("size(old), methods(old), ismethod(old, 'size')"), "[2 3]\n{'size'}\ntrue");
   EXPECT_EQ(world.value("broken"), "!KORVAL:code:Syntax 1:7");
-  EXPECT_EQ(world.host().codeFailure()->source, folder.path() + "/broken.k");
+  EXPECT_EQ(world.host.codeFailure()->source, (folder / "broken.k").string());
   EXPECT_EQ(world.value("failing"), "!KORVAL:code:UndefinedName 3:3");
-  EXPECT_EQ(world.host().codeFailure()->source, folder.path() + "/failing.k");
+  EXPECT_EQ(world.host.codeFailure()->source, (folder / "failing.k").string());
   folder.write("twice.k", "function r = twice(x) r = 'changed'; end");
-  std::filesystem::last_write_time(folder.path() + "/twice.k",
+  std::filesystem::last_write_time(folder / "twice.k",
                                    std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
   EXPECT_EQ(world.value("twice(4)"), "'changed'");
 }

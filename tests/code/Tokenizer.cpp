@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,40 +17,18 @@ namespace {
 using syntax::Token;
 using syntax::TokenKind;
 
-std::string narrow(std::u16string_view text) {
+std::string printable(std::u16string_view text) {
   std::string result;
   for (const char16_t unit : text)
     result += unit == u'\n' ? '$' : unit < 0x80 ? static_cast<char>(unit) : '?';
   return result;
 }
 
-std::string letterOf(TokenKind kind) {
-  switch (kind) {
-    case TokenKind::EndOfText:
-      return "end";
-    case TokenKind::Symbol:
-      return "s";
-    case TokenKind::Keyword:
-      return "k";
-    case TokenKind::Name:
-      return "n";
-    case TokenKind::Number:
-      return "1";
-    case TokenKind::Text:
-      return "t";
-    case TokenKind::String:
-      return "S";
-    case TokenKind::OpenText:
-      return "o";
-    case TokenKind::Comment:
-      return "c";
-    case TokenKind::Continuation:
-      return ".";
-    case TokenKind::Invalid:
-      return "!";
-  }
-  return "?";
-}
+const std::map<TokenKind, std::string> letters{
+    {TokenKind::EndOfText, "end"},  {TokenKind::Symbol, "s"},   {TokenKind::Keyword, "k"},
+    {TokenKind::Name, "n"},         {TokenKind::Number, "1"},   {TokenKind::Text, "t"},
+    {TokenKind::String, "S"},       {TokenKind::OpenText, "o"}, {TokenKind::Comment, "c"},
+    {TokenKind::Continuation, "."}, {TokenKind::Invalid, "!"}};
 
 /// "letter of the kind:text", a "_" for each blank or remark before a token.
 std::string shown(const std::vector<Token>& tokens, const std::u16string& text) {
@@ -57,7 +36,7 @@ std::string shown(const std::vector<Token>& tokens, const std::u16string& text) 
   for (const Token& token : tokens) {
     all += all.empty() ? "" : " ";
     all += token.blankBefore ? "_" : "";
-    all += letterOf(token.kind) + ":" + narrow(token.in(text));
+    all += letters.at(token.kind) + ":" + printable(token.in(text));
   }
   return all;
 }
@@ -83,26 +62,10 @@ std::vector<std::u16string> typedTexts() {
 }
 
 TEST(Tokens, OfCode) {
-  const std::vector<std::pair<std::u16string, std::string>> rows{
-      {u"", ""},
-      {u"x1_ = -2.5e-3;", "n:x1_ _s:= _s:- 1:2.5e-3 s:;"},
-      {u"1.*2 1.x 1..5 .5", "1:1 s:.* 1:2 _1:1. n:x _1:1 s:. 1:.5 _1:.5"},
-      {u"a<=b~=c&&~d.'", "n:a s:<= n:b s:~= n:c s:&& s:~ n:d s:.'"},
-      {u"p._flow.end", "n:p s:. n:_flow s:. n:end"},
-      {u"_flow", "!:_ n:flow"},
-      {u"if x, end", "k:if _n:x s:, _k:end"},
-      {u"x(end)' 'a'", "n:x s:( k:end s:) s:' _s:' n:a s:'"},
-      {u"return 'a'", "k:return _t:'a'"},
-      {u"[a 'b'' c' a' \"\"\"\"]", "s:[ n:a _t:'b'' c' _n:a s:' _S:\"\"\"\" s:]"},
-      {u"[f(a 'b)]", "s:[ n:f s:( n:a _s:' n:b s:) s:]"},
-      {u"x'' % 'c'\ny", "n:x s:' s:' _c:% 'c' _s:$ n:y"},
-      {u"x = 'a\ny = \"", "n:x _s:= _o:'a s:$ n:y _s:= _o:\""},
-      {u"p. ... say\n x", "n:p s:. _.:... say$ _n:x"},
-      {u"x ...", "n:x _.:..."},
-      {u"1...\n2", "1:1 .:...$ _1:2"},
-      {u"a\r\n\tb", "n:a _s:$ _n:b"},
-      {u"\u00e4 #", "!:? _!:#"}};
-  for (const auto& [text, expected] : rows) EXPECT_EQ(shown(tokensOf(text), text), expected) << narrow(text);
+  for (const auto& [code, expected] : rowsOf<2>("tests/code/texts.rows", "tokens")) {
+    const std::u16string text = wide(code);
+    EXPECT_EQ(shown(tokensOf(text), text), expected) << code;
+  }
 }
 
 TEST(Tokens, SayWhatTheyAre) {
@@ -121,12 +84,12 @@ TEST(Tokens, CoverEveryText) {
   for (const std::u16string& text : typedTexts()) {
     std::size_t covered = 0;
     for (const Token& token : tokensOf(text)) {
-      ASSERT_LT(token.begin, token.end) << narrow(text);
-      ASSERT_LE(covered, token.begin) << narrow(text);
-      for (; covered < token.begin; ++covered) EXPECT_TRUE(syntax::isBlank(text[covered])) << narrow(text);
+      ASSERT_LT(token.begin, token.end) << printable(text);
+      ASSERT_LE(covered, token.begin) << printable(text);
+      for (; covered < token.begin; ++covered) EXPECT_TRUE(syntax::isBlank(text[covered])) << printable(text);
       covered = token.end;
     }
-    for (; covered < text.size(); ++covered) EXPECT_TRUE(syntax::isBlank(text[covered])) << narrow(text);
+    for (; covered < text.size(); ++covered) EXPECT_TRUE(syntax::isBlank(text[covered])) << printable(text);
   }
 }
 
@@ -136,7 +99,7 @@ TEST(Tokens, KnowTheirPosition) {
       const std::u16string before = text.substr(0, token.begin);
       const auto line = static_cast<int>(std::count(before.begin(), before.end(), u'\n')) + 1;
       const auto column = static_cast<int>(before.size() - (before.rfind(u'\n') + 1)) + 1;
-      EXPECT_EQ(token.at, (syntax::Position{line, column})) << narrow(text) << token.begin;
+      EXPECT_EQ(token.at, (syntax::Position{line, column})) << printable(text) << token.begin;
     }
   }
 }
@@ -153,31 +116,29 @@ TEST(Tokens, AreWhatTheEvaluatorReads) {
     const auto problem =
         std::find_if(tokens.begin(), tokens.end(), [](const Token& each) { return each.isProblem(); });
     if (problem == tokens.end()) {
-      EXPECT_FALSE(isOfTokens) << narrow(text);
+      EXPECT_FALSE(isOfTokens) << printable(text);
       continue;
     }
     ++problems;
-    ASSERT_TRUE(failure.has_value()) << narrow(text);
+    ASSERT_TRUE(failure.has_value()) << printable(text);
     if (!isOfTokens) {
-      EXPECT_LE(failure->line, problem->at.line) << narrow(text);
+      EXPECT_LE(failure->line, problem->at.line) << printable(text);
       continue;
     }
     EXPECT_EQ(message, problemOf(*problem, text));
-    EXPECT_EQ((syntax::Position{failure->line, failure->column}), problem->at) << narrow(text);
+    EXPECT_EQ((syntax::Position{failure->line, failure->column}), problem->at) << printable(text);
   }
   EXPECT_GE(problems, 10U);
 }
 
-/// "|" is the offset that is asked for, "^" where its line begins.
 TEST(Tokens, LinesGoOnAfterDots) {
-  for (std::u16string text :
-       {u"a\n^b|", u"^|", u"a\n^|", u"x\n^f(1, ...\n 2|", u"^f(1, ... say\r\n\r\n 2, ...\n|", u"% a ...\n^b|",
-        u"x = 'b...'\n^c|", u"^x = 'b...', ...\nc|", u"'a ...\n^b|", u"a\r^b|", u"^1...\nb|"}) {
+  for (const auto& [marked] : rowsOf<1>("tests/code/texts.rows", "begins of lines")) {
+    std::u16string text = wide(marked);
     const std::size_t begin = text.find(u'^');
     text.erase(begin, 1);
     const std::size_t offset = text.find(u'|');
     text.erase(offset, 1);
-    EXPECT_EQ(syntax::beginOfLine(text, offset), begin) << narrow(text);
+    EXPECT_EQ(syntax::beginOfLine(text, offset), begin) << printable(text);
   }
 }
 

@@ -29,7 +29,7 @@ std::string rowOf(const frontend::Candidate& candidate) {
   return details.empty() ? row : row + "  " + details;
 }
 
-std::vector<std::string> rowsOf(const Completion& completion) {
+std::vector<std::string> shownRows(const Completion& completion) {
   std::vector<std::string> rows;
   for (const frontend::Candidate& candidate : completion.candidates) rows.push_back(rowOf(candidate));
   return rows;
@@ -42,7 +42,7 @@ TEST(Completion, OffersWhatItsCasesSay) {
   for (const LineCase& line : cases) {
     SCOPED_TRACE(line.place);
     const Completion completion = complete(world.session, line, line.options());
-    EXPECT_EQ(rowsOf(completion), line.expected);
+    EXPECT_EQ(shownRows(completion), line.expected);
     EXPECT_EQ(nameOf(completion.outcome.status), line.status);
     EXPECT_EQ(completion.outcome.reason.empty(), line.status == "complete");
     EXPECT_LE(completion.begin, completion.end);
@@ -95,7 +95,7 @@ const Failure failures[] = {
 std::size_t failEveryCall(CaseWorld& world, const LineCase& line, const Failure& failure) {
   frontend::Options options = line.options();
   options.limit = 1000;
-  const auto clean = rowsOf(complete(world.session, line, options));
+  const auto clean = shownRows(complete(world.session, line, options));
   std::set<std::u16string> known;
   for (const auto& candidate : complete(world.session, line, options).candidates)
     known.insert(candidate.label);
@@ -105,7 +105,7 @@ std::size_t failEveryCall(CaseWorld& world, const LineCase& line, const Failure&
     const Completion faulty = complete(world.session, line, options);
     happened = world.host->clearFault();
     // An interrupt is told also where it was swallowed, unless it came when all had been offered.
-    if (happened && failure.status == Status::Interrupted && rowsOf(faulty) != clean) {
+    if (happened && failure.status == Status::Interrupted && shownRows(faulty) != clean) {
       EXPECT_EQ(nameOf(faulty.outcome.status), std::string("interrupted")) << call;
     }
     for (const auto& candidate : faulty.candidates) {
@@ -113,7 +113,8 @@ std::size_t failEveryCall(CaseWorld& world, const LineCase& line, const Failure&
       if (candidate.kind == frontend::Kind::Value) continue;
       EXPECT_TRUE(known.contains(candidate.label)) << call << " " << tools::printable(candidate.label);
     }
-    EXPECT_EQ(rowsOf(complete(world.session, line, options)), clean) << failure.name << " at call " << call;
+    EXPECT_EQ(shownRows(complete(world.session, line, options)), clean)
+        << failure.name << " at call " << call;
   }
   return call;
 }
@@ -132,15 +133,8 @@ TEST(Completion, SurvivesEveryFailureOfEveryCall) {
 
 TEST(Match, IsTheBestOfItsKinds) {
   std::size_t humps = 0;
-  for (const auto& [typed, name, match] : tableOf<3>(R"(
-    ; Flow|Flow|exact
-    |Flow|prefix;                  Fl|Flow|prefix;              fl|Flow|prefix-ignoring-case
-    FLOW|flow|prefix-ignoring-case; low|Flow|none;               Flower|Flow|none
-    gCI|getClassInfo|humps;        gci|getClassInfo|humps;      getCI|getClassInfo|humps
-    gi|getClassInfo|humps;         geI|getClassInfo|humps;      gla|getClassInfo|none
-    ci|getClassInfo|none;          gCx|getClassInfo|none;       gic|getClassInfo|none
-    gc|get_class|humps;            l2|level2|humps;             hx|HTTPXml|humps
-    gclai|getClassInfo|humps;      gcl|get_inner_class|humps;   gtc|getClass|none;  gl|a|none)")) {
+  for (const auto& [typed, name, match] :
+       rowsOf<3>("tests/frontend/tables.rows", "Match.IsTheBestOfItsKinds")) {
     EXPECT_EQ(nameOf(frontend::matchOf(wide(typed), wide(name))), match) << typed << " " << name;
     humps += match == "humps" ? 1 : 0;
   }

@@ -17,13 +17,9 @@ using frontend::CodePolicy;
 using frontend::Explanation;
 using frontend::Rule;
 
-std::u16string nameOf(const LineCase& line) {
-  const std::string& name = line.settings.at("name");
-  return {name.begin(), name.end()};
-}
-
 Explanation explain(frontend::Session& session, const LineCase& line, const frontend::Options& options) {
-  return frontend::explain(session, line.text, line.cursor, nameOf(line), line.where(), options);
+  return frontend::explain(session, line.text, line.cursor, wide(line.settings.at("name")), line.where(),
+                           options);
 }
 
 std::string shownReasons(const Explanation& explanation) {
@@ -39,9 +35,7 @@ TEST(Explanation, GivesTheExpectedReasonsAndEveryRule) {
   for (const LineCase& line : lineCases("explanation.txt")) {
     SCOPED_TRACE(line.place);
     const Explanation explanation = explain(world.session, line, line.options());
-    std::string expected;
-    for (const std::string& row : line.expected) expected += row + "\n";
-    EXPECT_EQ(shownReasons(explanation), expected);
+    EXPECT_EQ(shownReasons(explanation), line.rows());
     EXPECT_EQ(nameOf(explanation.outcome.status), line.status);
     EXPECT_EQ(explanation.isOffered, explanation.reasons.front().rule == Rule::Offered);
     for (const frontend::Reason& reason : explanation.reasons) seen.insert(reason.rule);

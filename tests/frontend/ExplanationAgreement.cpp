@@ -87,8 +87,6 @@ class Seeded {
   std::mt19937 random_;
 };
 
-std::u16string wide(const std::string& text) { return {text.begin(), text.end()}; }
-
 /// What is asked: after an object, after its class, or as a function of the object.
 struct Line {
   std::u16string text;

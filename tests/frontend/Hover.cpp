@@ -56,9 +56,7 @@ TEST(Hover, SaysWhatANameIs) {
   for (const LineCase& asked : lineCases("hover.txt")) {
     SCOPED_TRACE(asked.place);
     const Hover hover = describe(world.session, asked.text, asked.cursor, asked.where(), asked.options());
-    std::string expected;
-    for (const std::string& row : asked.expected) expected += row + "\n";
-    EXPECT_EQ(shownHover(hover), expected);
+    EXPECT_EQ(shownHover(hover), asked.rows());
     if (hover.isUnknown) continue;
     EXPECT_EQ(asked.text.substr(hover.begin, hover.end - hover.begin), hover.subject.label);
     ++known;
@@ -97,23 +95,8 @@ TEST(SignatureHelp, FindsTheCallAndItsArgument) {
   CaseWorld world;
   const std::string tune = "result = lab.control.tune(device, speed, [mode], Gain=value, Label=value)";
   // The text up to the cursor, and the name of the argument there; "-" without one, "none" without a call.
-  for (const auto& [text, argument] : tableOf<2>(R"(
-    lab.control.tune(                       | device
-    lab.control.tune(pu                     | device
-    y = lab.control.tune(pump, 'sl          | speed
-    lab.control.tune(pump, 2                | speed
-    lab.control.tune(pump, 'slow'           | speed
-    lab.control.tune(pump, [1, 2            | speed
-    lab.control.tune(pump, (1 + 2           | speed
-    lab.control.tune(pump, f.g(1), lab      | mode
-    lab.control.tune(pump, 1, 2, Gain=      | Gain
-    lab.control.tune(pump, 1, 2, 'Label',   | Label
-    lab.control.tune(pump, 1, 2, 3, 4, 5, 6 | -
-    lab.control.tune                        | none
-    lab.control.tune(pump)                  | none
-    nowhere(                                | none
-    % lab.control.tune(                     | none
-    (2 + 3                                  | none)")) {
+  for (const auto& [text, argument] :
+       rowsOf<2>("tests/frontend/tables.rows", "SignatureHelp.FindsTheCallAndItsArgument")) {
     const std::u16string asked = wide(text);
     const SignatureHelp help = signatureHelp(world.session, asked, asked.size(), {});
     EXPECT_EQ(shown(help.signature ? help.signature->text() : u""), argument == "none" ? "" : tune) << text;

@@ -2,26 +2,18 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
-#include "frontend/Text.h"
+#include "tests/support/Text.h"
+#include "tests/support/World.h"
 
 namespace {
 
-// Not the host's conversion: cases are looked at while its calls are made to fail.
-using frontend::wide;
-
-std::string folder() {
-  const char* source = std::getenv("CONTEXTDATA_SOURCE");
-  return std::string(source == nullptr ? "." : source) + "/tests/";
-}
-
 /// What the one reader of case files says, which is in Python; a failure of it is no JSON.
 std::string readCases(const std::string& file) {
-  const std::string command = "python3 -B '" + folder() + "support/Cases.py' " + file;
+  const std::string command = "python3 -B '" + sourceFile("tests/support/Cases.py") + "' " + file;
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), pclose);
   if (!pipe) throw std::runtime_error("cannot run " + command);
   std::string text;
@@ -41,6 +33,12 @@ std::vector<LineCase> lineCases(const std::string& file) {
                      read.at("status"), read.at("rows")});
   }
   return cases;
+}
+
+std::string LineCase::rows() const {
+  std::string text;
+  for (const std::string& row : expected) text += row + "\n";
+  return text;
 }
 
 frontend::Scope LineCase::where() const {
@@ -63,4 +61,4 @@ frontend::Options LineCase::options() const {
 }
 
 CaseWorld::CaseWorld()
-    : host(embedded::Host::load(folder() + "cases/world.json")), active(*host), session(*host) {}
+    : host(embedded::Host::load(sourceFile("tests/cases/world.json"))), active(*host), session(*host) {}

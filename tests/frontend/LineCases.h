@@ -20,6 +20,8 @@ struct LineCase {
   std::string status = "complete";
   std::vector<std::string> expected;
 
+  /// What is expected, a line for each row.
+  std::string rows() const;
   frontend::Scope where() const;
   frontend::Options options() const;
 };
@@ -35,26 +37,8 @@ struct CaseWorld {
 };
 
 /// A session of a host in which Korval code ends the process while a request runs.
-class TrappedSession final : public frontend::Session {
- public:
-  explicit TrappedSession(embedded::Host& host) : host_(host), session_(host) {}
-
-  void beginRequest(frontend::CodePolicy policy, frontend::Deadline deadline) override {
-    session_.beginRequest(policy, deadline);
-    trapCode(host_);
-  }
-  bool stopRequested() const noexcept override { return session_.stopRequested(); }
-  frontend::RequestRecord endRequest() noexcept override { return session_.endRequest(); }
-  std::vector<std::u16string> variableNames() override { return session_.variableNames(); }
-  boost::intrusive_ptr<kxArray_tag> variable(const std::u16string& name) override {
-    return session_.variable(name);
-  }
-  std::vector<frontend::SessionName> functionNames() override { return session_.functionNames(); }
-  std::vector<frontend::SessionName> classNames() override { return session_.classNames(); }
-  std::vector<frontend::SessionName> namespaceNames() override { return session_.namespaceNames(); }
-  std::vector<frontend::SessionName> packageNames() override { return session_.packageNames(); }
-
- private:
-  embedded::Host& host_;
-  tools::HostSession session_;
+struct TrappedSession {
+  explicit TrappedSession(embedded::Host& host) : session(host, [&host] { trapCode(host); }) {}
+  operator frontend::Session&() { return session; }
+  tools::HostSession session;
 };

@@ -10,20 +10,6 @@ namespace {
 using KCOSContextData::ResolvedClassID;
 using namespace KCOSIntrospection;
 
-constexpr const char* snapshot = R"json({"format": 1,
-  "namespaces": ["lab.spare", "größe"],
-  "classes": [
-    {"name": "lab.Device", "component": "plant", "properties": ["Serial"], "methods": ["reset"]},
-    {"name": "lab.Pump", "component": "plant", "aliases": ["Pumpe"], "superclasses": ["lab.Device"],
-     "properties": ["Flow", {"name": "Cache", "hidden": true, "access": "private"}],
-     "methods": ["start", {"name": "start", "static": true}, {"name": "make", "static": true}, "make",
-                 {"name": "debug", "hidden": true, "access": "private"}]},
-    {"name": "lab.Broken", "superclasses": ["lab.Device"], "broken": true, "properties": ["Flow"],
-     "methods": ["start"]},
-    {"name": "lab.Düse", "methods": ["start"]}],
-  "workspace": [{"name": "pump", "value": {"object": "lab.Pump"}}, {"name": "one", "value": 1},
-                {"name": "broken", "value": {"object": "lab.Broken"}}]})json";
-
 struct Gateway : testing::Test {
   /// Null for a name that no variable has.
   const kxArray_tag* value(const std::string& name) { return world.host.variable(name).get(); }
@@ -31,14 +17,11 @@ struct Gateway : testing::Test {
     return ResolvedClassID::fromKnownResolvedClassID(name);
   }
 
-  World world{snapshot};
+  World world{worldFile("tests/identity/gateway.json")};
 };
 
 TEST_F(Gateway, FindsClasses) {
-  for (const auto& row : tableOf<3>(R"(
-    lab.Pump | true | true; plant:lab.Pump | true | true; Pumpe | true | true; lab.Düse | true | true
-    lab.Broken | true | false
-    Pump | false | false; lab | false | false; lab.Pump<NUL> | false | false; <LONG> | false | false; | false | false)")) {
+  for (const auto& row : rowsOf<3>("tests/identity/tables.rows", "Gateway.FindsClasses")) {
     EXPECT_EQ(shown(isKCOSClass(id(row[0]))), row[1]) << row[0];
     EXPECT_EQ(shown(getCOSClass(id(row[0])) != nullptr), row[1]) << row[0];
     EXPECT_EQ(shown(isKCOSClass(wide(row[0]))), row[2]) << row[0];
@@ -52,10 +35,7 @@ TEST_F(Gateway, FindsClasses) {
 
 // "no" leaves the flag as it was, whatever it was.
 TEST_F(Gateway, FindsMethods) {
-  for (const auto& row : tableOf<4>(R"(
-    pump | lab.Pump | start | instance; pump | lab.Pump | make | static; pump | Pumpe | reset | instance
-    pump | lab.Pump | debug | instance; pump | lab.Pump | Start | no; pump | lab.Pump | Flow | no
-    pump | lab.Pump | | no; broken | lab.Broken | start | no; one | nope | start | no; none | | start | no)")) {
+  for (const auto& row : rowsOf<4>("tests/identity/tables.rows", "Gateway.FindsMethods")) {
     const bool expected = row[3] != "no";
     EXPECT_EQ(hasMethod(value(row[0]), row[2]), expected) << row[0] << " " << row[2];
     for (const bool before : {false, true}) {
@@ -71,10 +51,7 @@ TEST_F(Gateway, FindsMethods) {
 }
 
 TEST_F(Gateway, FindsPropertiesAndNamespaces) {
-  for (const auto& row : tableOf<3>(R"(
-    pump | Flow | true; pump | Serial | true; pump | Cache | true
-    pump | flow | false; pump | start | false; pump | | false
-    broken | Flow | false; one | Flow | false; none | Flow | false)"))
+  for (const auto& row : rowsOf<3>("tests/identity/tables.rows", "Gateway.FindsPropertiesAndNamespaces"))
     EXPECT_EQ(shown(hasProperty(value(row[0]), row[1])), row[2]) << row[0] << " " << row[1];
   for (const auto& row : tableOf<2>(R"(
     lab | true; lab.spare | true
@@ -86,11 +63,7 @@ TEST_F(Gateway, FindsPropertiesAndNamespaces) {
 }
 
 TEST_F(Gateway, TestsDerivationAndNames) {
-  for (const auto& row : tableOf<4>(R"(
-    lab.Pump | lab.Device | true | true; Pumpe | plant:lab.Device | true | true
-    lab.Broken | lab.Device | true | false; lab.Pump | lab.Broken | false | false
-    lab.Device | lab.Pump | false | false; lab.Pump | nope | false | false; lab.Pump | | false | false
-    nope | lab.Device | false | false; | | false | false)")) {
+  for (const auto& row : rowsOf<4>("tests/identity/tables.rows", "Gateway.TestsDerivationAndNames")) {
     EXPECT_EQ(shown(isKCOSClassDerivedFrom(id(row[0]), id(row[1]))), row[2]) << row[0] << " " << row[1];
     EXPECT_EQ(shown(isKCOSClassDerivedFrom(wide(row[0]), wide(row[1]))), row[3]) << row[0] << " " << row[1];
   }

@@ -13,18 +13,11 @@ namespace {
 
 using KCOSContextData::ResolvedClassID;
 
-// Each function imports a class "Pump" of its own, so that the answer tells whose scope it was.
-constexpr const char* functions = R"json({"format": 1,
-  "classes": [{"name": "a.Pump"}, {"name": "b.Pump"}, {"name": "c.Pump"}, {"name": "d.Pump"}, {"name": "e.Pump"}],
-  "functions": [{"name": "context", "imports": ["a.Pump"]}, {"name": "stopped", "imports": ["b.Pump"]},
-                {"name": "running", "imports": ["c.Pump"]}, {"name": "outer", "imports": ["d.Pump"]},
-                {"name": "outermost", "imports": ["e.Pump"]}]})json";
-
 /// Words for scopes: the debugger's focus, the executing function ("-" before it: the stack cannot be queried), the
 /// active scopes ("-": not eligible).
 embedded::Description withScopes(const std::string& focus, const std::string& executing,
                                  const std::string& active) {
-  embedded::Description world = embedded::readSnapshotText(functions, "functions");
+  embedded::Description world = worldFile("tests/identity/functions.json");
   world.scopes.bridge = focus != "no bridge";
   if (world.scopes.bridge && focus != "none") world.scopes.debugger = {focus, 7, 9};
   world.scopes.queryable = !executing.empty() && executing[0] != '-';
@@ -56,16 +49,7 @@ std::string lettersOf(World& world, const std::function<void()>& ask) {
 
 // Context, focus, executing function, active scopes; the answer and the questions.
 TEST(Resolution, TakesTheFirstScopeThereIs) {
-  for (const auto& row : tableOf<6>(R"(
-    context   | stopped   | running  | outer                   | a.Pump | tofri
-    elsewhere | stopped   | running  | outer                   | b.Pump | tofbhdfri
-    elsewhere | a script  | running  | outer                   | c.Pump | tofbhdfqxri
-    elsewhere | none      | running  | outer                   | c.Pump | tofbhqxri
-    elsewhere | no bridge | running  | outer                   | c.Pump | tofbqxri
-    elsewhere | none      | -running | outer outermost         | d.Pump | tofbhqaesri
-    elsewhere | none      | -running | -outer outermost outer  | e.Pump | tofbhqaenesri
-    elsewhere | none      | -        | -outer                  | null   | tofbhqaenr
-    elsewhere | none      | -        |                         | null   | tofbhqar)")) {
+  for (const auto& row : rowsOf<6>("tests/identity/tables.rows", "Resolution.TakesTheFirstScopeThereIs")) {
     World world(withScopes(row[1], row[2], row[3]));
     const std::u16string context = wide(row[0]);
     std::string answer;
@@ -80,7 +64,7 @@ TEST(Resolution, TakesTheFirstScopeThereIs) {
               : row[1] == "none"    ? "bh"
                                     : "bhd");
     const bool isStopped = row[1] != "no bridge" && row[1] != "none";
-    EXPECT_EQ(shown(focus.name), isStopped ? row[1] : "");
+    EXPECT_EQ(focus.name, isStopped ? wide(row[1]) : u"");
     EXPECT_TRUE(!isStopped || (focus.first == 7 && focus.second == 9));
   }
 }
@@ -101,30 +85,12 @@ TEST(Resolution, AsksTheResolverNothingAfterAFailedSearchForAScope) {
   }
 }
 
-constexpr const char* names = R"json({"format": 1,
-  "classes": [{"name": "lab.Pump", "component": "plant", "aliases": ["Pumpe"]},
-              {"name": "lab.Düse"}, {"name": "lab.Broken", "broken": true}],
-  "functions": [{"name": "tune", "imports": ["lab.*"]}],
-  "workspace": [{"name": "pump", "value": {"object": "lab.Pump"}}, {"name": "one", "value": 1}]})json";
-
 // The answers with the switch on and off, and the questions in a context and in a scope, with the switch on. The name is
 // looked at before the switch, and the switch before anything else.
 TEST(Resolution, OfTypedNamesAndObjects) {
-  World world(names);
+  World world(worldFile("tests/identity/names.json"));
   const Kfh_KORVAL_fn* tune = world.host.function("tune");
-  for (const auto& row : tableOf<5>(R"(
-                  | null           | null          |       |
-    .             | null           | null          | t     | t
-    .lab.Pump     | null           | null          | t     | t
-    lab.Pump      | plant:lab.Pump | lab.Pump      | tofri | tori
-    Pump          | plant:lab.Pump | Pump          | tofri | tori
-    lab.Düse      | lab.Düse       | lab.Düse      | tofri | tori
-    lab.Broken    | lab.Broken     | lab.Broken    | tofri | tori
-    a.b.C         | null           | a.b.C         | tofr  | tor
-    lab..Pump     | null           | lab..Pump     | tofr  | tor
-    lab.Pump<NUL> | null           | lab.Pump<NUL> | tofr  | tor
-    <NUL>Pump     | null           | <NUL>Pump     | tofr  | tor
-    lab.<LONG>    | null           | lab.<LONG>    | tofr  | tor)")) {
+  for (const auto& row : rowsOf<5>("tests/identity/tables.rows", "Resolution.OfTypedNamesAndObjects")) {
     const std::u16string name = wide(row[0]);
     std::string inContext, inScope;
     for (const bool on : {true, false}) {
@@ -154,17 +120,8 @@ std::string legacy(const auto& name, const std::string& narrow) {
 
 // The legacy class, the name that a user sees for the text as an identifier, and whether it is resolved.
 TEST(Resolution, OfKnownAndLegacyNames) {
-  World world(names);
-  for (const auto& row : tableOf<4>(R"(
-    lab.Pump       | plant:lab.Pump | lab.Pump       | false
-    plant:lab.Pump | plant:lab.Pump | lab.Pump       | true
-    Pumpe          | plant:lab.Pump | lab.Pump       | false
-    Pump           | !              | Pump           | false
-    nope:lab.X     | !              | lab.X          | true
-    .foo           | !              | .foo           | false
-    lab.Broken     | !              | lab.Broken     | false
-    lab.Pump<NUL>x | !              | lab.Pump<NUL>x | false
-    lab.<LONG>     | !              | lab.<LONG>     | false)")) {
+  World world(worldFile("tests/identity/names.json"));
+  for (const auto& row : rowsOf<4>("tests/identity/tables.rows", "Resolution.OfKnownAndLegacyNames")) {
     const auto known = ResolvedClassID::fromKnownResolvedClassID(row[0]);
     EXPECT_EQ(textOf(known), row[0]);
     EXPECT_EQ(textOf(ResolvedClassID::fromKnownResolvedClassID(wide(row[0]))), row[0]);
@@ -178,7 +135,7 @@ TEST(Resolution, OfKnownAndLegacyNames) {
 }
 
 TEST(Resolution, OfNamesThatAreNotAsciiAndOfNoName) {
-  World world(names);
+  World world(worldFile("tests/identity/names.json"));
   EXPECT_EQ(legacy(std::string("lab.Düse"), ""), "lab.Düse");
   EXPECT_EQ(legacy(std::u16string(u"lab.Düse"), "lab.D?se"), "!");
   EXPECT_EQ(textOf(ResolvedClassID::fromKnownResolvedClassID(u"lab.Düse")), "lab.D?se");

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -20,33 +21,15 @@ constexpr auto utf16 = PositionEncoding::Utf16;
 const std::u16string mixed = u"a\u00e4b\r\n\u20ac\U0001F600c\rd\n\ne";
 
 TEST(Documents, PositionsAreOffsets) {
-  struct Row {
-    PositionEncoding encoding;
+  for (const auto& [encoding, asked, expected, expectedBack] :
+       rowsOf<4>("tests/lsp/tables.rows", "Documents.PositionsAreOffsets")) {
+    const Document document(mixed, encoding == "utf8" ? utf8 : utf16);
     Position position;
-    std::size_t offset;
-    Position back;
-  };
-  const std::vector<Row> rows{
-      {utf16, {0, 0}, 0, {0, 0}},  {utf16, {0, 2}, 2, {0, 2}},      {utf16, {0, 3}, 3, {0, 3}},
-      {utf16, {0, 4}, 3, {0, 3}},  {utf16, {0, 5}, 3, {0, 3}},      {utf16, {0, 2147483647}, 3, {0, 3}},
-      {utf16, {1, 0}, 5, {1, 0}},  {utf16, {1, 1}, 6, {1, 1}},      {utf16, {1, 2}, 6, {1, 1}},
-      {utf16, {1, 3}, 8, {1, 3}},  {utf16, {1, 4}, 9, {1, 4}},      {utf16, {1, 9}, 9, {1, 4}},
-      {utf16, {2, 0}, 10, {2, 0}}, {utf16, {2, 9}, 11, {2, 1}},     {utf16, {3, 0}, 12, {3, 0}},
-      {utf16, {3, 1}, 12, {3, 0}}, {utf16, {4, 0}, 13, {4, 0}},     {utf16, {4, 1}, 14, {4, 1}},
-      {utf16, {5, 0}, 14, {4, 1}}, {utf16, {~0ULL, 0}, 14, {4, 1}}, {utf16, {0, ~0ULL}, 3, {0, 3}},
-      {utf8, {0, 1}, 1, {0, 1}},   {utf8, {0, 2}, 1, {0, 1}},       {utf8, {0, 3}, 2, {0, 3}},
-      {utf8, {0, 4}, 3, {0, 4}},   {utf8, {0, 5}, 3, {0, 4}},       {utf8, {1, 1}, 5, {1, 0}},
-      {utf8, {1, 2}, 5, {1, 0}},   {utf8, {1, 3}, 6, {1, 3}},       {utf8, {1, 4}, 6, {1, 3}},
-      {utf8, {1, 6}, 6, {1, 3}},   {utf8, {1, 7}, 8, {1, 7}},       {utf8, {1, 8}, 9, {1, 8}},
-      {utf8, {1, 99}, 9, {1, 8}},  {utf8, {4, 1}, 14, {4, 1}},      {utf8, {9, 9}, 14, {4, 1}}};
-  for (const Row& row : rows) {
-    const Document document(mixed, row.encoding);
-    const std::size_t offset = document.offsetOf(row.position);
+    std::istringstream(asked) >> position.line >> position.character;
+    const std::size_t offset = document.offsetOf(position);
     const Position back = document.positionOf(offset);
-    SCOPED_TRACE(std::to_string(row.position.line) + ":" + std::to_string(row.position.character));
-    EXPECT_EQ(offset, row.offset);
-    EXPECT_EQ(back.line, row.back.line);
-    EXPECT_EQ(back.character, row.back.character);
+    EXPECT_EQ(std::to_string(offset), expected) << asked;
+    EXPECT_EQ(std::to_string(back.line) + ":" + std::to_string(back.character), expectedBack) << asked;
   }
 }
 
@@ -86,28 +69,15 @@ TEST(Documents, LinesEndInEveryWay) {
 }
 
 TEST(Documents, AreEdited) {
-  struct Row {
-    std::u16string before;
+  for (const auto& [before, edited, text, after] :
+       rowsOf<4>("tests/lsp/tables.rows", "Documents.AreEdited")) {
     tools::lsp::Range range;
-    std::u16string text;
-    std::u16string after;
-  };
-  const std::vector<Row> rows{{u"", {{0, 0}, {0, 0}}, u"a", u"a"},
-                              {u"abc", {{0, 1}, {0, 2}}, u"", u"ac"},
-                              {u"abc", {{0, 2}, {0, 1}}, u"X", u"aXc"},
-                              {u"a\nb\nc", {{0, 1}, {2, 0}}, u"", u"ac"},
-                              {u"a\r\nb", {{0, 9}, {0, 9}}, u"!", u"a!\r\nb"},
-                              {u"a\r\nb", {{0, 1}, {1, 0}}, u"", u"ab"},
-                              {u"a\nb", {{7, 0}, {9, 9}}, u"!", u"a\nb!"},
-                              {u"\U0001F600", {{0, 1}, {0, 2}}, u"x", u"x"},
-                              {u"\U0001F600a", {{0, 2}, {0, 2}}, u"x", u"\U0001F600xa"},
-                              {u"a\rb", {{1, 0}, {1, 0}}, u"\n", u"a\r\nb"}};
-  for (const Row& row : rows) {
-    Document document(row.before, utf16);
-    document.replace(row.range, row.text);
-    EXPECT_EQ(document.text(), row.after) << shown(row.before);
-    EXPECT_EQ(document.positionOf(1000).line, Document(row.after, utf16).positionOf(1000).line)
-        << shown(row.before);
+    std::istringstream(edited) >> range.start.line >> range.start.character >> range.end.line >>
+        range.end.character;
+    Document document(wide(before), utf16);
+    document.replace(range, wide(text));
+    EXPECT_EQ(document.text(), wide(after)) << before;
+    EXPECT_EQ(document.positionOf(1000).line, Document(wide(after), utf16).positionOf(1000).line) << before;
   }
 }
 

@@ -5,6 +5,7 @@
 #include <variant>
 #include <vector>
 
+#include "tests/support/Table.h"
 #include "tools/lsp/Inbox.h"
 #include "tools/lsp/Message.h"
 #include "tools/lsp/Uri.h"
@@ -18,25 +19,16 @@ using tools::lsp::Rejection;
 
 namespace {
 
-/// The text that a message carries, as code units.
-std::u16string carried(const std::string& text) {
+/// The text that a message carries.
+std::string carried(const std::string& text) {
   const auto message = readMessage(R"({"jsonrpc": "2.0", "method": "m", "params": [")" + text + "\"]}");
-  std::u16string units;
-  for (const char byte : message->params[0].get<std::string>()) units += static_cast<unsigned char>(byte);
-  return units;
+  return message->params[0].get<std::string>();
 }
 
 TEST(Messages, HalvesOfSurrogatePairsAreReplaced) {
-  const std::u16string replaced = u"\xEF\xBF\xBD";
-  const std::vector<std::pair<std::string, std::u16string>> rows{
-      {R"(a\u0041)", u"aA"},
-      {R"(\ud83d)", replaced},
-      {R"(\uDE00x)", replaced + u"x"},
-      {R"(\ud83d\ud83d\ude00)", replaced + u"\xF0\x9F\x98\x80"},
-      {R"(\\ud83d\ud83d)", u"\\ud83d" + replaced},
-      {R"(\"\ud83d\n)", u"\"" + replaced + u"\n"},
-      {R"(\ud83d\u0041)", replaced + u"A"}};
-  for (const auto& [text, expected] : rows) EXPECT_EQ(carried(text), expected) << text;
+  for (const auto& [text, expected] :
+       rowsOf<2>("tests/lsp/tables.rows", "Messages.HalvesOfSurrogatePairsAreReplaced"))
+    EXPECT_EQ(carried(text), expected) << text;
   EXPECT_THROW(readMessage(R"({"jsonrpc": "2.0", "method": "\ud83"})"), Rejection);
   EXPECT_THROW(readMessage("\"\\"), Rejection);
   EXPECT_THROW(readMessage("\"\\u"), Rejection);
@@ -52,13 +44,8 @@ TEST(Messages, ManyKeysAndDeepNestingAreRead) {
 }
 
 TEST(Uris, NameFiles) {
-  const std::vector<std::pair<std::string, std::string>> rows{{"file:///a/b.k", "/a/b.k"},
-                                                              {"file://host/a%20b/%C3%A4.k", "/a b/\u00e4.k"},
-                                                              {"file:///%40Cls/a%zz%4", "/@Cls/a%zz%4"},
-                                                              {"file://", ""},
-                                                              {"untitled:a.k", ""},
-                                                              {"", ""}};
-  for (const auto& [uri, path] : rows) EXPECT_EQ(tools::lsp::pathOf(uri), path) << uri;
+  for (const auto& [uri, path] : rowsOf<2>("tests/lsp/tables.rows", "Uris.NameFiles"))
+    EXPECT_EQ(tools::lsp::pathOf(uri), path) << uri;
   for (const std::string path : {"/a/b.k", "/a b/\u00e4%/+p/@C/x.k", "/"})
     EXPECT_EQ(tools::lsp::pathOf(tools::lsp::uriOf(path)), path);
   EXPECT_EQ(tools::lsp::uriOf("/a b/\u00e4.k"), "file:///a%20b/%C3%A4.k");

@@ -3,12 +3,10 @@
 #include "tools/lsp/Server.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 
+#include "tests/support/TempFolder.h"
 #include "tools/lsp/Inbox.h"
 
 namespace {
@@ -19,10 +17,10 @@ using namespace tools::lsp;
 class Servers : public testing::Test {
  protected:
   Servers() { writeSnapshot("one"); }
-  ~Servers() override { std::filesystem::remove(file_); }
 
   void writeSnapshot(const std::string& variable) const {
-    std::ofstream(file_) << R"({"format": 1, "workspace": [{"name": ")" << variable << R"(", "value": 1}]})";
+    folder_.write("world.json",
+                  R"({"format": 1, "workspace": [{"name": ")" + variable + R"(", "value": 1}]})");
   }
   void put(const std::string& method, const std::string& params, int id = 0) {
     Message message{{}, method, Json::parse(params)};
@@ -30,14 +28,13 @@ class Servers : public testing::Test {
     inbox_.put(message);
   }
 
-  const std::filesystem::path file_ =
-      std::filesystem::temp_directory_path() / ("servers-" + std::to_string(::getpid()) + ".json");
+  const TempFolder folder_;
   Inbox inbox_;
   std::string written_;
 };
 
 TEST_F(Servers, LoadASnapshotThatHasChangedBeforeTheClientIsReady) {
-  SessionFile session(file_, inbox_);
+  SessionFile session(folder_ / "world.json", inbox_);
   Client client([&](const std::string& bytes) {
     written_ += bytes;
     return true;

@@ -1,7 +1,7 @@
 #include <contextdata/KCOSContextData/CompletionTables.h>
 #include <gtest/gtest.h>
 
-#include <iterator>
+#include <map>
 #include <sstream>
 
 #include "tests/support/Table.h"
@@ -10,39 +10,22 @@ namespace {
 
 using namespace KCOSContextData;
 
-struct Table {
-  std::set<std::u16string> (*names)();
-  std::size_t count;
-  const char* entries;
-};
-
-const Table tables[] = {
-    {getKCOSMethodsExcludeSet, 29,
-     "plus uplus minus uminus mtimes times mrdivide rdivide mldivide ldivide mpower power ctranspose "
-     "transpose "
-     "lt le gt ge eq ne and or not colon subsref subsasgn subsindex horzcat vertcat"},
-    {getVX2KorvalNamespacesExcludeSet, 3, "ui uitools graphics"},
-    {getVX2NamespacesExcludeSet, 9,
-     "korval.ui korval.uitools korval.graphics chartMixin vx2 vx2sample vx2utils internal specgraphTwo"},
-    {getNoDotMethodClassesExcludeSet, 19,
-     "table timetable collection timetableCollection tall "
-     "korval.mixin.internal.indexing.DisallowCompletionOfDotMethodNames korval.tabular.CustomProperties "
-     "korval.tabular.TableProperties korval.tabular.TimetableProperties "
-     "korval.tabular.TallTimetableProperties "
-     "distributed codistributed groupedData dataset korval.io.KorFile categorical datetime duration "
-     "calendarDuration"}};
-
 TEST(CompletionTables, HoldExactlyTheirEntriesAndAreCopies) {
-  for (const Table& row : tables) {
+  const std::map<std::string, std::set<std::u16string> (*)()> tables{
+      {"getKCOSMethodsExcludeSet", getKCOSMethodsExcludeSet},
+      {"getVX2KorvalNamespacesExcludeSet", getVX2KorvalNamespacesExcludeSet},
+      {"getVX2NamespacesExcludeSet", getVX2NamespacesExcludeSet},
+      {"getNoDotMethodClassesExcludeSet", getNoDotMethodClassesExcludeSet}};
+  for (const auto& [name, count, listed] : rowsOf<3>("tests/names/tables.rows", "CompletionTables")) {
     std::set<std::u16string> expected;
-    std::istringstream entries(row.entries);
+    std::istringstream entries(listed);
     for (std::string entry; entries >> entry;) expected.insert(wide(entry));
-    std::set<std::u16string> names = row.names();
+    std::set<std::u16string> names = tables.at(name)();
     EXPECT_EQ(names, expected);
-    EXPECT_EQ(names.size(), row.count);
+    EXPECT_EQ(std::to_string(names.size()), count);
     names.erase(names.begin());
     names.insert(u"Table");
-    EXPECT_EQ(row.names(), expected);
+    EXPECT_EQ(tables.at(name)(), expected);
   }
 }
 

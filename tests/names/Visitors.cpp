@@ -14,34 +14,12 @@ namespace {
 using Names = std::vector<std::u16string>;
 using KCOSContextData::ResolvedClassID;
 
-// The same two classes in both orders of the walk.
-constexpr const char* snapshot = R"json({"format": 1,
-  "classes": [
-    {"name": "p.Properties", "properties": [
-      {"name": "Plain", "type": "double"}, {"name": "ReadOnly", "set": "private"},
-      {"name": "WriteOnly", "get": "private", "type": "text"}, {"name": "Secret", "access": "private"},
-      {"name": "Guarded", "get": "protected", "set": "private"}, {"name": "Cache", "hidden": true},
-      {"name": "Limit", "constant": true, "type": "int8"},
-      {"name": "SecretLimit", "constant": true, "get": "private"},
-      {"name": "HiddenLimit", "constant": true, "hidden": true}]},
-    {"name": "p.Base", "methods": ["Base", {"name": "mixed", "static": true}, "veiled", "guarded",
-                                   {"name": "make", "static": true}, "Own", "Inherited"]},
-    {"name": "p.Own", "superclasses": ["p.Base"], "methods": [
-      "Own", "mixed", {"name": "veiled", "hidden": true}, {"name": "guarded", "access": "private"},
-      "both", {"name": "both", "static": true}]},
-    {"name": "p.Inherited", "superclasses": ["p.Base"], "order": "inherited-first", "methods": [
-      "Inherited", "mixed", {"name": "veiled", "hidden": true}, {"name": "guarded", "access": "private"},
-      "both", {"name": "both", "static": true}]},
-    {"name": "Solo", "methods": [{"name": "Solo", "static": true}, "p.Solo"]},
-    {"name": "p.Broken", "broken": true, "methods": ["start"]},
-    {"name": "p.Empty"}]})json";
-
 struct Visitors : testing::Test {
   static kcos::COSClass* classOf(const std::string& name) {
     return KCOSIntrospection::getCOSClass(ResolvedClassID::fromKnownResolvedClassID(name));
   }
 
-  World world{snapshot};
+  World world{worldFile("tests/names/visitors.json")};
 };
 
 TEST_F(Visitors, PropertiesBySelection) {
@@ -64,12 +42,7 @@ TEST_F(Visitors, PropertiesBySelection) {
 }
 
 TEST_F(Visitors, MethodsBySelectionAndOrder) {
-  for (const auto& row : tableOf<3>(R"(
-    p.Own | 0 | make; p.Own | 2 | mixed both make Own Inherited
-    p.Own | 1 | mixed both Own Inherited; p.Own | 3 | mixed both Own Inherited
-    p.Inherited | 0 | mixed make; p.Inherited | 2 | mixed veiled guarded make Own Inherited both
-    p.Inherited | 1 | veiled guarded Own Inherited both; p.Own | 4294967295 | mixed both Own Inherited
-    Solo | 0 | ; Solo | 2 | p.Solo; p.Broken | 2 | ; nope | 2 |)")) {
+  for (const auto& row : rowsOf<3>("tests/names/tables.rows", "Visitors.MethodsBySelectionAndOrder")) {
     Names names;
     appendMethodNames(classOf(row[0]), names, static_cast<std::uint32_t>(std::stoul(row[1])));
     EXPECT_EQ(shownList(names), row[2]) << row[0] << " " << row[1];

@@ -1,20 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <boost/algorithm/string.hpp>
-#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <set>
 
 #include "tests/snapshot/Faults.h"
+#include "tests/support/Table.h"
+#include "tests/support/World.h"
 
 namespace {
-
-const char* const source = std::getenv("CONTEXTDATA_SOURCE");
-
-std::ifstream fileOfSource(const std::string& name) {
-  return std::ifstream(std::string(source == nullptr ? "." : source) + "/" + name);
-}
 
 /// A text that is no snapshot. The reason holds the culprit, or what was expected.
 struct BrokenText {
@@ -45,33 +39,11 @@ std::string nested(std::size_t depth) {
   return completed("value", text);
 }
 
-/// Those that a line of a file does not hold.
-const std::vector<BrokenText> strangeTexts{
-    {"", "snapshot.empty", "", "nothing"},
-    {" \n\t", "snapshot.empty", "", "nothing"},
-    {"\xEF\xBB\xBF\n", "snapshot.empty", "", "nothing"},
-    {"{\"format\": 1,\n  \"classes\": [,]}", "snapshot.syntax", "/classes", "line 2, column 15"},
-    {"{\"format\": 1,\n\n \"components\": yes}", "snapshot.syntax", "/components", "line 3, column 16"},
-    {"{\"format\": 1, \"name\nspaces\": []}", "snapshot.syntax", "/format", "line 1"},
-    {std::string("{\"format\": 1\0}", 14), "snapshot.syntax", "/format", "column 13"},
-    {"{\"format\": 1, \"namespaces\": [\"l\xFF\"]}", "snapshot.not-utf8", "", "line 1, column 32"},
-    {"{\"format\": 1}\n// caf\xE9\n", "snapshot.not-utf8", "", "line 2, column 7"},
-    {"{\"format\": 1}\n// \xC3", "snapshot.not-utf8", "", "line 2, column 4"},
-    {std::string("\xFF\xFE{\0}\0", 6), "snapshot.not-utf8", "", "line 1, column 1"},
-    {nested(100), "snapshot.too-deep", "", "200 levels"},
-    {nested(50000), "snapshot.too-deep", "", "200 levels"},
-};
-
 std::vector<BrokenText> everyBrokenText() {
-  std::vector<BrokenText> texts = strangeTexts;
-  std::ifstream file = fileOfSource("tests/snapshot/broken.cases");
-  std::vector<std::string> cells;
-  for (std::string line; std::getline(file, line);) {
-    if (line.empty() || line.starts_with('#')) continue;
-    boost::iter_split(cells, line += ' ', boost::algorithm::first_finder(" | "));
-    cells.resize(5);
-    texts.push_back({completed(cells[0], cells[1]), cells[2], cells[3], boost::trim_copy(cells[4])});
-  }
+  std::vector<BrokenText> texts{{nested(100), "snapshot.too-deep", "", "200 levels"},
+                                {nested(50000), "snapshot.too-deep", "", "200 levels"}};
+  for (const auto& [around, text, code, pointer, reason] : rowsOf<5>("tests/snapshot/broken.cases"))
+    texts.push_back({completed(around, text), code, pointer, reason});
   EXPECT_GT(texts.size(), 150U);
   return texts;
 }
@@ -129,7 +101,7 @@ TEST(BrokenSnapshots, LongCulpritsAreCut) {
 
 /// The codes in the first column of the page's tables.
 std::set<std::string> documentedCodes() {
-  std::ifstream page = fileOfSource("docs/snapshot.md");
+  std::ifstream page(sourceFile("docs/snapshot.md"));
   const std::string rowStart = "| `snapshot.";
   std::set<std::string> codes;
   for (std::string line; std::getline(page, line);) {

@@ -9,26 +9,20 @@
 #include <fstream>
 
 #include "tests/snapshot/Saved.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/World.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-std::string contentsOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 class SavedFiles : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "saved-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
+  SavedFiles() {
     fs::create_directory(folder_ / "inner");
     description_.path = {{.folder = (folder_ / "code").string()}};
     description_.currentFolder = (folder_ / "inner").string();
   }
-  void TearDown() override { fs::remove_all(folder_); }
 
   std::string codeOf(const fs::path& file) const {
     try {
@@ -40,10 +34,10 @@ class SavedFiles : public testing::Test {
     return "";
   }
   std::size_t filesLeft() const {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), {}));
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_.path()), {}));
   }
 
-  fs::path folder_;
+  const TempFolder folder_;
   embedded::Description description_;
 };
 
@@ -53,7 +47,7 @@ TEST_F(SavedFiles, AreReadAgainFromWhereverTheyStand) {
     const auto read = embedded::readSnapshot(file);
     EXPECT_EQ(read.path.at(0).folder, description_.path[0].folder);
     EXPECT_TRUE(fs::equivalent(read.currentFolder, description_.currentFolder));
-    EXPECT_EQ(contentsOf(file).find(folder_.string()), std::string::npos) << "folders are relative";
+    EXPECT_EQ(contentsOf(file).find(folder_.path().string()), std::string::npos) << "folders are relative";
     const std::string before = contentsOf(file);
     embedded::writeSnapshot(embedded::Host::load(file)->describe(), file);
     EXPECT_EQ(contentsOf(file), before);
@@ -92,7 +86,7 @@ TEST_F(SavedFiles, ThatCannotBeWritten) {
   EXPECT_EQ(codeOf("/proc/a.json"), "snapshot.unwritable");
   EXPECT_EQ(codeOf(""), "snapshot.unwritable");
   EXPECT_EQ(codeOf(folder_ / ""), "snapshot.directory");
-  EXPECT_EQ(codeOf(folder_), "snapshot.directory");
+  EXPECT_EQ(codeOf(folder_.path()), "snapshot.directory");
   EXPECT_EQ(codeOf("/dev/null"), "snapshot.unwritable");
   fs::create_symlink("nowhere/at/all", folder_ / "dangling");
   EXPECT_EQ(codeOf(folder_ / "dangling"), "snapshot.unwritable");
@@ -102,8 +96,7 @@ TEST_F(SavedFiles, ThatCannotBeWritten) {
 
 // The limit is that of a child, whose file may not grow beyond it.
 TEST_F(SavedFiles, LeaveTheOldOneWhenTheDiskIsFull) {
-  const fs::path file = folder_ / "a.json";
-  std::ofstream(file) << "old";
+  const fs::path file = folder_.write("a.json", "old");
   const pid_t child = fork();
   if (child == 0) {
     signal(SIGXFSZ, SIG_IGN);
@@ -119,8 +112,7 @@ TEST_F(SavedFiles, LeaveTheOldOneWhenTheDiskIsFull) {
 }
 
 TEST_F(SavedFiles, LeaveTheOldOneWhenTheDescriptionIsBad) {
-  const fs::path file = folder_ / "a.json";
-  std::ofstream(file) << "old";
+  const fs::path file = folder_.write("a.json", "old");
   embedded::OpaqueObject twice{.className = "F", .fields = {{"a", {}}, {"a", {}}}, .methods = {}};
   const std::tuple<embedded::ValueDescription, const char*, const char*> values[] = {
       {{embedded::CharacterRow{u"a\xD800"}}, "snapshot.lone-surrogate", "/workspace/0/value"},

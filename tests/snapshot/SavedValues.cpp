@@ -2,31 +2,25 @@
 
 #include <gtest/gtest.h>
 
+#include <boost/algorithm/string/replace.hpp>
 #include <nlohmann/json.hpp>
-#include <tuple>
 
 #include "host/Arrays.h"
 #include "host/Classes.h"
 #include "host/DataTypes.h"
 #include "host/Interpreter.h"
 #include "tests/snapshot/Saved.h"
-#include "tests/support/Text.h"
+#include "tests/support/Table.h"
 #include "tests/support/World.h"
 
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-const std::string world = R"({"format": 1,
-  "classes": [{"name": "lab.Device", "properties": ["Serial"]},
-              {"name": "lab.Pump", "component": "core", "superclasses": ["lab.Device"], "properties": ["Flow"]},
-              {"name": "lab.Pump", "component": "other", "properties": ["Head"]},
-              {"name": "lab.Mode", "enumeration": true, "members": ["Idle"]}],
-  "foreignClasses": [{"name": "net.Kind", "members": ["Fast"]}],
-  "packages": [{"name": "old", "classes": ["A", "B"]}],)";
-
+/// The world of these values with a variable.
 std::string withVariable(const std::string& value) {
-  return world + R"("currentFolder": "/", "workspace": [{"name": "v", "value": )" + value + "}]}";
+  const std::string world = contentsOf(sourceFile("tests/snapshot/values.json"));
+  return boost::replace_last_copy(world, "1", value);
 }
 
 std::string savedValue(const std::string& value) {
@@ -36,91 +30,13 @@ std::string savedValue(const std::string& value) {
 }
 
 TEST(SavedValues, AreWhatTheyWere) {
-  for (
-      const std::string value :
-      {"3",
-       "-0.0",
-       "0.1",
-       "1e+300",
-       "5e-324",
-       "9007199254740991",
-       "9007199254740992.0",
-       "-12",
-       R"("NaN")",
-       R"(["NaN"])",
-       R"(["-Inf"])",
-       "true",
-       "false",
-       "[]",
-       R"([1,"NaN","Inf","-Inf",-0.0])",
-       R"({"double":[1,2,3,4],"size":[2,2]})",
-       R"({"double":[],"size":[0,0]})",
-       R"({"double":[1,2],"size":[1,2,1]})",
-       R"({"logical":[true,false]})",
-       R"({"logical":[true,false],"size":[2,1]})",
-       R"({"logical":[]})",
-       R"("")",
-       R"("aä😀\u0000\"")",
-       R"({"char":"abcd","size":[2,2]})",
-       R"({"char":""})",
-       R"({"char":"","size":[0,5]})",
-       R"({"string":"text"})",
-       R"({"string":null})",
-       R"({"string":""})",
-       R"({"strings":["a",null]})",
-       R"({"strings":[],"size":[0,0]})",
-       R"({"strings":["a"],"size":[1,1,1]})",
-       R"({"cell":[1,null,{"cell":[]}],"size":[3,1]})",
-       R"({"struct":{}})",
-       R"({"struct":{"b":1,"a":{"struct":{"c":"x"}}}})",
-       R"({"struct":{"a":1},"class":"Older"})",
-       R"({"structs":[{"a":1},{"a":2}]})",
-       R"({"structs":[{"a":1},{"a":2}],"size":[2,1],"class":"Older"})",
-       R"({"structs":[{"a":1}],"size":[1,1,1]})",
-       R"({"structs":[],"fields":["a"],"size":[0,0]})",
-       R"({"structs":[],"fields":["a","b"]})",
-       R"({"structs":[],"size":[2,3]})",
-       R"({"structs":[]})",
-       R"({"object":"core:lab.Pump","properties":{"Flow":3,"Serial":{"object":"lab.Device"}}})",
-       R"({"object":"lab.Mode","member":"Idle"})",
-       R"({"object":"lab.Device","text":"bar"})",
-       R"({"object":"lab.Device","text":""})",
-       R"({"object":"lab.Device","failing":true})",
-       R"({"objects":[{"object":"core:lab.Pump"},{"object":"other:lab.Pump"}],"class":"lab.Pump"})",
-       R"({"objects":[{"object":"lab.Device"}],"class":"lab.Device"})",
-       R"({"objects":[],"class":"lab.Device","size":[0,1]})",
-       R"({"objects":[{"opaque":"net.Link"},{"opaque":"net.Link","java":true}],"class":"net.Link","size":[2,1],"foreign":true})",
-       R"({"objects":[],"class":"net.Link","size":[0,1],"foreign":true})",
-       R"({"objects":[],"class":"korval.metadata.Namespace","size":[0,1]})",
-       R"({"object":"korval.metadata.Namespace","properties":{"Name":"lab"}})",
-       R"({"opaque":"net.Link","fields":{"host":"h","any":[]},"methods":{"ping":5,"fail":null},"java":true})",
-       R"({"opaque":"net.Link","dimensions":"compact"})",
-       R"({"opaque":"net.Link","dimensions":"lazy"})",
-       R"({"handle":"lab.tune"})",
-       R"({"class":"lab.Pump"})",
-       R"({"class":"net.Kind"})",
-       R"({"foreign":"net.Kind","member":"Fast"})",
-       R"({"tall":{"tall":[1,2]}})"})
+  for (const auto& [value] : rowsOf<1>("tests/snapshot/values.rows", "saved as they were"))
     EXPECT_EQ(savedValue(value), Json::parse(value).dump());
 }
 
 TEST(SavedValues, AreShort) {
-  const std::pair<const char*, const char*> rows[] = {
-      {R"({"double":[1],"size":[1,1]})", "1"},
-      {R"({"double":[1,2]})", "[1,2]"},
-      {"-0", "-0.0"},
-      {"[0, -0]", "[0,-0.0]"},
-      {R"({"logical":[true],"size":[1,1]})", "true"},
-      {R"({"char":"ab","size":[1,2]})", R"("ab")"},
-      {R"({"char":"","size":[0,0]})", R"("")"},
-      {R"({"strings":["a"],"size":[1,1]})", R"({"string":"a"})"},
-      {R"({"structs":[{"a":1}]})", R"({"struct":{"a":1}})"},
-      {R"({"structs":[{"a":1,"b":2},{"b":3,"a":4}]})", R"({"structs":[{"a":1,"b":2},{"a":4,"b":3}]})"},
-      {R"({"structs":[],"size":[1,1]})", R"({"struct":{}})"},
-      {R"({"object":"lab.Pump"})", R"({"object":"core:lab.Pump"})"},
-      {R"({"class":"core:lab.Pump"})", R"({"class":"lab.Pump"})"},
-      {R"({"cell":[],"size":[1,0]})", R"({"cell":[]})"}};
-  for (const auto& [value, expected] : rows) EXPECT_EQ(savedValue(value), expected) << value;
+  for (const auto& [value, expected] : rowsOf<2>("tests/snapshot/values.rows", "saved shorter"))
+    EXPECT_EQ(savedValue(value), expected) << value;
 }
 
 /// What is saved of the last variable when that code has run in the world.
@@ -134,32 +50,8 @@ std::string afterwards(const std::u16string& code) {
 }
 
 TEST(SavedValues, AreThoseThatCodeHasMade) {
-  const std::pair<const char16_t*, const char*> rows[] = {
-      {u"v(2) = 5;", "[1,5]"},
-      {u"x = v';", R"({"double":[1,2],"size":[2,1]})"},
-      {u"x = -v(1) * 0;", "-0.0"},
-      {u"x = [1/0, 0/0];", R"(["Inf","NaN"])"},
-      {u"x = {v, v};", R"({"cell":[[1,2],[1,2]]})"},
-      {u"c{3} = 1;", R"({"cell":[null,null,1]})"},
-      {u"s(2).a = 1;", R"({"structs":[{"a":{"double":[],"size":[0,0]}},{"a":1}]})"},
-      {u"s.b.c = 'x';", R"({"struct":{"b":{"struct":{"c":"x"}}}})"},
-      {u"x = v > 1;", R"({"logical":[false,true]})"},
-      {u"x = '';", R"("")"},
-      {u"x = ['ab'; 'cd'];", R"({"char":"acbd","size":[2,2]})"},
-      {u"x = [\"a\", missing];", R"({"strings":["a",null]})"},
-      {u"x = @lab.tune;", R"({"handle":"lab.tune"})"},
-      {u"d = lab.Device(); d.Serial = 7;", R"({"object":"lab.Device","properties":{"Serial":7}})"},
-      {u"d = [lab.Device(), lab.Device()];",
-       R"({"objects":[{"object":"lab.Device"},{"object":"lab.Device"}],"class":"lab.Device"})"},
-      {u"m = lab.Mode.Idle;", R"({"object":"lab.Mode","member":"Idle"})"},
-      {u"k = net.Kind.Fast;", R"({"foreign":"net.Kind","member":"Fast"})"},
-      {u"n = korval.metadata.Namespace.getAllNamespaces();",
-       R"({"objects":[{"object":"korval.metadata.Namespace","properties":{"Name":"lab"}}],)"
-       R"("class":"korval.metadata.Namespace"})"},
-      {u"p = findpackage('old'); p = p.Classes;",
-       R"({"objects":[{"opaque":"package.class","fields":{"Name":"A"}},{"opaque":"package.class","fields":{"Name":"B"}}],)"
-       R"("class":"package.class","size":[2,1],"foreign":true})"}};
-  for (const auto& [code, expected] : rows) EXPECT_EQ(afterwards(code), expected) << shown(code);
+  for (const auto& [code, expected] : rowsOf<2>("tests/snapshot/values.rows", "made by code"))
+    EXPECT_EQ(afterwards(wide(code)), expected) << code;
 }
 
 TEST(SavedValues, ThatAreAskedForTheirDimensionsHoldThem) {
@@ -195,16 +87,11 @@ TEST(SavedValues, AreNestedAsDeepAsTheyCanBeRead) {
 }
 
 TEST(SavedValues, FailWithTheNameOfTheVariable) {
-  const std::tuple<const char16_t*, const char*, const char*> rows[] = {
-      {u"for i = 1:300, c = {v}; v = c; end", "snapshot.too-deep", "\"v\""},
-      {u"x = 1; for i = 1:23, x = {x, x}; end", "snapshot.too-big", "\"x\""},
-      {u"half = {['a' 55357]};", "snapshot.lone-surrogate", "\"half\""},
-      {u"halves = [['a' 56832], \"b\"];", "snapshot.lone-surrogate", "\"halves\""}};
-  for (const auto& [code, expected, variable] : rows) {
+  for (const auto& [code, expected, variable] : rowsOf<3>("tests/snapshot/values.rows", "not saved")) {
     World live(withVariable("1"));
-    ASSERT_EQ(inEvalExp(code, 0, nullptr, false, Tamsix::orvo::EvalSource::Query), 0) << shown(code);
+    ASSERT_EQ(inEvalExp(wide(code), 0, nullptr, false, Tamsix::orvo::EvalSource::Query), 0) << code;
     const auto fault = faultOfSaving([&live = live] { return live.host.describe(); });
-    ASSERT_TRUE(fault) << shown(code);
+    ASSERT_TRUE(fault) << code;
     EXPECT_EQ(fault->code(), expected) << fault->what();
     EXPECT_NE(fault->reason().find(variable), std::string::npos) << fault->what();
   }

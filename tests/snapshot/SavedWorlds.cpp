@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -15,47 +14,11 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 /// Every key that is read, with something else than its default, in the order of the writer.
-constexpr const char* everything = R"({
-  "format": 1, "components": false, "namespaces": ["idle.space"],
-  "classes": [
-    {"name": "lab.Pump", "component": "core", "aliases": ["old.Pump"], "superclasses": ["B"], "order": "inherited-first",
-     "hidden": true, "broken": true, "flag": true, "enumeration": true,
-     "properties": [
-       "plain", {"name": null}, {"name": "a", "access": "private"}, {"name": "b", "access": ["B"]},
-       {"name": "c", "access": {"level": "private", "classes": ["B"]}}, {"name": "d", "get": "protected"},
-       {"name": "e", "set": "immutable"}, {"name": "f", "get": [], "set": "private"}, {"name": "g", "constant": true},
-       {"name": "h", "get": "private", "constant": true}, {"name": "i", "access": "constant"},
-       {"name": "j", "get": ["B"], "set": {"level": "constant", "classes": ["B"]}},
-       {"name": "k", "hidden": true, "dependent": true, "type": "t",
-        "validation": {"class": "double", "size": [1, ":"], "functions": ["f"]}, "values": [1, "a"], "conversion": false,
-        "attributes": [{"name": "x", "type": "y", "value": true}], "optimized": {"customGetter": true, "flag": true},
-        "value": [1, 2], "getter": "1"},
-       {"name": "l", "validation": {}, "values": [], "optimized": {}}],
-     "methods": ["m", "m", {"name": "n", "access": "protected", "static": true, "hidden": true, "visible": true, "code": "1"},
-                 {"name": "o", "visible": false}],
-     "members": ["Idle", {"name": "Test", "hidden": true}],
-     "attributeNames": [{"names": ["p"], "further": ["q"]}, {}, {}, {}], "precedence": ["B", "far.Kind", "double"]},
-    {"name": "B"}],
-  "functions": [
-    {"name": "lab.tune", "component": "core", "imports": ["lab.*"], "hidden": true, "visible": true,
-     "arguments": {"inputs": [{"name": "x", "kind": "optional", "class": "double", "size": [":", 2],
-                               "validators": ["v"], "values": ["w"]}, {"name": "y", "kind": "repeating"},
-                              {"name": "z", "kind": "name-value"}],
-                   "outputs": [{"name": "x"}], "furtherInputs": true, "furtherOutputs": true},
-     "code": "1"},
-    {"name": "main", "arguments": {}}],
-  "packages": [{"name": "old", "classes": ["A"], "functions": ["f"]}],
-  "foreignClasses": [{"name": "far.Kind", "members": ["Fast"]}],
-  "workspace": [{"name": "v", "value": 1}],
-  "scopes": {"queryable": true, "executing": "main", "active": [{"function": "main", "eligible": false}, {"function": "main"}],
-             "bridge": false, "debugger": {"focus": "here", "first": 1, "second": -2}},
-  "path": [{"folder": "/a"}, {"folder": "/b", "kind": "class"}, {"folder": "/c", "kind": "package"},
-           {"folder": "/d", "kind": "current"}],
-  "currentFolder": "/here", "builtins": ["sum", "sum"]})";
+Json everything() { return Json::parse(std::ifstream(sourceFile("tests/snapshot/everything.json"))); }
 
 TEST(SavedWorlds, KeepEveryKey) {
-  const std::string text = saved(embedded::readSnapshotText(everything, "world"));
-  EXPECT_EQ(text, Json::parse(everything).dump(2) + "\n");
+  const std::string text = saved(worldFile("tests/snapshot/everything.json"));
+  EXPECT_EQ(text, everything().dump(2) + "\n");
   EXPECT_EQ(saved(embedded::readSnapshotText(text, "saved")), text);
 }
 
@@ -75,13 +38,12 @@ void collectKnownKeys(const Json& schema, std::set<std::string>& keys) {
 
 // So that this world grows with the format. Keys of values have tests of their own.
 TEST(SavedWorlds, EveryKeyIsAllThatTheSchemaKnows) {
-  const char* source = std::getenv("CONTEXTDATA_SOURCE");
-  std::ifstream file(std::string(source ? source : ".") + "/share/contextdata/snapshot.schema.json");
+  std::ifstream file(sourceFile("share/contextdata/snapshot.schema.json"));
   Json schema = Json::parse(file);
   schema["$defs"].erase("value");
   std::set<std::string> known, written;
   collectKnownKeys(schema, known);
-  collectKeys(Json::parse(everything), written);
+  collectKeys(everything(), written);
   known.erase("$schema");
   EXPECT_GT(known.size(), 60U);
   EXPECT_EQ(written, known);

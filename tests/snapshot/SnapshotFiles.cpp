@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "embedded/Host.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -16,17 +17,6 @@ using Steps = std::vector<std::pair<std::uintmax_t, std::uintmax_t>>;
 
 class SnapshotFiles : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "snapshot-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  fs::path write(const std::string& name, const std::string& text) const {
-    std::ofstream(folder_ / name, std::ios::binary) << text;
-    return folder_ / name;
-  }
-
   static std::string codeOf(const fs::path& file) {
     try {
       embedded::readSnapshot(file);
@@ -38,16 +28,16 @@ class SnapshotFiles : public testing::Test {
     return "";
   }
 
-  fs::path folder_;
+  const TempFolder folder_;
 };
 
 TEST_F(SnapshotFiles, ThatAreNone) {
   EXPECT_EQ(codeOf(folder_ / "nothing.json"), "snapshot.missing-file");
-  EXPECT_EQ(codeOf(write("file", "{}") / "below"), "snapshot.missing-file");
-  EXPECT_EQ(codeOf(folder_), "snapshot.directory");
+  EXPECT_EQ(codeOf(folder_.write("file", "{}") / "below"), "snapshot.missing-file");
+  EXPECT_EQ(codeOf(folder_.path()), "snapshot.directory");
   EXPECT_EQ(codeOf(""), "snapshot.missing-file");
-  EXPECT_EQ(codeOf(write("empty.json", "")), "snapshot.empty");
-  EXPECT_EQ(codeOf(write("good.json", R"({"format": 1})")), "");
+  EXPECT_EQ(codeOf(folder_.write("empty.json", "")), "snapshot.empty");
+  EXPECT_EQ(codeOf(folder_.write("good.json", R"({"format": 1})")), "");
 }
 
 TEST_F(SnapshotFiles, ThatCannotBeRead) {
@@ -64,22 +54,23 @@ TEST_F(SnapshotFiles, ThatCannotBeRead) {
 }
 
 TEST_F(SnapshotFiles, FoldersAreRelativeToTheFile) {
-  const auto file = write("world.json", R"({"format": 1, "currentFolder": "..", "path": [
+  const auto file = folder_.write("world.json", R"({"format": 1, "currentFolder": "..", "path": [
       {"folder": "code/./x"}, {"folder": "/absolute"}]})");
   const auto before = fs::current_path();
-  for (const auto& [from, name] : {std::pair(before, file), std::pair(folder_, fs::path("world.json"))}) {
+  for (const auto& [from, name] :
+       {std::pair(before, file), std::pair(folder_.path(), fs::path("world.json"))}) {
     fs::current_path(from);
     const auto world = embedded::readSnapshot(name);
     fs::current_path(before);
     EXPECT_EQ(world.path.at(0).folder, (folder_ / "code/x").string());
     EXPECT_EQ(world.path.at(1).folder, "/absolute");
-    EXPECT_TRUE(fs::equivalent(world.currentFolder, folder_.parent_path()));
+    EXPECT_TRUE(fs::equivalent(world.currentFolder, folder_.path().parent_path()));
   }
 }
 
 TEST_F(SnapshotFiles, ProgressIsToldEachMegabyteAndAtTheEnd) {
   const std::string text = R"({"format": 1})" + std::string(3500000, ' ');
-  const auto file = write("big.json", text);
+  const auto file = folder_.write("big.json", text);
   Steps steps;
   embedded::readSnapshot(file,
                          [&](std::uintmax_t read, std::uintmax_t total) { steps.emplace_back(read, total); });
@@ -92,7 +83,7 @@ TEST_F(SnapshotFiles, ProgressIsToldEachMegabyteAndAtTheEnd) {
 }
 
 TEST_F(SnapshotFiles, WhatProgressThrowsPasses) {
-  const auto file = write("big.json", R"({"format": 1})" + std::string(3000000, ' '));
+  const auto file = folder_.write("big.json", R"({"format": 1})" + std::string(3000000, ' '));
   EXPECT_THROW(embedded::readSnapshot(file, [](std::uintmax_t, std::uintmax_t) { throw 7; }), int);
 }
 
@@ -101,10 +92,11 @@ TEST_F(SnapshotFiles, CharactersAcrossPieces) {
   for (std::size_t shift = 0; shift < 5; ++shift) {
     std::string name(shift, 'x');
     while (name.size() < 200000) name += "😀ä€";
-    const auto world =
-        embedded::readSnapshot(write("long.json", R"({"format": 1, "namespaces": [")" + name + "\"]}"));
+    const auto world = embedded::readSnapshot(
+        folder_.write("long.json", R"({"format": 1, "namespaces": [")" + name + "\"]}"));
     EXPECT_EQ(world.namespaces.at(0), name);
-    const auto broken = write("broken.json", R"({"format": 1, "namespaces": [")" + name + "\xF0\x9F\"]}");
+    const auto broken =
+        folder_.write("broken.json", R"({"format": 1, "namespaces": [")" + name + "\xF0\x9F\"]}");
     EXPECT_EQ(codeOf(broken), "snapshot.not-utf8");
   }
 }

@@ -1,5 +1,5 @@
-"""Short text cases of the front end: tests/cases/*.txt. The one reader of them, also for the tests in C++, which get the
-cases of a file as JSON: `Cases.py completion.txt`.
+"""Blocks of lines in files, and the short text cases of the front end that they hold: tests/cases/*.txt. The one reader of
+them, also for the tests in C++, which get the cases of a file as JSON: `Cases.py completion.txt`.
 
 A case is a block of lines; blocks are parted by empty lines, "#" begins a comment line.
 
@@ -48,19 +48,23 @@ def parse(block, place):
     return Case(place, text.replace(CURSOR, ""), text.index(CURSOR), settings, status, rows)
 
 
-def read(file):
-    """Every case of a file."""
-    cases, block, start = [], [], 0
+def blocks(file):
+    """(the place, [line]) of each block of a file."""
+    block, start = [], 0
     for number, line in enumerate([*Path(file).read_text(encoding="utf-8").splitlines(), ""], 1):
         if line.startswith("#"):
             continue
-        if line:
+        if line.strip():
             start = start if block else number
             block.append(line)
         elif block:
-            cases.append(parse(block, f"{Path(file).name}:{start}"))
+            yield f"{Path(file).name}:{start}", block
             block = []
-    return cases
+
+
+def read(file):
+    """Every case of a file."""
+    return [parse(block, place) for place, block in blocks(file)]
 
 
 def main():

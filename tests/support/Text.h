@@ -1,9 +1,16 @@
 #pragma once
 
+#include <boost/locale/encoding_utf.hpp>
 #include <concepts>
 #include <sstream>
 #include <string>
 #include <vector>
+
+/// UTF-8 as UTF-16 and back, without asking the host.
+inline std::u16string wide(const std::string& text) {
+  return boost::locale::conv::utf_to_utf<char16_t>(text);
+}
+inline std::string narrow(const std::u16string& text) { return boost::locale::conv::utf_to_utf<char>(text); }
 
 /// UTF-16 as UTF-8 for messages and comparisons; what is not ASCII is shown by its code unit.
 inline std::string shown(const std::u16string& text) {

@@ -3,6 +3,7 @@
 #include <contextdata/KCOSContextData/ResolvedClassID.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <stdexcept>
 
 std::string World::asked(const std::function<void()>& ask) {
@@ -20,6 +21,13 @@ std::string sourceFile(const std::string& path) {
   const char* source = std::getenv("CONTEXTDATA_SOURCE");
   return std::string(source != nullptr ? source : ".") + "/" + path;
 }
+
+std::string contentsOf(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+embedded::Description worldFile(const std::string& path) { return embedded::readSnapshot(sourceFile(path)); }
 
 std::string textOf(const kcos::COSInternedName& id) { return id.isNull() ? "null" : id.text(); }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -21,6 +22,12 @@ struct World {
 
 /// A file of the source folder, by its path from there.
 std::string sourceFile(const std::string& path);
+
+/// The bytes of a file.
+std::string contentsOf(const std::filesystem::path& file);
+
+/// What a snapshot in the source folder describes.
+embedded::Description worldFile(const std::string& path);
 
 /// The text of an identifier, and "null" for the null one.
 std::string textOf(const kcos::COSInternedName& id);

@@ -1,11 +1,10 @@
 #include <contextdata/Workspace/SearchPath.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <optional>
 
 #include "tests/support/Growth.h"
+#include "tests/support/TempFolder.h"
 #include "tests/workspace/Workspace.h"
 
 namespace {
@@ -21,24 +20,18 @@ class Folders : public testing::Test {
       files::create_directories(root_ / name);
       description_.path.push_back({embedded::PathItemDescription::Package, (root_ / name).string()});
     }
-    write("first/@p/first.k");
+    root_.write("first/@p/first.k", "");
     description_.currentFolder = (root_ / "second").string();
     host_ = std::make_unique<embedded::Host>(description_);
     active_.emplace(*host_);
   }
-  ~Folders() override {
-    active_.reset();
-    files::remove_all(root_);
-  }
-
-  void write(const std::string& name) { std::ofstream(root_ / name).flush(); }
   static Names listed(const std::u16string& folder) {
     Names names;
     getWhatList(folder, names, ".k");
     return names;
   }
 
-  files::path root_ = files::temp_directory_path() / ("folders-" + std::to_string(::getpid()));
+  const TempFolder root_;
   embedded::Description description_;
   std::unique_ptr<embedded::Host> host_;
   std::optional<embedded::Activation> active_;
@@ -47,8 +40,8 @@ class Folders : public testing::Test {
 TEST_F(Folders, OfTwentyThousandEntriesAreListedInLinearTime) {
   for (int count = 0; count < 20000; ++count) {
     const std::string file = "/f" + std::to_string(100000 + count) + ".k";
-    write("second/@p" + file);
-    if (count % 8 == 0) write("second/@q" + file);
+    root_.write("second/@p" + file, "");
+    if (count % 8 == 0) root_.write("second/@q" + file, "");
   }
   EXPECT_TRUE(isLinear([] { listed(u"@q"); }, [] { listed(u"@p"); }));
   EXPECT_EQ(listed(u"@q").size(), 2500U);
@@ -75,7 +68,7 @@ TEST_F(Folders, AreAskedForByTheirPathAndAStarAlsoAtTheRoot) {
 
 TEST_F(Folders, ThatVanishHoldNothing) {
   host_->setFault({"ioGetDirList", 1, false, [&] { files::remove_all(root_ / "first"); }});
-  write("second/@p/left.k");
+  root_.write("second/@p/left.k", "");
   EXPECT_EQ(listed(u"@p"), Names{u"left.k"});
   files::remove_all(root_ / "second");
   EXPECT_EQ(listed(u""), Names{});

@@ -11,14 +11,12 @@
 #include <contextdata/Workspace/VariableMethods.h>
 
 #include <boost/algorithm/string.hpp>
-#include <fstream>
 #include <functional>
 #include <map>
-#include <regex>
 #include <set>
 
+#include "tests/support/Table.h"
 #include "tests/support/Trap.h"
-#include "tests/support/World.h"
 
 namespace workspace {
 
@@ -169,29 +167,9 @@ bool evaluated(const std::vector<embedded::Call>& log, const Row& row) {
   return shownCalls(log, "inEvalExp") != "";
 }
 
-/// A cell as it is meant.
-std::string unescaped(std::string cell) {
-  boost::trim(cell);
-  boost::replace_all(cell, "<NUL>", std::string(1, '\0'));
-  boost::replace_all(cell, "<SPACE>", " ");
-  static const std::regex repeated("<([0-9]+)\\*([^>]+)>");
-  std::string all, rest = cell;
-  for (std::sregex_iterator found(cell.begin(), cell.end(), repeated), end; found != end; ++found) {
-    all += found->prefix();
-    const std::string part = (*found)[2];
-    for (std::size_t count = std::stoul((*found)[1]); count > 0; --count) all += part;
-    rest = found->suffix();
-  }
-  return all + rest;
-}
-
-Row rowOf(const std::string& line) {
-  Row row{line, {}, {}, {}, {}};
-  boost::split(row.arguments, line, boost::is_any_of("|"));
-  for (std::string& cell : row.arguments) cell = unescaped(cell);
-  row.query = row.arguments.front();
-  row.answer = row.arguments.back();
-  row.arguments = {row.arguments.begin() + 1, row.arguments.end() - 1};
+Row rowOf(const Cells& cells) {
+  Row row{boost::join(cells, " | ").substr(0, 100), cells.front(), {}, {}, cells.back()};
+  row.arguments = {cells.begin() + 1, cells.end() - 1};
   if (const std::size_t sign = row.query.find(" > "); sign != std::string::npos) {
     row.hostOperation = row.query.substr(sign + 3);
     row.query.resize(sign);
@@ -202,10 +180,8 @@ Row rowOf(const std::string& line) {
 }  // namespace
 
 std::vector<Row> rowsOfQueries() {
-  std::ifstream file(sourceFile("tests/workspace/queries.txt"));
   std::vector<Row> rows;
-  for (std::string line; std::getline(file, line);)
-    if (!line.empty() && line.front() != '#') rows.push_back(rowOf(line));
+  for (const Cells& cells : rowsOf("tests/workspace/queries.txt")) rows.push_back(rowOf(cells));
   return rows;
 }
 

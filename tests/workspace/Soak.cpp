@@ -1,6 +1,7 @@
 #include <malloc.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 
@@ -37,7 +38,8 @@ class Soak : public Workspace {};
 TEST_F(Soak, OfMixedQueriesKeepsMemoryFlat) {
   std::vector<Row> rows;
   for (Row& row : rowsOfQueries())
-    if (row.text.find('*') == std::string::npos) rows.push_back(std::move(row));
+    if (std::ranges::all_of(row.arguments, [](const std::string& text) { return text.size() < 1000; }))
+      rows.push_back(std::move(row));
   const auto ask = [&](std::uint64_t from, std::uint64_t to) {
     for (std::uint64_t at = from; at < to; ++at) {
       const Row& row = rows[at % rows.size()];

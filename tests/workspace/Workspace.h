@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <boost/locale/encoding_utf.hpp>
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <memory>
 #include <string>
@@ -32,11 +31,5 @@ std::string shownValue(const Value& value);
 
 /// The value of an expression, or of the last statement; null for "nothing".
 Value evaluatedText(const std::string& text);
-
-/// UTF-8 as UTF-16, without asking the host.
-inline std::u16string wide(const std::string& text) {
-  return boost::locale::conv::utf_to_utf<char16_t>(text);
-}
-inline std::string narrow(const std::u16string& text) { return boost::locale::conv::utf_to_utf<char>(text); }
 
 }  // namespace workspace

@@ -32,10 +32,9 @@ ResolvedClassID idOf(const std::string& name) { return ResolvedClassID::fromKnow
 
 /// A question to a record that is made before, so that only the question is logged.
 Question ofRecord(const std::string& operation, const std::string& form, const std::string& className,
-                  const std::function<std::string(const ClassInfo&)>& ask, const Rules& rules) {
+                  const Rules& rules, const std::function<std::string(const ClassInfo&)>& ask) {
   const auto record = std::make_shared<const ClassInfo>(idOf(className));
-  return asks(
-      n + operation, form, [=] { return ask(*record); }, rules);
+  return asks(n + operation, form, rules, [=] { return ask(*record); });
 }
 
 /// A query asks info.Child, then info.Base, then info.Root: what fails at one level leaves what the levels before have.
@@ -70,16 +69,15 @@ Questions constructors() {
       nested.push_back(
           {hostOperation, swallowedButInterrupt("info.Child: " + left[calls[call] - '0']), first + call});
   const Reaction alone = swallowedButInterrupt("info.Root: info.Root");
-  return {asks(
-              n + "ClassInfo::ClassInfo", "identifier",
-              [id = idOf("info.Child")] { return shownStructure(ClassInfo(id)); }, nested),
+  return {asks(n + "ClassInfo::ClassInfo", "identifier", nested,
+               [id = idOf("info.Child")] { return shownStructure(ClassInfo(id)); }),
           asks(n + "ClassInfo::ClassInfo", "value",
-               [] { return shownStructure(ClassInfo(variable("root").get())); },
                {{"kcos::internal::makeInterned", swallowed(": "), 1},
                 {"kcos::COSClass::getClass", swallowed(": "), 1},
                 {"kcos::COSClass::getClass", alone, 2},
                 {"kcos::COSClass::getSuperclasses", alone},
-                {"*", propagates}})};
+                {"*", propagates}},
+               [] { return shownStructure(ClassInfo(variable("root").get())); })};
 }
 
 Rules rulesOfFlags() {
@@ -117,16 +115,12 @@ Questions propertyQueries() {
   const Rules inherited{{"kcos::internal::makeInterned", swallowedButInterrupt("r")},
                         {"kcos::COSInterface::findAttribute", swallowedButInterrupt("r")},
                         {"*", swallowedButInterrupt("")}};
-  return {ofRecord(
-              "ClassInfo::getProperties", "options", "info.Rich",
-              [](const ClassInfo& record) { return shownInFull(record.getProperties({})); }, rulesOfFlags()),
-          ofRecord(
-              "ClassInfo::getProperties", "levels", "info.Child",
-              [](const ClassInfo& record) { return namesOf(record.getProperties({0}, nullptr)); }, levels),
-          ofRecord(
-              "ClassInfo::getPropertiesOfSuperclasses", "", "info.Base",
-              [](const ClassInfo& record) { return namesOf(record.getPropertiesOfSuperclasses({})); },
-              inherited)};
+  return {ofRecord("ClassInfo::getProperties", "options", "info.Rich", rulesOfFlags(),
+                   [](const ClassInfo& record) { return shownInFull(record.getProperties({})); }),
+          ofRecord("ClassInfo::getProperties", "levels", "info.Child", levels,
+                   [](const ClassInfo& record) { return namesOf(record.getProperties({0}, nullptr)); }),
+          ofRecord("ClassInfo::getPropertiesOfSuperclasses", "", "info.Base", inherited,
+                   [](const ClassInfo& record) { return namesOf(record.getPropertiesOfSuperclasses({})); })};
 }
 
 Questions methodQueries() {
@@ -137,14 +131,12 @@ Questions methodQueries() {
     kcos::COSClass::getNamespace 1 1 1    kcos::COSNamespace::getDottedName 1 1 1
     kcos::COSMethodInfo::getMemberAccess 1 1 1    kcos::COSMethodInfo::isVisible 1 1 1
     kcos::COSMethodInfo::isStatic 1 1 1    kcos::internal::makeInterned 1 1 1    fl::i18n::to_ustring 3 3 3)");
-  return {ofRecord(
-              "ClassInfo::getMethods", "levels", "info.Child",
-              [](const ClassInfo& record) { return namesOf(record.getMethods({0}, any, nullptr)); }, levels),
-          ofRecord("ClassInfo::getMethodsOfSuperclasses", "", "info.Base",
+  return {ofRecord("ClassInfo::getMethods", "levels", "info.Child", levels,
+                   [](const ClassInfo& record) { return namesOf(record.getMethods({0}, any, nullptr)); }),
+          ofRecord("ClassInfo::getMethodsOfSuperclasses", "", "info.Base", {{"*", swallowedButInterrupt("")}},
                    [](const ClassInfo& record) {
                      return namesOf(record.getMethodsOfSuperclasses({.context = any}));
-                   },
-                   {{"*", swallowedButInterrupt("")}})};
+                   })};
 }
 
 Questions structureQueries() {
@@ -153,23 +145,19 @@ Questions structureQueries() {
     kcos::COSClass::getAttributeNames2 1 1 1    kcos::COSClass::getAttributeNames3 1 1 1
     kcos::COSClass::getAttributeNames4 1 1 1    fl::i18n::to_ustring(codecvt_ascii_to_ustring) 1 1 1)");
   return {
-      ofRecord(
-          "ClassInfo::getAttributes", "", "info.Child",
-          [](const ClassInfo& record) { return shownList(record.getAttributes(true).attributeList1); },
-          levels),
-      ofRecord("ClassInfo::isA", "", "info.Child",
-               [](const ClassInfo& record) { return shown(record.isA(u"info.Root")); }, {}),
-      ofRecord("ClassInfo::getDefaultAccessibility", "", "info.Child",
-               [](const ClassInfo& record) { return std::to_string(record.getDefaultAccessibility()[0]); },
-               {}),
-      ofRecord("ClassStructureInfo::getSuperclasses", "", "info.Child", shownStructure, {})};
+      ofRecord("ClassInfo::getAttributes", "", "info.Child", levels,
+               [](const ClassInfo& record) { return shownList(record.getAttributes(true).attributeList1); }),
+      ofRecord("ClassInfo::isA", "", "info.Child", {},
+               [](const ClassInfo& record) { return shown(record.isA(u"info.Root")); }),
+      ofRecord("ClassInfo::getDefaultAccessibility", "", "info.Child", {},
+               [](const ClassInfo& record) { return std::to_string(record.getDefaultAccessibility()[0]); }),
+      ofRecord("ClassStructureInfo::getSuperclasses", "", "info.Child", {}, shownStructure)};
 }
 
 Questions namesAndSizes() {
   const auto inSet = [](const std::string& operation, bool (*ask)(kcos::COSInternedName)) {
     const auto id = kcos::internal::makeInterned("double");
-    return asks(
-        n + operation, "", [=] { return ask(id); }, noCalls);
+    return asks(n + operation, "", noCalls, [=] { return ask(id); });
   };
   const auto extents = [] {
     std::string all;
@@ -177,7 +165,7 @@ Questions namesAndSizes() {
       all += std::to_string(extent) + " ";
     return all;
   };
-  return {asks(n + "PropertyInfo::castSizeStringToIntegers", "", extents, {{"*", swallowed("")}}),
+  return {asks(n + "PropertyInfo::castSizeStringToIntegers", "", {{"*", swallowed("")}}, extents),
           asks(n + "MethodInfo::isOperatorOverload", "",
                [] { return MethodInfo::isOperatorOverload(std::string("plus")); }),
           inSet("MethodInfo::isClassToCompleteMethodsForBeforeDot",
@@ -196,28 +184,21 @@ Questions visitors(const std::string& type, const Options& options, kcos::COSInt
   Options withChild = options;
   withChild.accessingClass = child.get();
   auto* const record = cosiTo(member);
-  const auto ask = [&](const std::string& operation, auto answer, const Rules& rules) {
-    return asks(n + type + "::" + operation, "", answer, rules);
+  const auto ask = [&](const std::string& operation, const Rules& rules, auto answer) {
+    return asks(n + type + "::" + operation, "", rules, answer);
   };
-  return {ask(
-              type, [root] { return Visitor(root.get()).owner == root.get(); }, noCalls),
-          ask(
-              "clear", [=](Answer&) { visitor->clear(withChild); }, noCalls),
-          ask(
-              "visit",
+  return {ask(type, noCalls, [root] { return Visitor(root.get()).owner == root.get(); }),
+          ask("clear", noCalls, [=](Answer&) { visitor->clear(withChild); }),
+          ask("visit", ofVisit,
               [=] {
                 visitor->clear(options);
                 visitor->visit(member);
                 return namesOf((*visitor).*collected);
-              },
-              ofVisit),
-          ask(
-              "hasAccessingClass",
-              [visitor, withChild, record, root, child] {
-                visitor->clear(withChild);
-                return visitor->hasAccessingClass(record);
-              },
-              allPropagate)};
+              }),
+          ask("hasAccessingClass", allPropagate, [visitor, withChild, record, root, child] {
+            visitor->clear(withChild);
+            return visitor->hasAccessingClass(record);
+          })};
 }
 
 template <class Iterator>

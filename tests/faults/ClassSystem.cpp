@@ -46,9 +46,9 @@ Questions identifiers() {
                                 {"*", swallowedButInterrupt("Pump")}};
   const ResolvedClassID pump = idOf("plant:lab.Pump");
   Questions all{
-      asks(constructor, "context", inContext, asTyped),
-      asks(constructor, "context, switch off", switchedOff(inContext), asTyped),
-      asks(constructor, "scope", inScope, asTypedWithSwitch),
+      asks(constructor, "context", asTyped, inContext),
+      asks(constructor, "context, switch off", asTyped, switchedOff(inContext)),
+      asks(constructor, "scope", asTypedWithSwitch, inScope),
       asks(constructor, "scope, switch off", switchedOff(inScope)),
       asks(constructor, "object", [] { return textOf(ResolvedClassID(variable("pump").get())); }),
       asks(type + "getComponentQualifiedName", "", [=] { return pump.getComponentQualifiedName(); }),
@@ -74,39 +74,29 @@ Questions lookUps() {
   const ResolvedClassID pump = idOf("plant:lab.Pump"), device = idOf("plant:lab.Device");
   const Rules ofIdentifier{{getClass, swallowedButInterrupt("false")}, {"*", propagates}};
   return {
-      asks(n + "getCOSClass", "identifier", [=] { return textOf(getCOSClass(pump)); },
-           {{"*", swallowedButInterrupt("null")}}),
-      asks(
-          n + "getCOSClass", "value", [] { return textOf(getCOSClass(variable("pump").get())); },
-          validLookUp("null")),
-      asks(
-          n + "getCOSClass", "name", [=] { return textOf(getCOSClass(name)); }, validLookUp("null")),
-      asks(n + "isKCOSClass", "identifier", [=] { return isKCOSClass(pump); },
-           {{"*", swallowedButInterrupt("false")}}),
-      asks(
-          n + "isKCOSClass", "name", [=] { return isKCOSClass(name); }, validLookUp("false")),
-      asks(
-          n + "isKCOSObject", "", [] { return isKCOSObject(variable("pump").get()); }, validLookUp("false")),
-      asks(
-          n + "hasMethod", "value", [] { return hasMethod(variable("pump").get(), "start"); },
-          validLookUp("false")),
-      asks(
-          n + "hasProperty", "", [] { return hasProperty(variable("pump").get(), "Flow"); },
-          validLookUp("false")),
-      asks(
-          n + "hasMethod", "identifier", [=](Answer& a) { return hasMethod(pump, "make", a.flag); },
-          ofIdentifier),
-      asks(n + "hasMethod", "name", [=](Answer& a) { return hasMethod(name, "make", a.flag); },
-           {{"*", swallowedButInterrupt("false")}}),
-      asks(
-          n + "isKCOSClassDerivedFrom", "identifiers", [=] { return isKCOSClassDerivedFrom(pump, device); },
-          ofIdentifier),
-      asks(
-          n + "isKCOSClassDerivedFrom", "names", [=] { return isKCOSClassDerivedFrom(name, u"lab.Device"); },
-          validLookUp("false")),
+      asks(n + "getCOSClass", "identifier", {{"*", swallowedButInterrupt("null")}},
+           [=] { return textOf(getCOSClass(pump)); }),
+      asks(n + "getCOSClass", "value", validLookUp("null"),
+           [] { return textOf(getCOSClass(variable("pump").get())); }),
+      asks(n + "getCOSClass", "name", validLookUp("null"), [=] { return textOf(getCOSClass(name)); }),
+      asks(n + "isKCOSClass", "identifier", {{"*", swallowedButInterrupt("false")}},
+           [=] { return isKCOSClass(pump); }),
+      asks(n + "isKCOSClass", "name", validLookUp("false"), [=] { return isKCOSClass(name); }),
+      asks(n + "isKCOSObject", "", validLookUp("false"), [] { return isKCOSObject(variable("pump").get()); }),
+      asks(n + "hasMethod", "value", validLookUp("false"),
+           [] { return hasMethod(variable("pump").get(), "start"); }),
+      asks(n + "hasProperty", "", validLookUp("false"),
+           [] { return hasProperty(variable("pump").get(), "Flow"); }),
+      asks(n + "hasMethod", "identifier", ofIdentifier,
+           [=](Answer& a) { return hasMethod(pump, "make", a.flag); }),
+      asks(n + "hasMethod", "name", {{"*", swallowedButInterrupt("false")}},
+           [=](Answer& a) { return hasMethod(name, "make", a.flag); }),
+      asks(n + "isKCOSClassDerivedFrom", "identifiers", ofIdentifier,
+           [=] { return isKCOSClassDerivedFrom(pump, device); }),
+      asks(n + "isKCOSClassDerivedFrom", "names", validLookUp("false"),
+           [=] { return isKCOSClassDerivedFrom(name, u"lab.Device"); }),
       asks(n + "getClassName", "", [] { return getClassName(variable("pump").get()); }),
-      asks(
-          n + "getConstructorName", "", [=] { return getConstructorName(name); }, noCalls),
+      asks(n + "getConstructorName", "", noCalls, [=] { return getConstructorName(name); }),
       asks(n + "getNamespaceInterface", "", [] { return getNamespaceInterface(u"lab") != nullptr; }),
       asks(n + "isKCOSNamespace", "", [] { return isKCOSNamespace(u"lab"); })};
 }
@@ -114,8 +104,7 @@ Questions lookUps() {
 // The tables ask nothing of the host: there is no call that could fail, which the loop finds out by itself.
 Questions tables() {
   const auto sizeOf = [](const std::string& operation, auto table) {
-    return asks(
-        contextData + operation, "", [table] { return table().size(); }, noCalls);
+    return asks(contextData + operation, "", noCalls, [table] { return table().size(); });
   };
   return {sizeOf("getKCOSMethodsExcludeSet", getKCOSMethodsExcludeSet),
           sizeOf("getVX2KorvalNamespacesExcludeSet", getVX2KorvalNamespacesExcludeSet),
@@ -133,11 +122,12 @@ Questions memberNames() {
                        const std::string& setsFlagAfter = "") {
     all.push_back(asks(
         contextData + operation, "identifier",
-        [=, id = idOf(id)](Answer& a) { return byIdentifier(id, a.names, a.flag); },
-        {{getClass, swallowedButInterrupt("false")}, {"*", propagates}}, appendsAfter, setsFlagAfter));
+        {{getClass, swallowedButInterrupt("false")}, {"*", propagates}},
+        [=, id = idOf(id)](Answer& a) { return byIdentifier(id, a.names, a.flag); }, appendsAfter,
+        setsFlagAfter));
     all.push_back(asks(
-        contextData + operation, "name", [=](Answer& a) { return byName(name, a.names, a.flag); },
-        {{"*", swallowed("false")}}, appendsAfter, setsFlagAfter));
+        contextData + operation, "name", {{"*", swallowed("false")}},
+        [=](Answer& a) { return byName(name, a.names, a.flag); }, appendsAfter, setsFlagAfter));
   };
   constexpr const char *access = "kcos::COSMethodInfo::getMemberAccess",
                        *flag = "kcos::COSClass::getClassFlag";
@@ -156,7 +146,7 @@ Questions memberNames() {
 Questions namespaces() {
   const auto listing = [](const std::string& operation, bool (*list)(const std::u16string&, Names&)) {
     return asks(
-        contextData + operation, "", [list](Answer& a) { return list(u"ws", a.names); }, allPropagate,
+        contextData + operation, "", allPropagate, [list](Answer& a) { return list(u"ws", a.names); },
         conversion);
   };
   return {listing("getNamespaceFunctionNames", getNamespaceFunctionNames),
@@ -177,24 +167,22 @@ Questions objects() {
     return std::to_string(found.flags) + (found.inputArguments && found.outputArguments ? " both" : "");
   };
   const auto methodsOf = [](const std::string& name, const Rules& rules) {
-    return asks(
-        "getMethodsForWSVariable", name,
-        [name] { return shownList(getMethodsForWSVariable(u"Pump", variable(name))); }, rules);
+    return asks("getMethodsForWSVariable", name, rules,
+                [name] { return shownList(getMethodsForWSVariable(u"Pump", variable(name))); });
   };
   // An object whose class cannot be looked up is asked itself; one whose class is gone a moment later has no methods.
   const std::string asked = "start make stop Device reset list";
   return {
       asks(n + "callFunctionOnObject", "",
-           [](Answer& a) { return callFunctionOnObject(variable("own").get(), "properties", a.names); },
-           {{call, swallowed("false")}, {results, swallowed("false")}, {"*", propagates}}),
-      asks(n + "getObjectPropertyNames", "own answer", propertyNames,
-           {{call, swallowed("p")}, {results, swallowed("p")}, {"*", propagates}}),
+           {{call, swallowed("false")}, {results, swallowed("false")}, {"*", propagates}},
+           [](Answer& a) { return callFunctionOnObject(variable("own").get(), "properties", a.names); }),
+      asks(n + "getObjectPropertyNames", "own answer",
+           {{call, swallowed("p")}, {results, swallowed("p")}, {"*", propagates}}, propertyNames),
       // The names of the class are listed whatever becomes of the call, but not when looking the class up fails.
       asks(
           n + "getObjectPropertyNames", "class walk",
-          [](Answer& a) { getObjectPropertyNames(variable("failing").get(), a.names); },
           {{call, ignored}, {makeInterned, swallowed(""), 1}, {getClass, swallowed("")}, {"*", propagates}},
-          conversion),
+          [](Answer& a) { getObjectPropertyNames(variable("failing").get(), a.names); }, conversion),
       asks(n + "isNoDotMethodClass", "", [] { return isNoDotMethodClass(variable("far").get()); }),
       asks(contextData + "getArgumentBlockMetadata", "", metadata),
       methodsOf("pump", {{makeInterned, swallowed(asked), 1},

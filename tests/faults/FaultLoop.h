@@ -85,9 +85,8 @@ inline std::string asText(unsigned long number) { return std::to_string(number);
 
 /// A question whose result is what `ask` returns. It takes the answer when it fills more than that, or returns nothing.
 template <class Ask>
-Question asks(const std::string& operation, const std::string& form, Ask ask,
-              const Rules& rules = allPropagate, const std::string& appendsAfter = "",
-              const std::string& setsFlagAfter = "") {
+Question asks(const std::string& operation, const std::string& form, const Rules& rules, Ask ask,
+              const std::string& appendsAfter = "", const std::string& setsFlagAfter = "") {
   const auto fill = [ask](Answer& answer) {
     if constexpr (std::invocable<Ask>)
       answer.result = asText(ask());
@@ -97,6 +96,10 @@ Question asks(const std::string& operation, const std::string& form, Ask ask,
       answer.result = asText(ask(answer));
   };
   return {operation, form, fill, rules, appendsAfter, setsFlagAfter};
+}
+template <class Ask>
+Question asks(const std::string& operation, const std::string& form, Ask ask) {
+  return asks(operation, form, allPropagate, ask);
 }
 
 Questions joined(std::initializer_list<Questions> parts);

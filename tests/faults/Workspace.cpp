@@ -23,7 +23,7 @@ Questions sizes() {
         all += std::to_string(extent) + " ";
       return all;
     };
-    return asks("getSizeFromKxArray", name, ask, rules);
+    return asks("getSizeFromKxArray", name, rules, ask);
   };
   const Reaction unknown = swallowed("");
   // The kind of the value is asked first, and that of the answer of its class after the call.
@@ -40,26 +40,24 @@ Questions sizes() {
 
 Questions values() {
   const auto listing = [](const std::string& operation, void (*list)(const kxArray_tag*, Names&)) {
-    return asks(operation, "", [list](Answer& a) { list(variable("far").get(), a.names); },
-                {{"inCallFcn", swallowed("")}, {results, swallowed("")}, {"*", propagates}});
+    return asks(operation, "", {{"inCallFcn", swallowed("")}, {results, swallowed("")}, {"*", propagates}},
+                [list](Answer& a) { list(variable("far").get(), a.names); });
   };
-  return {
-      asks(
-          "makeSharedPtr", "", [] { return makeSharedPtr(variable("number").detach()) != nullptr; }, noCalls),
-      asks("getSharedProperty", "",
-           [] { return getSharedProperty(variable("sized").get(), "Read", 0) != nullptr; },
-           {{"*", swallowed("false")}}),
-      asks("isObjectOrIsOpaque", "", [] { return isObjectOrIsOpaque(variable("far").get()); }),
-      asks("getStringsFromKxarray", "",
-           [](Answer& a) { return getStringsFromKxarray(variable("texts").get(), a.names); }),
-      asks(
-          "StructContextData::getStructFieldNames", "",
-          [](Answer& a) { StructContextData::getStructFieldNames(variable("record").get(), a.names); },
-          allPropagate, "fl::i18n::to_ustring(codecvt_ascii_to_ustring)"),
-      listing("getOpaqueObjectProperties", getOpaqueObjectProperties),
-      listing("getOpaqueObjectMethods", getOpaqueObjectMethods),
-      asks("GetClassPrecedence", "", [] { return GetClassPrecedence(u"ws.Second", u"ws.First"); }),
-      asks("IsJavaFunction", "", [] { return IsJavaFunction(u"net.Socket.open"); })};
+  return {asks("makeSharedPtr", "", noCalls,
+               [] { return makeSharedPtr(variable("number").detach()) != nullptr; }),
+          asks("getSharedProperty", "", {{"*", swallowed("false")}},
+               [] { return getSharedProperty(variable("sized").get(), "Read", 0) != nullptr; }),
+          asks("isObjectOrIsOpaque", "", [] { return isObjectOrIsOpaque(variable("far").get()); }),
+          asks("getStringsFromKxarray", "",
+               [](Answer& a) { return getStringsFromKxarray(variable("texts").get(), a.names); }),
+          asks(
+              "StructContextData::getStructFieldNames", "", allPropagate,
+              [](Answer& a) { StructContextData::getStructFieldNames(variable("record").get(), a.names); },
+              "fl::i18n::to_ustring(codecvt_ascii_to_ustring)"),
+          listing("getOpaqueObjectProperties", getOpaqueObjectProperties),
+          listing("getOpaqueObjectMethods", getOpaqueObjectMethods),
+          asks("GetClassPrecedence", "", [] { return GetClassPrecedence(u"ws.Second", u"ws.First"); }),
+          asks("IsJavaFunction", "", [] { return IsJavaFunction(u"net.Socket.open"); })};
 }
 
 struct NoVisits : Tamsix::orvo::IFrameVisitor {
@@ -103,9 +101,8 @@ Rules evaluationsSwallowed() {
 
 Questions evaluations() {
   const auto valueOf = [](const std::u16string& expression, const Rules& rules) {
-    return asks(
-        "GetValueFromCurrentWorkspace", shown(expression),
-        [expression] { return GetValueFromCurrentWorkspace(expression) != nullptr; }, rules);
+    return asks("GetValueFromCurrentWorkspace", shown(expression), rules,
+                [expression] { return GetValueFromCurrentWorkspace(expression) != nullptr; });
   };
   const auto evaluateForValue = [] {
     kxArray_tag* value = nullptr;
@@ -116,12 +113,10 @@ Questions evaluations() {
     return EvalcExpSuccessful(u"record.c", 1, &value, true);
   };
   return {
-      asks(
-          "EvalcExpSuccessful", "printing",
-          [] { return EvalcExpSuccessful(u"disp('x'); 1", 0, nullptr, false); }, withUndoing(allPropagate)),
-      asks("EvalcExpSuccessful", "value", evaluateForValue, withUndoing(allPropagate)),
-      asks(
-          "IsPKXPackage", "", [] { return IsPKXPackage(u"old"); }, withUndoing(allPropagate)),
+      asks("EvalcExpSuccessful", "printing", withUndoing(allPropagate),
+           [] { return EvalcExpSuccessful(u"disp('x'); 1", 0, nullptr, false); }),
+      asks("EvalcExpSuccessful", "value", withUndoing(allPropagate), evaluateForValue),
+      asks("IsPKXPackage", "", withUndoing(allPropagate), [] { return IsPKXPackage(u"old"); }),
       valueOf(u"number", allPropagate), valueOf(u"record.a.b", allPropagate),
       valueOf(u"record(1).c", evaluationsSwallowed()),
       // What the walk does not find out about an object the evaluation finds out. Interning the name of a member,
@@ -180,14 +175,13 @@ Questions folders() {
     return shownList(names) + " " + shown(any);
   };
   const auto listing = [](const std::string& form, const std::u16string& folder, const Rules& rules) {
-    return asks(
-        "getWhatList", form, [folder](Answer& a) { getWhatList(folder, a.names, ".k"); }, rules);
+    return asks("getWhatList", form, rules, [folder](Answer& a) { getWhatList(folder, a.names, ".k"); });
   };
   const auto builtins = [] {
     const auto names = getBuiltinFunctionNames();
     return names.size() == 2 && names.contains(u"sin") && names.contains(u"cos");
   };
-  return {asks("PKXContextData::getPackageStrings", "", packageStrings, ofPackage),
+  return {asks("PKXContextData::getPackageStrings", "", ofPackage, packageStrings),
           listing("current folder", u"", allPropagate),
           // Only getting the path stands before the visit.
           listing("folder on the path", u"@old",

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "embedded/Host.h"
-#include "host/Dispatcher.h"
 #include "tests/support/Growth.h"
+#include "tests/support/Table.h"
 
 namespace {
 
@@ -42,23 +42,16 @@ struct Owners : kcos::COSVisitor<kcos::COSInterface*> {
 };
 
 TEST(Walks, FollowTheOrderOfEachClass) {
-  constexpr auto own = WalkOrder::OwnFirst, inherited = WalkOrder::InheritedFirst;
-  struct {
-    WalkOrder top, left, right, bottom;
-    const char* walk;
-  } const rows[] = {
-      {own, own, own, own, "D B A C"},
-      {own, own, own, inherited, "B A C D"},
-      {own, inherited, own, own, "D A B C"},
-      {own, own, inherited, own, "D B A C"},
-      {inherited, inherited, inherited, inherited, "A B C D"},
+  const auto order = [](const std::string& word) {
+    return word == "own" ? WalkOrder::OwnFirst : WalkOrder::InheritedFirst;
   };
-  for (const auto& row : rows) {
+  for (const auto& [top, left, right, bottom, walk] :
+       rowsOf<5>("tests/embedded/tables.rows", "Walks.FollowTheOrderOfEachClass")) {
     Description description;
-    addClass(description, "A", {}, row.top);
-    addClass(description, "B", {"A"}, row.left);
-    addClass(description, "C", {"A"}, row.right);
-    addClass(description, "D", {"B", "C"}, row.bottom);
+    addClass(description, "A", {}, order(top));
+    addClass(description, "B", {"A"}, order(left));
+    addClass(description, "C", {"A"}, order(right));
+    addClass(description, "D", {"B", "C"}, order(bottom));
     embedded::Host host(description);
     const embedded::Activation active(host);
     Owners properties, methods, found;
@@ -66,9 +59,9 @@ TEST(Walks, FollowTheOrderOfEachClass) {
     classNamed("D").visitMethods(methods);
     auto iterator = classNamed("D").findMethods(makeInterned("m"));
     while (iterator.hasMoreElements()) found.visit(iterator.nextElement().get());
-    EXPECT_EQ(row.walk, properties.names);
-    EXPECT_EQ(row.walk, methods.names);
-    EXPECT_EQ(row.walk, found.names);
+    EXPECT_EQ(walk, properties.names);
+    EXPECT_EQ(walk, methods.names);
+    EXPECT_EQ(walk, found.names);
     kcos::COSInterface* property = classNamed("D").findProperty(makeInterned("p")).get();
     EXPECT_STREQ("D", kcos::cosiClassOfMember(property)->getDottedName())
         << "the own one, whatever the order";
@@ -144,36 +137,12 @@ Description sharedNames() {
 }
 
 TEST(Resolution, FollowsImportsThenTheScopeThenTheNameItself) {
-  struct {
-    const char *name, *scope, *identity;
-  } const rows[] = {
-      {"lab.Pump", "", "lab.Pump"},
-      {"acme:lab.Pump", "", "acme:lab.Pump"},
-      {"OldPump", "", "acme:lab.Pump"},
-      {"Tank", "", "acme:Tank"},
-      {"Pump", "", ""},
-      {"", "", ""},
-      {"", "all", ""},
-      {"Tank", "plain", "acme:Tank"},
-      {"Tank", "ofBeta", "beta:Tank"},
-      {"lab.Pump", "ofBeta", "beta:lab.Pump"},
-      {"acme:lab.Pump", "ofBeta", "acme:lab.Pump"},
-      {"Pump", "lab.inside", "lab.Pump"},
-      {"Tank", "lab.inside", "acme:Tank"},
-      {"Pump", "one", "lab.Pump"},
-      {"Tank", "one", "other.Tank"},
-      {"Pump", "all", "acme:lab.Pump"},
-      {"Tank", "all", "other.Tank"},
-      {"Pump", "exact", "beta:lab.Pump"},
-      {"Pump", "/home/lab.k/start", ""},
-      {"ump", "one", ""},
-      {"*", "all", ""},
-  };
   embedded::Host host(sharedNames());
   const embedded::Activation active(host);
-  for (const auto& row : rows)
-    EXPECT_EQ(row.identity, kcos::nameresolution::omResolveAnyClass(row.name, host.function(row.scope)))
-        << row.name << " in " << row.scope;
+  for (const auto& [name, scope, identity] :
+       rowsOf<3>("tests/embedded/tables.rows", "Resolution.FollowsImportsThenTheScopeThenTheNameItself"))
+    EXPECT_EQ(identity, kcos::nameresolution::omResolveAnyClass(name, host.function(scope)))
+        << name << " in " << scope;
 }
 
 TEST(Resolution, NamesThatUsersSee) {
@@ -189,24 +158,6 @@ TEST(Resolution, NamesThatUsersSee) {
   EXPECT_EQ("lab.Pump", classNamed("lab.Pump").getID().text())
       << "an identity comes before a name users know";
   EXPECT_EQ("acme:Tank", classNamed("Tank").getID().text()) << "of several the first";
-}
-
-TEST(Resolution, ClassNumbersFollowDerivation) {
-  Description description;
-  addClass(description, "Base", {});
-  addClass(description, "Derived", {"Base"});
-  embedded::Host host(description);
-  const embedded::Activation active(host);
-  const KclassRegistry& registry = *Kdispatcher::getDispatcher()->getClassRegistry();
-  struct {
-    const char *first, *second;
-    bool isA;
-  } const rows[] = {{"Derived", "Base", true},     {"Base", "Derived", false}, {"Base", "Base", true},
-                    {"unknown", "unknown", false}, {"unknown", "Base", false}, {"double", "double", true},
-                    {"double", "char", false},     {"double", "Base", false}};
-  for (const auto& row : rows)
-    EXPECT_EQ(row.isA, registry.isA(registry.getClassNumber(row.first), registry.getClassNumber(row.second)))
-        << row.first << " " << row.second;
 }
 
 }  // namespace

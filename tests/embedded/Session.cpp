@@ -10,6 +10,7 @@
 #include "host/Dispatcher.h"
 #include "host/Interpreter.h"
 #include "host/Text.h"
+#include "tests/support/Table.h"
 
 namespace {
 
@@ -59,92 +60,20 @@ TEST(Activations, NestAndBelongToTheirThread) {
   EXPECT_EQ("none", known());
 }
 
-TEST(Values, OfEveryKindSurviveTheirHost) {
-  const std::int64_t before = Host::references().values;
-  std::vector<boost::intrusive_ptr<kxArray_tag>> values;
-  {
-    Host host(embedded::readSnapshotText(R"({"format": 1, "classes": [{"name": "A", "component": "acme"}],
-      "workspace": [{"name": "d", "value": {"double": [1, 2, 3, 4, 5, 6], "size": [2, 3]}},
-                    {"name": "l", "value": {"logical": [true, false]}}, {"name": "c", "value": "aä"},
-                    {"name": "e", "value": ""}, {"name": "s", "value": {"string": null}},
-                    {"name": "k", "value": {"cell": [1, null]}}, {"name": "o", "value": {"object": "A"}},
-                    {"name": "t", "value": {"structs": [{"x": 1, "y": 1}, {"x": 1, "y": 1}]}}]})",
-                                         ""));
-    for (const std::string& name : host.variableNames()) values.push_back(host.variable(name));
-    EXPECT_EQ(nullptr, host.variable("none"));
-  }
-  Host other((Description()));
-  const Activation active(other);
-  std::string all;
-  for (const auto& value : values)
-    all += std::to_string(kxGetClassID(value.get())) + " " + kxGetClassName(value.get()) + " " +
-           std::to_string(kxGetNumberOfElements(value.get())) + omGetCOSClassID(value.get()).text() + "; ";
-  EXPECT_EQ("6 double 6; 3 logical 2; 4 char 2; 4 char 0; 16 string 1; 1 cell 2; 19 A 1acme:A; 2 struct 2; ",
-            all);
-  EXPECT_EQ(before + 13, Host::references().values) << "with the elements of cells and structures";
-  values.clear();
-  EXPECT_EQ(before, Host::references().values);
-}
-
-TEST(Scopes, AreThoseOfTheDescription) {
-  Description description;
-  description.functions = {{.name = "a"}, {.name = "lab/b.k"}};
-  description.scopes = {.queryable = true,
-                        .executing = "a",
-                        .active = {{"lab/b.k", false}, {"a", true}},
-                        .bridge = true,
-                        .debugger = embedded::DebuggerDescription{"\u00e4", 3, 4}};
-  Host host(description);
-  const Activation active(host);
-  const Kdispatcher& dispatcher = *Kdispatcher::getDispatcher();
-  EXPECT_TRUE(dispatcher.hasQueryableExecutionStack());
-  EXPECT_EQ(host.function("a"), dispatcher.GetCurrentlyExecutingFunctionScopeOnQueryableExecutionStack());
-  const KactiveScope* inner = dispatcher.getActiveScopes();
-  EXPECT_EQ(dispatcher.findFunction(u"lab/b.k"), inner->getFunction());
-  EXPECT_TRUE(!inner->isEligible() && inner->getNext()->isEligible());
-  EXPECT_EQ(nullptr, inner->getNext()->getNext());
-  std::int32_t first = 0, second = 0;
-  ASSERT_TRUE(IInterpreter::GetInterpreterBridge()->hasDebuggerFocus());
-  EXPECT_EQ(u"\u00e4", IInterpreter::GetInterpreterBridge()->getDebuggerFocus(first, second));
-  EXPECT_EQ(std::pair(3, 4), std::pair(first, second));
-
-  Description quiet;
-  quiet.scopes.bridge = false;
-  Host without(quiet);
-  const Activation other(without);
-  EXPECT_EQ(nullptr, IInterpreter::GetInterpreterBridge());
-  EXPECT_EQ(nullptr, Kdispatcher::getDispatcher()->getActiveScopes());
-  EXPECT_EQ(nullptr, Kdispatcher::getDispatcher()->findFunction(u"a"));
-  for (const bool on : {false, true}) {
-    without.setComponents(on);
-    EXPECT_EQ(on, Tamsix::KorvalComponents::ComponentFeature::IsOn());
-  }
-}
-
-TEST(Members, CarryAttributesAndEnumerationValues) {
+TEST(Members, AreNamedByTheValuesOfTheirClassOnly) {
   Description description = withClass("A");
-  auto& properties = description.classes[0].properties;
-  properties.push_back({.name = "p", .attributes = {{"On", "Yes", true}, {"Off", "", false}}});
-  description.classes[0].attributeNames[2] = {{"always"}, {"asked"}};
-  description.classes[0].members.push_back({"Red", false});
+  description.classes.push_back({.name = "B", .members = {{"Red"}}});
+  description.classes[0].members = {{"Red"}};
   description.workspace = {{"red", {embedded::ObjectValue{"A", {}, "Red"}}},
                            {"bare", {embedded::ObjectValue{"A", {}, ""}}}};
   Host host(description);
   const Activation active(host);
-  const kcos::COSClass& a = *kcos::COSClass::getClass(makeInterned("A"));
-  const kcos::COSInterfacePtr p = a.findProperty(makeInterned("p"));
-  for (const auto& [name, type, value] : {std::tuple("On", "Yes", true), std::tuple("Off", "", false)}) {
-    const kcos::COSAttribute* attribute = p->findAttribute(makeInterned(name));
-    ASSERT_NE(nullptr, attribute);
-    EXPECT_EQ(type, attribute->getDataType() ? attribute->getDataType().getID().text() : "");
-    EXPECT_EQ(value, p->getAttributeValue(makeInterned(name), COSGetPublicClient()));
-  }
-  EXPECT_EQ(nullptr, p->findAttribute(makeInterned("on")));
-  EXPECT_EQ(std::vector<std::string>({"always"}), a.getAttributeNames3(false));
-  EXPECT_EQ(std::vector<std::string>({"always", "asked"}), a.getAttributeNames3(true));
-  EXPECT_TRUE(a.getAttributeNames2(true).empty());
-  EXPECT_EQ("Red", a.getEnumerationMemberName(host.variable("red").get()));
-  EXPECT_THROW(a.getEnumerationMemberName(host.variable("bare").get()), foundation::core::except::Exception);
+  const auto memberOf = [&](const char* name, const char* value) {
+    return kcos::COSClass::getClass(makeInterned(name))->getEnumerationMemberName(host.variable(value).get());
+  };
+  EXPECT_EQ("Red", memberOf("A", "red"));
+  EXPECT_THROW(memberOf("A", "bare"), foundation::core::except::Exception);
+  EXPECT_THROW(memberOf("B", "red"), foundation::core::except::Exception);
 }
 
 TEST(Folders, OfTheSearchPathAreVisitedByKind) {
@@ -180,32 +109,18 @@ TEST(Folders, OfTheSearchPathAreVisitedByKind) {
 
 TEST(Text, SubstitutesWhatAConversionCannotCarry) {
   using namespace fl::i18n;
-  struct {
-    std::u16string text;
-    const char *general, *ascii;
-  } const toNarrow[] = {{u"a\u00e4\u20ac", "a\xc3\xa4\xe2\x82\xac", "a??"},
-                        {u"\U0001F600", "\xf0\x9f\x98\x80", "?"},
-                        {{0xD800, u'a'},
-                         "\xef\xbf\xbd"
-                         "a",
-                         "?a"},
-                        {{u'a', 0xDC00, 0xD83D}, "a\xef\xbf\xbd\xef\xbf\xbd", "a??"}};
-  for (const auto& row : toNarrow) {
-    EXPECT_EQ(row.general, to_string(row.text));
-    EXPECT_EQ(row.ascii, to_string(row.text, codecvt_ustring_to_ascii()));
+  for (const auto& [text, general, ascii] : std::vector<std::tuple<std::u16string, std::string, std::string>>{
+           {u"aä€", "aä€", "a??"},
+           {u"\U0001F600", "\xf0\x9f\x98\x80", "?"},
+           {{0xD800, u'a'}, "\uFFFDa", "?a"},
+           {{u'a', 0xDC00, 0xD83D}, "a\uFFFD\uFFFD", "a??"}}) {
+    EXPECT_EQ(general, to_string(text));
+    EXPECT_EQ(ascii, to_string(text, codecvt_ustring_to_ascii()));
   }
-  struct {
-    const char* text;
-    const char16_t *general, *ascii;
-  } const toUtf16[] = {{"a\xc3\xa4", u"a\u00e4", u"a\uFFFD\uFFFD"},
-                       {"\xf0\x9f\x98\x80", u"\U0001F600", u"\uFFFD\uFFFD\uFFFD\uFFFD"},
-                       {"\xff"
-                        "a",
-                        u"\uFFFDa", u"\uFFFDa"},
-                       {"a\xc3", u"a\uFFFD", u"a\uFFFD"}};
-  for (const auto& row : toUtf16) {
-    EXPECT_EQ(row.general, to_ustring(row.text));
-    EXPECT_EQ(row.ascii, to_ustring(row.text, codecvt_ascii_to_ustring()));
+  for (const auto& [text, general, ascii] :
+       rowsOf<3>("tests/embedded/tables.rows", "Text.SubstitutesWhatAConversionCannotCarry")) {
+    EXPECT_EQ(wide(general), to_ustring(text));
+    EXPECT_EQ(wide(ascii), to_ustring(text, codecvt_ascii_to_ustring()));
   }
 }
 

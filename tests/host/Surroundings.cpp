@@ -2,8 +2,6 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 
 #include "host/Arrays.h"
 #include "host/Dispatcher.h"
@@ -13,6 +11,8 @@
 #include "host/Streams.h"
 #include "host/Text.h"
 #include "tests/host/Rows.h"
+#include "tests/support/Table.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -70,13 +70,13 @@ TEST_F(InLab, FramesAreKeptAndNeverCalled) {
 TEST_F(InLab, FoldersListTheirEntries) {
   ASSERT_TRUE(runs());
   namespace files = std::filesystem;
-  const files::path folder = files::temp_directory_path() / ("listed-" + std::to_string(::getpid()));
-  files::create_directories(folder / "@Class");
-  std::ofstream(folder / "code.k");
-  const std::u16string path = folder.u16string();
+  std::optional<TempFolder> folder(std::in_place);
+  files::create_directories(*folder / "@Class");
+  folder->write("code.k", "");
+  const std::u16string path = folder->path().u16string();
   std::vector<FileNameWithStat> entries{{u"kept", fl::filesystem::file_status()}};
   ioGetDirList(path + u"/*", entries, 1);
-  files::remove_all(folder);
+  folder.reset();
   using Type = fl::filesystem::file_type;
   std::set<std::pair<std::u16string, Type>> found;
   for (const FileNameWithStat& entry : entries) found.emplace(entry.name, entry.status.type());
@@ -146,6 +146,17 @@ TEST_F(InLab, PrecedenceIsThatOfTheDeclaration) {
   EXPECT_FALSE(precedes("lab.Color", "lab.Pump") || precedes("double", "lab.Pump"));
   EXPECT_FALSE(precedes("no such class", "lab.Pump") || precedes("lab.Pump", "no such class"));
   EXPECT_EQ(nullptr, objects.getClassIdentifier("no such class"));
+}
+
+TEST_F(InLab, ClassNumbersFollowDerivation) {
+  const KclassRegistry& registry = *Kdispatcher::getDispatcher()->getClassRegistry();
+  for (const auto& [first, second, isA] : tableOf<3>(R"(
+    lab.Pump | Base | true; Base | lab.Pump | false; Base | Base | true; unknown | unknown | false
+    unknown | Base | false; double | double | true; double | char | false; double | Base | false)")) {
+    ASSERT_TRUE(runs());
+    EXPECT_EQ(isA == "true", registry.isA(registry.getClassNumber(first), registry.getClassNumber(second)))
+        << first << " " << second;
+  }
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "host/Interpreter.h"
 #include "host/Text.h"
 #include "tests/host/Rows.h"
+#include "tests/support/Table.h"
 
 namespace {
 
@@ -39,34 +40,36 @@ std::string about(const kxArray_tag* value) {
 }
 
 TEST_F(InLab, ValuesSayWhatTheyAre) {
-  struct {
-    const char* expression;
-    int code;
-    const char* about;
-  } const rows[] = {{"5", 6, "double 1 1 scalar"},
-                    {"[1 2; 3 4; 5 6]", 6, "double 3 2"},
-                    {"[]", 6, "double 0 0 empty"},
-                    {"zeros(2, 3, 2)", 6, "double 2 3 2"},
-                    {"true", 3, "logical 1 1 scalar true"},
-                    {"false", 3, "logical 1 1 scalar"},
-                    {"[true true]", 3, "logical 1 2"},
-                    {"'text'", 4, "char 1 4 text"},
-                    {"['a'; 'b']", 4, "char 2 1"},
-                    {"\"text\"", 16, "string 1 1 scalar string text"},
-                    {"missing", 16, "string 1 1 scalar string"},
-                    {"[\"a\" \"b\"]", 16, "string 1 2 string"},
-                    {"{1, 'a'}", 1, "cell 1 2"},
-                    {"{}", 1, "cell 0 0 empty"},
-                    {"struct('a', {1, 2})", 2, "struct 1 2"},
-                    {"pump", 19, "lab.Pump 1 1 scalar object kcos"},
-                    {"[pump pump]", 19, "lab.Pump 1 2 object kcos"}};
-  for (const auto& row : rows) {
+  for (const auto& [expression, code, expected] : rowsOf<3>("tests/host/tables.rows", "Values")) {
     ASSERT_TRUE(runs());
-    const Value value = valueOf(row.expression);
-    EXPECT_EQ(row.about, about(value.get())) << row.expression;
-    EXPECT_EQ(row.code, std::min(kxGetClassID(value.get()), 19)) << row.expression;
-    EXPECT_TRUE(kxIsA(value.get(), kxGetClassName(value.get()).c_str())) << row.expression;
-    EXPECT_FALSE(kxIsA(value.get(), "tall") || kxIsA(value.get(), "java")) << row.expression;
+    const Value value = valueOf(expression);
+    EXPECT_EQ(expected, about(value.get())) << expression;
+    EXPECT_EQ(code, std::to_string(std::min(kxGetClassID(value.get()), 19))) << expression;
+    EXPECT_TRUE(kxIsA(value.get(), kxGetClassName(value.get()).c_str())) << expression;
+    EXPECT_FALSE(kxIsA(value.get(), "tall") || kxIsA(value.get(), "java")) << expression;
+  }
+}
+
+TEST_F(InLab, ValuesOfEveryKindSurviveTheirHost) {
+  ASSERT_TRUE(runs());
+  const auto rows = rowsOf<3>("tests/host/tables.rows", "Values");
+  std::vector<Value> values;
+  for (const auto& row : rows) values.push_back(valueOf(row[0]));
+  const std::string identity = world::classNamed("lab.Pump").getID().text();
+  lab->deactivate();
+  lab.reset();
+  const std::int64_t alive = world::testedHost().liveValues();
+  lab = world::testedHost().build({});
+  lab->activate();
+  const std::int64_t others = world::testedHost().liveValues() - alive;
+  for (std::size_t at = 0; at < rows.size(); ++at) {
+    const kxArray_tag* value = values[at].get();
+    EXPECT_EQ(rows[at][2], about(value)) << rows[at][0];
+    EXPECT_EQ(kxGetClassName(value) == "lab.Pump" ? identity : "", omGetCOSClassID(value).text());
+  }
+  values.clear();
+  if (runs(world::Capability::CountsValues)) {
+    EXPECT_EQ(alive - 23, world::testedHost().liveValues() - others) << "with the elements";
   }
 }
 
@@ -82,12 +85,9 @@ std::string textsOf(const kxArray_tag* value) {
 }
 
 TEST_F(InLab, TextIsThatOfRowsAndOfStringScalars) {
-  const std::pair<const char*, const char*> rows[] = {
-      {"'text'", "text|text|-|"},  {"\"text\"", "text|text|text|"}, {"''", "||-|"},  {"missing", "-|-|-|"},
-      {"[\"a\" \"b\"]", "-|-|-|"}, {"['a'; 'b']", "-|-|-|"},        {"5", "-|-|-|"}, {"{'a'}", "-|-|-|"}};
-  for (const auto& [expression, texts] : rows) {
+  for (const auto& [expression, units, scalar, string] : rowsOf<4>("tests/host/tables.rows", "Texts")) {
     ASSERT_TRUE(runs());
-    EXPECT_EQ(texts, textsOf(valueOf(expression).get())) << expression;
+    EXPECT_EQ(units + "|" + scalar + "|" + string + "|", textsOf(valueOf(expression).get())) << expression;
   }
   EXPECT_THROW(text::getScalarText(valueOf("missing").get()), KORVAL::string::MissingNotSupported);
   EXPECT_THROW(text::getScalarText(nullptr), KORVAL::string::MustBeStringScalarOrCharacterVector);

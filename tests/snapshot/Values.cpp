@@ -57,7 +57,8 @@ struct Shown {
   }
   std::string operator()(const embedded::ObjectValue& object) const {
     const auto property = [](const auto& stored) { return stored.name + "=" + shown(stored.value); };
-    return object.className + "[" + joined(object.properties, property) + "]" + object.member;
+    return object.className + "[" + joined(object.properties, property) + "]" + object.member +
+           (object.text ? "'" + shown(*object.text) + "'" : "") + (object.failing ? "!" : "");
   }
   std::string operator()(const embedded::StringArray& array) const {
     const auto element = [](const auto& text) { return text ? shown(*text) : "missing"; };

@@ -77,7 +77,7 @@ class EvalTest(CommandTest):
         self.check_bad_snapshots("eval", "1")
 
     def test_output_comes_while_the_code_runs(self):
-        command = [COMMAND, "eval", "disp('first'), while true, end", "--snapshot", self.session]
+        command = [COMMAND, "eval", "disp('first'), x = ones(900); while true, x = x * x; end", "--snapshot", self.session]
         with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=environment()) as process:
             self.assertEqual(process.stdout.readline(), b"first\n")
             process.send_signal(signal.SIGINT)

@@ -6,7 +6,7 @@ import time
 import unittest
 
 import Cases
-from Command import COMMAND, SOURCE, CommandTest, environment, run
+from Command import COMMAND, HANG, SOURCE, CommandTest, environment, pauses, run
 
 WORLD = SOURCE / "tests/cases/world.json"
 EXAMPLE = SOURCE / "examples/lab.json"
@@ -42,14 +42,14 @@ class ExplainTest(CommandTest):
 
     def test_an_interrupt(self):
         session = self.snapshot({"format": 1, "workspace": [{"name": "c", "value": {"object": "C"}}],
-                                 "classes": [{"name": "C", "properties": [{"name": "p", "getter": "while true, end"}]}]})
+                                 "classes": [{"name": "C", "properties": [{"name": "p", "getter": "x = ones(900); while true, x = x * x; end"}]}]})
         command = [COMMAND, "explain", "c.p.", "x", "--code", "allowed", "--snapshot", session]
-        for pause in (0.05 * 1.5**attempt for attempt in range(20)):
+        for pause in pauses():
             with subprocess.Popen(command, stderr=subprocess.PIPE, env=environment()) as process:
                 self.addCleanup(process.kill)
                 time.sleep(pause)
                 process.send_signal(signal.SIGINT)
-                errors = process.communicate(timeout=600)[1]
+                errors = process.communicate(timeout=HANG)[1]
             self.assertEqual(process.returncode, 130)
             if errors:  # one that comes before the code runs ends the command without a word
                 self.assertEqual(errors, b"contextdata: interrupted [explain.interrupted]\n")

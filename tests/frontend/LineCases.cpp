@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
@@ -13,7 +14,9 @@ namespace {
 
 /// What the one reader of case files says, which is in Python; a failure of it is no JSON.
 std::string readCases(const std::string& file) {
-  const std::string command = "python3 -B '" + sourceFile("tests/support/Cases.py") + "' " + file;
+  const char* python = std::getenv("CONTEXTDATA_PYTHON");
+  const std::string command = "'" + std::string(python == nullptr ? "python3" : python) + "' -B '" +
+                              sourceFile("tests/support/Cases.py") + "' " + file;
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), pclose);
   if (!pipe) throw std::runtime_error("cannot run " + command);
   std::string text;

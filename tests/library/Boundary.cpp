@@ -5,8 +5,10 @@
 #include <boost/exception/errinfo_api_function.hpp>
 #include <boost/exception/get_error_info.hpp>
 #include <boost/exception/info.hpp>
+#include <memory>
 #include <type_traits>
 
+#include "host/Exceptions.h"
 #include "tests/support/Text.h"
 #include "tests/support/World.h"
 
@@ -16,6 +18,7 @@ using foundation::core::except::IException;
 using foundation::core::except::IInternalException;
 using KCOSContextData::ResolvedClassID;
 using BadName = ResolvedClassID::BadClassNameException;
+using Tamsix::System::InterruptException;
 
 constexpr const char* empty = R"({"format": 1})";
 
@@ -57,6 +60,23 @@ TEST(Boundary, BadClassNamesKeepTypeAndContentWhenCopied) {
       EXPECT_NE(boost::get_error_info<boost::errinfo_api_function>(again), nullptr);
     }
   }
+}
+
+struct DerivedInterrupt : InterruptException {
+  std::unique_ptr<IException> clone() const override { return std::make_unique<DerivedInterrupt>(*this); }
+  [[noreturn]] void rethrow() const override { throw DerivedInterrupt(*this); }
+};
+
+TEST(Boundary, ExceptionsOfTheHostAreCaughtByType) {
+  World world(empty);
+  const auto id = ResolvedClassID::fromKnownResolvedClassID("lab.Pump");
+  world.host.requestInterrupt();
+  EXPECT_THROW(KCOSIntrospection::getCOSClass(id), InterruptException);
+  world.host.clearInterrupt();
+  EXPECT_EQ(KCOSIntrospection::getCOSClass(id), nullptr);
+  world.host.setFault({"kcos::COSClass::getClass", 1, false, [] { DerivedInterrupt().clone()->rethrow(); }});
+  EXPECT_THROW(KCOSIntrospection::getCOSClass(id), DerivedInterrupt);
+  EXPECT_TRUE(world.host.clearFault());
 }
 
 TEST(Boundary, IdentifiersAreOnePointer) {

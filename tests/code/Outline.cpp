@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <boost/algorithm/string/trim.hpp>
+#include <boost/algorithm/string.hpp>
 #include <string>
 #include <vector>
 
@@ -13,12 +13,6 @@ namespace {
 
 std::string shown(syntax::Position place) {
   return std::to_string(place.line) + ":" + std::to_string(place.column);
-}
-
-std::string shown(const std::vector<std::string>& names) {
-  std::string text;
-  for (const std::string& name : names) text += (text.empty() ? "" : ",") + name;
-  return text;
 }
 
 std::string shown(const std::vector<embedded::CodeVariable>& variables) {
@@ -35,8 +29,9 @@ std::string outlineOf(const std::string& text) {
   const embedded::CodeOutline outline = embedded::outlineOf(wide(text));
   std::string all;
   for (const auto& function : outline.functions) {
-    all += function.name + "(" + shown(function.inputs) + ")->" + shown(function.outputs) + " " +
-           shown(function.begin) + "-" + shown(function.end) + shown(function.variables) + "; ";
+    all += function.name + "(" + boost::join(function.inputs, ",") + ")->" +
+           boost::join(function.outputs, ",") + " " + shown(function.begin) + "-" + shown(function.end) +
+           shown(function.variables) + "; ";
   }
   return boost::trim_copy(all + shown(outline.variables));
 }

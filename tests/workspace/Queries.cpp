@@ -99,6 +99,18 @@ std::string shownBuiltins(const Texts&) {
   return std::to_string(names.size()) + " " + shownList(std::set(names.begin(), names.end()));
 }
 
+std::string shownTexts(const kxArray_tag* value, const Texts&) {
+  return answered([&](Names& names) { return getStringsFromKxarray(value, names); });
+}
+
+std::string shownMethods(const kxArray_tag* value, const Texts& t) {
+  return shownList(getMethodsForWSVariable(t.at(0), value));
+}
+
+std::string shownListing(const Texts& t) {
+  return kept([&](Names& names) { getWhatList(t.at(0), names, narrow(t.at(1))); });
+}
+
 std::string shownCall(const kxArray_tag* value, const Texts& t) {
   return answered(
       [&](Names& names) { return KCOSIntrospection::callFunctionOnObject(value, narrow(t.at(0)), names); });
@@ -121,26 +133,16 @@ const std::map<std::string, Query>& queries() {
       {"opaque properties", listOfValue<getOpaqueObjectProperties>(mayRunCode)},
       {"opaque methods", listOfValue<getOpaqueObjectMethods>(mayRunCode)},
       {"property names", listOfValue<getObjectPropertyNames>(mayRunCode)},
-      {"texts", valueAndTexts(isQuiet,
-                              [](auto value, const Texts&) {
-                                return answered(
-                                    [&](Names& names) { return getStringsFromKxarray(value, names); });
-                              })},
+      {"texts", valueAndTexts(isQuiet, shownTexts)},
       {"call", valueAndTexts(mayRunCode, shownCall)},
       {"no-dot class", ofValue<isNoDotMethodClass>(isQuiet)},
-      {"methods", valueAndTexts(mayRunCode,
-                                [](auto value, const Texts& t) {
-                                  return shownList(getMethodsForWSVariable(t.at(0), value));
-                                })},
+      {"methods", valueAndTexts(mayRunCode, shownMethods)},
       {"precedence",
        texts(isQuiet, [](const Texts& t) { return answerText(GetClassPrecedence(t.at(0), t.at(1))); })},
       {"foreign", ofText<IsJavaFunction>(isQuiet)},
       {"arguments", texts(isQuiet, shownArguments)},
       {"arguments without components", texts(isQuiet, shownArguments)},
-      {"list", texts(isQuiet,
-                     [](const Texts& t) {
-                       return kept([&](Names& names) { getWhatList(t.at(0), names, narrow(t.at(1))); });
-                     })},
+      {"list", texts(isQuiet, shownListing)},
       {"builtins", texts(isQuiet, shownBuiltins)},
       {"package", listOfText<PKXContextData::getPackageStrings>(mayRunCode)},
       {"is package", ofText<IsPKXPackage>(mayRunCode)},

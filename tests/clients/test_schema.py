@@ -203,7 +203,8 @@ class AgreementTest(unittest.TestCase):
 
     def test_something_else_at_every_place(self):
         documents = [((place, value), changed(place, value))
-                     for place in places(EVERYTHING) for value in INSTEAD]
+                     for at_place, place in enumerate(places(EVERYTHING))
+                     for at_value, value in enumerate(INSTEAD) if (at_place + at_value) % 3 == 0]
         codes = self.compare(documents)
         self.assertGreater(len(codes), 1000)
         self.assertGreater(codes.count(""), 100)

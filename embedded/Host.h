@@ -195,4 +195,6 @@ class KORVAL_HOST_API Activation {
   Session* before_;
 };
 
+// The session is in host/Host.cpp, reading snapshots in snapshot/Snapshot.cpp, writing them in snapshot/Save.cpp.
+
 }  // namespace embedded

@@ -1,6 +1,6 @@
 #pragma once
 
-// The middle of the writer: where it is, and how it fails. Around it, give() makes JSON of everything that a
+// The middle of the writer: where it is, and how it fails. Around it, write() of Shape.h makes JSON of everything that a
 // description is made of.
 
 #include <cstddef>

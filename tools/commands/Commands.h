@@ -83,4 +83,6 @@ int runQuery(const QueryOptions& options);
 /// A language server on standard input and output.
 int runServe(const std::string& snapshot);
 
+// Complete and explain are in FrontEnd.cpp, each of the others in the source of its name.
+
 }  // namespace tools

@@ -204,4 +204,6 @@ const std::vector<Operation>& operations();
 /// The operation of that name, or null.
 const Operation* findOperation(const std::string& name);
 
+// The list itself is in Operations.cpp.
+
 }  // namespace tools::query

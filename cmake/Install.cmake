@@ -9,7 +9,8 @@ set(installedTargets contextdata host)
 set(hostLibraryFlag "")
 if(CONTEXTDATA_HOST STREQUAL embedded)
   list(APPEND installedTargets embedded contextdata_command)
-  install(FILES embedded/Host.h embedded/Description.h embedded/Inspection.h embedded/Outline.h embedded/ValueDescription.h
+  install(FILES embedded/CodePolicy.h embedded/Description.h embedded/Host.h embedded/Inspection.h embedded/Outline.h
+    embedded/Snapshot.h embedded/ValueDescription.h
     DESTINATION ${headerFolder}/embedded)
   install(FILES syntax/Position.h DESTINATION ${headerFolder}/syntax)
   set(hostLibraryFlag "-lcontextdata-host")

@@ -15,20 +15,19 @@
 // their host, values as long as somebody holds a reference, interned names as long as the process.
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
-#include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "embedded/CodePolicy.h"
 #include "embedded/Description.h"
 #include "embedded/Inspection.h"
 #include "embedded/Outline.h"
+#include "embedded/Snapshot.h"
 #include "host/Arrays.h"
 #include "host/Export.h"
 
@@ -36,70 +35,6 @@ class IExecutionFrame;
 struct Kfh_KORVAL_fn;
 
 namespace embedded {
-
-/// A description or a snapshot that is no host. `code` is stable and for programs ("snapshot.duplicate-key",
-/// "snapshot.unknown-class", ...; docs/snapshot.md lists them), `pointer` is the JSON pointer of the culprit
-/// in the snapshot (the same path leads to it in a Description), and the file is empty for a Description.
-class KORVAL_HOST_API SnapshotError : public std::runtime_error {
- public:
-  SnapshotError(std::string code, std::string file, std::string pointer, std::string reason);
-  ~SnapshotError() override;
-
-  const std::string& code() const noexcept { return code_; }
-  const std::string& file() const noexcept { return file_; }
-  const std::string& pointer() const noexcept { return pointer_; }
-  const std::string& reason() const noexcept { return reason_; }
-
- private:
-  std::string code_;
-  std::string file_;
-  std::string pointer_;
-  std::string reason_;
-};
-
-/// Told now and then how many bytes of a snapshot have been read, of how many.
-using LoadProgress = std::function<void(std::uintmax_t read, std::uintmax_t total)>;
-
-/// Reads a snapshot; throws SnapshotError.
-KORVAL_HOST_API Description readSnapshot(const std::filesystem::path& file,
-                                         const LoadProgress& progress = {});
-
-/// The same from text; `name` stands for the file in errors.
-KORVAL_HOST_API Description readSnapshotText(std::string_view text, const std::string& name);
-
-/// Writes a snapshot that reads as this description, whose folders become relative to the file. The same description
-/// makes the same bytes, and one that was read from what was written here makes them again. The file is replaced as a
-/// whole: until the new one stands complete beside it, it is left alone, also when this throws. Throws SnapshotError for a
-/// file that cannot be written ("snapshot.unwritable"), for a description that Host would refuse, and for text that
-/// JSON does not carry; for a fault of a variable the reason names it.
-KORVAL_HOST_API void writeSnapshot(const Description& description, const std::filesystem::path& file);
-
-/// The same as text, with folders as they are.
-KORVAL_HOST_API std::string snapshotText(const Description& description);
-
-/// What becomes of Korval code that a client's query, or the library for it, is about to run.
-enum class CodePolicy {
-  Allowed,
-  /// It raises a foundation::core::except::Exception with the identifier "KORVAL:host:CodeRefused".
-  Refused
-};
-
-/// What has become of it so far. A query whose code was refused may still have succeeded: look here, not there.
-struct CodeRecord {
-  std::uint64_t runs = 0;
-  std::uint64_t refusals = 0;
-  /// What was refused, the first hundred times.
-  std::vector<std::string> refused;
-};
-
-/// How far one run of Korval code may go. Whatever goes beyond is an error of the code.
-struct CodeLimits {
-  std::uint64_t steps = 10'000'000;
-  /// Levels of expressions, blocks and calls inside each other. A level takes up to 4 KiB of the thread's stack.
-  std::size_t depth = 1000;
-  /// Elements of one array, characters of one text.
-  std::size_t elements = 1'000'000;
-};
 
 /// What Korval code prints: to the output or to the error stream.
 enum class OutputKind { Output, Error };
@@ -195,6 +130,6 @@ class KORVAL_HOST_API Activation {
   Session* before_;
 };
 
-// The session is in host/Host.cpp, reading snapshots in snapshot/Snapshot.cpp, writing them in snapshot/Save.cpp.
+// The source is host/Host.cpp.
 
 }  // namespace embedded

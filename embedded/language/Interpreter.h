@@ -1,11 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "embedded/Host.h"
+#include "embedded/CodePolicy.h"
+#include "embedded/Outline.h"
 #include "embedded/language/CodeError.h"
 #include "embedded/language/CodeFiles.h"
 #include "embedded/model/World.h"

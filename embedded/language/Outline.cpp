@@ -4,7 +4,6 @@
 #include <set>
 #include <utility>
 
-#include "embedded/Host.h"
 #include "embedded/language/Parser.h"
 #include "syntax/Brackets.h"
 #include "syntax/Statements.h"

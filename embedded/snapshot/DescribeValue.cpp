@@ -1,6 +1,6 @@
 #include "embedded/snapshot/DescribeValue.h"
 
-#include "embedded/Host.h"
+#include "embedded/Snapshot.h"
 #include "embedded/model/ClassSystem.h"
 #include "embedded/snapshot/Place.h"
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <variant>
 
-#include "embedded/Host.h"
+#include "embedded/Snapshot.h"
 
 namespace embedded::snapshot {
 

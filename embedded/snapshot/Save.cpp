@@ -7,7 +7,7 @@
 #include <memory>
 #include <system_error>
 
-#include "embedded/Host.h"
+#include "embedded/Snapshot.h"
 #include "embedded/snapshot/Checks.h"
 #include "embedded/snapshot/Shape.h"
 

@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "embedded/Host.h"
+#include "embedded/Snapshot.h"
 #include "embedded/snapshot/Checks.h"
 #include "embedded/snapshot/Reader.h"
 #include "embedded/snapshot/Shape.h"

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <string>
 
-#include "embedded/Host.h"
+#include "embedded/Snapshot.h"
 
 namespace embedded::snapshot {
 

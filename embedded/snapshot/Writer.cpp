@@ -1,6 +1,6 @@
 #include "embedded/snapshot/Writer.h"
 
-#include "embedded/Host.h"
+#include "embedded/Snapshot.h"
 
 namespace embedded::snapshot {
 

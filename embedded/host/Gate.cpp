@@ -1,5 +1,6 @@
 #include "embedded/host/Gate.h"
 
+#include <boost/algorithm/string/join.hpp>
 #include <utility>
 
 #include "embedded/model/Unicode.h"
@@ -55,16 +56,8 @@ std::string logged(unsigned long value) { return std::to_string(value); }
 
 std::string logged(const kxArray_tag* value) {
   if (value == nullptr) return "null";
-  std::string result = "<";
   // Read from the value itself: operations would be logged in turn.
-  result += valueOf(value).className();
-  char separator = ' ';
-  for (const std::size_t extent : valueOf(value).size()) {
-    result += std::exchange(separator, 'x');
-    result += std::to_string(extent);
-  }
-  result += '>';
-  return result;
+  return "<" + valueOf(value).className() + " " + valueOf(value).sizeText() + ">";
 }
 
 std::string logged(const Kfh_KORVAL_fn* function) {
@@ -103,12 +96,7 @@ void Gate::attend(Operation operation, std::initializer_list<std::string> argume
 }
 
 void Gate::log(Operation operation, std::initializer_list<std::string> arguments) {
-  LoggedCall call{operation, {}};
-  for (const std::string& argument : arguments) {
-    if (!call.arguments.empty()) call.arguments += ", ";
-    call.arguments += argument;
-  }
-  log_.push_back(std::move(call));
+  log_.push_back({operation, boost::algorithm::join(arguments, ", ")});
 }
 
 void Gate::raiseFault(Operation operation) {

@@ -64,8 +64,7 @@ struct ElementsAt {
     return result;
   }
   Value::Content operator()(const Objects& from) const { return objects(from.elements); }
-  template <class Scalar>
-  Value::Content operator()(const Scalar& from) const {
+  Value::Content operator()(const ScalarKind auto& from) const {
     // The count is in the value itself, so a pointer can be made of one that others hold.
     if (value.object() != nullptr || value.opaque() != nullptr) return objects({ValuePtr(&value)});
     if (elements.size() != 1) failKind(interpreter, "A value that can be an array", value);
@@ -84,15 +83,20 @@ struct ElementsAt {
 /// How strongly a kind claims the kind of the whole; values of one rank and kind stand beside each other.
 enum Rank { Logicals, Doubles, Characters, StringArrays, Structs, ObjectArrays, CellArrays, Others };
 
-Rank rankOf(const Value& value) {
-  if (value.as<std::vector<bool>>()) return Logicals;
-  if (value.as<std::vector<double>>()) return Doubles;
-  if (value.as<std::u16string>()) return Characters;
-  if (value.as<Strings>()) return StringArrays;
-  if (value.as<Structures>()) return Structs;
-  if (value.as<Object>() || value.as<Opaque>() || value.as<Objects>()) return ObjectArrays;
-  return value.as<Cells>() ? CellArrays : Others;
-}
+struct RankOf {
+  Rank operator()(const std::vector<bool>&) const { return Logicals; }
+  Rank operator()(const std::vector<double>&) const { return Doubles; }
+  Rank operator()(const std::u16string&) const { return Characters; }
+  Rank operator()(const Strings&) const { return StringArrays; }
+  Rank operator()(const Structures&) const { return Structs; }
+  Rank operator()(const Object&) const { return ObjectArrays; }
+  Rank operator()(const Opaque&) const { return ObjectArrays; }
+  Rank operator()(const Objects&) const { return ObjectArrays; }
+  Rank operator()(const Cells&) const { return CellArrays; }
+  Rank operator()(const ScalarKind auto&) const { return Others; }
+};
+
+Rank rankOf(const Value& value) { return std::visit(RankOf(), value.content()); }
 
 ValuePtr asObjects(Interpreter& interpreter, const ValuePtr& value, const std::string& className) {
   if (value->className() != className)
@@ -139,8 +143,7 @@ struct Appender {
     for (std::size_t at = 0; at < more.values.size(); ++at)
       structures.values.push_back(more.values[at - at % places.size() + places[at % places.size()]]);
   }
-  template <class Scalar>
-  void operator()(const Scalar&) const {
+  void operator()(const ScalarKind auto&) const {
     interpreter.fail("KORVAL:code:WrongType", "Such values cannot stand in an array");
   }
 
@@ -254,6 +257,12 @@ bool isTrue(Interpreter& interpreter, const Value& value) {
   return !numbers.empty() && std::ranges::find(numbers, 0.0) == numbers.end();
 }
 
+char16_t characterOf(double code) noexcept {
+  // Written so that NaN is caught: converting it, or a number that is out of range, would be undefined.
+  if (!(code > 0)) return 0;
+  return static_cast<char16_t>(std::min(code, 65535.0));
+}
+
 std::string shownNumber(double number) {
   if (std::isnan(number)) return "NaN";
   if (std::isinf(number)) return number < 0 ? "-Inf" : "Inf";
@@ -282,8 +291,7 @@ ValuePtr asStrings(Interpreter& interpreter, const ValuePtr& value) {
 ValuePtr asCharacters(Interpreter& interpreter, const ValuePtr& value) {
   if (value->as<std::u16string>()) return value;
   std::u16string text;
-  for (const double number : numbersOf(interpreter, *value))
-    text += static_cast<char16_t>(std::clamp(number, 0.0, 65535.0));
+  for (const double number : numbersOf(interpreter, *value)) text += characterOf(number);
   return newValue(value->size(), std::move(text));
 }
 

@@ -21,6 +21,8 @@ std::string narrowTextOf(Interpreter& interpreter, const Value& value);
 bool isText(const Value& value) noexcept;
 /// A condition: not empty, and every element is true.
 bool isTrue(Interpreter& interpreter, const Value& value);
+/// The character of that code, without a fraction; NaN and what is too small is U+0000, what is too big U+FFFF.
+char16_t characterOf(double code) noexcept;
 /// The shortest text that means the number.
 std::string shownNumber(double number);
 

@@ -1,5 +1,6 @@
 #include "embedded/language/Display.h"
 
+#include <boost/algorithm/string/join.hpp>
 #include <cmath>
 #include <cstdio>
 
@@ -19,65 +20,86 @@ std::u16string quoted(const std::u16string& text, char16_t quote) {
   return result + quote;
 }
 
-struct ElementText {
-  Interpreter& interpreter;
-  std::size_t at;
-
-  std::u16string operator()(const std::vector<double>& numbers) const {
-    return widened(shownNumber(numbers[at]));
-  }
-  std::u16string operator()(const std::vector<bool>& logicals) const {
-    return logicals[at] ? u"true" : u"false";
-  }
-  std::u16string operator()(const Strings& strings) const {
-    return strings.elements[at] ? quoted(*strings.elements[at], u'"') : u"missing";
-  }
-  std::u16string operator()(const Cells& cells) const {
-    return cells.elements[at] == nullptr ? u"[]" : shownValue(interpreter, *cells.elements[at]);
-  }
-  template <class Other>
-  std::u16string operator()(const Other&) const {
-    return {};
-  }
-};
-
 std::u16string sizeAndClass(const Value& value) {
-  std::string text;
-  for (const std::size_t extent : value.size()) text += (text.empty() ? "" : "x") + std::to_string(extent);
-  text += " " + value.className();
-  if (const auto* structures = value.as<Structures>()) {
-    const char* separator = " with ";
-    for (const std::string& field : structures->fields) text += std::exchange(separator, ", ") + field;
-  }
+  std::string text = value.sizeText() + " " + value.className();
+  if (const auto* structures = value.as<Structures>(); structures != nullptr && !structures->fields.empty())
+    text += " with " + boost::algorithm::join(structures->fields, ", ");
   return widened(text);
 }
 
-std::u16string listed(Interpreter& interpreter, const Value& value) {
-  const bool isCell = value.as<Cells>() != nullptr;
-  std::u16string text = isCell ? u"{" : u"[";
-  for (std::size_t row = 0; row < value.rows(); ++row) {
-    if (row > 0) text += u"; ";
-    for (std::size_t column = 0; column < value.columns(); ++column) {
-      if (column > 0) text += isCell ? u", " : u" ";
-      text += std::visit(ElementText{interpreter, row + column * value.rows()}, value.content());
-      // Only then: checking costs steps, and short elements would pay them again and again.
-      if (text.size() > interpreter.limits.elements) interpreter.checkSize({text.size()});
-    }
+/// What is too big for a line, and what has no such text, is told by its size and class.
+struct ShownByKind {
+  Interpreter& interpreter;
+  const Value& value;
+
+  std::u16string operator()(const std::vector<double>& numbers) const {
+    return array([&](std::size_t at) { return widened(shownNumber(numbers[at])); });
   }
-  return text + (isCell ? u"}" : u"]");
-}
+  std::u16string operator()(const std::vector<bool>& logicals) const {
+    return array([&](std::size_t at) -> std::u16string { return logicals[at] ? u"true" : u"false"; });
+  }
+  std::u16string operator()(const Strings& strings) const {
+    return array([&](std::size_t at) {
+      return strings.elements[at] ? quoted(*strings.elements[at], u'"') : u"missing";
+    });
+  }
+  std::u16string operator()(const Cells& cells) const {
+    if (!fits()) return sizeAndClass(value);
+    return listed(u'{', u", ", u'}', [&](std::size_t at) {
+      return cells.elements[at] == nullptr ? u"[]" : shownValue(interpreter, *cells.elements[at]);
+    });
+  }
+  std::u16string operator()(const std::u16string& text) const {
+    return isText(value) ? quoted(text, u'\'') : sizeAndClass(value);
+  }
+  std::u16string operator()(const FunctionHandle& handle) const { return u"@" + widened(handle.function); }
+  std::u16string operator()(const Object& object) const {
+    return object.member.empty() ? sizeAndClass(value) : widened(value.className() + "." + object.member);
+  }
+  std::u16string operator()(const Structures&) const { return sizeAndClass(value); }
+  std::u16string operator()(const Objects&) const { return sizeAndClass(value); }
+  std::u16string operator()(const ScalarKind auto&) const { return sizeAndClass(value); }
+
+ private:
+  bool fits() const {
+    if (value.elementCount() > mostElements || value.size().size() > 2) return false;
+    // Brackets would hide which of its dimensions is not empty.
+    return value.elementCount() > 0 || value.size() == Value::Size{0, 0};
+  }
+
+  template <class Show>
+  std::u16string array(Show show) const {
+    if (!fits()) return sizeAndClass(value);
+    return value.elementCount() == 1 ? show(0) : listed(u'[', u" ", u']', show);
+  }
+
+  template <class Show>
+  std::u16string listed(char16_t open, const char16_t* separator, char16_t close, Show show) const {
+    std::u16string text(1, open);
+    for (std::size_t row = 0; row < value.rows(); ++row) {
+      if (row > 0) text += u"; ";
+      for (std::size_t column = 0; column < value.columns(); ++column) {
+        if (column > 0) text += separator;
+        text += show(row + column * value.rows());
+        // Only then: checking costs steps, and short elements would pay them again and again.
+        if (text.size() > interpreter.limits.elements) interpreter.checkSize({text.size()});
+      }
+    }
+    return text + close;
+  }
+};
 
 /// One conversion of a format: everything from the "%" to its letter.
 std::string conversionAt(Interpreter& interpreter, const std::u16string& format, std::size_t& at) {
   std::string conversion = "%";
   for (++at; at < format.size(); ++at) {
     const char16_t unit = format[at];
-    const bool isLetter = (unit >= u'a' && unit <= u'z') || unit == u'%';
-    if (!isLetter && std::u16string_view(u"0123456789.+- #").find(unit) == std::u16string_view::npos) break;
+    const bool isEnd = (unit >= u'a' && unit <= u'z') || unit == u'%';
+    if (!isEnd && std::u16string_view(u"0123456789.+- #").find(unit) == std::u16string_view::npos) break;
     conversion += static_cast<char>(unit);
     // No conversion that makes sense is that long.
     if (conversion.size() > 12) break;
-    if (!isLetter) continue;
+    if (!isEnd) continue;
     ++at;
     if (std::string_view("diuxgfesc%").find(conversion.back()) != std::string_view::npos) return conversion;
     break;
@@ -133,7 +155,7 @@ std::vector<Argument> flattened(Interpreter& interpreter, const Values& argument
 
 std::u16string put(const std::string& conversion, const Argument& argument) {
   if (argument.isText || conversion.back() == 's') return argument.text;
-  if (conversion.back() == 'c') return std::u16string(1, static_cast<char16_t>(argument.number));
+  if (conversion.back() == 'c') return std::u16string(1, characterOf(argument.number));
   return widened(printed(conversion, argument.number));
 }
 
@@ -143,20 +165,7 @@ std::u16string shownValue(Interpreter& interpreter, const Value& value) {
   // Cells nest, and each level is a piece of the C++ stack.
   const CodeLevel level(interpreter);
   interpreter.step();
-  if (const auto* text = value.as<std::u16string>(); text != nullptr && isText(value))
-    return quoted(*text, u'\'');
-  if (const auto* handle = value.as<FunctionHandle>()) return u"@" + widened(handle->function);
-  if (const auto* object = value.as<Object>(); object != nullptr && !object->member.empty())
-    return widened(value.className() + "." + object->member);
-  const bool hasElements = value.as<std::vector<double>>() || value.as<std::vector<bool>>() ||
-                           value.as<Strings>() || value.as<Cells>();
-  if (!hasElements || value.elementCount() > mostElements || value.size().size() > 2)
-    return sizeAndClass(value);
-  // Brackets would hide which of its dimensions is not empty.
-  if (value.elementCount() == 0 && value.size() != Value::Size{0, 0}) return sizeAndClass(value);
-  if (value.elementCount() == 1 && !value.as<Cells>())
-    return std::visit(ElementText{interpreter, 0}, value.content());
-  return listed(interpreter, value);
+  return std::visit(ShownByKind{interpreter, value}, value.content());
 }
 
 std::u16string displayed(Interpreter& interpreter, const Value& value) {

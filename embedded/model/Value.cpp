@@ -1,8 +1,10 @@
 #include "embedded/model/Value.h"
 
 #include <array>
+#include <boost/algorithm/string/join.hpp>
 #include <functional>
 #include <numeric>
+#include <type_traits>
 
 #include "embedded/model/ClassSystem.h"
 #include "embedded/model/Names.h"
@@ -17,21 +19,34 @@ struct Kind {
   std::string_view name;
 };
 
-/// In the order of the content's alternatives. Objects have the names of their classes instead.
-constexpr std::array<Kind, std::variant_size_v<Value::Content>> kinds = {
-    {{StorageCode::DoubleArray, "double"},
-     {3, "logical"},
-     {StorageCode::CharacterArray, "char"},
-     {16, "string"},
-     {StorageCode::Cell, "cell"},
-     {StorageCode::Structure, "struct"},
-     {StorageCode::UserObject, ""},
-     {StorageCode::UserObject, ""},
-     {StorageCode::UserObject, ""},
-     {15, "function_handle"},
-     {14, "class_reference"},
-     {14, ""},
-     {StorageCode::UserObject, "tall"}}};
+template <class Alternative>
+using Type = std::type_identity<Alternative>;
+
+// One for each alternative of the content, or visiting it does not compile. Objects have the names of their classes
+// instead.
+constexpr Kind kindOf(Type<std::vector<double>>) { return {StorageCode::DoubleArray, "double"}; }
+constexpr Kind kindOf(Type<std::vector<bool>>) { return {3, "logical"}; }
+constexpr Kind kindOf(Type<std::u16string>) { return {StorageCode::CharacterArray, "char"}; }
+constexpr Kind kindOf(Type<Strings>) { return {16, "string"}; }
+constexpr Kind kindOf(Type<Cells>) { return {StorageCode::Cell, "cell"}; }
+constexpr Kind kindOf(Type<Structures>) { return {StorageCode::Structure, "struct"}; }
+constexpr Kind kindOf(Type<Object>) { return {StorageCode::UserObject, ""}; }
+constexpr Kind kindOf(Type<Objects>) { return {StorageCode::UserObject, ""}; }
+constexpr Kind kindOf(Type<Opaque>) { return {StorageCode::UserObject, ""}; }
+constexpr Kind kindOf(Type<FunctionHandle>) { return {15, "function_handle"}; }
+constexpr Kind kindOf(Type<ClassReference>) { return {14, "class_reference"}; }
+constexpr Kind kindOf(Type<ForeignMember>) { return {14, ""}; }
+constexpr Kind kindOf(Type<Tall>) { return {StorageCode::UserObject, "tall"}; }
+
+Kind kindOf(const Value::Content& content) {
+  return std::visit([]<class Alternative>(const Alternative&) { return kindOf(Type<Alternative>()); },
+                    content);
+}
+
+template <class... Alternatives>
+constexpr std::array<Kind, sizeof...(Alternatives)> kindsOf(Type<std::variant<Alternatives...>>) {
+  return {kindOf(Type<Alternatives>())...};
+}
 
 // For all values of the process.
 constinit std::atomic<std::int64_t> values = 0;
@@ -92,7 +107,7 @@ int Value::classCode() const noexcept {
     return StorageCode::ObjectArray;
   if (const auto* structures = as<Structures>(); structures != nullptr && !structures->className.empty())
     return StorageCode::StructureObject;
-  return kinds[content_.index()].code;
+  return kindOf(content_).code;
 }
 
 std::string Value::className() const {
@@ -102,7 +117,13 @@ std::string Value::className() const {
   if (const auto* structures = as<Structures>(); structures != nullptr && !structures->className.empty())
     return structures->className;
   if (const auto* member = as<ForeignMember>()) return member->className;
-  return std::string(kinds[content_.index()].name);
+  return std::string(kindOf(content_).name);
+}
+
+std::string Value::sizeText() const {
+  std::vector<std::string> extents;
+  for (const std::size_t extent : size_) extents.push_back(std::to_string(extent));
+  return boost::algorithm::join(extents, "x");
 }
 
 std::size_t Value::columns() const noexcept {
@@ -119,7 +140,7 @@ std::size_t Value::elementCount() const noexcept {
 }
 
 std::optional<int> builtInClassCode(std::string_view className) noexcept {
-  for (const Kind& kind : kinds)
+  for (const Kind& kind : kindsOf(Type<Value::Content>()))
     if (kind.name == className && !className.empty()) return kind.code;
   return {};
 }

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <concepts>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -89,6 +90,12 @@ struct Tall {
   ValuePtr inside;
 };
 
+/// The kinds without elements: a value of such a kind is alone.
+template <class Kind>
+concept ScalarKind =
+    std::same_as<Kind, Object> || std::same_as<Kind, Opaque> || std::same_as<Kind, FunctionHandle> ||
+    std::same_as<Kind, ClassReference> || std::same_as<Kind, ForeignMember> || std::same_as<Kind, Tall>;
+
 /// Of all values of the process: how many there are, and how many references were added and dropped so far. A new
 /// value counts as one added.
 struct ValueCounts {
@@ -129,6 +136,8 @@ class Value final : public kxArray_tag {
   /// the name by which users know the class.
   std::string className() const;
   const Size& size() const noexcept { return size_; }
+  /// "2x3".
+  std::string sizeText() const;
   std::size_t rows() const noexcept { return size_[0]; }
   /// Of the value as a rectangle: of all dimensions but the first.
   std::size_t columns() const noexcept;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <limits>
+#include <stdexcept>
 
 #include "embedded/host/Session.h"
 #include "embedded/model/Unicode.h"
@@ -10,8 +11,20 @@ namespace embedded {
 
 namespace {
 
-/// In the order of the kinds.
-constexpr std::array kindNames{u"positional", u"optional", u"repeating", u"name-value"};
+const char16_t* wordFor(ArgumentDescription::Kind kind) {
+  switch (kind) {
+    case ArgumentDescription::Positional:
+      return u"positional";
+    case ArgumentDescription::Optional:
+      return u"optional";
+    case ArgumentDescription::Repeating:
+      return u"repeating";
+    case ArgumentDescription::NameValue:
+      return u"name-value";
+  }
+  // A description made by a program may hold any number.
+  throw std::out_of_range("There is no such kind of argument");
+}
 
 ValuePtr rowOf(const std::vector<std::optional<std::size_t>>& extents) {
   if (extents.empty()) return newEmpty();
@@ -36,7 +49,7 @@ boost::intrusive_ptr<kxArray_tag> structureOf(const std::vector<ArgumentDescript
   for (const ArgumentDescription& argument : arguments) {
     for (ValuePtr& field : std::array<ValuePtr, 6>{
              newText(widened(argument.name)), newText(widened(argument.className)), rowOf(argument.size),
-             rowOf(argument.validators), rowOf(argument.values), newText(kindNames.at(argument.kind))})
+             rowOf(argument.validators), rowOf(argument.values), newText(wordFor(argument.kind))})
       structures.values.push_back(std::move(field));
   }
   return {newValue({1, arguments.size()}, std::move(structures)).detach(), false};

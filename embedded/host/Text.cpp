@@ -2,6 +2,7 @@
 
 #include "embedded/host/Gate.h"
 #include "embedded/model/Unicode.h"
+#include "syntax/Characters.h"
 
 namespace fl::i18n {
 
@@ -23,7 +24,7 @@ std::string to_string(const std::u16string& text, const codecvt_ustring_to_ascii
   enter<Operation::toAscii>(text);
   std::string result;
   for (std::u16string_view rest = text; !rest.empty();) {
-    const char32_t point = embedded::takeCodePoint(rest);
+    const char32_t point = embedded::nextCodePoint(rest);
     result += point < 0x80 ? static_cast<char>(point) : '?';
   }
   return result;
@@ -54,12 +55,12 @@ std::u16string trim(const std::u16string& text, const std::u16string& set) {
 
 bool is_ascii_letter(char16_t unit) {
   enter<Operation::isAsciiLetter>(unit);
-  return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
+  return syntax::isLetter(unit);
 }
 
 bool is_ascii_digit(char16_t unit) {
   enter<Operation::isAsciiDigit>(unit);
-  return unit >= u'0' && unit <= u'9';
+  return syntax::isDigit(unit);
 }
 
 }  // namespace fl::i18n

@@ -5,6 +5,8 @@
 #include <mutex>
 #include <unordered_set>
 
+#include "syntax/Characters.h"
+
 namespace embedded {
 
 namespace {
@@ -24,13 +26,12 @@ Table& table() {
   return instance;
 }
 
-bool isLetter(unsigned char byte) {
-  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_' || byte >= 0x80;
-}
-bool isLetterOrDigit(unsigned char byte) { return isLetter(byte) || (byte >= '0' && byte <= '9'); }
+/// More than in code, whose names are ASCII: a session may hold names that no code can write.
+bool isNameStart(unsigned char byte) { return syntax::isLetter(byte) || byte == '_' || byte >= 0x80; }
+bool isNamePart(unsigned char byte) { return isNameStart(byte) || syntax::isDigit(byte); }
 
 bool isName(std::string_view part) {
-  return !part.empty() && isLetter(part.front()) && std::all_of(part.begin(), part.end(), isLetterOrDigit);
+  return !part.empty() && isNameStart(part.front()) && std::ranges::all_of(part, isNamePart);
 }
 
 }  // namespace

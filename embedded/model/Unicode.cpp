@@ -5,20 +5,17 @@
 #include <algorithm>
 #include <iterator>
 
+#include "host/Text.h"
+
 namespace embedded {
 
-namespace {
+using fl::i18n::is_high_surrogate;
+using fl::i18n::is_low_surrogate;
 
-bool isLeading(char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
-bool isTrailing(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
-bool isSurrogate(char32_t point) { return point >= 0xD800 && point < 0xE000; }
-
-}  // namespace
-
-char32_t takeCodePoint(std::u16string_view& text) noexcept {
+char32_t nextCodePoint(std::u16string_view& text) noexcept {
   const char16_t first = text.front();
   text.remove_prefix(1);
-  if (!isLeading(first) || text.empty() || !isTrailing(text.front())) return first;
+  if (!is_high_surrogate(first) || text.empty() || !is_low_surrogate(text.front())) return first;
   const char16_t second = text.front();
   text.remove_prefix(1);
   return 0x10000 + ((char32_t{first} - 0xD800) << 10) + (second - 0xDC00);
@@ -28,9 +25,11 @@ std::string narrowed(std::u16string_view text) {
   std::string result;
   result.reserve(text.size());
   while (!text.empty()) {
-    const char32_t point = takeCodePoint(text);
-    // A lone surrogate, which UTF-8 cannot carry.
-    utf8::append(isSurrogate(point) ? replacement : point, std::back_inserter(result));
+    const char32_t point = nextCodePoint(text);
+    const auto unit = static_cast<char16_t>(point);
+    // UTF-8 cannot carry a lone one.
+    const bool isSurrogate = unit == point && (is_high_surrogate(unit) || is_low_surrogate(unit));
+    utf8::append(isSurrogate ? replacement : point, std::back_inserter(result));
   }
   return result;
 }

@@ -9,9 +9,8 @@ namespace embedded {
 
 constexpr char32_t replacement = 0xFFFD;
 
-/// The code point at the front of `text`, which is not empty, and takes it off; a lone surrogate stands for
-/// itself.
-char32_t takeCodePoint(std::u16string_view& text) noexcept;
+/// Removes the first code point of `text`, which is not empty, and returns it; a lone surrogate stands for itself.
+char32_t nextCodePoint(std::u16string_view& text) noexcept;
 
 std::string narrowed(std::u16string_view text);
 std::u16string widened(std::string_view text);

@@ -5,7 +5,7 @@
 #include "embedded/host/Session.h"
 #include "embedded/snapshot/Checks.h"
 #include "embedded/snapshot/DescribeValue.h"
-#include "embedded/snapshot/Place.h"
+#include "embedded/snapshot/JsonPointer.h"
 #include "host/Abi.h"
 
 void contextdata_host_abi_1() noexcept {}

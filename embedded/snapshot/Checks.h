@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "embedded/Description.h"
-#include "embedded/snapshot/Place.h"
+#include "embedded/snapshot/JsonPointer.h"
 
 namespace embedded {
 
@@ -54,15 +54,17 @@ struct CheckContext {
   /// Of each class, by index.
   std::vector<std::vector<std::size_t>> superclasses = {};
 
-  [[noreturn]] void fail(const std::string& code, const Place& place, const std::string& reason) const;
+  [[noreturn]] void fail(const std::string& code, const JsonPointer& pointer,
+                         const std::string& reason) const;
   /// The index of the class, or an error.
-  std::size_t requireClass(const std::string& name, const Place& place, const std::string& role) const;
+  std::size_t requireClass(const std::string& name, const JsonPointer& pointer,
+                           const std::string& role) const;
 };
 
 /// A name is not empty and has no NUL.
-void checkName(const CheckContext& context, const std::string& name, const Place& place);
+void checkName(const CheckContext& context, const std::string& name, const JsonPointer& pointer);
 /// Neither has a part of a dotted name.
-void checkDottedName(const CheckContext& context, const std::string& name, const Place& place);
+void checkDottedName(const CheckContext& context, const std::string& name, const JsonPointer& pointer);
 
 /// Names, aliases, members. Fills the names of the context.
 void checkClassNames(CheckContext& context);

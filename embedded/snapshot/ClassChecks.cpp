@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <functional>
 #include <set>
 #include <utility>
 
@@ -11,69 +12,66 @@ namespace embedded::snapshot {
 
 namespace {
 
-void requireNew(const CheckContext& context, const std::string& name, const Place& place) {
+void requireNew(const CheckContext& context, const std::string& name, const JsonPointer& pointer) {
   const auto owner = context.classes.owner(name);
   if (!owner) return;
   const ClassDescription& other = context.description.classes[*owner];
   context.fail(
-      "snapshot.duplicate-class", place,
+      "snapshot.duplicate-class", pointer,
       inQuotes(name) + " stands already for the class " + inQuotes(identityOf(other.component, other.name)));
 }
 
 template <class Member>
-void checkMemberNames(const CheckContext& context, const std::vector<Member>& members, const Place& place) {
-  for (std::size_t index = 0; index < members.size(); ++index) {
-    const Place member(place, index);
-    if (members[index].name) checkName(context, *members[index].name, member);
-  }
+void checkMemberNames(const CheckContext& context, const std::vector<Member>& members,
+                      const JsonPointer& oneClass, std::string_view key) {
+  forEach(members, oneClass, key, [&](const Member& member, const JsonPointer& here) {
+    if (member.name) checkName(context, *member.name, here);
+  });
 }
 
 void checkNamesOf(CheckContext& context, const ClassDescription& described, std::size_t index,
-                  const Place& place) {
-  checkDottedName(context, described.name, {place, "name"});
-  if (!described.component.empty()) checkName(context, described.component, {place, "component"});
+                  const JsonPointer& pointer) {
+  checkDottedName(context, described.name, {pointer, "name"});
+  if (!described.component.empty()) checkName(context, described.component, {pointer, "component"});
   const std::string identity = identityOf(described.component, described.name);
-  requireNew(context, identity, {place, "name"});
+  requireNew(context, identity, {pointer, "name"});
   context.classes.addIdentity(identity, index);
   // Not required to be new: classes of several components may share a dotted name.
   context.classes.addDotted(described.name, index);
-  const Place aliases(place, "aliases");
-  for (std::size_t alias = 0; alias < described.aliases.size(); ++alias) {
-    checkDottedName(context, described.aliases[alias], {aliases, alias});
-    requireNew(context, described.aliases[alias], {aliases, alias});
-    context.classes.addAlias(described.aliases[alias], index);
-  }
-  checkMemberNames(context, described.properties, {place, "properties"});
-  checkMemberNames(context, described.methods, {place, "methods"});
-  checkMemberNames(context, described.members, {place, "members"});
+  forEach(described.aliases, pointer, "aliases", [&](const std::string& alias, const JsonPointer& here) {
+    checkDottedName(context, alias, here);
+    requireNew(context, alias, here);
+    context.classes.addAlias(alias, index);
+  });
+  checkMemberNames(context, described.properties, pointer, "properties");
+  checkMemberNames(context, described.methods, pointer, "methods");
+  checkMemberNames(context, described.members, pointer, "members");
 }
 
 // A snapshot has several ways to write an access, so a fault of one is placed at its member.
-void checkAccess(const CheckContext& context, const Access& access, const Place& member) {
+void checkAccess(const CheckContext& context, const Access& access, const JsonPointer& member) {
   if (kcos::accessWord(access.level).empty())
     context.fail("snapshot.bad-level", member, "there is no access level " + std::to_string(access.level));
   for (const auto& name : access.classes) context.requireClass(name, member, "the access class");
 }
 
-void checkReferencesOf(CheckContext& context, const ClassDescription& described, const Place& place) {
+void checkReferencesOf(CheckContext& context, const ClassDescription& described, const JsonPointer& pointer) {
   // Kept for the checks that follow, which walk superclasses by index.
   auto& indices = context.superclasses.emplace_back();
-  const Place superclasses(place, "superclasses");
-  for (std::size_t index = 0; index < described.superclasses.size(); ++index) {
-    const Place superclass(superclasses, index);
-    indices.push_back(context.requireClass(described.superclasses[index], superclass, "the superclass"));
-  }
-  const Place properties(place, "properties");
-  for (std::size_t index = 0; index < described.properties.size(); ++index) {
-    const Place property(properties, index);
-    checkAccess(context, described.properties[index].get, property);
-    checkAccess(context, described.properties[index].set, property);
-    const std::string& type = described.properties[index].type;
-    if (!type.empty()) checkName(context, type, {property, "type"});
-  }
-  const Place methods(place, "methods");
-  for (std::size_t index = 0; index < described.methods.size(); ++index)
-    checkAccess(context, described.methods[index].access, {methods, index});
+  forEach(described.superclasses, pointer, "superclasses",
+          [&](const std::string& superclass, const JsonPointer& here) {
+            indices.push_back(context.requireClass(superclass, here, "the superclass"));
+          });
+  forEach(described.properties, pointer, "properties",
+          [&](const PropertyDescription& property, const JsonPointer& here) {
+            checkAccess(context, property.get, here);
+            checkAccess(context, property.set, here);
+            if (!property.type.empty()) checkName(context, property.type, {here, "type"});
+          });
+  forEach(described.methods, pointer, "methods",
+          [&](const MethodDescription& method, const JsonPointer& here) {
+            checkAccess(context, method.access, here);
+          });
 }
 
 /// Follows superclasses in depth, with a stack of its own: chains may be as long as the snapshot.
@@ -116,11 +114,10 @@ class CycleSearch {
   }
 
   [[noreturn]] void refuse(std::size_t repeated) const {
-    const Place root;
-    const Place classes(root, "classes");
-    const Place last(classes, trail_.back().index);
-    const Place superclasses(last, "superclasses");
-    const Place culprit(superclasses, trail_.back().nextSuperclass - 1);
+    const JsonPointer classes(root, "classes");
+    const JsonPointer last(classes, trail_.back().index);
+    const JsonPointer superclasses(last, "superclasses");
+    const JsonPointer culprit(superclasses, trail_.back().nextSuperclass - 1);
     context_.fail("snapshot.superclass-cycle", culprit,
                   "a class is its own superclass: " + cycleTo(repeated));
   }
@@ -151,54 +148,51 @@ class CycleSearch {
 };
 
 /// One text per class, whichever of its names is given.
-std::string oneNameOf(const CheckContext& context, const std::string& name, const Place& place) {
+std::string oneNameOf(const CheckContext& context, const std::string& name, const JsonPointer& pointer) {
   if (const auto index = context.classes.find(name)) {
     const ClassDescription& found = context.description.classes[*index];
     return identityOf(found.component, found.name);
   }
   const auto& foreign = context.description.foreignClasses;
   const bool isForeign = std::ranges::find(foreign, name, &ForeignClassDescription::name) != foreign.end();
-  if (!isForeign && !builtInClassCode(name)) context.requireClass(name, place, "the preceded class");
+  if (!isForeign && !builtInClassCode(name)) context.requireClass(name, pointer, "the preceded class");
   return name;
 }
 
 }  // namespace
 
 void checkClassNames(CheckContext& context) {
-  const Place root;
-  const Place classes(root, "classes");
+  const JsonPointer classes(root, "classes");
   for (std::size_t index = 0; index < context.description.classes.size(); ++index)
     checkNamesOf(context, context.description.classes[index], index, {classes, index});
 }
 
 void checkClassReferences(CheckContext& context) {
-  const Place root;
-  const Place classes(root, "classes");
-  for (std::size_t index = 0; index < context.description.classes.size(); ++index)
-    checkReferencesOf(context, context.description.classes[index], {classes, index});
+  forEach(context.description.classes, root, "classes",
+          [&](const ClassDescription& described, const JsonPointer& here) {
+            checkReferencesOf(context, described, here);
+          });
 }
 
 void checkSuperclassCycles(const CheckContext& context) { CycleSearch(context).run(); }
 
 void checkPrecedence(const CheckContext& context) {
   std::set<std::pair<std::string, std::string>> met;
-  const Place root;
-  const Place classes(root, "classes");
-  for (std::size_t index = 0; index < context.description.classes.size(); ++index) {
-    const ClassDescription& described = context.description.classes[index];
-    const Place oneClass(classes, index);
-    const Place precedence(oneClass, "precedence");
-    const std::string first = identityOf(described.component, described.name);
-    for (std::size_t at = 0; at < described.precedence.size(); ++at) {
-      const std::string second = oneNameOf(context, described.precedence[at], {precedence, at});
-      // Before the look-up, which so finds also a class that would precede itself.
-      met.emplace(first, second);
-      if (met.contains({second, first})) {
-        context.fail("snapshot.conflicting-precedence", {precedence, at},
-                     inQuotes(first) + " and " + inQuotes(second) + " would precede each other");
-      }
+  const auto checkPair = [&](const std::string& first, const std::string& preceded, const JsonPointer& here) {
+    const std::string second = oneNameOf(context, preceded, here);
+    // Before the look-up, which so finds also a class that would precede itself.
+    met.emplace(first, second);
+    if (met.contains({second, first})) {
+      context.fail("snapshot.conflicting-precedence", here,
+                   inQuotes(first) + " and " + inQuotes(second) + " would precede each other");
     }
-  }
+  };
+  forEach(context.description.classes, root, "classes",
+          [&](const ClassDescription& described, const JsonPointer& oneClass) {
+            const std::string first = identityOf(described.component, described.name);
+            forEach(described.precedence, oneClass, "precedence",
+                    std::bind_front(checkPair, std::cref(first)));
+          });
 }
 
 }  // namespace embedded::snapshot

@@ -2,7 +2,7 @@
 
 #include "embedded/Snapshot.h"
 #include "embedded/model/ClassSystem.h"
-#include "embedded/snapshot/Place.h"
+#include "embedded/snapshot/JsonPointer.h"
 
 namespace embedded {
 

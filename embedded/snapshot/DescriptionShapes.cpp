@@ -1,6 +1,5 @@
 #include <array>
 
-#include "embedded/snapshot/Place.h"
 #include "embedded/snapshot/Shape.h"
 #include "host/Members.h"
 
@@ -32,12 +31,9 @@ void readLevel(Reader& reader, Event& event, Access& access) {
   std::string word;
   read(reader, event, word);
   const auto level = kcos::accessLevel(word);
-  if (!level) {
-    std::string known;
-    for (const auto& [some, itsWord] : kcos::accessWords)
-      known += (known.empty() ? "" : ", ") + std::string(itsWord);
-    reader.fail("snapshot.bad-level", inQuotes(word) + " is none of " + known);
-  }
+  if (!level)
+    reader.fail("snapshot.bad-level",
+                inQuotes(word) + " is none of " + listed(kcos::accessWords, &kcos::AccessWord::word));
   access.level = *level;
 }
 

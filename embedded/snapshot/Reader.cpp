@@ -1,12 +1,12 @@
 #include "embedded/snapshot/Reader.h"
 
-#include "embedded/snapshot/Place.h"
+#include "embedded/snapshot/JsonPointer.h"
 
 namespace embedded::snapshot {
 
 namespace {
 
-const char* nameOf(Event::Kind kind) {
+const char* inWords(Event::Kind kind) {
   switch (kind) {
     case Event::Null:
       return "null";
@@ -81,7 +81,7 @@ void Reader::failText(const std::string& code, const std::string& reason) const 
 }
 
 void Reader::refuseType(const Event& event, const std::string& expected) const {
-  fail("snapshot.wrong-type", "expected " + expected + ", found " + nameOf(event.kind));
+  fail("snapshot.wrong-type", "expected " + expected + ", found " + inWords(event.kind));
 }
 
 void Reader::refuseRepeated(const std::string& key) const {

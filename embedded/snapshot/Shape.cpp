@@ -42,7 +42,7 @@ class SizeHandler final : public Handler {
 
 }  // namespace
 
-std::string& textOf(Reader& reader, Event& event, const std::string& expected) {
+std::string& requireText(Reader& reader, Event& event, const std::string& expected) {
   if (event.kind != Event::Text) reader.refuseType(event, expected);
   return *event.text;
 }
@@ -78,16 +78,16 @@ void read(Reader& reader, Event& event, double& destination) {
 }
 
 void read(Reader& reader, Event& event, std::string& destination) {
-  destination = std::move(textOf(reader, event, "a text"));
+  destination = std::move(requireText(reader, event, "a text"));
 }
 
 void read(Reader& reader, Event& event, MemberName& destination) {
-  if (event.kind != Event::Null) destination = std::move(textOf(reader, event, "a name or null"));
+  if (event.kind != Event::Null) destination = std::move(requireText(reader, event, "a name or null"));
 }
 
 void read(Reader& reader, Event& event, std::u16string& destination) {
   // It is valid: the source lets no other bytes through, and the parser no lone surrogates.
-  const std::string& text = textOf(reader, event, "a text");
+  const std::string& text = requireText(reader, event, "a text");
   utf8::utf8to16(text.begin(), text.end(), std::back_inserter(destination));
 }
 

@@ -6,7 +6,10 @@
 // A new field is a key of its type's shape; a new kind of value is an alternative of ValueDescription, with a shape and
 // an entry among the kinds in ValueShapes.cpp.
 
+#include <boost/algorithm/string/join.hpp>
 #include <cstddef>
+#include <functional>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,11 +18,13 @@
 #include <vector>
 
 #include "embedded/Description.h"
-#include "embedded/snapshot/Place.h"
+#include "embedded/snapshot/JsonPointer.h"
 #include "embedded/snapshot/Reader.h"
 #include "embedded/snapshot/Writer.h"
 
 namespace embedded::snapshot {
+
+using Json = nlohmann::ordered_json;
 
 enum Presence : bool { Optional, Required };
 
@@ -99,13 +104,20 @@ Json write(Writer& writer, const ValueDescription& value);
 Json write(Writer& writer, const Description& value);
 
 /// The text of an event, or an error that says what was expected.
-std::string& textOf(Reader& reader, Event& event, const std::string& expected);
+std::string& requireText(Reader& reader, Event& event, const std::string& expected);
+
+/// What messages list: one text of each entry.
+template <class List, class Member>
+std::string listed(const List& list, Member member) {
+  std::vector<std::string> texts;
+  for (const auto& entry : list) texts.emplace_back(std::invoke(member, entry));
+  return boost::algorithm::join(texts, ", ");
+}
 
 template <class Meaning>
 void readWord(Reader& reader, Event& event, Meaning& destination, const Words<Meaning>& words) {
-  std::string known;
-  for (const auto& [word, meaning] : words) known += (known.empty() ? "" : ", ") + std::string(word);
-  const std::string& text = textOf(reader, event, "one of " + known);
+  const std::string known = listed(words, &Words<Meaning>::value_type::first);
+  const std::string& text = requireText(reader, event, "one of " + known);
   for (const auto& [word, meaning] : words) {
     if (word != text) continue;
     destination = meaning;
@@ -170,6 +182,13 @@ template <class Element>
 void read(Reader& reader, Event& event, std::vector<Element>& destination) {
   if (event.kind != Event::Array) reader.refuseType(event, "a list");
   reader.open<ListHandler<Element>>(destination);
+}
+
+/// Appends a key that the object does not have.
+inline void append(Json& object, std::string key, Json value) {
+  // Assigning by the key would look for it first, among all that are there.
+  Json::object_t::Container& entries = object.get_ref<Json::object_t&>();
+  entries.emplace_back(std::move(key), std::move(value));
 }
 
 /// The object as JSON, its keys in the order of the shape.
@@ -279,10 +298,8 @@ class ObjectHandler final : public Handler {
   }
 
   [[noreturn]] void refuseKey(const Reader& reader, const std::string& name) const {
-    std::string known;
-    for (const auto& key : shape_.keys) known += (known.empty() ? "" : ", ") + std::string(key.name);
-    reader.fail("snapshot.unknown-key",
-                std::string(shape_.kind) + " has no key " + inQuotes(name) + "; its keys are " + known);
+    reader.fail("snapshot.unknown-key", std::string(shape_.kind) + " has no key " + inQuotes(name) +
+                                            "; its keys are " + listed(shape_.keys, &Key<Type>::name));
   }
 
   void refuseConflicts(const Reader& reader) const {
@@ -298,5 +315,19 @@ class ObjectHandler final : public Handler {
   std::size_t current_ = 0;
   unsigned seen_ = 0;
 };
+
+// Structures have two shapes. They are in StructureShapes.cpp; all others are in DescriptionShapes.cpp and
+// ValueShapes.cpp.
+
+/// {"struct": {"a": 1}}: one element.
+const Shape<StructureArray>& oneStructure();
+/// {"structs": [{"a": 1}, {"a": 2}]}: several; without any, "fields" names the fields.
+const Shape<StructureArray>& severalStructures();
+
+/// In the shorter of both.
+Json write(Writer& writer, const StructureArray& array);
+
+/// Is this size the one that a list of so many elements has without any?
+bool isRow(const std::vector<std::size_t>& size, std::size_t count);
 
 }  // namespace embedded::snapshot

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
@@ -10,8 +11,9 @@ namespace embedded::snapshot {
 
 namespace {
 
-[[noreturn]] void refuseSize(const CheckContext& context, const Place& place, const std::string& reason) {
-  context.fail("snapshot.wrong-size", {place, "size"}, reason);
+[[noreturn]] void refuseSize(const CheckContext& context, const JsonPointer& pointer,
+                             const std::string& reason) {
+  context.fail("snapshot.wrong-size", {pointer, "size"}, reason);
 }
 
 /// Without a value when it is too big for any array.
@@ -28,84 +30,84 @@ std::optional<std::size_t> productOf(const std::vector<std::size_t>& size) {
 
 /// An array without a size is a row.
 void checkSize(const CheckContext& context, const std::vector<std::size_t>& size, std::size_t count,
-               const Place& place) {
+               const JsonPointer& pointer) {
   if (size.empty()) return;
-  if (size.size() == 1) refuseSize(context, place, "a size has at least two dimensions");
+  if (size.size() == 1) refuseSize(context, pointer, "a size has at least two dimensions");
   if (productOf(size) == count) return;
-  refuseSize(context, place,
+  refuseSize(context, pointer,
              "there are " + std::to_string(count) + " elements, which is not the product of the dimensions");
 }
 
 /// The size of structures without fields, which have no values to hold it against.
-void checkBareSize(const CheckContext& context, const std::vector<std::size_t>& size, const Place& place) {
-  if (size.size() == 1) refuseSize(context, place, "a size has at least two dimensions");
-  if (!productOf(size)) refuseSize(context, place, "the product of the dimensions is too big");
+void checkBareSize(const CheckContext& context, const std::vector<std::size_t>& size,
+                   const JsonPointer& pointer) {
+  if (size.size() == 1) refuseSize(context, pointer, "a size has at least two dimensions");
+  if (!productOf(size)) refuseSize(context, pointer, "the product of the dimensions is too big");
 }
 
 class ValueCheck {
  public:
   explicit ValueCheck(const CheckContext& context) : context_(context) {}
 
-  void check(const ValueDescription& value, const Place& place) {
-    std::visit([&](const auto& content) { checkContent(content, place); }, value.content);
+  void check(const ValueDescription& value, const JsonPointer& pointer) {
+    std::visit([&](const auto& content) { checkContent(content, pointer); }, value.content);
   }
 
  private:
   using Names = std::unordered_set<std::string>;
 
-  void checkContent(const DoubleArray& array, const Place& place) {
-    checkSize(context_, array.size, array.elements.size(), place);
+  void checkContent(const DoubleArray& array, const JsonPointer& pointer) {
+    checkSize(context_, array.size, array.elements.size(), pointer);
   }
-  void checkContent(const LogicalArray& array, const Place& place) {
-    checkSize(context_, array.size, array.elements.size(), place);
+  void checkContent(const LogicalArray& array, const JsonPointer& pointer) {
+    checkSize(context_, array.size, array.elements.size(), pointer);
   }
-  void checkContent(const CharacterRow&, const Place&) {}
-  void checkContent(const StringScalar&, const Place&) {}
-  void checkContent(const StringArray& array, const Place& place) {
-    checkSize(context_, array.size, array.elements.size(), place);
+  void checkContent(const CharacterRow&, const JsonPointer&) {}
+  void checkContent(const StringScalar&, const JsonPointer&) {}
+  void checkContent(const StringArray& array, const JsonPointer& pointer) {
+    checkSize(context_, array.size, array.elements.size(), pointer);
   }
-  void checkContent(const CharacterArray& array, const Place& place) {
-    checkSize(context_, array.size, array.elements.size(), place);
+  void checkContent(const CharacterArray& array, const JsonPointer& pointer) {
+    checkSize(context_, array.size, array.elements.size(), pointer);
   }
-  void checkContent(const FunctionHandleValue& handle, const Place& place) {
-    checkDottedName(context_, handle.function, {place, "handle"});
+  void checkContent(const FunctionHandleValue& handle, const JsonPointer& pointer) {
+    checkDottedName(context_, handle.function, {pointer, "handle"});
   }
-  void checkContent(const ClassReferenceValue& reference, const Place& place) {
+  void checkContent(const ClassReferenceValue& reference, const JsonPointer& pointer) {
     for (const ForeignClassDescription& foreign : context_.description.foreignClasses)
       if (foreign.name == reference.className) return;
-    context_.requireClass(reference.className, {place, "class"}, "the class of the reference");
+    context_.requireClass(reference.className, {pointer, "class"}, "the class of the reference");
   }
-  void checkContent(const TallValue& tall, const Place& place) {
+  void checkContent(const TallValue& tall, const JsonPointer& pointer) {
     if (tall.inside.size() != 1)
-      context_.fail("snapshot.wrong-size", {place, "tall"}, "a tall value holds one value");
-    check(tall.inside.front(), {place, "tall"});
+      context_.fail("snapshot.wrong-size", {pointer, "tall"}, "a tall value holds one value");
+    check(tall.inside.front(), {pointer, "tall"});
   }
 
-  void checkContent(const ForeignMemberValue& member, const Place& place) {
+  void checkContent(const ForeignMemberValue& member, const JsonPointer& pointer) {
     for (const ForeignClassDescription& foreign : context_.description.foreignClasses) {
       if (foreign.name != member.className) continue;
       if (std::ranges::find(foreign.members, member.member) != foreign.members.end()) return;
-      context_.fail("snapshot.unknown-member", {place, "member"},
+      context_.fail("snapshot.unknown-member", {pointer, "member"},
                     "the class " + inQuotes(foreign.name) + " has no member " + inQuotes(member.member));
     }
-    context_.fail("snapshot.unknown-class", {place, "foreign"},
+    context_.fail("snapshot.unknown-class", {pointer, "foreign"},
                   inQuotes(member.className) + " is no foreign class of this snapshot");
   }
 
-  void checkContent(const ObjectArray& array, const Place& place) {
-    checkSize(context_, array.size, array.elements.size(), place);
-    const Place classPlace(place, "class");
+  void checkContent(const ObjectArray& array, const JsonPointer& pointer) {
+    checkSize(context_, array.size, array.elements.size(), pointer);
+    const JsonPointer classPointer(pointer, "class");
     if (array.foreign)
-      checkName(context_, array.className, classPlace);
+      checkName(context_, array.className, classPointer);
     else
-      requireObjectClass(array.className, classPlace, "the class of the objects");
-    const Place objects(place, "objects");
-    for (std::size_t index = 0; index < array.elements.size(); ++index) {
-      const Place element(objects, index);
-      if (!isElementOf(array, array.elements[index]))
-        context_.fail("snapshot.wrong-class", element, "this is no object of the class of the array");
-      check(array.elements[index], element);
-    }
+      requireObjectClass(array.className, classPointer, "the class of the objects");
+    forEach(array.elements, pointer, "objects",
+            [&](const ValueDescription& element, const JsonPointer& here) {
+              if (!isElementOf(array, element))
+                context_.fail("snapshot.wrong-class", here, "this is no object of the class of the array");
+              check(element, here);
+            });
   }
 
   /// Objects of one array have one class as users know it.
@@ -122,16 +124,16 @@ class ValueCheck {
   }
 
   /// Without a value: the class is one that no description has.
-  std::optional<std::size_t> requireObjectClass(const std::string& name, const Place& place,
+  std::optional<std::size_t> requireObjectClass(const std::string& name, const JsonPointer& pointer,
                                                 const std::string& role) const {
     if (name == namespaceObjectClass && !context_.classes.find(name)) return {};
-    return context_.requireClass(name, place, role);
+    return context_.requireClass(name, pointer, role);
   }
 
-  void checkContent(const OpaqueObject& object, const Place& place) {
-    checkName(context_, object.className, {place, "opaque"});
-    const Place fields(place, "fields");
-    const Place methods(place, "methods");
+  void checkContent(const OpaqueObject& object, const JsonPointer& pointer) {
+    checkName(context_, object.className, {pointer, "opaque"});
+    const JsonPointer fields(pointer, "fields");
+    const JsonPointer methods(pointer, "methods");
     for (const auto& [name, value] : object.fields) {
       checkName(context_, name, fields);
       check(value, {fields, name});
@@ -142,50 +144,49 @@ class ValueCheck {
     }
   }
 
-  void checkContent(const CellArray& array, const Place& place) {
-    checkSize(context_, array.size, array.elements.size(), place);
-    const Place cell(place, "cell");
-    for (std::size_t index = 0; index < array.elements.size(); ++index) {
-      if (array.elements[index]) check(*array.elements[index], {cell, index});
-    }
+  void checkContent(const CellArray& array, const JsonPointer& pointer) {
+    checkSize(context_, array.size, array.elements.size(), pointer);
+    forEach(array.elements, pointer, "cell", [&](const auto& element, const JsonPointer& here) {
+      if (element) check(*element, here);
+    });
   }
 
-  void checkContent(const StructureArray& array, const Place& place) {
-    checkFields(array, place);
-    if (array.fields.empty()) return checkBareSize(context_, array.size, place);
-    checkSize(context_, array.size, array.values.size() / array.fields.size(), place);
-    for (std::size_t index = 0; index < array.values.size(); ++index) checkFieldValue(array, index, place);
+  void checkContent(const StructureArray& array, const JsonPointer& pointer) {
+    checkFields(array, pointer);
+    if (array.fields.empty()) return checkBareSize(context_, array.size, pointer);
+    checkSize(context_, array.size, array.values.size() / array.fields.size(), pointer);
+    for (std::size_t index = 0; index < array.values.size(); ++index) checkFieldValue(array, index, pointer);
   }
 
-  void checkFields(const StructureArray& array, const Place& place) {
+  void checkFields(const StructureArray& array, const JsonPointer& pointer) {
     Names seen;
     for (const auto& field : array.fields) {
-      checkName(context_, field, place);
+      checkName(context_, field, pointer);
       if (!seen.insert(field).second)
-        context_.fail("snapshot.duplicate-field", place, "there are two fields " + inQuotes(field));
+        context_.fail("snapshot.duplicate-field", pointer, "there are two fields " + inQuotes(field));
     }
     const std::size_t left =
         array.fields.empty() ? array.values.size() : array.values.size() % array.fields.size();
     if (left != 0)
-      context_.fail("snapshot.wrong-size", place,
+      context_.fail("snapshot.wrong-size", pointer,
                     "the structures have not one value for each of their fields");
   }
 
   /// One structure without a size is written as "struct", several as "structs".
-  void checkFieldValue(const StructureArray& array, std::size_t index, const Place& place) {
+  void checkFieldValue(const StructureArray& array, std::size_t index, const JsonPointer& pointer) {
     const std::string& field = array.fields[index % array.fields.size()];
     const bool single = array.size.empty() && array.values.size() == array.fields.size();
-    const Place elements(place, single ? "struct" : "structs");
-    const Place element = single ? elements : Place(elements, index / array.fields.size());
+    const JsonPointer elements(pointer, single ? "struct" : "structs");
+    const JsonPointer element = single ? elements : JsonPointer(elements, index / array.fields.size());
     check(array.values[index], {element, field});
   }
 
-  void checkContent(const ObjectValue& object, const Place& place) {
-    const auto index = requireObjectClass(object.className, {place, "object"}, "the class of the object");
-    const Place properties(place, "properties");
+  void checkContent(const ObjectValue& object, const JsonPointer& pointer) {
+    const auto index = requireObjectClass(object.className, {pointer, "object"}, "the class of the object");
+    const JsonPointer properties(pointer, "properties");
     Names seen;
     for (const auto& [name, value] : object.properties) {
-      const Place property(properties, name);
+      const JsonPointer property(properties, name);
       if (index && !propertiesOf(*index).contains(name)) {
         context_.fail("snapshot.unknown-property", property,
                       "the class " + inQuotes(object.className) + " has no property " + inQuotes(name));
@@ -194,15 +195,15 @@ class ValueCheck {
         context_.fail("snapshot.duplicate-property", property, inQuotes(name) + " has two values");
       check(value, property);
     }
-    if (index && !object.member.empty()) requireMember(*index, object.member, {place, "member"});
+    if (index && !object.member.empty()) requireMember(*index, object.member, {pointer, "member"});
   }
 
-  void requireMember(std::size_t index, const std::string& name, const Place& place) const {
+  void requireMember(std::size_t index, const std::string& name, const JsonPointer& pointer) const {
     const ClassDescription& described = context_.description.classes[index];
     for (const auto& member : described.members) {
       if (member.name == name) return;
     }
-    context_.fail("snapshot.unknown-member", place,
+    context_.fail("snapshot.unknown-member", pointer,
                   "the class " + inQuotes(described.name) + " has no enumeration member " + inQuotes(name));
   }
 
@@ -237,52 +238,44 @@ class ValueCheck {
 }  // namespace
 
 void checkWorkspace(const CheckContext& context) {
-  const auto& variables = context.description.workspace;
-  const Place root;
-  const Place workspace(root, "workspace");
   std::unordered_set<std::string> names;
   ValueCheck values(context);
-  for (std::size_t index = 0; index < variables.size(); ++index) {
-    const Place variable(workspace, index);
-    checkName(context, variables[index].name, {variable, "name"});
-    if (!names.insert(variables[index].name).second) {
-      context.fail("snapshot.duplicate-variable", {variable, "name"},
-                   "there is already a variable " + inQuotes(variables[index].name));
-    }
-    inVariable(variables[index].name, [&] { values.check(variables[index].value, {variable, "value"}); });
-  }
+  forEach(context.description.workspace, root, "workspace",
+          [&](const VariableDescription& variable, const JsonPointer& here) {
+            checkName(context, variable.name, {here, "name"});
+            if (!names.insert(variable.name).second) {
+              context.fail("snapshot.duplicate-variable", {here, "name"},
+                           "there is already a variable " + inQuotes(variable.name));
+            }
+            inVariable(variable.name, [&] { values.check(variable.value, {here, "value"}); });
+          });
 }
 
 namespace {
 
 void checkPropertyOf(const CheckContext& context, ValueCheck& check, const PropertyDescription& property,
-                     const Place& place) {
+                     const JsonPointer& pointer) {
   if (property.validation) {
-    const Place validation(place, "validation");
-    const Place functions(validation, "functions");
-    for (std::size_t index = 0; index < property.validation->functions.size(); ++index)
-      checkName(context, property.validation->functions[index], {functions, index});
+    const JsonPointer validation(pointer, "validation");
+    forEach(property.validation->functions, validation, "functions",
+            std::bind_front(checkName, std::cref(context)));
   }
-  if (property.value) check.check(*property.value, {place, "value"});
+  if (property.value) check.check(*property.value, {pointer, "value"});
   if (!property.values) return;
-  const Place values(place, "values");
-  for (std::size_t index = 0; index < property.values->size(); ++index)
-    check.check((*property.values)[index], {values, index});
+  forEach(*property.values, pointer, "values", std::bind_front(&ValueCheck::check, &check));
 }
 
 }  // namespace
 
 void checkPropertyValues(const CheckContext& context) {
-  const Place root;
-  const Place classes(root, "classes");
   ValueCheck check(context);
-  for (std::size_t at = 0; at < context.description.classes.size(); ++at) {
-    const auto& described = context.description.classes[at].properties;
-    const Place oneClass(classes, at);
-    const Place properties(oneClass, "properties");
-    for (std::size_t index = 0; index < described.size(); ++index)
-      checkPropertyOf(context, check, described[index], {properties, index});
-  }
+  forEach(context.description.classes, root, "classes",
+          [&](const ClassDescription& described, const JsonPointer& oneClass) {
+            forEach(described.properties, oneClass, "properties",
+                    [&](const PropertyDescription& property, const JsonPointer& here) {
+                      checkPropertyOf(context, check, property, here);
+                    });
+          });
 }
 
 }  // namespace embedded::snapshot

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <unordered_set>
 
-#include "embedded/snapshot/Structures.h"
+#include "embedded/snapshot/Shape.h"
 
 namespace embedded::snapshot {
 
@@ -277,8 +277,7 @@ class ValueHandler final : public Handler {
 
  private:
   std::unique_ptr<Handler> begin(const Reader& reader, const std::string& name) {
-    const auto kind =
-        std::find_if(kinds.begin(), kinds.end(), [&](const Kind& some) { return some.name == name; });
+    const auto* const kind = std::ranges::find(kinds, name, &Kind::name);
     if (kind == kinds.end()) {
       reader.fail("snapshot.kind-first",
                   inQuotes(name) + " is no kind of value; the first key must be one of " + allKinds());
@@ -286,11 +285,7 @@ class ValueHandler final : public Handler {
     return kind->begin(value_);
   }
 
-  static std::string allKinds() {
-    std::string names;
-    for (const Kind& kind : kinds) names += (names.empty() ? "" : ", ") + std::string(kind.name);
-    return names;
-  }
+  static std::string allKinds() { return listed(kinds, &Kind::name); }
 
   ValueDescription& value_;
   std::unique_ptr<Handler> content_;

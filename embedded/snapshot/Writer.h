@@ -1,18 +1,14 @@
 #pragma once
 
-// The middle of the writer: where it is, and how it fails. Around it, write() of Shape.h makes JSON of everything that a
-// description is made of.
+// Where the writer is, and how it fails. The JSON is made by write() of Shape.h.
 
 #include <cstddef>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
-#include "embedded/snapshot/Place.h"
+#include "embedded/snapshot/JsonPointer.h"
 
 namespace embedded::snapshot {
-
-using Json = nlohmann::ordered_json;
 
 class Writer {
  public:
@@ -23,12 +19,12 @@ class Writer {
   class Step {
    public:
     template <class KeyOrIndex>
-    Step(Writer& writer, KeyOrIndex step) : writer_(writer), outer_(writer.place_), here_(*outer_, step) {
-      writer_.place_ = &here_;
+    Step(Writer& writer, KeyOrIndex step) : writer_(writer), outer_(writer.pointer_), here_(*outer_, step) {
+      writer_.pointer_ = &here_;
       ++writer_.depth_;
     }
     ~Step() {
-      writer_.place_ = outer_;
+      writer_.pointer_ = outer_;
       --writer_.depth_;
     }
     Step(const Step&) = delete;
@@ -36,24 +32,26 @@ class Writer {
 
    private:
     Writer& writer_;
-    const Place* outer_;
-    Place here_;
+    const JsonPointer* outer_;
+    JsonPointer here_;
   };
 
   /// An object or a list begins; fails where a reader would not follow.
-  void begin() const;
+  void begin() const {
+    if (depth_ >= deepestLevel)
+      fail("snapshot.too-deep", "nested deeper than " + std::to_string(deepestLevel) + " levels");
+  }
 
   /// Throws a SnapshotError with the place that is being written.
-  [[noreturn]] void fail(const std::string& code, const std::string& reason) const;
+  [[noreturn]] void fail(const std::string& code, const std::string& reason) const {
+    throw SnapshotError(code, file_, pointer_->text(), reason);
+  }
 
  private:
   std::string file_;
-  Place root_;
-  const Place* place_ = &root_;
+  JsonPointer root_;
+  const JsonPointer* pointer_ = &root_;
   std::size_t depth_ = 0;
 };
-
-/// Appends a key that the object does not have.
-void append(Json& object, std::string key, Json value);
 
 }  // namespace embedded::snapshot

@@ -1,7 +1,7 @@
-#include "embedded/snapshot/Structures.h"
-
 #include <unordered_map>
 #include <unordered_set>
+
+#include "embedded/snapshot/Shape.h"
 
 namespace embedded::snapshot {
 
@@ -168,14 +168,12 @@ void finishStructure(StructureArray& array, const ObjectHandler<StructureArray>&
   if (array.fields.empty()) array.size = {1, 1};
 }
 
-/// {"struct": {"a": 1}}: one element.
 const Shape<StructureArray> structShape{
     .kind = "a structure",
     .keys = {{"struct", readElement, writeElement, Required}, key<&StructureArray::className>("class")},
     .finish = finishStructure,
 };
 
-/// {"structs": [{"a": 1}, {"a": 2}]}: several; without any, "fields" names the fields.
 const Shape<StructureArray> structsShape{
     .kind = "a structure array",
     .keys = {{"structs", readElements, writeElements, Required},

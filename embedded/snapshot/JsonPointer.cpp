@@ -1,6 +1,4 @@
-#include "embedded/snapshot/Place.h"
-
-#include <vector>
+#include "embedded/snapshot/JsonPointer.h"
 
 namespace embedded::snapshot {
 
@@ -25,16 +23,12 @@ std::string inQuotes(std::string_view name) {
   return '"' + std::string(name.substr(0, end)) + "...\"";
 }
 
-std::string Place::pointer() const {
-  std::vector<const Place*> steps;
-  for (const Place* place = this; place->outer_ != nullptr; place = place->outer_) steps.push_back(place);
-  std::string pointer;
-  for (auto place = steps.rbegin(); place != steps.rend(); ++place) {
-    const auto& step = (*place)->step_;
-    const auto* index = std::get_if<std::size_t>(&step);
-    appendStep(pointer, index ? std::to_string(*index) : std::string(std::get<std::string_view>(step)));
-  }
-  return pointer;
+std::string JsonPointer::text() const {
+  if (outer_ == nullptr) return {};
+  std::string text = outer_->text();
+  const auto* index = std::get_if<std::size_t>(&step_);
+  appendStep(text, index ? std::to_string(*index) : std::string(std::get<std::string_view>(step_)));
+  return text;
 }
 
 }  // namespace embedded::snapshot

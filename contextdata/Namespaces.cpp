@@ -27,9 +27,9 @@ const kcos::COSClass* offeredClass(kcos::COSInterface* element) {
   return cls != nullptr && !cls->isHidden() ? cls : nullptr;
 }
 
-const char* nameOf(const kcos::COSMethodInfo& function) { return function.getName(); }
-const char* nameOf(const kcos::COSClass& cls) { return cls.getSimpleName(); }
-const char* nameOf(const kcos::COSNamespace& inner) { return inner.getSimpleName(); }
+const char* nameInNamespace(const kcos::COSMethodInfo& function) { return function.getName(); }
+const char* nameInNamespace(const kcos::COSClass& cls) { return cls.getSimpleName(); }
+const char* nameInNamespace(const kcos::COSNamespace& inner) { return inner.getSimpleName(); }
 
 template <class Offered>
 bool listMembers(const std::u16string& ns, Names& names,
@@ -41,7 +41,7 @@ bool listMembers(const std::u16string& ns, Names& names,
   kcos::COSIterator elements = (space->*open)();
   while (elements.hasMoreElements()) {
     const auto* element = offered(elements.nextElement().get());
-    if (element != nullptr) names.push_back(asciiMemberName(nameOf(*element), converter));
+    if (element != nullptr) names.push_back(asciiMemberName(nameInNamespace(*element), converter));
   }
   return names.size() != before;
 }

@@ -20,44 +20,39 @@ const Value& heldOtherwise(const kxArray_tag* value, std::initializer_list<Dimen
   return valueOf(value);
 }
 
-/// The text of a row of characters (or an empty array of them) or of a string scalar.
-std::u16string scalarText(const kxArray_tag* value) {
+bool isMissing(const Value& value) {
+  const auto* strings = value.as<Strings>();
+  return strings != nullptr && value.elementCount() == 1 && !strings->elements.front();
+}
+
+/// The text of a row of characters (or an empty array of them) or of a string scalar that is not missing; null for any
+/// other value.
+const std::u16string* scalarText(const Value& value) {
+  // Stricter than isText() of the language, for which an array of rows beside rows is a row, too.
+  if (const auto* characters = value.as<std::u16string>()) {
+    const bool isRow = characters->empty() || (value.size().size() == 2 && value.rows() == 1);
+    return isRow ? characters : nullptr;
+  }
+  const auto* strings = value.as<Strings>();
+  return strings != nullptr && value.elementCount() == 1 && !isMissing(value) ? &*strings->elements.front()
+                                                                              : nullptr;
+}
+
+std::u16string requireScalarText(const kxArray_tag* value) {
   if (value != nullptr) {
-    const Value& found = valueOf(value);
-    const auto* characters = found.as<std::u16string>();
-    if (characters != nullptr && (characters->empty() || (found.size().size() == 2 && found.rows() == 1)))
-      return *characters;
-    if (const auto* strings = found.as<Strings>(); strings != nullptr && found.elementCount() == 1) {
-      if (!strings->elements.front()) throw KORVAL::string::MissingNotSupported();
-      return *strings->elements.front();
-    }
+    if (const std::u16string* text = scalarText(valueOf(value))) return *text;
+    if (isMissing(valueOf(value))) throw KORVAL::string::MissingNotSupported();
   }
   throw KORVAL::string::MustBeStringScalarOrCharacterVector();
 }
 
-bool hasScalarText(const kxArray_tag* value) {
-  const Value& found = valueOf(value);
-  const auto* characters = found.as<std::u16string>();
-  if (characters != nullptr) return characters->empty() || (found.size().size() == 2 && found.rows() == 1);
-  const auto* strings = found.as<Strings>();
-  return strings != nullptr && found.elementCount() == 1 && strings->elements.front().has_value();
-}
-
 /// The field of one element; a field that nobody has set yet is set to an empty array, so that it can be borrowed.
 const Value* fieldOf(const Structures& structures, std::size_t index, std::string_view name) {
-  const auto field = std::ranges::find(structures.fields, name);
-  if (field == structures.fields.end()) return nullptr;
-  const std::size_t at =
-      index * structures.fields.size() + static_cast<std::size_t>(field - structures.fields.begin());
-  ValuePtr& value = structures.values.at(at);
+  const std::size_t field = structures.indexOf(name);
+  if (field == structures.fields.size()) return nullptr;
+  ValuePtr& value = structures.values.at(index * structures.fields.size() + field);
   if (value == nullptr) value = newEmpty();
   return value.get();
-}
-
-const ForeignClassDescription* foreignClass(const std::string& name) {
-  const auto& all = session().foreignClasses;
-  const auto found = std::ranges::find(all, name, &ForeignClassDescription::name);
-  return found == all.end() ? nullptr : &*found;
 }
 
 ValuePtr foreignMember(const ForeignClassDescription& foreign, const std::string& name) {
@@ -124,7 +119,7 @@ bool kxIsOpaque(const kxArray_tag* value) {
 bool kxIsObject(const kxArray_tag* value) {
   enter<Operation::isObject>(value);
   const Value& found = valueOf(value);
-  if (const auto* structures = found.as<Structures>()) return !structures->className.empty();
+  if (found.structureObject() != nullptr) return true;
   // Also of an array without elements, which has no object to look at.
   if (found.as<Objects>()) return found.opaque() == nullptr;
   return found.object() != nullptr;
@@ -254,7 +249,7 @@ kxArray_tag* kxFindTypeMember(const kxArray_tag* classReference, const std::stri
   enter<Operation::findTypeMember>(classReference, name);
   const std::string& className = std::get<ClassReference>(valueOf(classReference).content()).className;
   if (const Class* found = session().classes.find(className)) return handedOut(memberOf(*found, name));
-  const ForeignClassDescription* foreign = foreignClass(className);
+  const ForeignClassDescription* foreign = session().foreignClass(className);
   return foreign == nullptr ? nullptr : handedOut(foreignMember(*foreign, name));
 }
 
@@ -286,7 +281,7 @@ kxArray_tag* kxCreateString(const char* text) {
 kxArray_tag* kxCreateClassArray(const std::string& className) {
   enter<Operation::createClassArray>(className);
   const Class* found = session().classes.find(className);
-  if (found == nullptr && foreignClass(className) == nullptr) return nullptr;
+  if (found == nullptr && session().foreignClass(className) == nullptr) return nullptr;
   const std::string& name = found == nullptr ? className : found->names().dotted.text();
   return newValue({1, 1}, ClassReference{name}).detach();
 }
@@ -318,7 +313,7 @@ kxArray_tag* create(const std::u16string& text) {
 
 std::u16string get_ustring(const kxArray_tag* value) {
   enter<Operation::getUstring>(value);
-  return scalarText(value);
+  return requireScalarText(value);
 }
 
 }  // namespace matrix
@@ -333,17 +328,17 @@ bool isString(const kxArray_tag* value) {
 std::u16string getString(const kxArray_tag* value) {
   enter<Operation::getString>(value);
   if (valueOf(value).as<Strings>() == nullptr) throw KORVAL::string::MustBeStringScalarOrCharacterVector();
-  return scalarText(value);
+  return requireScalarText(value);
 }
 
 bool isNonMissingScalarText(const kxArray_tag* value) {
   enter<Operation::isNonMissingScalarText>(value);
-  return hasScalarText(value);
+  return scalarText(valueOf(value)) != nullptr;
 }
 
 std::u16string getScalarText(const kxArray_tag* value) {
   enter<Operation::getScalarText>(value);
-  return scalarText(value);
+  return requireScalarText(value);
 }
 
 }  // namespace Tamsix::String

@@ -40,7 +40,7 @@ std::string quoted(const std::string& text) {
 
 }  // namespace
 
-const char* nameOf(Operation operation) noexcept {
+const char* operationName(Operation operation) noexcept {
   return operationNames[static_cast<std::size_t>(operation)];
 }
 
@@ -111,7 +111,7 @@ void Gate::raiseFault(Operation operation) {
 void refuseWithoutHost(Operation operation) {
   throw foundation::core::except::Exception(
       "KORVAL:host:NotActive",
-      std::string("No host is active on this thread, so it cannot answer ") + nameOf(operation) + ".");
+      std::string("No host is active on this thread, so it cannot answer ") + operationName(operation) + ".");
 }
 
 }  // namespace embedded

@@ -36,7 +36,7 @@ constexpr Rule ruleOf(Operation operation) {
   return rules[static_cast<std::size_t>(operation)];
 }
 
-const char* nameOf(Operation operation) noexcept;
+const char* operationName(Operation operation) noexcept;
 std::size_t operationCount() noexcept;
 
 /// A call as the log keeps it.

@@ -12,7 +12,7 @@ namespace {
 
 std::optional<Operation> operationNamed(const std::string& name) {
   for (std::size_t at = 0; at < operationCount(); ++at)
-    if (name == nameOf(static_cast<Operation>(at))) return static_cast<Operation>(at);
+    if (name == operationName(static_cast<Operation>(at))) return static_cast<Operation>(at);
   return {};
 }
 
@@ -30,13 +30,13 @@ void Inspection::startLog() { session_->startLog(); }
 std::vector<Call> Inspection::takeLog() {
   std::vector<Call> calls;
   for (LoggedCall& call : session_->takeLog())
-    calls.push_back({nameOf(call.operation), std::move(call.arguments)});
+    calls.push_back({operationName(call.operation), std::move(call.arguments)});
   return calls;
 }
 
 bool Inspection::ranKorvalCode(const std::vector<Call>& log) {
   return std::ranges::any_of(
-      log, [](const Call& call) { return call.operation == nameOf(Operation::korvalCode); });
+      log, [](const Call& call) { return call.operation == operationName(Operation::korvalCode); });
 }
 
 void Inspection::setFault(FaultPlan plan) {
@@ -59,7 +59,7 @@ std::vector<std::string> Inspection::faultyOperations() {
   std::vector<std::string> names;
   for (std::size_t at = 0; at < operationCount(); ++at)
     if (const auto operation = static_cast<Operation>(at); isFaulty(operation))
-      names.emplace_back(nameOf(operation));
+      names.emplace_back(operationName(operation));
   return names;
 }
 

@@ -20,12 +20,11 @@ int statusOf(const CodeError& error) {
 
 /// Keeps the error, and prints it unless errors are to be silent.
 void report(Session& session, const CodeError& error) {
-  session.interpreter.lastFailure =
-      CodeFailure{error.messageId(), error.message(), error.source(), error.at().line, error.at().column};
+  const CodeFailure& failure = session.interpreter.lastFailure.emplace(error.failure());
   if (session.interpreter.errorMode == matrix::ErrorMode::Silent) return;
-  session.streams.error.write(widened(error.source() + ":" + std::to_string(error.at().line) + ":" +
-                                      std::to_string(error.at().column) + ": " + error.message() + " [" +
-                                      error.messageId() + "]\n"));
+  session.streams.error.write(widened(failure.source + ":" + std::to_string(failure.line) + ":" +
+                                      std::to_string(failure.column) + ": " + failure.message + " [" +
+                                      failure.id + "]\n"));
 }
 
 /// Missing results are null.

@@ -6,6 +6,17 @@
 
 namespace embedded {
 
+namespace {
+
+/// What a member says of itself, after the gate of that operation.
+template <Operation operation, class Answer>
+const Answer& told(const MemberText& member, const Answer& answer) {
+  enter<operation>(member.text());
+  return answer;
+}
+
+}  // namespace
+
 const kcos::COSAttribute* Element::findAttribute(const kcos::COSInternedName& name) const {
   enter<Operation::findAttribute>(name);
   return nullptr;
@@ -16,44 +27,26 @@ bool Element::getAttributeValue(const kcos::COSInternedName& name, const kcos::C
   return false;
 }
 
-const char* EnumerationMember::getName() const {
-  enter<Operation::enumGetName>(name_.text());
-  return name_.text();
-}
+const char* EnumerationMember::getName() const { return told<Operation::enumGetName>(name_, name_.text()); }
 
-bool EnumerationMember::isHidden() const {
-  enter<Operation::enumIsHidden>(name_.text());
-  return hidden_;
-}
+bool EnumerationMember::isHidden() const { return told<Operation::enumIsHidden>(name_, hidden_); }
 
 const char* Method::getName() const {
-  enter<Operation::methodGetName>(content_.name.text());
-  return content_.name.text();
+  return told<Operation::methodGetName>(content_.name, content_.name.text());
 }
 
-bool Method::isStatic() const {
-  enter<Operation::methodIsStatic>(content_.name.text());
-  return content_.isStatic;
-}
+bool Method::isStatic() const { return told<Operation::methodIsStatic>(content_.name, content_.isStatic); }
 
-bool Method::isVisible() const {
-  enter<Operation::methodIsVisible>(content_.name.text());
-  return content_.visible;
-}
+bool Method::isVisible() const { return told<Operation::methodIsVisible>(content_.name, content_.visible); }
 
-bool Method::isHidden() const {
-  enter<Operation::methodIsHidden>(content_.name.text());
-  return content_.hidden;
-}
+bool Method::isHidden() const { return told<Operation::methodIsHidden>(content_.name, content_.hidden); }
 
 kcos::MemberAccess Method::getMemberAccess() const {
-  enter<Operation::getMemberAccess>(content_.name.text());
-  return content_.access.level;
+  return told<Operation::getMemberAccess>(content_.name, content_.access.level);
 }
 
 kcos::COSExtendedAccess Method::getExtendedAccess() const {
-  enter<Operation::getExtendedAccess>(content_.name.text());
-  return content_.access;
+  return told<Operation::getExtendedAccess>(content_.name, content_.access);
 }
 
 kcos::COSDataTypePtr Attribute::getDataType() const {
@@ -83,37 +76,29 @@ class PropertyAs : public Property, public Record {
   kcos::COSPropInfo* asProperty() noexcept override { return this; }
 
   const char* getName() const override {
-    enter<Operation::propGetName>(content().name.text());
-    return content().name.text();
+    return told<Operation::propGetName>(content().name, content().name.text());
   }
   kcos::COSDataTypePtr getDataType() const override {
-    enter<Operation::propGetDataType>(content().name.text());
-    return content().type;
+    return told<Operation::propGetDataType>(content().name, content().type);
   }
   bool isVisible() const override {
-    enter<Operation::propIsVisible>(content().name.text());
     // Properties have one word for both: a hidden one is not visible.
-    return !content().hidden;
+    return told<Operation::propIsVisible>(content().name, !content().hidden);
   }
   bool isDependent() const override {
-    enter<Operation::propIsDependent>(content().name.text());
-    return content().dependent;
+    return told<Operation::propIsDependent>(content().name, content().dependent);
   }
   kcos::MemberAccess getMemberGetAccess() const override {
-    enter<Operation::getMemberGetAccess>(content().name.text());
-    return content().get.level;
+    return told<Operation::getMemberGetAccess>(content().name, content().get.level);
   }
   kcos::MemberAccess getMemberSetAccess() const override {
-    enter<Operation::getMemberSetAccess>(content().name.text());
-    return content().set.level;
+    return told<Operation::getMemberSetAccess>(content().name, content().set.level);
   }
   kcos::COSExtendedAccess getExtendedGetAccess() const override {
-    enter<Operation::getExtendedGetAccess>(content().name.text());
-    return content().get;
+    return told<Operation::getExtendedGetAccess>(content().name, content().get);
   }
   kcos::COSExtendedAccess getExtendedSetAccess() const override {
-    enter<Operation::getExtendedSetAccess>(content().name.text());
-    return content().set;
+    return told<Operation::getExtendedSetAccess>(content().name, content().set);
   }
 
   using Property::content;
@@ -125,12 +110,10 @@ class OptimizedProperty final : public PropertyAs<kcos::COSOptimizedPropInfo> {
       : PropertyAs(owner, std::move(content)), storage_(storage) {}
 
   bool hasCustomGetter() const override {
-    enter<Operation::hasCustomGetter>(content().name.text());
-    return storage_.customGetter;
+    return told<Operation::hasCustomGetter>(content().name, storage_.customGetter);
   }
   bool getOptimizedFlag() const override {
-    enter<Operation::getOptimizedFlag>(content().name.text());
-    return storage_.flag;
+    return told<Operation::getOptimizedFlag>(content().name, storage_.flag);
   }
 
  private:

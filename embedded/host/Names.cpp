@@ -18,12 +18,6 @@ __attribute__((init_priority(101))) EmptyText emptyText;
 
 constexpr auto none = std::string_view::npos;
 
-/// The name that an import gives to `name`; empty when it imports something else.
-std::string importedName(const std::string& import, const std::string& name) {
-  if (import.ends_with(".*")) return import.substr(0, import.size() - 1) + name;
-  return simpleNameOf(import) == name ? import : std::string();
-}
-
 const Class* resolve(const std::string& name, const Kfh_KORVAL_fn* scope) {
   const ClassSystem& classes = session().classes;
   if (name.empty()) return nullptr;

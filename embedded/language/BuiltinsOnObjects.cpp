@@ -16,36 +16,25 @@ namespace {
                         "A value of class \"" + call[0].className() + "\" has no " + what);
 }
 
-/// Visible names, each once, in the order of the class's walk.
-template <class Members, class Accept>
-void collect(const Members& members, const Accept& accept, std::vector<std::string>& names,
-             std::unordered_set<std::string>& seen) {
-  for (const auto& member : members)
-    if (!member->name().isNull() && accept(member->content()) && seen.insert(member->name().text()).second)
-      names.push_back(member->name().text());
+bool isListed(const Property& property) {
+  return !property.content().hidden && property.content().get.level == kcos::PublicAccess;
 }
 
-std::vector<std::string> propertyNames(const Class& oneClass) {
+bool isListed(const Method& method) {
+  return method.content().visible && !method.content().hidden &&
+         method.content().access.level == kcos::PublicAccess;
+}
+
+/// The names of members that everybody may list, each once, in the order of the class's walk. Of several members with
+/// one name the first that may be listed counts.
+template <auto members>
+std::vector<std::string> memberNames(const Class& oneClass) {
   std::vector<std::string> names;
   std::unordered_set<std::string> seen;
   for (const Class* each : oneClass.lineage())
-    collect(
-        each->parts().properties,
-        [](const PropertyContent& property) { return !property.hidden && property.get.level == 0; }, names,
-        seen);
-  return names;
-}
-
-std::vector<std::string> methodNames(const Class& oneClass) {
-  std::vector<std::string> names;
-  std::unordered_set<std::string> seen;
-  for (const Class* each : oneClass.lineage())
-    collect(
-        each->parts().methods,
-        [](const MethodContent& method) {
-          return method.visible && !method.hidden && method.access.level == 0;
-        },
-        names, seen);
+    for (const auto& member : each->parts().*members)
+      if (!member->name().isNull() && isListed(*member) && seen.insert(member->name().text()).second)
+        names.push_back(member->name().text());
   return names;
 }
 
@@ -67,7 +56,7 @@ Values properties(const BuiltinCall& call) {
   call.require(1, 1);
   const Class* oneClass = classOf(call.interpreter, call[0]);
   if (oneClass == nullptr) failWithout(call, "properties");
-  return {newCellOfTexts(propertyNames(*oneClass))};
+  return {newCellOfTexts(memberNames<&Class::Parts::properties>(*oneClass))};
 }
 
 Values fieldNames(const BuiltinCall& call) {
@@ -85,9 +74,9 @@ Values fieldNames(const BuiltinCall& call) {
 Values methods(const BuiltinCall& call) {
   call.require(1, 1);
   if (const Class* oneClass = classOf(call.interpreter, call[0]))
-    return {newCellOfTexts(methodNames(*oneClass))};
+    return {newCellOfTexts(memberNames<&Class::Parts::methods>(*oneClass))};
   CodeFiles& files = call.interpreter.files;
-  if (const auto* structures = call[0].as<Structures>(); structures && !structures->className.empty())
+  if (const Structures* structures = call[0].structureObject())
     return {newCellOfTexts(files.methodNames(structures->className))};
   const Opaque* opaque = call[0].opaque();
   if (opaque == nullptr) failWithout(call, "methods");
@@ -110,9 +99,9 @@ Values isA(const BuiltinCall& call) {
 Values isField(const BuiltinCall& call) {
   call.require(2, 2);
   const auto* structures = call[0].as<Structures>();
-  return {newLogical(structures != nullptr && isText(call[1]) &&
-                     std::ranges::find(structures->fields, narrowTextOf(call.interpreter, call[1])) !=
-                         structures->fields.end())};
+  return {
+      newLogical(structures != nullptr && isText(call[1]) &&
+                 structures->indexOf(narrowTextOf(call.interpreter, call[1])) < structures->fields.size())};
 }
 
 Values isProperty(const BuiltinCall& call) {
@@ -125,9 +114,9 @@ Values isProperty(const BuiltinCall& call) {
 Values isMethod(const BuiltinCall& call) {
   call.require(2, 2);
   Interpreter& interpreter = call.interpreter;
-  const auto* structures = call[0].as<Structures>();
+  const Structures* structures = call[0].structureObject();
   const bool hasFile =
-      structures != nullptr && !structures->className.empty() &&
+      structures != nullptr &&
       interpreter.files.method(structures->className, narrowTextOf(call.interpreter, call[1])) != nullptr;
   return {newLogical(hasFile || hasMethod(interpreter, call[0], narrowTextOf(call.interpreter, call[1])))};
 }

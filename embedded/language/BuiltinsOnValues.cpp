@@ -33,16 +33,9 @@ Value::Size sizeOf(const BuiltinCall& call) {
   return withoutTrailingOnes(std::move(size));
 }
 
-std::size_t countOf(const Value::Size& size) {
-  // No overflow: such sizes have been checked, or come from values.
-  std::size_t count = 1;
-  for (const std::size_t extent : size) count *= extent;
-  return count;
-}
-
 Values filled(const BuiltinCall& call, double number) {
   const Value::Size size = sizeOf(call);
-  return {newValue(size, std::vector<double>(countOf(size), number))};
+  return {newValue(size, std::vector<double>(Value::elementsOf(size), number))};
 }
 
 Values onEach(const BuiltinCall& call, double (*function)(double)) {
@@ -110,7 +103,7 @@ Values ones(const BuiltinCall& call) { return filled(call, 1); }
 
 Values cell(const BuiltinCall& call) {
   const Value::Size size = call.arguments.empty() ? Value::Size{0, 0} : sizeOf(call);
-  return {newValue(size, Cells{Values(countOf(size))})};
+  return {newValue(size, Cells{Values(Value::elementsOf(size))})};
 }
 
 /// struct('a', 1, 'b', {{1, 2}}): a cell gives one element each; another value is for all elements.
@@ -123,10 +116,11 @@ Values structure(const BuiltinCall& call) {
     structures.fields.push_back(narrowTextOf(call.interpreter, call[at]));
     if (call[at + 1].as<Cells>() && call[at + 1].elementCount() != 1) size = call[at + 1].size();
   }
-  for (std::size_t element = 0; element < countOf(size); ++element) {
+  for (std::size_t element = 0; element < Value::elementsOf(size); ++element) {
     for (std::size_t at = 1; at < call.arguments.size(); at += 2) {
       const auto* cells = call[at].as<Cells>();
-      if (cells != nullptr && cells->elements.size() != 1 && cells->elements.size() != countOf(size))
+      if (cells != nullptr && cells->elements.size() != 1 &&
+          cells->elements.size() != Value::elementsOf(size))
         call.interpreter.fail("KORVAL:code:SizeMismatch", "The cells have different sizes");
       structures.values.push_back(
           cells == nullptr ? call.arguments[at] : cells->elements[cells->elements.size() == 1 ? 0 : element]);

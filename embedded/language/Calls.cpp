@@ -15,20 +15,13 @@ Meaning withoutImports(Interpreter& interpreter, const std::string& name, const 
   if (function != nullptr && function->routine != nullptr) return {.routine = function->routine.get()};
   if (const Class* found = interpreter.world.classes.findFor(component, name)) return {.oneClass = found};
   if (Builtin* found = findBuiltin(name)) return {.builtin = found};
-  for (const ForeignClassDescription& foreign : interpreter.world.foreignClasses)
-    if (foreign.name == name) return {.foreignClass = &foreign};
+  if (const auto* foreign = interpreter.world.foreignClass(name)) return {.foreignClass = foreign};
   if (const Routine* found = interpreter.files.function(name)) return {.routine = found};
   return {.isKnownWithoutCode = function != nullptr};
 }
 
 bool isSomething(const Meaning& meaning) {
   return meaning.isCallable() || meaning.oneClass || meaning.foreignClass || meaning.isKnownWithoutCode;
-}
-
-/// The name that an import gives to `name`; empty when it imports something else.
-std::string importedName(const std::string& import, const std::string& name) {
-  if (import.ends_with(".*")) return import.substr(0, import.size() - 1) + name;
-  return simpleNameOf(import) == name ? import : std::string();
 }
 
 /// The function of that name among those of the routine's text, or null.
@@ -63,7 +56,7 @@ std::optional<Values> callMethod(Evaluator& caller, const std::string& name, con
       interpreter.fail("KORVAL:code:Foreign", "The foreign method \"" + name + "\" fails");
     return Values{found->answer};
   }
-  if (const auto* structures = receiver.as<Structures>(); structures && !structures->className.empty()) {
+  if (const Structures* structures = receiver.structureObject()) {
     // Objects of the older system have their methods in files only.
     const Routine* file = interpreter.files.method(structures->className, name);
     if (file == nullptr) return {};

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "embedded/Outline.h"
 #include "host/Exceptions.h"
 #include "syntax/Position.h"
 
@@ -21,8 +22,7 @@ class CodeError : public foundation::core::except::Exception {
   std::unique_ptr<IException> clone() const override { return std::make_unique<CodeError>(*this); }
   [[noreturn]] void rethrow() const override { throw CodeError(*this); }
 
-  const std::string& source() const noexcept { return source_; }
-  Position at() const noexcept { return at_; }
+  CodeFailure failure() const { return {messageId(), message(), source_, at_.line, at_.column}; }
 
  private:
   std::string source_;

@@ -19,14 +19,13 @@ ValuePtr foreignMember(Interpreter& interpreter, const ForeignClassDescription& 
 }
 
 Values fieldOfAll(Interpreter& interpreter, const Structures& structures, const std::string& field) {
-  const auto found = std::ranges::find(structures.fields, field);
-  if (found == structures.fields.end())
+  const std::size_t width = structures.fields.size();
+  const std::size_t first = structures.indexOf(field);
+  if (first == width)
     interpreter.fail("KORVAL:code:NoSuchField", "The structure has no field \"" + field + "\"");
   Values result;
   // Values stand element by element, so those of one field are a whole element apart.
-  const auto width = structures.fields.size();
-  for (auto at = static_cast<std::size_t>(found - structures.fields.begin()); at < structures.values.size();
-       at += width)
+  for (std::size_t at = first; at < structures.values.size(); at += width)
     result.push_back(structures.values[at] == nullptr ? newEmpty() : structures.values[at]);
   return result;
 }
@@ -36,11 +35,14 @@ bool isNothing(const ValuePtr& value) {
   return value == nullptr || (value->as<std::vector<double>>() && value->elementCount() == 0);
 }
 
-ValuePtr newStructure() { return newValue({1, 1}, Structures()); }
-
-std::size_t fieldPlace(const Structures& structures, const std::string& field) {
-  return static_cast<std::size_t>(std::ranges::find(structures.fields, field) - structures.fields.begin());
+void requireCells(const Interpreter& interpreter, const Value& value) {
+  if (value.as<Cells>() == nullptr)
+    interpreter.fail(
+        "KORVAL:code:WrongType",
+        "Only a cell array is indexed with braces, not a value of class \"" + value.className() + "\"");
 }
+
+ValuePtr newStructure() { return newValue({1, 1}, Structures()); }
 
 /// With the fields of the other structure too, so that elements of one can stand in the other.
 ValuePtr withFieldsOf(const ValuePtr& value, const ValuePtr& other) {
@@ -49,7 +51,7 @@ ValuePtr withFieldsOf(const ValuePtr& value, const ValuePtr& other) {
   Structures structures = *value->as<Structures>();
   for (const std::string& field : model->fields) {
     const std::size_t width = structures.fields.size();
-    if (fieldPlace(structures, field) < width) continue;
+    if (structures.indexOf(field) < width) continue;
     std::vector<ValuePtr> values;
     for (std::size_t element = 0; element < value->elementCount(); ++element) {
       for (std::size_t at = 0; at < width; ++at) values.push_back(structures.values[element * width + at]);
@@ -185,10 +187,7 @@ Values Evaluator::index(const ValuePtr& value, const Selector& access, std::size
 }
 
 Values Evaluator::cellContents(const Value& value, const Selector& access) {
-  if (value.as<Cells>() == nullptr)
-    interpreter_.fail(
-        "KORVAL:code:WrongType",
-        "Only a cell array is indexed with braces, not a value of class \"" + value.className() + "\"");
+  requireCells(interpreter_, value);
   const std::vector<Subscript> all = subscripts(access, value);
   interpreter_.at = access.at;
   if (all.empty()) interpreter_.fail("KORVAL:code:Index", "An index is missing");
@@ -261,7 +260,7 @@ ValuePtr Evaluator::withField(const ValuePtr& base, Selectors accesses, ValuePtr
                                                        "\" with " + std::to_string(whole->elementCount()) +
                                                        " elements cannot be assigned to");
   Structures structures = *whole->as<Structures>();
-  const std::size_t place = fieldPlace(structures, name);
+  const std::size_t place = structures.indexOf(name);
   if (place == structures.fields.size()) {
     structures.fields.push_back(name);
     structures.values.emplace_back();
@@ -286,10 +285,7 @@ ValuePtr Evaluator::withIndex(const ValuePtr& base, Selectors accesses, ValuePtr
 ValuePtr Evaluator::withCellContent(const ValuePtr& base, Selectors accesses, ValuePtr value) {
   const Selector& access = accesses.front();
   const ValuePtr whole = isNothing(base) ? newValue({0, 0}, Cells()) : base;
-  if (whole->as<Cells>() == nullptr)
-    interpreter_.fail(
-        "KORVAL:code:WrongType",
-        "Only a cell array is indexed with braces, not a value of class \"" + whole->className() + "\"");
+  requireCells(interpreter_, *whole);
   const std::vector<Subscript> places = subscripts(access, *whole);
   if (places.empty()) interpreter_.fail("KORVAL:code:Index", "An index is missing");
   ValuePtr old;

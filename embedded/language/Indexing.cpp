@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <numeric>
 
 #include "embedded/language/Convert.h"
@@ -82,7 +81,7 @@ Size grown(Interpreter& interpreter, const Size& size, const std::vector<Positio
   };
   Size result = size;
   if (positions.size() == 1) {
-    const std::size_t count = std::accumulate(size.begin(), size.end(), std::size_t{1}, std::multiplies());
+    const std::size_t count = Value::elementsOf(size);
     // A column grows downwards, a row or a single element to the right; a matrix has no such direction.
     if (needed(0) <= count) return size;
     if (size.size() > 2 || (size[0] > 1 && size[1] != 1 && count > 0))
@@ -102,7 +101,7 @@ Size grown(Interpreter& interpreter, const Size& size, const std::vector<Positio
 
 /// Where each element of a bigger array comes from in the smaller one.
 Positions originsOf(Interpreter& interpreter, const Size& bigger, const Size& smaller) {
-  const std::size_t count = std::accumulate(bigger.begin(), bigger.end(), std::size_t{1}, std::multiplies());
+  const std::size_t count = Value::elementsOf(bigger);
   if (bigger == smaller) return everyPosition(count);
   Positions origins(count, noElement);
   Size at(bigger.size(), 0);
@@ -144,10 +143,11 @@ struct Replacer {
   }
   bool operator()(const std::u16string& by) const { return replaced(std::get<std::u16string>(all), by); }
   bool operator()(const Cells& by) const { return replaced(std::get<Cells>(all).elements, by.elements); }
-  template <class Other>
-  bool operator()(const Other&) const {
-    return false;
-  }
+  // What must be the same of both, as fields are, is looked at where elements are joined.
+  bool operator()(const Strings&) const { return false; }
+  bool operator()(const Structures&) const { return false; }
+  bool operator()(const Objects&) const { return false; }
+  bool operator()(const ScalarKind auto&) const { return false; }
 };
 
 /// Null when the elements do not fit in like that.

@@ -9,7 +9,7 @@ namespace embedded {
 
 namespace {
 
-constexpr kcos::MemberAccess Public{0}, Protected{1}, Immutable{3}, Constant{5};
+using kcos::ConstantAccess, kcos::ImmutableAccess, kcos::ProtectedAccess, kcos::PublicAccess;
 
 [[noreturn]] void failMember(Interpreter& interpreter, const std::string& owner, const std::string& name) {
   interpreter.fail("KORVAL:code:NoSuchMember", "\"" + owner + "\" has no \"" + name + "\"");
@@ -25,8 +25,9 @@ const ValuePtr* findNamed(const std::vector<std::pair<Named, ValuePtr>>& pairs, 
   return found == pairs.end() ? nullptr : &found->second;
 }
 
-const Property* propertyOf(const Class& oneClass, const std::string& name) {
-  return oneClass.property(alreadyInterned(name));
+/// Null too without a class.
+const Property* propertyOf(const Class* oneClass, const std::string& name) {
+  return oneClass == nullptr ? nullptr : oneClass->property(alreadyInterned(name));
 }
 
 ValuePtr declaredValue(Interpreter& interpreter, const PropertyContent& property) {
@@ -37,9 +38,9 @@ ValuePtr declaredValue(Interpreter& interpreter, const PropertyContent& property
 ValuePtr orEmpty(const ValuePtr& value) { return value == nullptr ? newEmpty() : value; }
 
 ValuePtr readStructure(Interpreter& interpreter, const Structures& structures, const std::string& name) {
-  const auto field = std::ranges::find(structures.fields, name);
-  if (field == structures.fields.end()) failMember(interpreter, structures.className, name);
-  return orEmpty(structures.values.at(static_cast<std::size_t>(field - structures.fields.begin())));
+  const std::size_t field = structures.indexOf(name);
+  if (field == structures.fields.size()) failMember(interpreter, structures.className, name);
+  return orEmpty(structures.values.at(field));
 }
 
 ValuePtr readObject(Interpreter& interpreter, const ValuePtr& object, const std::string& name,
@@ -50,7 +51,7 @@ ValuePtr readObject(Interpreter& interpreter, const ValuePtr& object, const std:
   if (oneClass == nullptr)
     // Without a class there are no rules: whoever asks may read what the object holds.
     return stored != nullptr ? *stored : (failMember(interpreter, object->className(), name), nullptr);
-  const Property* property = propertyOf(*oneClass, name);
+  const Property* property = propertyOf(oneClass, name);
   if (property == nullptr) failMember(interpreter, object->className(), name);
   const PropertyContent& declared = property->content();
   if (!mayUse(interpreter, declared.get, *property->definingClass(), asking))
@@ -75,10 +76,11 @@ const Class* classOf(const Interpreter& interpreter, const Value& value) {
 bool mayUse(const Interpreter& interpreter, const kcos::COSExtendedAccess& access, const Class& owner,
             const Routine* asking) {
   // The last two restrict writing only, and withProperty() sees to that.
-  if (access.level == Public || access.level == Immutable || access.level == Constant) return true;
+  if (access.level == PublicAccess || access.level == ImmutableAccess || access.level == ConstantAccess)
+    return true;
   const Class* own = asking == nullptr ? nullptr : asking->context().ownClass;
   if (own == nullptr) return false;
-  if (own == &owner || (access.level == Protected && own->derivesFrom(owner))) return true;
+  if (own == &owner || (access.level == ProtectedAccess && own->derivesFrom(owner))) return true;
   // Classes that derive from a listed one may use the member, too.
   return std::ranges::any_of(access.classes, [&interpreter, own](const kcos::COSInternedName& granted) {
     const Class* found = interpreter.world.classes.find(granted);
@@ -104,8 +106,7 @@ ValuePtr elementOf(Interpreter& interpreter, const ValuePtr& value, std::size_t 
 }
 
 bool readingRunsCode(const Interpreter& interpreter, const Value& object, const std::string& name) {
-  const Class* oneClass = classOf(interpreter, object);
-  const Property* property = oneClass == nullptr ? nullptr : propertyOf(*oneClass, name);
+  const Property* property = propertyOf(classOf(interpreter, object), name);
   return property != nullptr && property->content().getter != nullptr;
 }
 
@@ -126,8 +127,7 @@ ValuePtr storedProperty(Interpreter& interpreter, const ValuePtr& object, const 
   const Object* content = object->as<Object>();
   if (content == nullptr) return readProperty(interpreter, object, name, nullptr);
   if (const ValuePtr* stored = findNamed(content->properties, name)) return *stored;
-  const Class* oneClass = classOf(interpreter, *object);
-  const Property* property = oneClass == nullptr ? nullptr : propertyOf(*oneClass, name);
+  const Property* property = propertyOf(classOf(interpreter, *object), name);
   if (property == nullptr) failMember(interpreter, object->className(), name);
   return declaredValue(interpreter, property->content());
 }
@@ -136,14 +136,13 @@ ValuePtr withProperty(Interpreter& interpreter, const Value& value, const std::s
                       const Routine* asking) {
   // A copy, because values are shared: other variables keep the object as it was.
   Object object = *value.as<Object>();
-  const Class* oneClass = classOf(interpreter, value);
-  const Property* property = oneClass == nullptr ? nullptr : propertyOf(*oneClass, name);
+  const Property* property = propertyOf(classOf(interpreter, value), name);
   if (property == nullptr) failMember(interpreter, value.className(), name);
   const PropertyContent& declared = property->content();
   // Immutable properties are for code of the class that declares them, not for that of derived ones.
   const bool inside = asking != nullptr && asking->context().ownClass == property->definingClass();
-  if (declared.set.level == Constant || (declared.set.level == Immutable && !inside) || declared.dependent ||
-      !mayUse(interpreter, declared.set, *property->definingClass(), asking))
+  if (declared.set.level == ConstantAccess || (declared.set.level == ImmutableAccess && !inside) ||
+      declared.dependent || !mayUse(interpreter, declared.set, *property->definingClass(), asking))
     failAccess(interpreter, "Setting", name);
   const auto stored = std::ranges::find(object.properties, name, &std::pair<std::string, ValuePtr>::first);
   if (stored != object.properties.end())
@@ -173,9 +172,9 @@ Values construct(Evaluator& caller, const Class& oneClass, Values arguments) {
 ValuePtr classConstant(Interpreter& interpreter, const Class& oneClass, const std::string& name,
                        const Routine* asking) {
   if (oneClass.member(alreadyInterned(name)) != nullptr) return newEnumerationMember(oneClass, name);
-  const Property* property = propertyOf(oneClass, name);
+  const Property* property = propertyOf(&oneClass, name);
   // Nothing else tells constants apart than that nobody may set them.
-  if (property == nullptr || property->content().set.level != Constant) return nullptr;
+  if (property == nullptr || property->content().set.level != ConstantAccess) return nullptr;
   if (!mayUse(interpreter, property->content().get, *property->definingClass(), asking))
     failAccess(interpreter, "Reading", name);
   return declaredValue(interpreter, property->content());

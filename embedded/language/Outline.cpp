@@ -159,8 +159,7 @@ std::optional<CodeFailure> checkCode(std::u16string_view text) {
     Parser(text, "").unit();
     return {};
   } catch (const CodeError& error) {
-    return CodeFailure{error.messageId(), error.message(), error.source(), error.at().line,
-                       error.at().column};
+    return error.failure();
   }
 }
 

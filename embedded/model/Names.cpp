@@ -60,6 +60,11 @@ bool isDottedName(std::string_view name) noexcept {
   return isName(name);
 }
 
+std::string importedName(const std::string& import, const std::string& name) {
+  if (import.ends_with(".*")) return import.substr(0, import.size() - 1) + name;
+  return simpleNameOf(import) == name ? import : std::string();
+}
+
 std::string identityOf(const std::string& component, const std::string& name) {
   return component.empty() ? name : component + ':' + name;
 }

@@ -29,6 +29,9 @@ inline std::string_view simpleNameOf(std::string_view dottedName) {
 /// Names joined by dots, so that it can lie in a namespace? The names of files are not.
 bool isDottedName(std::string_view name) noexcept;
 
+/// The name that an import ("lab.Pump" or "lab.*") gives to `name`; empty when it imports something else.
+std::string importedName(const std::string& import, const std::string& name);
+
 /// The identity of a class or a function: "component:name", or the name alone without a component.
 std::string identityOf(const std::string& component, const std::string& name);
 

@@ -1,5 +1,6 @@
 #include "embedded/model/Value.h"
 
+#include <algorithm>
 #include <array>
 #include <boost/algorithm/string/join.hpp>
 #include <functional>
@@ -55,6 +56,10 @@ constinit std::atomic<std::uint64_t> dropped = 0;
 
 }  // namespace
 
+std::size_t Structures::indexOf(std::string_view field) const noexcept {
+  return static_cast<std::size_t>(std::ranges::find(fields, field) - fields.begin());
+}
+
 Value::Value(Size size, Content content, DimensionForm form)
     : size_(std::move(size)), content_(std::move(content)), form_(form) {
   values.fetch_add(1, std::memory_order_relaxed);
@@ -102,11 +107,15 @@ const Opaque* Value::opaque() const noexcept {
   return as<Opaque>();
 }
 
+const Structures* Value::structureObject() const noexcept {
+  const auto* structures = as<Structures>();
+  return structures == nullptr || structures->className.empty() ? nullptr : structures;
+}
+
 int Value::classCode() const noexcept {
   if (const auto* objects = as<Objects>(); objects != nullptr && objects->ofPossibleValues)
     return StorageCode::ObjectArray;
-  if (const auto* structures = as<Structures>(); structures != nullptr && !structures->className.empty())
-    return StorageCode::StructureObject;
+  if (structureObject() != nullptr) return StorageCode::StructureObject;
   return kindOf(content_).code;
 }
 
@@ -114,8 +123,7 @@ std::string Value::className() const {
   if (const Object* found = object()) return found->className.text();
   if (const Opaque* found = opaque()) return found->className;
   if (const auto* objects = as<Objects>()) return objects->className;
-  if (const auto* structures = as<Structures>(); structures != nullptr && !structures->className.empty())
-    return structures->className;
+  if (const Structures* structures = structureObject()) return structures->className;
   if (const auto* member = as<ForeignMember>()) return member->className;
   return std::string(kindOf(content_).name);
 }
@@ -135,8 +143,8 @@ void Value::completeDimensions() const noexcept {
   if (form_ == DimensionForm::Lazy) form_ = DimensionForm::Full;
 }
 
-std::size_t Value::elementCount() const noexcept {
-  return std::accumulate(size_.begin(), size_.end(), std::size_t{1}, std::multiplies());
+std::size_t Value::elementsOf(const Size& size) noexcept {
+  return std::accumulate(size.begin(), size.end(), std::size_t{1}, std::multiplies());
 }
 
 std::optional<int> builtInClassCode(std::string_view className) noexcept {

@@ -34,6 +34,9 @@ struct Strings {
 };
 
 struct Structures {
+  /// Where the field stands among the fields; after the last one when there is none of that name.
+  std::size_t indexOf(std::string_view field) const noexcept;
+
   std::vector<std::string> fields;
   /// Element by element. Null is an empty array, which is made only when it is lent.
   mutable std::vector<ValuePtr> values;
@@ -112,6 +115,8 @@ class Value final : public kxArray_tag {
                    Objects, Opaque, FunctionHandle, ClassReference, ForeignMember, Tall>;
 
   using Size = std::vector<std::size_t>;
+  /// How many elements an array of that size has. It must not be too big for any: such sizes are checked before.
+  static std::size_t elementsOf(const Size& size) noexcept;
 
   Value(Size size, Content content, DimensionForm form = DimensionForm::Full);
   ~Value();
@@ -125,6 +130,8 @@ class Value final : public kxArray_tag {
   const Object* object() const noexcept;
   /// The same for opaque objects.
   const Opaque* opaque() const noexcept;
+  /// The value itself when it is a structure-based object of the older object system; null for any other value.
+  const Structures* structureObject() const noexcept;
   const Content& content() const noexcept { return content_; }
   Content& mutableContent() noexcept { return content_; }
   template <class Kind>
@@ -141,7 +148,7 @@ class Value final : public kxArray_tag {
   std::size_t rows() const noexcept { return size_[0]; }
   /// Of the value as a rectangle: of all dimensions but the first.
   std::size_t columns() const noexcept;
-  std::size_t elementCount() const noexcept;
+  std::size_t elementCount() const noexcept { return elementsOf(size_); }
 
   DimensionForm dimensionForm() const noexcept { return form_; }
   /// What has been held lazily is held fully from now on.

@@ -1,5 +1,7 @@
 #include "embedded/model/World.h"
 
+#include <algorithm>
+
 #include "embedded/model/Names.h"
 #include "embedded/model/Unicode.h"
 
@@ -48,5 +50,10 @@ World::World(const Description& description)
       packages(description.packages),
       foreignClasses(description.foreignClasses),
       workspace(description.workspace, classes) {}
+
+const ForeignClassDescription* World::foreignClass(const std::string& name) const {
+  const auto found = std::ranges::find(foreignClasses, name, &ForeignClassDescription::name);
+  return found == foreignClasses.end() ? nullptr : &*found;
+}
 
 }  // namespace embedded

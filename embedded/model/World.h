@@ -63,6 +63,9 @@ struct World {
   /// Of a description that has been checked.
   explicit World(const Description& description);
 
+  /// Null when there is none of that name.
+  const ForeignClassDescription* foreignClass(const std::string& name) const;
+
   ClassSystem classes;
   Functions functions;
   std::vector<PackageDescription> packages;

@@ -1,5 +1,6 @@
 #include "embedded/snapshot/Checks.h"
 
+#include <algorithm>
 #include <functional>
 #include <unordered_set>
 
@@ -30,6 +31,12 @@ std::optional<std::size_t> ClassNames::findIn(std::initializer_list<const Names*
 void CheckContext::fail(const std::string& code, const JsonPointer& pointer,
                         const std::string& reason) const {
   throw SnapshotError(code, file, pointer.text(), reason);
+}
+
+const ForeignClassDescription* CheckContext::foreignClass(const std::string& name) const {
+  const auto& all = description.foreignClasses;
+  const auto found = std::ranges::find(all, name, &ForeignClassDescription::name);
+  return found == all.end() ? nullptr : &*found;
 }
 
 std::size_t CheckContext::requireClass(const std::string& name, const JsonPointer& pointer,

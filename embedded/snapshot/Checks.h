@@ -56,6 +56,8 @@ struct CheckContext {
 
   [[noreturn]] void fail(const std::string& code, const JsonPointer& pointer,
                          const std::string& reason) const;
+  /// Null when the description has none of that name.
+  const ForeignClassDescription* foreignClass(const std::string& name) const;
   /// The index of the class, or an error.
   std::size_t requireClass(const std::string& name, const JsonPointer& pointer,
                            const std::string& role) const;

@@ -153,9 +153,8 @@ std::string oneNameOf(const CheckContext& context, const std::string& name, cons
     const ClassDescription& found = context.description.classes[*index];
     return identityOf(found.component, found.name);
   }
-  const auto& foreign = context.description.foreignClasses;
-  const bool isForeign = std::ranges::find(foreign, name, &ForeignClassDescription::name) != foreign.end();
-  if (!isForeign && !builtInClassCode(name)) context.requireClass(name, pointer, "the preceded class");
+  if (context.foreignClass(name) == nullptr && !builtInClassCode(name))
+    context.requireClass(name, pointer, "the preceded class");
   return name;
 }
 

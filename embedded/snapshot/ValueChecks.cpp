@@ -74,8 +74,7 @@ class ValueCheck {
     checkDottedName(context_, handle.function, {pointer, "handle"});
   }
   void checkContent(const ClassReferenceValue& reference, const JsonPointer& pointer) {
-    for (const ForeignClassDescription& foreign : context_.description.foreignClasses)
-      if (foreign.name == reference.className) return;
+    if (context_.foreignClass(reference.className) != nullptr) return;
     context_.requireClass(reference.className, {pointer, "class"}, "the class of the reference");
   }
   void checkContent(const TallValue& tall, const JsonPointer& pointer) {
@@ -85,14 +84,13 @@ class ValueCheck {
   }
 
   void checkContent(const ForeignMemberValue& member, const JsonPointer& pointer) {
-    for (const ForeignClassDescription& foreign : context_.description.foreignClasses) {
-      if (foreign.name != member.className) continue;
-      if (std::ranges::find(foreign.members, member.member) != foreign.members.end()) return;
+    const ForeignClassDescription* foreign = context_.foreignClass(member.className);
+    if (foreign == nullptr)
+      context_.fail("snapshot.unknown-class", {pointer, "foreign"},
+                    inQuotes(member.className) + " is no foreign class of this snapshot");
+    if (std::ranges::find(foreign->members, member.member) == foreign->members.end())
       context_.fail("snapshot.unknown-member", {pointer, "member"},
-                    "the class " + inQuotes(foreign.name) + " has no member " + inQuotes(member.member));
-    }
-    context_.fail("snapshot.unknown-class", {pointer, "foreign"},
-                  inQuotes(member.className) + " is no foreign class of this snapshot");
+                    "the class " + inQuotes(foreign->name) + " has no member " + inQuotes(member.member));
   }
 
   void checkContent(const ObjectArray& array, const JsonPointer& pointer) {

@@ -242,6 +242,7 @@ kxArray_tag* kxGetTypeProperty(const kxArray_tag* object, std::size_t index, con
   Session& current = session();
   const CodeSource source(current.interpreter, expressionSource);
   const ValuePtr element = elementOf(current.interpreter, ValuePtr(&valueOf(object)), index);
+  // No run is counted: what is stored or declared is read without code, whatever get method there is.
   return handedOut(storedProperty(current.interpreter, element, name));
 }
 

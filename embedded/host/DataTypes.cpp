@@ -12,6 +12,7 @@ std::string Validation::getClassName() const {
 
 kcos::COSEnumeration<kcos::COSValidationDimension> Validation::getDimensions() const {
   enter<Operation::validationGetDimensions>();
+  // Absent, not empty, here and below: clients have to cope with both.
   if (description_.size.empty()) return {};
   std::vector<kcos::COSValidationDimension> dimensions;
   for (const std::optional<std::size_t>& extent : description_.size) {
@@ -83,6 +84,7 @@ COSInternedName COSDataTypePtr::getID() const {
 
 const COSConversion* COSTypeRepository::getConversion(const COSInternedName& to,
                                                       const COSInternedName& from) {
+  // One for all sessions: it asks the active one when it converts.
   static const embedded::Conversion conversion;
   enter<Operation::getConversion>(to, from);
   const bool found =

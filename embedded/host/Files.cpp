@@ -28,6 +28,7 @@ file_status statusOf(files::file_type type) {
 
 /// Listing a folder has told already what most entries are; only links are followed.
 file_status statusOf(const files::directory_entry& entry) {
+  // Not looked at: an entry that is gone by now is of no kind.
   std::error_code failure;
   if (entry.is_directory(failure)) return file_status(file_type::directory);
   if (entry.is_regular_file(failure)) return file_status(file_type::regular);

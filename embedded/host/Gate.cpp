@@ -19,9 +19,8 @@ constexpr const char* operationNames[] = {
 #undef OPERATION
 };
 
-bool maySuffer(Rule rule) { return rule != Rule::NoThrow; }
 // What undoes runs to its end, or an interrupt would leave a sink on its stream.
-bool heedsInterrupt(Rule rule) { return rule != Rule::NoThrow && rule != Rule::Undo; }
+bool heedsInterrupt(Operation operation) { return mayThrow(operation) && ruleOf(operation) != Rule::Undo; }
 
 /// Control characters, which would break the lines of a log, as "\x.." escapes.
 std::string quoted(const std::string& text) {
@@ -87,12 +86,11 @@ bool Gate::clearFault() {
 void Gate::attend(Operation operation, std::initializer_list<std::string> arguments) {
   // Relaxed everywhere: the flags carry no other data with them, and one call later is soon enough.
   const unsigned attention = attention_.load(std::memory_order_relaxed);
-  const Rule rule = ruleOf(operation);
   // Logged first, because a call that fails has been made. An interrupt leaves a planned fault for the next
   // call.
   if ((attention & Logging) != 0) log(operation, arguments);
-  if ((attention & Interrupt) != 0 && heedsInterrupt(rule)) throw Tamsix::System::InterruptException();
-  if ((attention & Fault) != 0 && maySuffer(rule)) raiseFault(operation);
+  if ((attention & Interrupt) != 0 && heedsInterrupt(operation)) throw Tamsix::System::InterruptException();
+  if ((attention & Fault) != 0 && mayThrow(operation)) raiseFault(operation);
 }
 
 void Gate::log(Operation operation, std::initializer_list<std::string> arguments) {

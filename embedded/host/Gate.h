@@ -36,6 +36,8 @@ constexpr Rule ruleOf(Operation operation) {
   return rules[static_cast<std::size_t>(operation)];
 }
 
+constexpr bool mayThrow(Operation operation) { return ruleOf(operation) != Rule::NoThrow; }
+
 const char* operationName(Operation operation) noexcept;
 std::size_t operationCount() noexcept;
 

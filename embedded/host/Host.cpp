@@ -34,6 +34,7 @@ Description fixedPart(Description description) {
 
 }  // namespace
 
+// Checked before the session is made, which relies on every name in it.
 Host::Host(const Description& description)
     : Host(std::make_unique<Session>(checked(description)), fixedPart(description)) {}
 

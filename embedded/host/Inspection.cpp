@@ -16,8 +16,6 @@ std::optional<Operation> operationNamed(const std::string& name) {
   return {};
 }
 
-bool isFaulty(Operation operation) { return ruleOf(operation) != Rule::NoThrow; }
-
 }  // namespace
 
 Inspection::Inspection(std::unique_ptr<Session> session) : session_(std::move(session)) {}
@@ -44,7 +42,7 @@ void Inspection::setFault(FaultPlan plan) {
   if (!fault.anyOperation) {
     const auto operation = operationNamed(plan.operation);
     // A plan that can never happen would make its test pass for nothing.
-    if (!operation || !isFaulty(*operation))
+    if (!operation || !mayThrow(*operation))
       throw std::invalid_argument("\"" + plan.operation + "\" is no operation of the host that may throw");
     fault.operation = *operation;
   }
@@ -58,7 +56,7 @@ bool Inspection::clearFault() { return session_->clearFault(); }
 std::vector<std::string> Inspection::faultyOperations() {
   std::vector<std::string> names;
   for (std::size_t at = 0; at < operationCount(); ++at)
-    if (const auto operation = static_cast<Operation>(at); isFaulty(operation))
+    if (const auto operation = static_cast<Operation>(at); mayThrow(operation))
       names.emplace_back(operationName(operation));
   return names;
 }

@@ -55,6 +55,7 @@ std::size_t countOf(int nlhs) { return nlhs > 0 ? static_cast<std::size_t>(nlhs)
 Values callFunction(Interpreter& interpreter, const std::string& name, Values arguments, int nlhs) {
   const CodeRun run(interpreter, name);
   const CodeSource source(interpreter, name);
+  // Called from no text: neither imports nor local functions give the name a meaning.
   Evaluator caller(interpreter, interpreter.world.workspace, nullptr);
   return callNamed(caller, name, std::move(arguments), countOf(nlhs));
 }

@@ -84,6 +84,7 @@ Values strcmp(const BuiltinCall& call) {
     const auto text = textIn(call.interpreter, one);
     return text && text == textIn(call.interpreter, other);
   };
+  // What is no text equals nothing, and is no error.
   if (left == nullptr && right == nullptr) return {newLogical(equal(call.arguments[0], call.arguments[1]))};
   const Value& model = left != nullptr ? call[0] : call[1];
   if (left != nullptr && right != nullptr && left->elements.size() != right->elements.size())
@@ -131,6 +132,7 @@ Values logicals(const BuiltinCall& call) {
   call.require(1, 1);
   const std::vector<double> numbers = numbersOf(call.interpreter, call[0]);
   std::vector<bool> result;
+  // NaN becomes true, as it is one in a condition.
   for (const double number : numbers) result.push_back(number != 0);
   return {newValue(call[0].size(), std::move(result))};
 }

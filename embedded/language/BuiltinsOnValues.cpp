@@ -173,7 +173,7 @@ Values modulo(const BuiltinCall& call) {
   const double divisor = numberOf(call.interpreter, call[1]);
   std::vector<double> numbers = numbersOf(call.interpreter, call[0]);
   for (double& number : numbers)
-    // With the sign of the divisor, unlike std::fmod.
+    // With the sign of the divisor, unlike std::fmod; by zero a number stays what it is.
     if (divisor != 0) number -= std::floor(number / divisor) * divisor;
   return {newValue(call[0].size(), std::move(numbers))};
 }

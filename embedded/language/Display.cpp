@@ -110,6 +110,7 @@ std::string conversionAt(Interpreter& interpreter, const std::u16string& format,
 std::u16string escapeAt(const std::u16string& format, std::size_t& at) {
   const char16_t unit = at + 1 < format.size() ? format[at + 1] : u'\\';
   at += at + 1 < format.size() ? 2 : 1;
+  // What is no escape stays as it is written.
   if (unit == u'n') return u"\n";
   if (unit == u't') return u"\t";
   return unit == u'\\' ? u"\\" : std::u16string{u'\\', unit};

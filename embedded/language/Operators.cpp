@@ -36,7 +36,8 @@ constexpr std::array<Effect, 16> effects = {{
     {Symbol::Or, "or", [](double a, double b) { return a != 0 || b != 0 ? 1.0 : 0.0; }, true},
 }};
 
-/// Of an operator between two values, but for && and ||, which are no effects of two values.
+/// Of an operator between two values, but for && and ||, which are no effects of two values. All others are in the
+/// table, so that the search needs no way out.
 const Effect& effectOf(Symbol symbol) { return *std::ranges::find(effects, symbol, &Effect::symbol); }
 
 /// The common size: a single element goes with any number of them.
@@ -164,6 +165,7 @@ ValuePtr calculated(Interpreter& interpreter, Symbol prefix, const ValuePtr& ope
     for (const double number : numbers) result.push_back(number == 0);
     return newValue(operand->size(), std::move(result));
   }
+  // A plus does nothing but make numbers of what is none.
   if (prefix == Symbol::Minus)
     for (double& number : numbers) number = -number;
   return newValue(operand->size(), std::move(numbers));
@@ -173,6 +175,7 @@ ValuePtr rangeOf(Interpreter& interpreter, double first, double step, double las
   // Of 0:0.1:1 the last element is meant too, though the quotient is a little less than a whole number.
   const double count = std::floor((last - first) / step * (1 + 1e-15)) + 1;
   if (!(count >= 1) || step == 0) return newValue({1, 0}, std::vector<double>());
+  // Converting what is beyond would be undefined; the check refuses such a length anyway.
   const auto length = static_cast<std::size_t>(std::min(count, 1e18));
   interpreter.checkSize({1, length});
   std::vector<double> numbers(length);

@@ -223,6 +223,7 @@ std::vector<std::string> Parser::outputs(std::string& name) {
     return result;
   }
   name = dottedName();
+  // Only what follows tells whether that was the name of the function or of its output.
   if (!accept(Assign)) return result;
   result.push_back(std::exchange(name, dottedName()));
   return result;

@@ -191,6 +191,7 @@ Expressions Parser::row() {
   Expressions result;
   do {
     result.push_back(expression());
+    // Not required: blanks part elements too, and a comma may end the row.
     accept(Comma);
   } while (!endsRow() && !token_.is(TokenKind::EndOfText) && !token_.is(CloseParen));
   return result;

@@ -49,7 +49,7 @@ constexpr std::array<Kind, sizeof...(Alternatives)> kindsOf(Type<std::variant<Al
   return {kindOf(Type<Alternatives>())...};
 }
 
-// For all values of the process.
+// For all values of the process. Added to without an order: nobody waits for them.
 constinit std::atomic<std::int64_t> values = 0;
 constinit std::atomic<std::uint64_t> added = 0;
 constinit std::atomic<std::uint64_t> dropped = 0;
@@ -162,6 +162,7 @@ OwnedValue newLogical(bool value) { return newValue({1, 1}, std::vector<bool>{va
 OwnedValue newEmpty() { return newValue({0, 0}, std::vector<double>()); }
 
 OwnedValue newText(std::u16string text) {
+  // Without characters there is no row either: '' is 0x0.
   const Value::Size size = text.empty() ? Value::Size{0, 0} : Value::Size{1, text.size()};
   return newValue(size, std::move(text));
 }

@@ -14,6 +14,7 @@ namespace {
 
 void requireNew(const CheckContext& context, const std::string& name, const JsonPointer& pointer) {
   const auto owner = context.classes.owner(name);
+  // A dotted name has no owner, for several classes may have it.
   if (!owner) return;
   const ClassDescription& other = context.description.classes[*owner];
   context.fail(

@@ -98,6 +98,7 @@ Description read(TextSource& source) {
   Description description;
   Reader reader(source, std::make_unique<RootHandler>(description));
   JsonEvents events(reader, source);
+  // Nothing but blanks may follow the snapshot.
   constexpr bool strict = true;
   constexpr bool ignoreComments = true;
   json::sax_parse(TextIterator(source), TextIterator(), &events, nlohmann::detail::input_format_t::json,
@@ -108,6 +109,7 @@ Description read(TextSource& source) {
 
 void requireReadable(const std::filesystem::path& file) {
   std::error_code error;
+  // `error` is not looked at: what cannot be asked about fails when it is opened.
   const auto kind = std::filesystem::status(file, error).type();
   if (kind == std::filesystem::file_type::not_found)
     throw SnapshotError("snapshot.missing-file", file.string(), "", "there is no such file");

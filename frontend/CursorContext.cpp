@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "host/Text.h"
 #include "syntax/Brackets.h"
 #include "syntax/Characters.h"
 #include "syntax/Statements.h"
@@ -17,13 +18,11 @@ using syntax::Keyword;
 using syntax::Token;
 using syntax::TokenKind;
 
-bool isTrail(char16_t unit) noexcept { return unit >= 0xDC00 && unit <= 0xDFFF; }
-bool isLead(char16_t unit) noexcept { return unit >= 0xD800 && unit <= 0xDBFF; }
-
 std::size_t bounded(const std::u16string& text, std::size_t cursor) {
   if (cursor >= text.size()) return text.size();
   // A cursor never stands between the two halves of a character.
-  const bool isInside = cursor > 0 && isTrail(text[cursor]) && isLead(text[cursor - 1]);
+  const bool isInside =
+      cursor > 0 && fl::i18n::is_low_surrogate(text[cursor]) && fl::i18n::is_high_surrogate(text[cursor - 1]);
   return isInside ? cursor - 1 : cursor;
 }
 

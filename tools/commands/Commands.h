@@ -11,8 +11,8 @@
 
 namespace tools {
 
-/// A place in a session, and how to look at it.
-struct FrontEndOptions {
+/// A cursor in a line of code, whose code it is, and how far an answer may go.
+struct CursorOptions {
   std::string snapshot;
   std::string text;
   /// Characters (Unicode code points) before the cursor; the end of the text when it is not given.
@@ -27,11 +27,11 @@ struct FrontEndOptions {
   bool json = false;
 };
 
-/// What can be typed at the place.
-int runComplete(const FrontEndOptions& options);
+/// What can be typed at the cursor.
+int runComplete(const CursorOptions& options);
 
-/// Why the name is offered at the place, or is not.
-int runExplain(const FrontEndOptions& options, const std::string& name);
+/// Why the name is offered at the cursor, or is not.
+int runExplain(const CursorOptions& options, const std::string& name);
 
 struct DescribeOptions {
   std::string className;
@@ -83,6 +83,6 @@ int runQuery(const QueryOptions& options);
 /// A language server on standard input and output.
 int runServe(const std::string& snapshot);
 
-// Complete and explain are in FrontEnd.cpp, each of the others in the source of its name.
+// Complete and explain are in CompleteExplain.cpp, each of the others in the source of its name.
 
 }  // namespace tools

@@ -41,7 +41,7 @@ void addLimit(CLI::App& command, std::size_t& limit) {
       ->type_name("N");
 }
 
-void addFrontEndOptions(CLI::App& command, tools::FrontEndOptions& options) {
+void addCursorOptions(CLI::App& command, tools::CursorOptions& options) {
   command.add_option("TEXT", options.text, "A line of code, for instance 'pump.Fl'")
       ->type_name("")
       ->required();
@@ -77,17 +77,17 @@ void addQuery(CLI::App& app, int& status) {
 }
 
 void addComplete(CLI::App& app, int& status) {
-  const auto options = std::make_shared<tools::FrontEndOptions>();
+  const auto options = std::make_shared<tools::CursorOptions>();
   CLI::App& command = *app.add_subcommand("complete", "Lists what can be typed at a place in a line of code");
-  addFrontEndOptions(command, *options);
+  addCursorOptions(command, *options);
   command.callback([options, &status] { status = tools::runComplete(*options); });
 }
 
 void addExplain(CLI::App& app, int& status) {
-  const auto options = std::make_shared<tools::FrontEndOptions>();
+  const auto options = std::make_shared<tools::CursorOptions>();
   const auto name = std::make_shared<std::string>();
   CLI::App& command = *app.add_subcommand("explain", "Says why a name is offered at a place, or is not");
-  addFrontEndOptions(command, *options);
+  addCursorOptions(command, *options);
   command.add_option("NAME", *name, "The name to explain")->type_name("")->required();
   command.callback([options, name, &status] { status = tools::runExplain(*options, *name); });
 }

@@ -1,17 +1,23 @@
 #include "tools/lsp/Message.h"
 
 #include <charconv>
+#include <cstdint>
 #include <string_view>
+
+#include "host/Text.h"
 
 namespace tools::lsp {
 
 namespace {
 
+using fl::i18n::is_high_surrogate;
+using fl::i18n::is_low_surrogate;
+
 /// The value of the escape at the backslash ("\uD83D"), or 0.
-unsigned escapedUnit(std::string_view text, std::size_t at) {
+char16_t escapedUnit(std::string_view text, std::size_t at) {
   if (text.substr(at, 2) != "\\u" || at + 6 > text.size()) return 0;
   const std::string_view digits = text.substr(at + 2, 4);
-  unsigned unit = 0;
+  std::uint16_t unit = 0;
   const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), unit, 16);
   return end == digits.data() + digits.size() ? unit : 0;
 }
@@ -20,10 +26,10 @@ unsigned escapedUnit(std::string_view text, std::size_t at) {
 /// replacement character takes as much room, so that positions stay what they are.
 std::string withoutLoneSurrogates(std::string text) {
   for (std::size_t at = text.find('\\'); at != std::string::npos; at = text.find('\\', at)) {
-    const unsigned unit = escapedUnit(text, at);
-    const unsigned next = unit == 0 ? 0 : escapedUnit(text, at + 6);
-    const bool isPair = unit >= 0xD800 && unit < 0xDC00 && next >= 0xDC00 && next < 0xE000;
-    if (!isPair && unit >= 0xD800 && unit < 0xE000) text.replace(at, 6, "\\uFFFD");
+    const char16_t unit = escapedUnit(text, at);
+    const bool isHigh = is_high_surrogate(unit);
+    const bool isPair = isHigh && is_low_surrogate(escapedUnit(text, at + 6));
+    if (!isPair && (isHigh || is_low_surrogate(unit))) text.replace(at, 6, "\\uFFFD");
     at += isPair ? 12 : (unit == 0 ? 2 : 6);
   }
   return text;

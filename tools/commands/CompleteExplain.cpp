@@ -1,12 +1,12 @@
-// The subcommands on top of the front end: complete and explain.
-
-#include "tools/render/FrontEnd.h"
+// What the front end answers about a cursor: runComplete and runExplain of Commands.h.
 
 #include <chrono>
 
 #include "frontend/Explanation.h"
+#include "host/Text.h"
 #include "tools/commands/Answer.h"
 #include "tools/commands/Commands.h"
+#include "tools/render/FrontEnd.h"
 #include "tools/render/Text.h"
 #include "tools/session/HostSession.h"
 
@@ -25,26 +25,25 @@ struct Line {
 
 /// How many UTF-16 units so many characters of the text take.
 std::size_t unitsOf(const std::u16string& text, std::size_t characters) {
-  const auto isLead = [](char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; };
   std::size_t at = 0;
   for (; characters > 0 && at < text.size(); --characters)
-    at += isLead(text[at]) && at + 1 < text.size() ? 2 : 1;
+    at += fl::i18n::is_high_surrogate(text[at]) && at + 1 < text.size() ? 2 : 1;
   return at;
 }
 
 /// The text and the cursor as the front end has them; `command` begins the code of the error.
-Line lineFrom(const FrontEndOptions& options, const std::string& command) {
+Line lineFrom(const CursorOptions& options, const std::string& command) {
   if (!isUtf8(options.text)) throw AnswerError{command + ".not-utf8", "the text is no UTF-8"};
   Line line{wide(options.text)};
   line.cursor = options.cursor ? unitsOf(line.text, *options.cursor) : line.text.size();
   return line;
 }
 
-frontend::Scope scopeFrom(const FrontEndOptions& options) {
+frontend::Scope scopeFrom(const CursorOptions& options) {
   return {wide(options.function), wide(options.className)};
 }
 
-frontend::Options limitsFrom(const FrontEndOptions& options) {
+frontend::Options limitsFrom(const CursorOptions& options) {
   frontend::Options asked{options.policy, {}, options.limit, options.hidden};
   if (options.milliseconds > 0) {
     asked.deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(options.milliseconds);
@@ -52,7 +51,7 @@ frontend::Options limitsFrom(const FrontEndOptions& options) {
   return asked;
 }
 
-Answer answerComplete(const FrontEndOptions& options, embedded::Host& host) {
+Answer answerComplete(const CursorOptions& options, embedded::Host& host) {
   const Line line = lineFrom(options, "complete");
   HostSession session(host);
   const Completion completion =
@@ -69,7 +68,7 @@ Answer answerComplete(const FrontEndOptions& options, embedded::Host& host) {
   return {textOf(completion), isEmpty ? "nothing completes '" + printable(line.text) + "'" : notice};
 }
 
-Answer answerExplain(const FrontEndOptions& options, const std::string& name, embedded::Host& host) {
+Answer answerExplain(const CursorOptions& options, const std::string& name, embedded::Host& host) {
   const Line line = lineFrom(options, "explain");
   if (!isUtf8(name)) throw AnswerError{"explain.not-utf8", "the name is no UTF-8"};
   HostSession session(host);
@@ -84,12 +83,12 @@ Answer answerExplain(const FrontEndOptions& options, const std::string& name, em
 
 }  // namespace
 
-int runComplete(const FrontEndOptions& options) {
+int runComplete(const CursorOptions& options) {
   return answerOnce({"complete", options.snapshot, options.json},
                     [&](embedded::Host& host) { return answerComplete(options, host); });
 }
 
-int runExplain(const FrontEndOptions& options, const std::string& name) {
+int runExplain(const CursorOptions& options, const std::string& name) {
   return answerOnce({"explain", options.snapshot, options.json},
                     [&](embedded::Host& host) { return answerExplain(options, name, host); });
 }

@@ -1,50 +1,8 @@
 #include "tools/query/Operation.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
-#include <optional>
-
-#include "tools/render/Errors.h"
 
 namespace tools::query {
-
-void Question::ask(const std::function<Result()>& call) {
-  // Before the library is asked: a request that is wrong has no effect.
-  arguments.finish();
-  std::optional<Result> result;
-  // The record goes on from request to request; only what this one is refused counts.
-  host_.clearCodeRecord();
-  if (trace_) host_.startLog();
-  try {
-    result.emplace(call());
-  } catch (...) {
-    answer_["exception"] = jsonOfCurrentException();
-  }
-  // After an exception, too: the calls before it are worth knowing.
-  if (trace_) log_ = host_.takeLog();
-  refused_ = host_.codeRecord().refused;
-  interrupted_ = host_.interruptRequested();
-  // Only now: rendering asks the host, too.
-  if (result) answer_["result"] = jsonOf(*result);
-}
-
-void Question::tell(const std::string& name, const Result& parameter) { answer_[name] = jsonOf(parameter); }
-
-void Question::finish() {
-  if (interrupted_) answer_["status"] = "interrupted";
-  if (!refused_.empty()) {
-    Json& refused = answer_["refused"] = Json::array();
-    for (const std::string& what : refused_) refused.push_back(tools::jsonOf(what));
-  }
-  if (trace_) {
-    Json calls = Json::array();
-    for (const embedded::Call& call : log_) {
-      calls.push_back({{"operation", call.operation}, {"arguments", tools::jsonOf(call.arguments)}});
-    }
-    answer_["calls"] = std::move(calls);
-    answer_["ranKorvalCode"] = embedded::Host::ranKorvalCode(log_);
-  }
-}
 
 Parameter existing(const char* name) {
   Parameter parameter(name);

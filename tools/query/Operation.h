@@ -14,39 +14,10 @@
 #include <variant>
 #include <vector>
 
-#include "embedded/Host.h"
 #include "tools/query/Arguments.h"
-#include "tools/query/Result.h"
+#include "tools/query/Question.h"
 
 namespace tools::query {
-
-/// One request while it runs: arguments are read, the library is asked once, and then the
-/// out-parameters are told.
-class Question {
- public:
-  /// What is said goes to `answer`.
-  Question(const Arguments& arguments, embedded::Host& host, bool trace, Json& answer)
-      : arguments(arguments), host_(host), trace_(trace), answer_(answer) {}
-
-  const Arguments& arguments;
-
-  /// Calls the library; nothing else is asked of the host between the beginning and the end of the log.
-  void ask(const std::function<Result()>& call);
-  void tell(const std::string& name, const Result& parameter);
-  /// Tells what else there is to say.
-  void finish();
-
-  /// The execution frames that have been pushed, innermost first.
-  std::vector<const IExecutionFrame*> frames() const { return host_.frames(); }
-
- private:
-  embedded::Host& host_;
-  const bool trace_;
-  Json& answer_;
-  bool interrupted_ = false;
-  std::vector<embedded::Call> log_;
-  std::vector<std::string> refused_;
-};
 
 /// The key of an argument.
 struct Parameter {

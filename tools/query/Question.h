@@ -1,6 +1,6 @@
 #pragma once
 
-// What operations of the library return and append to, and its JSON.
+// One request while it runs, and what operations of the library return and append to.
 
 #include <contextdata/KCOSContextData/ClassInfo.h>
 #include <contextdata/KCOSContextData/ResolvedClassID.h>
@@ -8,15 +8,18 @@
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <string>
 #include <unordered_set>
 #include <variant>
 #include <vector>
 
+#include "embedded/Host.h"
 #include "host/Arrays.h"
 #include "host/Classes.h"
 #include "host/FunctionMetadata.h"
+#include "tools/query/Arguments.h"
 #include "tools/render/Json.h"
 
 namespace tools::query {
@@ -33,7 +36,31 @@ using Result =
                  const KCOSContextData::PropertyVisitorMutable*, const KCOSContextData::MethodVisitorMutable*,
                  kcos::COSClass*, kcos::COSInterface*>;
 
-/// Some of it is asked of the host: only when the operation is over.
-Json jsonOf(const Result& result);
+/// Arguments are read, the library is asked once, and then the out-parameters are told.
+class Question {
+ public:
+  /// What is said goes to `answer`.
+  Question(const Arguments& arguments, embedded::Host& host, bool trace, Json& answer)
+      : arguments(arguments), host_(host), trace_(trace), answer_(answer) {}
+
+  const Arguments& arguments;
+
+  /// Calls the library; nothing else is asked of the host between the beginning and the end of the log.
+  void ask(const std::function<Result()>& call);
+  void tell(const std::string& name, const Result& parameter);
+  /// Tells what else there is to say.
+  void finish();
+
+  /// The execution frames that have been pushed, innermost first.
+  std::vector<const IExecutionFrame*> frames() const { return host_.frames(); }
+
+ private:
+  embedded::Host& host_;
+  const bool trace_;
+  Json& answer_;
+  bool interrupted_ = false;
+  std::vector<embedded::Call> log_;
+  std::vector<std::string> refused_;
+};
 
 }  // namespace tools::query

@@ -1,9 +1,11 @@
-#include "tools/query/Result.h"
+#include "tools/query/Question.h"
 
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <utility>
 
 #include "tools/render/ClassDescription.h"
+#include "tools/render/Errors.h"
 #include "tools/render/Value.h"
 
 namespace tools::query {
@@ -14,7 +16,7 @@ using KCOSContextData::ClassInfo;
 using KCOSContextData::ResolvedClassID;
 
 Json identityOf(const ClassInfo* record) {
-  return record == nullptr ? Json() : tools::jsonOf(record->classId.text());
+  return record == nullptr ? Json() : jsonOf(record->classId.text());
 }
 
 /// The JSON of each thing that a result can be, or hold.
@@ -24,10 +26,10 @@ struct Rendering {
   Json operator()(unsigned int number) const { return number; }
   Json operator()(std::int32_t number) const { return number; }
   Json operator()(std::size_t number) const { return number; }
-  Json operator()(const std::u16string& text) const { return tools::jsonOf(text); }
-  Json operator()(const std::string& text) const { return tools::jsonOf(text); }
-  Json operator()(const KCOSContextData::PropertyInfo& property) const { return tools::jsonOf(property); }
-  Json operator()(const KCOSContextData::MethodInfo& method) const { return tools::jsonOf(method); }
+  Json operator()(const std::u16string& text) const { return jsonOf(text); }
+  Json operator()(const std::string& text) const { return jsonOf(text); }
+  Json operator()(const KCOSContextData::PropertyInfo& property) const { return jsonOf(property); }
+  Json operator()(const KCOSContextData::MethodInfo& method) const { return jsonOf(method); }
 
   /// As snapshots have it where that is short.
   Json operator()(const boost::intrusive_ptr<kxArray_tag>& value) const { return jsonOfValue(value.get()); }
@@ -53,11 +55,11 @@ struct Rendering {
   /// The component-qualified name; "" for the null identifier.
   Json operator()(const ResolvedClassID& id) const {
     const kcos::COSInternedName& name = id;
-    return tools::jsonOf(name.text());
+    return jsonOf(name.text());
   }
 
   Json operator()(const ResolvedClassID::DebuggerFocus& focus) const {
-    return {{"name", tools::jsonOf(focus.name)}, {"first", focus.first}, {"second", focus.second}};
+    return {{"name", jsonOf(focus.name)}, {"first", focus.first}, {"second", focus.second}};
   }
 
   Json operator()(const KCOSContextData::AttributeSets& sets) const {
@@ -73,9 +75,9 @@ struct Rendering {
     for (const auto& superclass : record->structure.superclasses) {
       superclasses.push_back((*this)(superclass.get()));
     }
-    return {{"name", tools::jsonOf(record->structure.name)},
+    return {{"name", jsonOf(record->structure.name)},
             {"superclasses", std::move(superclasses)},
-            {"classId", tools::jsonOf(record->classId.text())}};
+            {"classId", jsonOf(record->classId.text())}};
   }
 
   Json operator()(const KCOSContextData::PropertyVisitorMutable* visitor) const {
@@ -102,13 +104,13 @@ struct Rendering {
 
   /// The identity of the class, or null.
   Json operator()(kcos::COSClass* found) const {
-    return found == nullptr ? Json() : tools::jsonOf(found->getID().text());
+    return found == nullptr ? Json() : jsonOf(found->getID().text());
   }
 
   /// The dotted name of the namespace, or null.
   Json operator()(kcos::COSInterface* found) const {
     const kcos::COSNamespace* space = kcos::cosiToNamespace(found);
-    return space == nullptr ? Json() : tools::jsonOf(std::string(space->getDottedName()));
+    return space == nullptr ? Json() : jsonOf(std::string(space->getDottedName()));
   }
 
   template <class Elements>
@@ -119,8 +121,47 @@ struct Rendering {
   }
 };
 
+/// Some of it is asked of the host: only when the operation is over.
+Json rendered(const Result& result) { return std::visit(Rendering(), result); }
+
 }  // namespace
 
-Json jsonOf(const Result& result) { return std::visit(Rendering(), result); }
+void Question::ask(const std::function<Result()>& call) {
+  // Before the library is asked: a request that is wrong has no effect.
+  arguments.finish();
+  std::optional<Result> result;
+  // The record goes on from request to request; only what this one is refused counts.
+  host_.clearCodeRecord();
+  if (trace_) host_.startLog();
+  try {
+    result.emplace(call());
+  } catch (...) {
+    answer_["exception"] = jsonOfCurrentException();
+  }
+  // After an exception, too: the calls before it are worth knowing.
+  if (trace_) log_ = host_.takeLog();
+  refused_ = host_.codeRecord().refused;
+  interrupted_ = host_.interruptRequested();
+  // Only now: rendering asks the host, too.
+  if (result) answer_["result"] = rendered(*result);
+}
+
+void Question::tell(const std::string& name, const Result& parameter) { answer_[name] = rendered(parameter); }
+
+void Question::finish() {
+  if (interrupted_) answer_["status"] = "interrupted";
+  if (!refused_.empty()) {
+    Json& refused = answer_["refused"] = Json::array();
+    for (const std::string& what : refused_) refused.push_back(jsonOf(what));
+  }
+  if (trace_) {
+    Json calls = Json::array();
+    for (const embedded::Call& call : log_) {
+      calls.push_back({{"operation", call.operation}, {"arguments", jsonOf(call.arguments)}});
+    }
+    answer_["calls"] = std::move(calls);
+    answer_["ranKorvalCode"] = embedded::Host::ranKorvalCode(log_);
+  }
+}
 
 }  // namespace tools::query

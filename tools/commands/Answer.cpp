@@ -1,10 +1,10 @@
 #include "tools/commands/Answer.h"
 
 #include <iostream>
-#include <nlohmann/json.hpp>
 
 #include "host/Exceptions.h"
-#include "tools/render/Errors.h"
+#include "tools/render/Json.h"
+#include "tools/render/Text.h"
 #include "tools/session/Snapshot.h"
 
 namespace tools {
@@ -21,9 +21,9 @@ int write(const Answer& answer) {
 }
 
 /// For programs the error as JSON, for people its text.
-int fail(const AnswerOptions& options, const Json& error, const std::string& text, int status) {
+int fail(const AnswerOptions& options, const std::string& json, const std::string& text, int status) {
   if (options.json) {
-    std::cout << lineOf({{"error", error}}) << '\n';
+    std::cout << json << '\n';
   } else {
     std::cerr << "contextdata: " << text << '\n';
   }
@@ -31,17 +31,15 @@ int fail(const AnswerOptions& options, const Json& error, const std::string& tex
 }
 
 int fail(const AnswerOptions& options, const AnswerError& error) {
-  Json whole = {{"code", error.code}, {"message", error.message}};
-  if (error.addDetails) error.addDetails(whole);
-  return fail(options, whole, error.message + " [" + error.code + "]", error.status);
+  return fail(options, errorLine(error.code, error.message, error.failed),
+              error.message + " [" + error.code + "]", error.status);
 }
 
 int failWithCurrentException(const AnswerOptions& options) {
   const std::string code = options.command + ".failed";
   const std::string message = "the class system failed";
-  const Json exception = jsonOfCurrentException();
-  return fail(options, {{"code", code}, {"message", message}, {"exception", exception}},
-              message + ": " + lineOf(exception) + " [" + code + "]", NoAnswer);
+  return fail(options, errorLineOfCurrentException(code, message),
+              message + ": " + lineOfCurrentException() + " [" + code + "]", NoAnswer);
 }
 
 int answer(const AnswerOptions& options, embedded::Host& host,
@@ -72,7 +70,7 @@ int answerOnce(const AnswerOptions& options, const std::function<Answer(embedded
   try {
     return answer(options, *loadSnapshot(options.snapshot), ask);
   } catch (const embedded::SnapshotError& error) {
-    return fail(options, jsonOf(error), describe(error), NoAnswer);
+    return fail(options, errorLine(error), messageOf(error), NoAnswer);
   }
 }
 

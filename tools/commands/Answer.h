@@ -3,6 +3,7 @@
 // How a subcommand answers one question about a session.
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "embedded/Host.h"
@@ -16,8 +17,8 @@ struct AnswerError {
   std::string code;
   std::string message;
   int status = NoAnswer;
-  /// Adds what programs are told besides, when there is something.
-  std::function<void(Json& error)> addDetails = {};
+  /// What programs are told besides, when it was code that failed.
+  std::optional<FailedCode> failed = {};
 };
 
 /// The answer was not waited for; the subcommand begins the code.

@@ -1,7 +1,6 @@
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <fstream>
 #include <iostream>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -47,20 +46,15 @@ void print(OutputKind kind, std::u16string_view text) {
   stream << narrow(text) << std::flush;
 }
 
-/// Programs are told the place and the output in keys of their own.
+/// People are told the position in the message, programs in keys of their own.
 AnswerError errorOf(const EvalOptions& options, const embedded::CodeFailure& failure,
                     const std::u16string& output) {
   const bool isScript = failure.source == "expression" && !options.file.empty();
   const std::string source = isScript ? options.file : failure.source;
-  const std::string place =
+  const std::string position =
       source + ":" + std::to_string(failure.line) + ":" + std::to_string(failure.column) + ": ";
-  const auto addDetails = [=, line = failure.line, column = failure.column](Json& error) {
-    error["source"] = jsonOf(source);
-    error["line"] = line;
-    error["column"] = column;
-    error["output"] = jsonOf(output);
-  };
-  return {failure.id, options.json ? failure.message : place + failure.message, NoAnswer, addDetails};
+  return {failure.id, options.json ? failure.message : position + failure.message, NoAnswer,
+          FailedCode{source, failure.line, failure.column, output}};
 }
 
 /// Receives the code's output for as long as it lives.
@@ -83,7 +77,7 @@ Answer evaluate(const EvalOptions& options, embedded::Host& host) {
   std::u16string output;
   const auto keep = [&](OutputKind, std::u16string_view printed) { output += printed; };
   const OutputTo printing(host, options.json ? embedded::Output(keep) : embedded::Output(print));
-  // The error is told below, with its place.
+  // The error is told below, with its position.
   matrix::setErrorMode(matrix::ErrorMode::Silent);
   const int nlhs = options.json && options.file.empty() ? 1 : 0;
   kxArray_tag* slot = nullptr;
@@ -92,9 +86,7 @@ Answer evaluate(const EvalOptions& options, embedded::Host& host) {
   const boost::intrusive_ptr<kxArray_tag> value(slot, false);
   if (status != 0) throw errorOf(options, host.codeFailure().value(), output);
   if (!options.json) return {};
-  Json answer = {{"output", jsonOf(output)}};
-  if (nlhs == 1) answer["value"] = jsonOfValue(value.get());
-  return {lineOf(answer) + '\n'};
+  return {(nlhs == 1 ? jsonLineOf(output, value.get()) : jsonLineOf(output)) + '\n'};
 }
 
 }  // namespace

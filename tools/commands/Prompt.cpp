@@ -12,7 +12,7 @@
 #include "tools/prompt/Editor.h"
 #include "tools/prompt/Lines.h"
 #include "tools/prompt/Terminal.h"
-#include "tools/render/Errors.h"
+#include "tools/render/Text.h"
 #include "tools/session/Process.h"
 #include "tools/session/Snapshot.h"
 
@@ -60,7 +60,7 @@ int runPrompt(const PromptOptions& options) {
   try {
     return work(options, *loadSnapshot(options.snapshot));
   } catch (const embedded::SnapshotError& error) {
-    std::cerr << "contextdata: " << describe(error) << '\n';
+    std::cerr << "contextdata: " << messageOf(error) << '\n';
     return NoAnswer;
   }
 }

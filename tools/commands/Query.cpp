@@ -4,7 +4,7 @@
 #include "tools/commands/Commands.h"
 #include "tools/query/Operation.h"
 #include "tools/query/Protocol.h"
-#include "tools/render/Errors.h"
+#include "tools/render/Text.h"
 #include "tools/session/Process.h"
 #include "tools/session/Snapshot.h"
 
@@ -47,7 +47,7 @@ int runQuery(const QueryOptions& options) {
     if (options.noCode) host->setCodePolicy(embedded::CodePolicy::Refused);
     return answerAll(*host, options.trace);
   } catch (const embedded::SnapshotError& error) {
-    std::cerr << "contextdata: " << describe(error) << '\n';
+    std::cerr << "contextdata: " << messageOf(error) << '\n';
     return NoAnswer;
   }
 }

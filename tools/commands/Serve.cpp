@@ -9,7 +9,7 @@
 #include "tools/lsp/Inbox.h"
 #include "tools/lsp/Input.h"
 #include "tools/lsp/Server.h"
-#include "tools/render/Errors.h"
+#include "tools/render/Text.h"
 #include "tools/session/Process.h"
 
 namespace tools {
@@ -50,7 +50,7 @@ int runServe(const std::string& snapshot) {
   try {
     return serveFile(snapshot);
   } catch (const embedded::SnapshotError& error) {
-    std::cerr << "contextdata: " << describe(error) << '\n';
+    std::cerr << "contextdata: " << messageOf(error) << '\n';
     return NoAnswer;
   }
 }

@@ -7,7 +7,7 @@
 #include "tools/lsp/Diagnostics.h"
 #include "tools/lsp/Inbox.h"
 #include "tools/lsp/Uri.h"
-#include "tools/render/Errors.h"
+#include "tools/render/Text.h"
 #include "tools/session/Snapshot.h"
 
 namespace tools::lsp {
@@ -37,7 +37,7 @@ void SessionFile::reload(Client& client) {
     client.log(Severity::Info, file_ + " has been loaded again");
   } catch (const embedded::SnapshotError& error) {
     publishFailure(client, uriOf(file_), error);
-    client.show(Severity::Warning, describe(error) + ". What was loaded before is still used.");
+    client.show(Severity::Warning, messageOf(error) + ". What was loaded before is still used.");
   }
 }
 

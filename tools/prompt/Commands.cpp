@@ -10,7 +10,6 @@
 
 #include "frontend/Explanation.h"
 #include "frontend/Hover.h"
-#include "tools/render/Errors.h"
 #include "tools/render/FrontEnd.h"
 #include "tools/render/Text.h"
 #include "tools/session/Process.h"
@@ -156,7 +155,7 @@ CommandEnding runCommand(LiveSession& live, const std::u16string& line) {
   } catch (const CommandError& error) {
     std::cerr << error.message << " [" << error.code << "]" << std::endl;
   } catch (const embedded::SnapshotError& error) {
-    std::cerr << tools::describe(error) << std::endl;
+    std::cerr << messageOf(error) << std::endl;
   }
   return CommandEnding::Failed;
 }

@@ -13,7 +13,7 @@
 #include "host/Interpreter.h"
 #include "host/Text.h"
 #include "tools/prompt/Terminal.h"
-#include "tools/render/Errors.h"
+#include "tools/render/Json.h"
 #include "tools/render/Text.h"
 #include "tools/session/Process.h"
 
@@ -109,7 +109,7 @@ std::string errorOf(embedded::Host& host, const std::u16string& text, int firstL
   } catch (const Tamsix::System::InterruptException&) {
     return "interrupted\n";
   } catch (...) {
-    return "the session failed: " + describeCurrentException() + '\n';
+    return "the session failed: " + lineOfCurrentException() + '\n';
   }
 }
 

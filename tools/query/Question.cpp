@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "tools/render/ClassDescription.h"
-#include "tools/render/Errors.h"
+#include "tools/render/Json.h"
 #include "tools/render/Value.h"
 
 namespace tools::query {

@@ -1,7 +1,6 @@
 #include "tools/render/ClassDescription.h"
 
 #include <boost/algorithm/string/join.hpp>
-#include <nlohmann/json.hpp>
 #include <utility>
 #include <vector>
 
@@ -121,53 +120,6 @@ std::string sections(const ClassTree& tree, const std::string& heading,
   return text;
 }
 
-// For programs.
-
-Json wordOf(const Level& level) { return level ? Json(accessWord(*level)) : Json(); }
-
-Json listOf(const std::vector<std::u16string>& texts) {
-  Json list = Json::array();
-  for (const std::u16string& text : texts) list.push_back(jsonOf(text));
-  return list;
-}
-
-Json objectOf(const PropertyDescription& property) {
-  Json json = jsonOf(property.info);
-  json["readAccess"] = wordOf(property.readLevel);
-  json["writeAccess"] = wordOf(property.writeLevel);
-  json["isHidden"] = property.isHidden;
-  return json;
-}
-
-Json objectOf(const MethodDescription& method) {
-  Json json = jsonOf(method.info);
-  json["access"] = wordOf(method.level);
-  json["isHidden"] = method.isHidden;
-  json["isConstructor"] = method.isConstructor;
-  json["isOperatorOverload"] = method.isOperatorOverload;
-  return json;
-}
-
-template <class Members>
-Json objectsOf(const Members& members) {
-  Json list = Json::array();
-  for (const auto& member : members) list.push_back(objectOf(member));
-  return list;
-}
-
-Json objectOf(const ClassDescription& described, const std::vector<ClassDescription>& classes) {
-  Json superclasses = Json::array();
-  for (const std::size_t at : described.superclasses) superclasses.push_back(jsonOf(classes[at].classId));
-  return {{"name", jsonOf(described.name)},
-          {"classId", jsonOf(described.classId)},
-          {"isValid", described.isValid},
-          {"isEnumeration", described.isEnumeration},
-          {"superclasses", std::move(superclasses)},
-          {"enumerationMembers", listOf(described.enumerationMembers)},
-          {"properties", objectsOf(described.properties)},
-          {"methods", objectsOf(described.methods)}};
-}
-
 // For graphviz.
 
 std::string escaped(const std::string& text, const std::string& special) {
@@ -210,24 +162,6 @@ std::string nodeOf(std::size_t at) { return "class" + std::to_string(at); }
 
 }  // namespace
 
-Json jsonOf(const KCOSContextData::PropertyInfo& property) {
-  return {{"name", jsonOf(property.name)},
-          {"type", jsonOf(property.type)},
-          {"sizeStrings", listOf(property.sizeStrings)},
-          {"validationFunctions", listOf(property.validationFunctions)},
-          {"isDependent", property.isDependent},
-          {"hasCustomGetter", property.hasCustomGetter},
-          {"optimizedPropertyFlag", property.optimizedPropertyFlag},
-          {"possibleValuesKind", property.possibleValuesKind},
-          {"possibleValues", listOf(property.possibleValues)}};
-}
-
-Json jsonOf(const KCOSContextData::MethodInfo& method) {
-  return {{"name", jsonOf(method.name)},
-          {"definingClass", jsonOf(method.definingClass)},
-          {"isStatic", method.isStatic}};
-}
-
 std::string textOf(const ClassTree& tree) {
   std::string text;
   std::vector<bool> shown(tree.classes.size());
@@ -238,14 +172,6 @@ std::string textOf(const ClassTree& tree) {
   text += sections(tree, "members of the enumeration", enumerationRows);
   text += sections(tree, "properties of", propertyRows);
   return text + sections(tree, "methods of", methodRows);
-}
-
-std::string jsonLineOf(const ClassTree& tree) {
-  Json classes = Json::array();
-  for (const ClassDescription& described : tree.classes) {
-    classes.push_back(objectOf(described, tree.classes));
-  }
-  return lineOf({{"classes", std::move(classes)}});
 }
 
 std::string dotOf(const ClassTree& tree) {

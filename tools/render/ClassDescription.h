@@ -9,17 +9,18 @@
 
 namespace tools {
 
-/// Records with all their fields, under the names of the fields.
-Json jsonOf(const KCOSContextData::PropertyInfo& property);
-Json jsonOf(const KCOSContextData::MethodInfo& method);
-
 /// For people: the tree of superclasses, then what each class contributes.
 std::string textOf(const frontend::ClassTree& tree);
 
-/// For programs: the record, field by field.
-std::string jsonLineOf(const frontend::ClassTree& tree);
-
 /// For graphviz: a picture of the superclasses with what each class contributes.
 std::string dotOf(const frontend::ClassTree& tree);
+
+// For programs: in Json.cpp.
+
+/// Records with all their fields, under the names of the fields.
+Json jsonOf(const KCOSContextData::PropertyInfo& property);
+Json jsonOf(const KCOSContextData::MethodInfo& method);
+/// The whole description, field by field.
+std::string jsonLineOf(const frontend::ClassTree& tree);
 
 }  // namespace tools

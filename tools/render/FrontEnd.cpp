@@ -2,46 +2,11 @@
 
 #include <algorithm>
 #include <boost/algorithm/string/join.hpp>
-#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "tools/render/Text.h"
 
 namespace tools {
-
-namespace {
-
-void add(Json& json, const char* key, const std::u16string& text) {
-  if (!text.empty()) json[key] = jsonOf(text);
-}
-
-/// With what every answer begins.
-Json objectOf(const frontend::Outcome& outcome) {
-  Json json = {{"status", nameOf(outcome.status)}};
-  add(json, "reason", outcome.reason);
-  json["neededPolicy"] = nameOf(outcome.neededPolicy);
-  add(json, "printed", outcome.printed);
-  return json;
-}
-
-Json objectOf(const frontend::Candidate& candidate) {
-  Json json = {{"label", jsonOf(candidate.label)},
-               {"insertion", jsonOf(candidate.insertion)},
-               {"kind", nameOf(candidate.kind)},
-               {"match", nameOf(candidate.match)},
-               {"order", candidate.order}};
-  add(json, "declaringClass", candidate.declaringClass);
-  if (candidate.access) json["access"] = accessWord(*candidate.access);
-  add(json, "type", candidate.type);
-  add(json, "size", candidate.size);
-  if (candidate.isStatic) json["static"] = true;
-  if (candidate.isConstant) json["constant"] = true;
-  if (candidate.isHidden) json["hidden"] = true;
-  if (candidate.readRunsCode) json["readRunsCode"] = true;
-  return json;
-}
-
-}  // namespace
 
 std::string kindOf(const frontend::Candidate& candidate) {
   std::string kind = nameOf(candidate.kind);
@@ -89,28 +54,5 @@ std::string textOf(const frontend::Explanation& explanation) {
   return printable(explanation.name) + (explanation.isOffered ? " is offered\n" : " is not offered\n") +
          tableOf(rows);
 }
-
-std::string jsonLineOf(const frontend::Completion& completion) {
-  Json json = objectOf(completion.outcome);
-  json["begin"] = completion.begin;
-  json["end"] = completion.end;
-  json["total"] = completion.total;
-  json["candidates"] = Json::array();
-  for (const auto& candidate : completion.candidates) json["candidates"].push_back(objectOf(candidate));
-  return lineOf(json);
-}
-
-Json jsonOf(const frontend::Explanation& explanation) {
-  Json json = objectOf(explanation.outcome);
-  json["name"] = jsonOf(explanation.name);
-  json["isOffered"] = explanation.isOffered;
-  json["reasons"] = Json::array();
-  for (const frontend::Reason& reason : explanation.reasons) {
-    json["reasons"].push_back({{"rule", nameOf(reason.rule)}, {"detail", jsonOf(reason.detail)}});
-  }
-  return json;
-}
-
-std::string jsonLineOf(const frontend::Explanation& explanation) { return lineOf(jsonOf(explanation)); }
 
 }  // namespace tools

@@ -20,7 +20,8 @@ std::string noticeOf(const frontend::Outcome& outcome);
 std::string textOf(const frontend::Completion& completion);
 std::string textOf(const frontend::Explanation& explanation);
 
-/// For programs.
+// For programs: in Json.cpp.
+
 Json jsonOf(const frontend::Explanation& explanation);
 std::string jsonLineOf(const frontend::Completion& completion);
 std::string jsonLineOf(const frontend::Explanation& explanation);

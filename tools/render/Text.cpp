@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <boost/locale/encoding_utf.hpp>
 
+#include "embedded/Host.h"
 #include "host/Members.h"
 
 namespace tools {
@@ -65,6 +66,12 @@ std::string printable(std::u16string text) {
 }
 
 std::string printable(const std::string& text) { return printable(wide(text)); }
+
+std::string messageOf(const embedded::SnapshotError& error) {
+  std::string text = error.file() + ": ";
+  if (!error.pointer().empty()) text += error.pointer() + ": ";
+  return text + error.reason() + " [" + error.code() + "]";
+}
 
 std::string accessWord(std::int32_t level) {
   const std::string_view word = kcos::accessWord(level);

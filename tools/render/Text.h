@@ -8,6 +8,10 @@
 #include <string_view>
 #include <vector>
 
+namespace embedded {
+class SnapshotError;
+}
+
 namespace tools {
 
 bool isUtf8(const std::string& text);
@@ -19,6 +23,9 @@ std::string narrow(std::u16string_view text);
 /// UTF-8 without what cannot be converted, and with control characters, which a terminal would obey, replaced.
 std::string printable(std::u16string text);
 std::string printable(const std::string& text);
+
+/// Why a snapshot cannot be loaded: "FILE: POINTER: reason [code]", without what is empty.
+std::string messageOf(const embedded::SnapshotError& error);
 
 /// "public", "protected", ..., or the number of a level that only the host knows.
 std::string accessWord(std::int32_t level);

@@ -141,4 +141,10 @@ class ValueWriter {
 
 Json jsonOfValue(const kxArray_tag* value) { return ValueWriter().write(value, 1); }
 
+std::string jsonLineOf(const std::u16string& output) { return lineOf({{"output", jsonOf(output)}}); }
+
+std::string jsonLineOf(const std::u16string& output, const kxArray_tag* value) {
+  return lineOf({{"output", jsonOf(output)}, {"value", jsonOfValue(value)}});
+}
+
 }  // namespace tools

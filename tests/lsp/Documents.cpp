@@ -9,8 +9,8 @@
 #include "tools/lsp/Documents.h"
 
 using tools::lsp::Document;
-using tools::lsp::Position;
 using tools::lsp::PositionEncoding;
+using tools::lsp::ProtocolPosition;
 
 namespace {
 
@@ -24,10 +24,10 @@ TEST(Documents, PositionsAreOffsets) {
   for (const auto& [encoding, asked, expected, expectedBack] :
        rowsOf<4>("tests/lsp/tables.rows", "Documents.PositionsAreOffsets")) {
     const Document document(mixed, encoding == "utf8" ? utf8 : utf16);
-    Position position;
+    ProtocolPosition position;
     std::istringstream(asked) >> position.line >> position.character;
     const std::size_t offset = document.offsetOf(position);
-    const Position back = document.positionOf(offset);
+    const ProtocolPosition back = document.positionOf(offset);
     EXPECT_EQ(std::to_string(offset), expected) << asked;
     EXPECT_EQ(std::to_string(back.line) + ":" + std::to_string(back.character), expectedBack) << asked;
   }
@@ -39,7 +39,7 @@ TEST(Documents, EveryOffsetHasAPositionAndEveryPositionAnOffset) {
     for (const PositionEncoding encoding : {utf8, utf16}) {
       const Document document(text, encoding);
       for (std::size_t offset = 0; offset <= text.size() + 3; ++offset) {
-        const Position position = document.positionOf(offset);
+        const ProtocolPosition position = document.positionOf(offset);
         const std::size_t back = document.offsetOf(position);
         EXPECT_LE(back, std::min(offset, text.size()));
         EXPECT_EQ(document.positionOf(back).character, position.character) << offset;

@@ -1,14 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <thread>
 #include <variant>
 #include <vector>
 
 #include "tests/support/Table.h"
+#include "tools/lsp/Documents.h"
 #include "tools/lsp/Inbox.h"
 #include "tools/lsp/Message.h"
-#include "tools/lsp/Uri.h"
 
 using tools::lsp::Event;
 using tools::lsp::Inbox;
@@ -22,7 +23,7 @@ namespace {
 /// The text that a message carries.
 std::string carried(const std::string& text) {
   const auto message = readMessage(R"({"jsonrpc": "2.0", "method": "m", "params": [")" + text + "\"]}");
-  return message->params[0].get<std::string>();
+  return tools::lsp::textAt(*message->params, "/0");
 }
 
 TEST(Messages, HalvesOfSurrogatePairsAreReplaced) {
@@ -37,7 +38,7 @@ TEST(Messages, HalvesOfSurrogatePairsAreReplaced) {
 TEST(Messages, ManyKeysAndDeepNestingAreRead) {
   std::string many = R"({"jsonrpc": "2.0", "method": "m", "params": {)";
   for (int key = 0; key < 200000; ++key) many += "\"" + std::to_string(key) + "\": 0, ";
-  EXPECT_EQ(readMessage(many + "\"x\": 0}}")->params.size(), 200001U);
+  EXPECT_EQ(readMessage(many + "\"x\": 0}}")->params->size(), 200001U);
   const std::string deep(100000, '[');
   EXPECT_THROW(readMessage(deep), Rejection);
   EXPECT_THROW(readMessage(deep + std::string(100000, ']')), Rejection);
@@ -51,7 +52,7 @@ TEST(Uris, NameFiles) {
   EXPECT_EQ(tools::lsp::uriOf("/a b/\u00e4.k"), "file:///a%20b/%C3%A4.k");
 }
 
-Event request(int id) { return Message{Json(id), "m", {}}; }
+Event request(int id) { return Message{std::make_shared<Json>(id), "m", {}}; }
 
 /// A host of nothing, and an inbox that interrupts it.
 struct Interruption {
@@ -66,7 +67,7 @@ TEST(Inboxes, AnInterruptReachesItsRequestOnly) {
   world.inbox.cancel(3);
   world.inbox.cancel(99);
   for (int id = 1; id <= 4; ++id) {
-    EXPECT_EQ(std::get<Message>(world.inbox.take()).id, Json(id));
+    EXPECT_EQ(*std::get<Message>(world.inbox.take()).id, Json(id));
     EXPECT_EQ(world.inbox.isCancelled(), id == 3);
     EXPECT_FALSE(world.host.interruptRequested());
     if (id == 2) {

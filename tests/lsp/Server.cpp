@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "tests/support/TempFolder.h"
@@ -23,8 +24,8 @@ class Servers : public testing::Test {
                   R"({"format": 1, "workspace": [{"name": ")" + variable + R"(", "value": 1}]})");
   }
   void put(const std::string& method, const std::string& params, int id = 0) {
-    Message message{{}, method, Json::parse(params)};
-    if (id != 0) message.id = id;
+    Message message{{}, method, std::make_shared<Json>(Json::parse(params))};
+    if (id != 0) message.id = std::make_shared<Json>(id);
     inbox_.put(message);
   }
 

@@ -17,6 +17,8 @@ namespace {
 /// A process that may not be signalled exists.
 bool exists(int process) { return process > 0 && (kill(process, 0) == 0 || errno != ESRCH); }
 
+Json orNull(const SharedJson& json) { return json ? *json : Json(); }
+
 }  // namespace
 
 Client::Client(Sink sink) : sink_(std::move(sink)) {}
@@ -26,13 +28,28 @@ void Client::send(const Json& message) {
   gone_ = gone_ || !sink_(frameOf(message.dump(-1, ' ', false, Json::error_handler_t::replace)));
 }
 
-void Client::answer(const Json& id, const Json& result) {
-  send({{"jsonrpc", "2.0"}, {"id", id}, {"result", result}});
+void Client::answer(const SharedJson& id, const SharedJson& result) {
+  send({{"jsonrpc", "2.0"}, {"id", orNull(id)}, {"result", orNull(result)}});
 }
 
-void Client::refuse(const Json& id, const ResponseError& error) {
+void Client::refuse(const SharedJson& id, const ResponseError& error) {
   const Json content = {{"code", static_cast<int>(error.code)}, {"message", error.message}};
-  send({{"jsonrpc", "2.0"}, {"id", id}, {"error", content}});
+  send({{"jsonrpc", "2.0"}, {"id", orNull(id)}, {"error", content}});
+}
+
+void Client::publish(const std::string& uri, const std::vector<Diagnostic>& diagnostics,
+                     std::optional<std::int64_t> version) {
+  Json list = Json::array();
+  for (const Diagnostic& diagnostic : diagnostics) {
+    list.push_back({{"range", jsonOf(diagnostic.range)},
+                    {"severity", static_cast<int>(Severity::Error)},
+                    {"code", diagnostic.code},
+                    {"source", "contextdata"},
+                    {"message", diagnostic.message}});
+  }
+  Json params = {{"uri", uri}, {"diagnostics", std::move(list)}};
+  if (version) params["version"] = *version;
+  notify("textDocument/publishDiagnostics", params);
 }
 
 void Client::notify(const std::string& method, const Json& params) {

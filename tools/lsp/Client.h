@@ -3,16 +3,26 @@
 // The other end: what is said to it, and whether it is still there.
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "frontend/Request.h"
-#include "tools/lsp/Params.h"
+#include "tools/lsp/Message.h"
 
 namespace tools::lsp {
 
 /// How bad something is that a client is told.
 enum class Severity : int { Error = 1, Warning = 2, Info = 3, Log = 4 };
+
+/// An error in a file.
+struct Diagnostic {
+  Range range;
+  std::string code;
+  std::string message;
+};
 
 /// Only the thread that answers says anything, so that messages never mix.
 class Client {
@@ -21,9 +31,11 @@ class Client {
   using Sink = std::function<bool(const std::string& bytes)>;
   explicit Client(Sink sink);
 
-  void answer(const Json& id, const Json& result);
-  void refuse(const Json& id, const ResponseError& error);
-  void notify(const std::string& method, const Json& params);
+  void answer(const SharedJson& id, const SharedJson& result);
+  void refuse(const SharedJson& id, const ResponseError& error);
+  /// All that is wrong with a file; with a version, that one of its versions.
+  void publish(const std::string& uri, const std::vector<Diagnostic>& diagnostics,
+               std::optional<std::int64_t> version = {});
   /// Into the client's log; before the client is initialized, to standard error.
   void log(Severity severity, const std::string& message);
   /// Leaves a line in the log when an answer is not all there is, for whoever wonders why.
@@ -37,6 +49,7 @@ class Client {
   bool isGone() const noexcept { return gone_; }
 
  private:
+  void notify(const std::string& method, const Json& params);
   void send(const Json& message);
 
   Sink sink_;

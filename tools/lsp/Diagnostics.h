@@ -11,9 +11,6 @@ namespace tools::lsp {
 /// Tells the client what is wrong with the code of a document, or that nothing is.
 void publishDiagnostics(Client& client, const std::string& uri, OpenDocument& document, bool withVersion);
 
-/// Nothing is wrong with what is no longer open, or a good snapshot again.
-void clearDiagnostics(Client& client, const std::string& uri);
-
 /// A snapshot that cannot be loaded.
 void publishFailure(Client& client, const std::string& uri, const embedded::SnapshotError& error);
 

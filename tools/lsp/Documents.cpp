@@ -1,11 +1,12 @@
 #include "tools/lsp/Documents.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
+#include <cctype>
+#include <charconv>
+#include <string_view>
 #include <utility>
 
 #include "host/Text.h"
-#include "tools/lsp/Uri.h"
 
 namespace tools::lsp {
 
@@ -50,7 +51,44 @@ std::size_t charactersOf(std::u16string_view text, PositionEncoding encoding) {
   return bytes;
 }
 
+constexpr std::string_view scheme = "file://";
+constexpr char digits[] = "0123456789ABCDEF";
+
+bool standsForItself(char character) {
+  return std::isalnum(static_cast<unsigned char>(character)) != 0 ||
+         // "@" and "+" are not escaped, because folders of classes and packages begin with them.
+         std::string_view("-._~/@+").find(character) != std::string_view::npos;
+}
+
 }  // namespace
+
+std::filesystem::path pathOf(const std::string& uri) {
+  if (!uri.starts_with(scheme)) return {};
+  const std::size_t start = uri.find('/', scheme.size());  // after the name of a machine
+  std::string path;
+  for (std::size_t at = start; at < uri.size(); ++at) {
+    const char* const digits = uri.data() + at + 1;
+    unsigned char byte = 0;
+    const bool isEscape = uri[at] == '%' && at + 2 < uri.size() &&
+                          std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2;
+    path += isEscape ? static_cast<char>(byte) : uri[at];
+    if (isEscape) at += 2;
+  }
+  return path;
+}
+
+std::string uriOf(const std::filesystem::path& file) {
+  std::string uri(scheme);
+  for (const char character : std::filesystem::absolute(file).lexically_normal().string()) {
+    if (standsForItself(character)) {
+      uri += character;
+    } else {
+      const auto byte = static_cast<unsigned char>(character);
+      uri += {'%', digits[byte >> 4U], digits[byte & 15U]};
+    }
+  }
+  return uri;
+}
 
 Document::Document(std::u16string text, PositionEncoding encoding)
     : encoding_(encoding), text_(std::move(text)) {
@@ -83,14 +121,14 @@ std::u16string_view Document::line(std::size_t number) const {
   return line;
 }
 
-std::size_t Document::offsetOf(const Position& position) const {
+std::size_t Document::offsetOf(const ProtocolPosition& position) const {
   // The protocol lets positions be beyond the end, and takes them for the end.
   if (position.line >= lineStarts_.size()) return text_.size();
   const auto number = static_cast<std::size_t>(position.line);
   return lineStarts_[number] + offsetIn(line(number), position.character, encoding_);
 }
 
-Position Document::positionOf(std::size_t offset) const {
+ProtocolPosition Document::positionOf(std::size_t offset) const {
   const std::size_t number = lineNumberAt(offset);
   const std::u16string_view whole = line(number);
   std::size_t length = std::min(offset - lineStarts_[number], whole.size());
@@ -126,7 +164,7 @@ const embedded::CodeOutline& OpenDocument::outline() {
 void Documents::didOpen(const Json& params) {
   const std::string uri = textAt(params, uriPointer);
   const bool isCode =
-      pathOf(uri).extension() == ".k" || valueAt(params, "/textDocument/languageId") == "korval";
+      pathOf(uri).extension() == ".k" || isTextAt(params, "/textDocument/languageId", "korval");
   Document content(wideTextAt(params, "/textDocument/text"), encoding_);
   documents_.insert_or_assign(uri,
                               OpenDocument{std::move(content), integerAt(params, versionPointer), isCode});
@@ -136,19 +174,17 @@ void Documents::didChange(const Json& params) {
   const std::string uri = textAt(params, uriPointer);
   OpenDocument* document = find(uri);
   if (document == nullptr) throw ResponseError{ErrorCode::InvalidParams, uri + " is not open"};
-  const Json& changes = valueAt(params, "/contentChanges");
-  if (!changes.is_array()) throw ResponseError{ErrorCode::InvalidParams, "\"/contentChanges\" is a list"};
   // One after the other: ranges refer to the text that the changes before have left.
-  for (const Json& change : changes) {
-    if (valueAt(change, "/range").is_null())
-      document->content.replace(wideTextAt(change, "/text"));
+  for (const Json* change : listAt(params, "/contentChanges")) {
+    if (hasAt(*change, "/range"))
+      document->content.replace(rangeAt(*change, "/range"), wideTextAt(*change, "/text"));
     else
-      document->content.replace(rangeAt(change, "/range"), wideTextAt(change, "/text"));
+      document->content.replace(wideTextAt(*change, "/text"));
   }
   document->isChecked = false;
   document->keptOutline.reset();
   // Older clients leave it out.
-  if (!valueAt(params, versionPointer).is_null()) document->version = integerAt(params, versionPointer);
+  if (hasAt(params, versionPointer)) document->version = integerAt(params, versionPointer);
 }
 
 std::string Documents::didClose(const Json& params) {

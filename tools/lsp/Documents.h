@@ -1,9 +1,10 @@
 #pragma once
 
-// What an editor has open: texts, and positions in them.
+// What an editor has open: texts, positions in them, and the URIs that name them.
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
@@ -12,9 +13,14 @@
 
 #include "embedded/Host.h"
 #include "syntax/Position.h"
-#include "tools/lsp/Params.h"
+#include "tools/lsp/Message.h"
 
 namespace tools::lsp {
+
+/// The file that a "file:" URI names; empty for other URIs.
+std::filesystem::path pathOf(const std::string& uri);
+/// The URI of a file.
+std::string uriOf(const std::filesystem::path& file);
 
 /// Offsets are UTF-16 code units. A line ends with "\n", "\r\n" or "\r", as editors see it.
 class Document {
@@ -31,10 +37,10 @@ class Document {
 
   /// A position after the end of a line is that end, and one after the last line the end of the text. Inside a
   /// character it is the start of the character.
-  std::size_t offsetOf(const Position& position) const;
+  std::size_t offsetOf(const ProtocolPosition& position) const;
   /// An offset after the end of the text is that end, one inside the end of a line the end of the line, and one
   /// inside a surrogate pair before it.
-  Position positionOf(std::size_t offset) const;
+  ProtocolPosition positionOf(std::size_t offset) const;
   /// The offset of a position as code counts it: from 1, and lines end with "\n" only.
   std::size_t offsetInCode(const syntax::Position& position) const;
   Range rangeOf(std::size_t begin, std::size_t end) const { return {positionOf(begin), positionOf(end)}; }

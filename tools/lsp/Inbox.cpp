@@ -8,7 +8,7 @@ namespace {
 
 bool isRequest(const Event& event, const Json& id) {
   const auto* message = std::get_if<Message>(&event);
-  return message != nullptr && message->id == id;
+  return message != nullptr && isId(message->id, id);
 }
 
 }  // namespace
@@ -37,7 +37,7 @@ bool Inbox::isEmpty() const {
 
 void Inbox::cancel(const Json& id) {
   const std::lock_guard lock(mutex_);
-  if (current_ == id) {
+  if (isId(current_, id)) {
     cancelled_ = true;
     if (host_ != nullptr) host_->requestInterrupt();
     return;

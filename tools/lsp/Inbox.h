@@ -5,7 +5,6 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <variant>
 
@@ -55,7 +54,7 @@ class Inbox {
   mutable std::mutex mutex_;
   std::condition_variable arrived_;
   std::deque<Entry> waiting_;
-  std::optional<Json> current_;
+  SharedJson current_;
   bool cancelled_ = false;
   embedded::Host* host_ = nullptr;
 };

@@ -167,7 +167,7 @@ bool Input::accept(const std::string& body) {
     const bool isNotification = !message->id;
     // Not put into the inbox: what it cancels may be what the other thread is working on.
     if (isNotification && message->method == "$/cancelRequest") {
-      if (message->params.is_object() && message->params.contains("id")) inbox_.cancel(message->params["id"]);
+      inbox_.cancel(valueAt(*message->params, "/id"));
       return true;
     }
     // Nothing is read after it: the process ends.

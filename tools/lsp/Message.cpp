@@ -1,10 +1,13 @@
 #include "tools/lsp/Message.h"
 
+#include <algorithm>
 #include <charconv>
-#include <cstdint>
+#include <nlohmann/json.hpp>
 #include <string_view>
+#include <utility>
 
 #include "host/Text.h"
+#include "tools/render/Text.h"
 
 namespace tools::lsp {
 
@@ -43,11 +46,25 @@ Json parse(const std::string& body) {
   return json;
 }
 
+[[noreturn]] void refuse(const std::string& pointer, const char* expected) {
+  throw ResponseError{ErrorCode::InvalidParams, "\"" + pointer + "\" is " + expected};
+}
+
+std::uint64_t naturalAt(const Json& params, const std::string& pointer) {
+  const Json& value = valueAt(params, pointer);
+  if (!value.is_number_unsigned()) refuse(pointer, "a number from 0 on");
+  return value.get<std::uint64_t>();
+}
+
+Json jsonOf(const ProtocolPosition& position) {
+  return {{"line", position.line}, {"character", position.character}};
+}
+
 }  // namespace
 
 std::optional<Message> readMessage(const std::string& body) {
   Json json = parse(body);
-  Json id;
+  SharedJson id;
   const auto refuse = [&](const char* reason) { throw Rejection{id, {ErrorCode::InvalidRequest, reason}}; };
   if (json.is_array()) refuse("the protocol has no batches");
   if (!json.is_object()) refuse("a message is an object");
@@ -58,7 +75,7 @@ std::optional<Message> readMessage(const std::string& body) {
     if (!given.is_number_integer() && !given.is_string() && !isResponse)
       refuse("an id is an integer or a string");
     // From here on a refusal carries it, so that the client knows which request it is about.
-    id = given;
+    id = std::make_shared<const Json>(given);
   }
   if (!json.contains("jsonrpc") || json["jsonrpc"] != "2.0") refuse("\"jsonrpc\" is \"2.0\"");
   if (!json.contains("method")) {
@@ -67,12 +84,68 @@ std::optional<Message> readMessage(const std::string& body) {
     refuse("a message has a \"method\"");
   }
   if (!json["method"].is_string()) refuse("\"method\" is a string");
-  Message message{{}, json["method"], {}};
-  if (json.contains("id")) message.id = id;
-  if (json.contains("params")) message.params = std::move(json["params"]);
-  if (!message.params.is_structured() && !message.params.is_null())
-    refuse("\"params\" is an object or an array");
-  return message;
+  Json params = json.contains("params") ? std::move(json["params"]) : Json();
+  if (!params.is_structured() && !params.is_null()) refuse("\"params\" is an object or an array");
+  return Message{id, json["method"], std::make_shared<const Json>(std::move(params))};
 }
+
+bool isId(const SharedJson& given, const Json& id) { return given != nullptr && *given == id; }
+
+const Json& valueAt(const Json& params, const std::string& pointer) {
+  static const Json null;
+  const Json::json_pointer path(pointer);
+  // A null for what is missing, because to clients the two mean the same.
+  return params.contains(path) ? params.at(path) : null;
+}
+
+bool hasAt(const Json& params, const std::string& pointer) { return !valueAt(params, pointer).is_null(); }
+
+std::string textAt(const Json& params, const std::string& pointer) {
+  const Json& value = valueAt(params, pointer);
+  if (!value.is_string()) refuse(pointer, "a text");
+  return value.get<std::string>();
+}
+
+std::u16string wideTextAt(const Json& params, const std::string& pointer) {
+  return wide(textAt(params, pointer));
+}
+
+std::int64_t integerAt(const Json& params, const std::string& pointer) {
+  const Json& value = valueAt(params, pointer);
+  if (!value.is_number_integer()) refuse(pointer, "an integer");
+  return value.get<std::int64_t>();
+}
+
+ProtocolPosition positionAt(const Json& params, const std::string& pointer) {
+  return {naturalAt(params, pointer + "/line"), naturalAt(params, pointer + "/character")};
+}
+
+Range rangeAt(const Json& params, const std::string& pointer) {
+  return {positionAt(params, pointer + "/start"), positionAt(params, pointer + "/end")};
+}
+
+std::vector<const Json*> listAt(const Json& params, const std::string& pointer) {
+  const Json& list = valueAt(params, pointer);
+  if (!list.is_array()) refuse(pointer, "a list");
+  std::vector<const Json*> elements;
+  for (const Json& element : list) elements.push_back(&element);
+  return elements;
+}
+
+bool flagAt(const Json& params, const std::string& pointer) {
+  const Json& value = valueAt(params, pointer);
+  return value.is_boolean() && value.get<bool>();
+}
+
+bool isTextAt(const Json& params, const std::string& pointer, const std::string& text) {
+  return valueAt(params, pointer) == text;
+}
+
+bool listAtHas(const Json& params, const std::string& pointer, const std::string& text) {
+  const Json& list = valueAt(params, pointer);
+  return list.is_array() && std::find(list.begin(), list.end(), text) != list.end();
+}
+
+Json jsonOf(const Range& range) { return {{"start", jsonOf(range.start)}, {"end", jsonOf(range.end)}}; }
 
 }  // namespace tools::lsp

@@ -3,18 +3,48 @@
 // The requests of a running server, from the parameters of each to its result. Each throws ResponseError for parameters
 // that are not what the protocol says.
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "frontend/Completion.h"
 #include "frontend/Hover.h"
-#include "tools/lsp/Abilities.h"
 #include "tools/lsp/Client.h"
 #include "tools/lsp/Documents.h"
 #include "tools/lsp/SessionFile.h"
 
 namespace tools::lsp {
+
+/// What the client has told about itself and what its user wants.
+struct Abilities {
+  PositionEncoding encoding = PositionEncoding::Utf16;
+  bool versionedDiagnostics = false;
+  bool hierarchicalSymbols = false;
+  bool markdownHover = false;
+  bool markdownDocumentation = false;
+  /// Knows kinds of candidates that the protocol did not have in the beginning.
+  bool newKinds = false;
+  /// Knows offsets of a parameter in a signature instead of its name.
+  bool parameterOffsets = false;
+  /// Its process, which the server does not outlive; 0 when it tells none.
+  int process = 0;
+  /// How far an answer may go.
+  frontend::CodePolicy policy = frontend::CodePolicy::StoredValues;
+  std::size_t limit = 200;
+  std::chrono::milliseconds patience{1000};
+  bool hidden = false;
+
+  /// For a request that begins now.
+  frontend::Options options() const;
+};
+
+/// From the parameters of `initialize`. Throws ResponseError when there are none.
+Abilities abilitiesOf(const Json& params);
+
+/// What the server tells about itself: the result of `initialize`.
+SharedJson serverAbilities(const Abilities& client);
 
 /// What the latest completion offered: what its items are resolved from.
 struct LatestCompletion {
@@ -35,7 +65,7 @@ struct Context {
 };
 
 /// The result of the request of that name. Throws ResponseError for an unknown one, too.
-Json resultOfRequest(Context& context, const std::string& method, const Json& params);
+SharedJson resultOfRequest(Context& context, const std::string& method, const Json& params);
 
 /// Does what a notification says; one that nobody needs is ignored, as the protocol says. Throws ResponseError.
 void handleNotification(Context& context, const std::string& method, const Json& params);

@@ -56,21 +56,21 @@ void Server::handle(const InputEnded& end) {
 void Server::request(const Message& message) {
   try {
     if (inbox_.isCancelled()) throw cancelled();  // while it waited
-    const Json result = resultOf(message);
+    const SharedJson result = resultOf(message);
     if (inbox_.isCancelled()) throw cancelled();  // an interrupted query returns what it has found so far
-    context_.client.answer(*message.id, result);
+    context_.client.answer(message.id, result);
   } catch (const ResponseError& error) {
-    context_.client.refuse(*message.id, error);
+    context_.client.refuse(message.id, error);
   } catch (const std::exception& error) {
     // One request fails, and the server goes on.
-    context_.client.refuse(*message.id, {ErrorCode::InternalError, error.what()});
+    context_.client.refuse(message.id, {ErrorCode::InternalError, error.what()});
   }
 }
 
-Json Server::resultOf(const Message& message) {
+SharedJson Server::resultOf(const Message& message) {
   if (phase_ == Phase::ShutDown)
     throw ResponseError{ErrorCode::InvalidRequest, "the server has been shut down"};
-  if (message.method == "initialize") return initialize(message.params);
+  if (message.method == "initialize") return initialize(*message.params);
   if (phase_ == Phase::Starting) {
     throw ResponseError{ErrorCode::ServerNotInitialized, "\"initialize\" comes first"};
   }
@@ -78,12 +78,11 @@ Json Server::resultOf(const Message& message) {
     phase_ = Phase::ShutDown;
     return {};
   }
-  return resultOfRequest(context_, message.method, message.params);
+  return resultOfRequest(context_, message.method, *message.params);
 }
 
-Json Server::initialize(const Json& params) {
+SharedJson Server::initialize(const Json& params) {
   if (phase_ != Phase::Starting) throw ResponseError{ErrorCode::InvalidRequest, "\"initialize\" comes once"};
-  if (!params.is_object()) throw ResponseError{ErrorCode::InvalidParams, "\"initialize\" has parameters"};
   context_.abilities = abilitiesOf(params);
   context_.documents.setEncoding(context_.abilities.encoding);
   process_.set(context_.abilities.process);
@@ -101,7 +100,7 @@ void Server::notification(const Message& message) {
   // The protocol lets other notifications drop before it is initialized and after it is shut down.
   if (phase_ != Phase::Asked && phase_ != Phase::Running) return;
   try {
-    handleNotification(context_, message.method, message.params);
+    handleNotification(context_, message.method, *message.params);
   } catch (const ResponseError& error) {
     context_.client.log(Severity::Warning, message.method + ": " + error.message);
   }

@@ -31,8 +31,8 @@ class Server {
   void handle(const InputEnded& end);
 
   void request(const Message& message);
-  Json resultOf(const Message& message);
-  Json initialize(const Json& params);
+  SharedJson resultOf(const Message& message);
+  SharedJson initialize(const Json& params);
   void notification(const Message& message);
   void initialized();
   /// Once nothing waits, so that a burst of changes is checked once and never keeps an answer waiting.

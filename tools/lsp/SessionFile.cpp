@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "tools/lsp/Diagnostics.h"
+#include "tools/lsp/Documents.h"
 #include "tools/lsp/Inbox.h"
-#include "tools/lsp/Uri.h"
 #include "tools/render/Text.h"
 #include "tools/session/Snapshot.h"
 
@@ -33,7 +33,7 @@ void SessionFile::reload(Client& client) {
   try {
     // Loaded before the old session goes: a file that is broken changes nothing.
     use(embedded::Host::load(file_));
-    clearDiagnostics(client, uriOf(file_));
+    client.publish(uriOf(file_), {});
     client.log(Severity::Info, file_ + " has been loaded again");
   } catch (const embedded::SnapshotError& error) {
     publishFailure(client, uriOf(file_), error);

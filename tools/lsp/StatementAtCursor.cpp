@@ -4,7 +4,6 @@
 #include <set>
 #include <utility>
 
-#include "tools/lsp/Uri.h"
 #include "tools/render/Text.h"
 
 namespace tools::lsp {
@@ -169,7 +168,7 @@ std::size_t firstLineOf(const Document& content, std::size_t line) {
 
 std::optional<StatementAtCursor> statementAtCursor(Context& context, const Json& params) {
   const std::string uri = textAt(params, "/textDocument/uri");
-  const Position position = positionAt(params, "/position");
+  const ProtocolPosition position = positionAt(params, "/position");
   OpenDocument* document = context.documents.find(uri);
   if (document == nullptr) return {};
   const Document& content = document->content;

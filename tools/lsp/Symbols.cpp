@@ -8,7 +8,6 @@
 
 #include "frontend/Completion.h"
 #include "tools/lsp/Requests.h"
-#include "tools/lsp/Uri.h"
 #include "tools/render/Text.h"
 
 namespace tools::lsp {

@@ -3,6 +3,7 @@
 #include <contextdata/KCOSIntrospection.h>
 #include <contextdata/Workspace/Values.h>
 
+#include <boost/algorithm/string/join.hpp>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -16,11 +17,14 @@ using namespace KCOSContextData;
 
 namespace {
 
-template <class Extents>
-std::u16string sizeText(const Extents& extents) {
-  std::u16string text;
-  for (const auto extent : extents) text += (text.empty() ? u"" : u"x") + decimal(extent);
-  return text;
+std::u16string sizeText(const std::vector<std::u16string>& extents) {
+  return boost::algorithm::join(extents, std::u16string(u"x"));
+}
+
+std::u16string sizeText(const std::vector<std::size_t>& extents) {
+  std::vector<std::u16string> texts;
+  for (const std::size_t extent : extents) texts.push_back(decimal(extent));
+  return sizeText(texts);
 }
 
 /// The value's own dimensions, whatever its class says.
@@ -29,16 +33,10 @@ std::u16string ownSizeOf(const kxArray_tag* value) {
   if (kxIsOpaque(value) && kxHasLazyDimensions(value)) return {};
   // Held in this form there is no list of dimensions to point to.
   if (kxHasCompactDimensions(value)) {
-    return sizeText(std::vector<std::size_t>{kxGetRowCount(value), kxGetColumnCount(value)});
+    return sizeText({kxGetRowCount(value), kxGetColumnCount(value)});
   }
   const std::size_t* dimensions = kxGetDimensions(value);
-  return sizeText(std::vector<std::size_t>(dimensions, dimensions + kxGetNumberOfDimensions(value)));
-}
-
-std::u16string declaredSize(const PropertyInfo& property) {
-  std::u16string text;
-  for (const std::u16string& extent : property.sizeStrings) text += (text.empty() ? u"" : u"x") + extent;
-  return text;
+  return sizeText(std::vector(dimensions, dimensions + kxGetNumberOfDimensions(value)));
 }
 
 kcos::COSPropInfo* ownProperty(const ClassInfo& record, const std::u16string& name) {
@@ -100,7 +98,7 @@ void PropertyDetails::describe(const PropertyInfo& property, Candidate& candidat
   const ClassInfo& declares = declaring(property.name);
   candidate.declaringClass = declares.structure.name;
   candidate.type = property.type;
-  candidate.size = declaredSize(property);
+  candidate.size = sizeText(property.sizeStrings);
   candidate.readRunsCode = property.hasCustomGetter;
   if (const kcos::COSPropInfo* own = ownProperty(declares, property.name)) {
     candidate.access = own->getMemberGetAccess();

@@ -6,14 +6,18 @@
 #include <boost/locale/encoding_utf.hpp>
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace frontend {
 
-inline std::u16string wide(const std::string& text) {
-  return boost::locale::conv::utf_to_utf<char16_t>(text);
+/// From UTF-8 to UTF-16 and back; what cannot be converted is left out.
+inline std::u16string wide(std::string_view text) {
+  return boost::locale::conv::utf_to_utf<char16_t>(text.data(), text.data() + text.size());
 }
 
-inline std::string narrow(const std::u16string& text) { return boost::locale::conv::utf_to_utf<char>(text); }
+inline std::string narrow(std::u16string_view text) {
+  return boost::locale::conv::utf_to_utf<char>(text.data(), text.data() + text.size());
+}
 
 inline std::u16string decimal(std::size_t number) { return wide(std::to_string(number)); }
 

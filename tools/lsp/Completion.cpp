@@ -106,9 +106,7 @@ Json itemOf(const Context& context, const Candidate& candidate, std::size_t inde
 Json completion(Context& context, const Json& params) {
   const auto statement = statementAtCursor(context, params);
   if (!statement) return {{"isIncomplete", false}, {"items", Json::array()}};
-  auto answer = frontend::complete(context.session.session(), statement->text, statement->cursor,
-                                   statement->scope, context.abilities.options());
-  context.client.logOutcome("completion", answer.outcome);
+  auto answer = ask(context, "completion", *statement, frontend::complete);
   const Json range = jsonOf(statement->rangeOf(answer.begin, answer.end));
   // Items carry the number, so that one of an older answer is not looked up in this one.
   ++context.completion.number;

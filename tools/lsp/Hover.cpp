@@ -20,12 +20,6 @@ using frontend::Argument;
 using frontend::Hover;
 using frontend::Signature;
 
-std::string listed(const std::vector<std::u16string>& texts) {
-  std::string list;
-  for (const std::u16string& text : texts) list += (list.empty() ? "" : ", ") + narrow(text);
-  return list;
-}
-
 /// What code would write: a signature, or the name with its class.
 std::string headOf(const Hover& hover) {
   if (hover.signature) return narrow(hover.signature->text());
@@ -97,9 +91,7 @@ Json contentOf(const Hover& hover, bool markdown) {
 Json hover(Context& context, const Json& params) {
   const auto statement = statementAtCursor(context, params);
   if (!statement) return nullptr;
-  const auto answer = frontend::describe(context.session.session(), statement->text, statement->cursor,
-                                         statement->scope, context.abilities.options());
-  context.client.logOutcome("hover", answer.outcome);
+  const Hover answer = ask(context, "hover", *statement, frontend::describe);
   if (answer.isUnknown) return nullptr;
   return {{"contents", contentOf(answer, context.abilities.markdownHover)},
           {"range", jsonOf(statement->rangeOf(answer.begin, answer.end))}};
@@ -108,9 +100,7 @@ Json hover(Context& context, const Json& params) {
 Json signatureHelp(Context& context, const Json& params) {
   const auto statement = statementAtCursor(context, params);
   if (!statement) return nullptr;
-  const auto answer = frontend::signatureHelp(context.session.session(), statement->text, statement->cursor,
-                                              statement->scope, context.abilities.options());
-  context.client.logOutcome("signatureHelp", answer.outcome);
+  const auto answer = ask(context, "signatureHelp", *statement, frontend::signatureHelp);
   if (!answer.signature) return nullptr;
   const std::u16string text = answer.signature->text();
   const Json parameters = parametersOf(*answer.signature, text, context.abilities.parameterOffsets);

@@ -32,4 +32,15 @@ struct StatementAtCursor {
 /// for what is no position.
 std::optional<StatementAtCursor> statementAtCursor(Context& context, const Json& params);
 
+/// Asks the front end about it, in the name of the request. The client's log tells why an answer is not all there is.
+template <class Answer>
+Answer ask(Context& context, const std::string& request, const StatementAtCursor& statement,
+           Answer (*question)(frontend::Session&, const std::u16string&, std::size_t, const frontend::Scope&,
+                              const frontend::Options&)) {
+  Answer answer = question(context.session.session(), statement.text, statement.cursor, statement.scope,
+                           context.abilities.options());
+  context.client.logOutcome(request, answer.outcome);
+  return answer;
+}
+
 }  // namespace tools::lsp

@@ -19,11 +19,9 @@ namespace tools::prompt {
 namespace {
 
 /// "  title: name, name"; nothing without names.
-std::string listed(const char* title, const std::vector<std::u16string>& names) {
+std::string lineOfNames(const char* title, const std::vector<std::u16string>& names) {
   if (names.empty()) return {};
-  std::string list;
-  for (const std::u16string& name : names) list += (list.empty() ? "" : ", ") + printable(name);
-  return std::string("  ") + title + ": " + list + '\n';
+  return std::string("  ") + title + ": " + printable(listed(names)) + '\n';
 }
 
 /// "pump.Flow: property of lab.Pump, 1x1 double", and below it what else there is to know.
@@ -33,8 +31,8 @@ std::string linesOf(const frontend::Hover& hover) {
   std::string text = printable(hover.subject.label) + ": " + kindOf(hover.subject);
   text += (details.empty() ? "" : ", " + details) + '\n';
   if (hover.signature) text += "  " + printable(hover.signature->text()) + '\n';
-  return text + listed("derives from", hover.superclasses) + listed("values", hover.possibleValues) +
-         listed("checked by", hover.validators);
+  return text + lineOfNames("derives from", hover.superclasses) +
+         lineOfNames("values", hover.possibleValues) + lineOfNames("checked by", hover.validators);
 }
 
 /// The note, too, when there is something to note.

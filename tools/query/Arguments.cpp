@@ -32,11 +32,11 @@ bool Arguments::has(const std::string& name) const { return object_.contains(nam
 
 bool Arguments::hasIdentifier(const std::string& name) const {
   // Also an object may be a text: {"utf16": [...]}.
-  return has(name) && object_.at(name).is_object() && !textOf(object_.at(name));
+  return has(name) && object_.at(name).is_object() && !wideTextOf(object_.at(name));
 }
 
 std::u16string Arguments::text(const std::string& name) const {
-  const std::optional<std::u16string> text = textOf(get(name));
+  const std::optional<std::u16string> text = wideTextOf(get(name));
   if (!text) wrongType(name, "a text: a string or {\"utf16\": [...]}");
   return *text;
 }
@@ -60,7 +60,7 @@ std::vector<std::u16string> Arguments::texts(const std::string& name) const {
   const Json& list = get(name);
   if (!list.is_array()) wrongType(name, "a list of texts");
   for (const Json& element : list) {
-    const std::optional<std::u16string> text = textOf(element);
+    const std::optional<std::u16string> text = wideTextOf(element);
     if (!text) wrongType(name, "a list of texts");
     texts.push_back(*text);
   }

@@ -21,8 +21,8 @@ struct Properties {
   static constexpr const char* member = "property";
   static constexpr auto optionsOf = &Arguments::propertyOptions;
   static constexpr auto infoOf = kcos::cosiToProp;
+  static constexpr auto visitor = &ClassInfo::propertyVisitor;
 
-  static Visitor& visitorOf(const ClassInfo& record) { return record.propertyVisitor; }
   static kcos::COSInterface* find(const kcos::COSClass& cls, const kcos::COSInternedName& name) {
     return cls.findProperty(name).get();
   }
@@ -33,8 +33,8 @@ struct Methods {
   static constexpr const char* member = "method";
   static constexpr auto optionsOf = &Arguments::methodOptions;
   static constexpr auto infoOf = kcos::cosiToMethod;
+  static constexpr auto visitor = &ClassInfo::methodVisitor;
 
-  static Visitor& visitorOf(const ClassInfo& record) { return record.methodVisitor; }
   static kcos::COSInterface* find(const kcos::COSClass& cls, const kcos::COSInternedName& name) {
     kcos::COSIterator found = cls.findMethods(name);
     return found.hasMoreElements() ? found.nextElement().get() : nullptr;
@@ -69,7 +69,7 @@ void visitOne(Question& question) {
   const Record asked = question.arguments.record("record");
   const auto read = (question.arguments.*Kind::optionsOf)("options");
   kcos::COSInterface* member = memberOf<Kind>(question.arguments, *asked);
-  auto& visitor = Kind::visitorOf(*asked);
+  auto& visitor = (*asked).*Kind::visitor;
   visitor.clear(read.options);
   if (question.arguments.flag("withInfo")) {
     auto* info = Kind::infoOf(member);
@@ -85,7 +85,7 @@ template <class Kind>
 void clearVisitor(Question& question) {
   const Record asked = question.arguments.record("record");
   const auto before = (question.arguments.*Kind::optionsOf)("before");
-  auto& visitor = Kind::visitorOf(*asked);
+  auto& visitor = (*asked).*Kind::visitor;
   visitor.clear(before.options);
   visitor.visit(memberOf<Kind>(question.arguments, *asked));
   if (question.arguments.has("options")) {
@@ -103,7 +103,7 @@ void hasAccessing(Question& question) {
   const Record asked = question.arguments.record("record");
   const auto read = (question.arguments.*Kind::optionsOf)("options");
   auto* info = Kind::infoOf(memberOf<Kind>(question.arguments, *asked));
-  auto& visitor = Kind::visitorOf(*asked);
+  auto& visitor = (*asked).*Kind::visitor;
   visitor.clear(read.options);
   question.ask([&] { return visitor.hasAccessingClass(info); });
 }

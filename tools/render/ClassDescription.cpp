@@ -28,14 +28,10 @@ std::string titleOf(const ClassDescription& described) {
   return identity == name ? name : name + " (" + identity + ")";
 }
 
-std::string joined(const std::vector<std::u16string>& texts, const std::string& separator) {
-  std::vector<std::string> list;
-  for (const std::u16string& text : texts) list.push_back(printable(text));
-  return join(list, separator);
-}
-
 /// "1 x :", or nothing.
-std::string sizeOf(const PropertyDescription& property) { return joined(property.info.sizeStrings, " x "); }
+std::string sizeOf(const PropertyDescription& property) {
+  return printable(joined(property.info.sizeStrings, " x "));
+}
 
 std::string accessOf(const Level& level) { return level ? accessWord(*level) : "unknown"; }
 
@@ -53,9 +49,9 @@ std::string notesOn(const PropertyDescription& property) {
   if (property.info.isDependent) notes.push_back("dependent");
   if (property.info.hasCustomGetter) notes.push_back("reading runs code");
   const auto& functions = property.info.validationFunctions;
-  if (!functions.empty()) notes.push_back("checked by: " + joined(functions, ", "));
+  if (!functions.empty()) notes.push_back("checked by: " + printable(joined(functions, ", ")));
   const auto& values = property.info.possibleValues;
-  if (!values.empty()) notes.push_back("values: " + joined(values, ", "));
+  if (!values.empty()) notes.push_back("values: " + printable(joined(values, ", ")));
   return join(notes, "; ");
 }
 

@@ -140,7 +140,7 @@ Json jsonOf(const std::u16string& text) {
 
 Json jsonOf(const std::string& text) { return isUtf8(text) ? Json(text) : unitsOf("bytes", text); }
 
-std::optional<std::u16string> textOf(const Json& json) {
+std::optional<std::u16string> wideTextOf(const Json& json) {
   if (json.is_string()) return wide(json.get_ref<const std::string&>());
   return fromUnits<std::u16string, std::uint16_t>(json, "utf16");
 }

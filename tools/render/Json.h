@@ -23,7 +23,7 @@ Json jsonOf(const std::u16string& text);
 Json jsonOf(const std::string& text);
 
 /// Neither a string nor one of the objects above: no text.
-std::optional<std::u16string> textOf(const Json& json);
+std::optional<std::u16string> wideTextOf(const Json& json);
 std::optional<std::string> narrowTextOf(const Json& json);
 
 /// The JSON as one line of UTF-8.

@@ -1,6 +1,7 @@
 #include "tools/render/Text.h"
 
 #include <algorithm>
+#include <boost/algorithm/string/join.hpp>
 #include <boost/locale/encoding_utf.hpp>
 
 #include "embedded/Host.h"
@@ -10,7 +11,7 @@ namespace tools {
 
 namespace {
 
-using boost::locale::conv::utf_to_utf;
+using boost::algorithm::join;
 
 bool isControl(char16_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0xA0); }
 
@@ -40,23 +41,21 @@ std::string lineOfRow(const std::vector<std::string>& row, const std::vector<std
   return line;
 }
 
+std::vector<std::string> narrowed(const std::vector<std::u16string>& texts) {
+  std::vector<std::string> parts;
+  for (const std::u16string& text : texts) parts.push_back(narrow(text));
+  return parts;
+}
+
 }  // namespace
 
 bool isUtf8(const std::string& text) {
   try {
-    utf_to_utf<char32_t>(text, boost::locale::conv::stop);
+    boost::locale::conv::utf_to_utf<char32_t>(text, boost::locale::conv::stop);
     return true;
   } catch (const boost::locale::conv::conversion_error&) {
     return false;
   }
-}
-
-std::u16string wide(std::string_view text) {
-  return utf_to_utf<char16_t>(text.data(), text.data() + text.size());
-}
-
-std::string narrow(std::u16string_view text) {
-  return utf_to_utf<char>(text.data(), text.data() + text.size());
 }
 
 std::string printable(std::u16string text) {
@@ -66,6 +65,16 @@ std::string printable(std::u16string text) {
 }
 
 std::string printable(const std::string& text) { return printable(wide(text)); }
+
+std::string joined(const std::vector<std::u16string>& texts, const std::string& separator) {
+  return join(narrowed(texts), separator);
+}
+
+std::string listed(const std::vector<std::u16string>& texts) {
+  std::vector<std::string> parts = narrowed(texts);
+  parts.erase(parts.begin(), std::ranges::find_if_not(parts, &std::string::empty));
+  return join(parts, ", ");
+}
 
 std::string messageOf(const embedded::SnapshotError& error) {
   std::string text = error.file() + ": ";

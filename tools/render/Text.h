@@ -5,8 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
+
+#include "frontend/Text.h"
 
 namespace embedded {
 class SnapshotError;
@@ -16,9 +17,8 @@ namespace tools {
 
 bool isUtf8(const std::string& text);
 
-/// From UTF-8 to UTF-16 and back; what cannot be converted is left out.
-std::u16string wide(std::string_view text);
-std::string narrow(std::u16string_view text);
+using frontend::narrow;
+using frontend::wide;
 
 /// UTF-8 without what cannot be converted, and with control characters, which a terminal would obey, replaced.
 std::string printable(std::u16string text);
@@ -26,6 +26,11 @@ std::string printable(const std::string& text);
 
 /// Why a snapshot cannot be loaded: "FILE: POINTER: reason [code]", without what is empty.
 std::string messageOf(const embedded::SnapshotError& error);
+
+/// The texts in UTF-8, with the separator between them.
+std::string joined(const std::vector<std::u16string>& texts, const std::string& separator);
+/// "on, off". It never begins with a comma: empty texts before the others are left out.
+std::string listed(const std::vector<std::u16string>& texts);
 
 /// "public", "protected", ..., or the number of a level that only the host knows.
 std::string accessWord(std::int32_t level);

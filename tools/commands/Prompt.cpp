@@ -10,7 +10,6 @@
 #include "tools/commands/Commands.h"
 #include "tools/prompt/Conversation.h"
 #include "tools/prompt/Editor.h"
-#include "tools/prompt/Lines.h"
 #include "tools/prompt/Terminal.h"
 #include "tools/render/Text.h"
 #include "tools/session/Process.h"

@@ -10,6 +10,17 @@
 
 namespace tools::prompt {
 
+InputLine PlainLines::next(const std::u16string&) {
+  std::string line;
+  if (!readLine(input_, line, longestLine)) return {InputLine::End};
+  if (line.size() > longestLine)
+    return {InputLine::Unreadable, u"the line has more than 4 MiB [prompt.too-long]"};
+  if (!isUtf8(line)) return {InputLine::Unreadable, u"the line is no UTF-8 text [prompt.not-utf8]"};
+  // Files from elsewhere.
+  if (!line.empty() && line.back() == '\r') line.pop_back();
+  return {InputLine::Text, wide(line)};
+}
+
 int Conversation::run() {
   while (handle(lines_.next(statements_))) continue;
   return isScript_ ? exitCode_ : Answered;

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "tools/prompt/Completer.h"
+#include "tools/prompt/Conversation.h"
 #include "tools/prompt/History.h"
-#include "tools/prompt/Lines.h"
 #include "tools/prompt/Terminal.h"
 
 namespace tools::prompt {

@@ -27,16 +27,11 @@ std::u16string sizeText(const std::vector<std::size_t>& extents) {
   return sizeText(texts);
 }
 
-/// The value's own dimensions, whatever its class says.
+/// The value's own size, whatever its class says.
 std::u16string ownSizeOf(const kxArray_tag* value) {
   if (kxIsA(value, "tall")) return {};
   if (kxIsOpaque(value) && kxHasLazyDimensions(value)) return {};
-  // Held in this form there is no list of dimensions to point to.
-  if (kxHasCompactDimensions(value)) {
-    return sizeText({kxGetRowCount(value), kxGetColumnCount(value)});
-  }
-  const std::size_t* dimensions = kxGetDimensions(value);
-  return sizeText(std::vector(dimensions, dimensions + kxGetNumberOfDimensions(value)));
+  return sizeText(heldDimensions(value));
 }
 
 kcos::COSPropInfo* ownProperty(const ClassInfo& record, const std::u16string& name) {
@@ -47,6 +42,13 @@ kcos::COSPropInfo* ownProperty(const ClassInfo& record, const std::u16string& na
 }
 
 }  // namespace
+
+std::vector<std::size_t> heldDimensions(const kxArray_tag* value) {
+  // Held in this form there is no list of dimensions to point to.
+  if (kxHasCompactDimensions(value)) return {kxGetRowCount(value), kxGetColumnCount(value)};
+  const std::size_t* dimensions = kxGetDimensions(value);
+  return std::vector<std::size_t>(dimensions, dimensions + kxGetNumberOfDimensions(value));
+}
 
 bool isStructure(const kxArray_tag* value) { return StorageCode::isStructure(kxGetClassID(value)); }
 

@@ -5,8 +5,10 @@
 #include <contextdata/KCOSContextData/ClassInfo.h>
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "frontend/Completion.h"
 #include "frontend/Declarations.h"
@@ -16,6 +18,9 @@
 namespace frontend {
 
 bool isStructure(const kxArray_tag* value);
+
+/// A value's own dimensions, in whichever form it holds them. The host refuses to tell lazy ones.
+std::vector<std::size_t> heldDimensions(const kxArray_tag* value);
 
 /// "2x3", or empty when it is not known. Objects are asked for their size when the policy lets code run.
 std::u16string sizeOf(const RequestContext& request, const kxArray_tag* value);

@@ -5,6 +5,7 @@
 #include <contextdata/KCOSIntrospection.h>
 
 #include <algorithm>
+#include <boost/algorithm/string/join.hpp>
 
 #include "frontend/CandidateList.h"
 #include "frontend/Declarations.h"
@@ -158,10 +159,8 @@ class MemberReasons {
     std::u16string text =
         wide(word.empty() ? "level " + std::to_string(declaration.level) : std::string(word));
     text += u" in " + declaration.record->structure.name;
-    for (std::size_t at = 0; at < declaration.classes.size(); ++at) {
-      text += (at == 0 ? u", for code of " : u" and ") + declaration.classes[at];
-    }
-    return text;
+    if (declaration.classes.empty()) return text;
+    return text + u", for code of " + boost::algorithm::join(declaration.classes, std::u16string(u" and "));
   }
 
   /// The nearest one after whose objects the name comes, with the request as it is.

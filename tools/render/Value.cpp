@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "frontend/CandidateDetails.h"
+
 namespace tools {
 
 namespace {
@@ -22,9 +24,7 @@ using Size = std::vector<std::size_t>;
 Size sizeOf(const kxArray_tag* value) {
   // The host refuses to tell dimensions that are not held in the form that is asked for.
   if (kxHasLazyDimensions(value)) kxCompleteDimensions(value);
-  if (kxHasCompactDimensions(value)) return {kxGetRowCount(value), kxGetColumnCount(value)};
-  const std::size_t* dimensions = kxGetDimensions(value);
-  return Size(dimensions, dimensions + kxGetNumberOfDimensions(value));
+  return frontend::heldDimensions(value);
 }
 
 /// What is written without its size.

@@ -2,7 +2,7 @@ include(CMakePackageConfigHelpers)
 
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/contextdata)
 install(DIRECTORY include/contextdata host DESTINATION ${headerFolder} FILES_MATCHING PATTERN "*.h")
-install(DIRECTORY share/ DESTINATION ${CMAKE_INSTALL_DATADIR}/contextdata)
+install(DIRECTORY share/ DESTINATION ${CMAKE_INSTALL_DATADIR})
 
 # With an external host the package offers the library alone: whoever links it brings the host.
 set(installedTargets contextdata host)

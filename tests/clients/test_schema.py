@@ -112,10 +112,13 @@ def places(node, place=()):
 
 
 def changed(place, value):
-    """EVERYTHING with something else at one place."""
+    """EVERYTHING with something else at one place. Variables that the place is not in are numbers: their values take most
+    of the time of a validation and say nothing of the place."""
     if not place:
         return value
-    document = copy.deepcopy(EVERYTHING)
+    variables = [one if tuple(place[:2]) == ("workspace", at) else {**one, "value": 0}
+                 for at, one in enumerate(EVERYTHING["workspace"])]
+    document = copy.deepcopy({**EVERYTHING, "workspace": variables})
     *way, last = place
     node = document
     for step in way:

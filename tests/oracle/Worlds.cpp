@@ -3,6 +3,7 @@
 #include <contextdata/KCOSContextData.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "embedded/Host.h"
@@ -79,18 +80,31 @@ void addMember(ClassDescription& to, int form) {
   to.methods.push_back({.name = "m", .access = access, .hidden = hidden});
 }
 
-std::size_t agreeOnEverySmallQuestion(const Compared& world) {
+bool isAncestor(const Description& world, std::size_t above, std::size_t of) {
+  return std::ranges::any_of(world.classes[of].superclasses, [&](const std::string& name) {
+    const auto superclass = static_cast<std::size_t>(name[0] - 'A');
+    return superclass == above || isAncestor(world, above, superclass);
+  });
+}
+
+/// What classes declare that are not above it is nothing to a class: it is asked where they declare nothing.
+bool isAsked(const Description& world, std::size_t at) {
+  for (std::size_t other = 0; other < world.classes.size(); ++other)
+    if (other != at && !isAncestor(world, other, at) && !world.classes[other].methods.empty()) return false;
+  return true;
+}
+
+std::size_t agreeOnEverySmallQuestion(const Compared& world, std::size_t at) {
   std::size_t found = 0;
   for (const auto& levels : levelLists)
     for (int accessing = -1; accessing < 3; ++accessing)
       for (const bool hidden : {false, true})
-        for (std::size_t at = 0; at < 3; ++at)
-          found += world.agree(at, {.levels = levels, .accessing = accessing, .includeHidden = hidden});
+        found += world.agree(at, {.levels = levels, .accessing = accessing, .includeHidden = hidden});
   return found;
 }
 
 TEST(Oracle, AgreesOnEveryWorldOfThreeClassesWithOneMember) {
-  std::size_t worlds = 0, found = 0;
+  std::size_t worlds = 0, asked = 0, found = 0;
   for (const bool derived : {false, true})
     for (const auto& parents : parentsOfC)
       for (int forms = 0; forms < 7 * 7 * 7; ++forms, ++worlds) {
@@ -103,10 +117,14 @@ TEST(Oracle, AgreesOnEveryWorldOfThreeClassesWithOneMember) {
         }
         if (derived) world.classes[1].superclasses = {"A"};
         world.classes[2].superclasses = parents;
-        found += agreeOnEverySmallQuestion(Compared(world));
+        const Compared compared(world);
+        for (std::size_t at = 0; at < 3; ++at)
+          if (isAsked(world, at)) ++asked, found += agreeOnEverySmallQuestion(compared, at);
       }
   EXPECT_EQ(worlds, 2U * 5 * 343);
-  EXPECT_GT(found, 100000U);
+  // Of C with no, one or two classes above it; of B below A and alone; of A.
+  EXPECT_EQ(asked, (2U * 7 + 3 * 49 + 5 * 343) + (5U * 49 + 5 * 7) + 10U * 7);
+  EXPECT_GT(found, 50000U);
 }
 
 /// A world, and questions about it, that a seed stands for.
@@ -172,7 +190,7 @@ class Seeded {
 
 TEST(Oracle, AgreesOnSeededWorlds) {
   std::size_t found = 0;
-  for (std::uint32_t seed = 1; seed <= 3000; ++seed) {
+  for (std::uint32_t seed = 1; seed <= 2000; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     Seeded seeded(seed);
     const Description description = seeded.world();
@@ -183,7 +201,7 @@ TEST(Oracle, AgreesOnSeededWorlds) {
       for (std::size_t at = 0; at < description.classes.size(); ++at) found += world.agree(at, question);
     }
   }
-  EXPECT_GT(found, 50000U);
+  EXPECT_GT(found, 35000U);
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ class Generated {
 
   json classNamed(const std::string& name) {
     json cls{{"name", name}, {"properties", json::array()}, {"methods", json::array()}};
-    if (!classes_.empty() && below(2) == 0) cls["superclasses"] = {classes_.back()["name"]};
+    if (!classes_.empty() && below(2) == 0) cls["superclasses"] = json::array({classes_.back()["name"]});
     for (const char* member : names) {
       const json kinds[] = {{{"value", value(2)}},
                             {{"getter", "7"}},

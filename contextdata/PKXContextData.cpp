@@ -25,6 +25,8 @@ void appendListed(const kxArray_tag* package, const std::string& property,
 
 bool getPackageStrings(const std::u16string& package, std::vector<std::u16string>& names) {
   const std::size_t before = names.size();
+  // Now: `package` may be an element of `names`, which moves when the list grows.
+  const std::u16string folder = u"@" + package;
   const auto packageName = makeSharedPtr(matrix::create(package));
   kxArray_tag* arguments[] = {packageName.get()};
   ResultSlot found;
@@ -35,7 +37,7 @@ bool getPackageStrings(const std::u16string& package, std::vector<std::u16string
     appendListed(found.get(), "Functions", names);
   }
   // Any word but the two others selects compiled files.
-  for (const char* kind : {".k", ".kex", "classes"}) getWhatList(u"@" + package, names, kind);
+  for (const char* kind : {".k", ".kex", "classes"}) getWhatList(folder, names, kind);
   return names.size() != before;
 }
 

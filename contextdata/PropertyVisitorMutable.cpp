@@ -48,10 +48,10 @@ std::optional<std::int32_t> truncated(double number) {
 void addNumber(const Value& value, PropertyInfo& property) {
   if (property.possibleValuesKind == PropertyInfo::TextPossibleValues) return;
   if (kxGetNumberOfElements(value.get()) != 1) return;
-  const std::optional<std::int32_t> number = truncated(*kxGetDoubles(value.get()));
-  if (!number) return;
+  // The kind is that of any number: only the text of one that 32 bits do not hold is left out.
   property.possibleValuesKind = PropertyInfo::NumericPossibleValues;
-  property.possibleValues.push_back(fl::i18n::to_ustring(std::to_string(*number)));
+  if (const std::optional<std::int32_t> number = truncated(*kxGetDoubles(value.get())))
+    property.possibleValues.push_back(fl::i18n::to_ustring(std::to_string(*number)));
 }
 
 /// A value whose text conversion fails, for whatever reason, is left out.

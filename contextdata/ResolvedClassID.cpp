@@ -47,7 +47,7 @@ kcos::COSInternedName resolve(const std::string& name, const Kfh_KORVAL_fn* scop
 
 }  // namespace
 
-ResolvedClassID::ResolvedClassID(const kxArray_tag* object) : id_(omGetCOSClassID(object)) {}
+ResolvedClassID::ResolvedClassID(const kxArray_tag* object) : id(omGetCOSClassID(object)) {}
 
 ResolvedClassID::ResolvedClassID(const std::u16string& context, const std::u16string& className) {
   const std::string name = fl::i18n::to_string(className);
@@ -55,11 +55,11 @@ ResolvedClassID::ResolvedClassID(const std::u16string& context, const std::u16st
   try {
     // The switch is asked inside the handler: without an answer the name as it is typed is the best that is
     // known.
-    id_ = ComponentFeature::IsOn() ? resolve(name, findScope(context)) : kcos::internal::makeInterned(name);
+    id = ComponentFeature::IsOn() ? resolve(name, findScope(context)) : kcos::internal::makeInterned(name);
   } catch (const Tamsix::System::InterruptException&) {
     throw;
   } catch (...) {
-    id_ = kcos::internal::makeInterned(name);
+    id = kcos::internal::makeInterned(name);
   }
 }
 
@@ -69,15 +69,15 @@ ResolvedClassID::ResolvedClassID(const Kfh_KORVAL_fn* scope, const std::u16strin
   const std::string name = fl::i18n::to_string(className);
   if (!canNameClass(name)) return;
   if (!ComponentFeature::IsOn()) {
-    id_ = kcos::internal::makeInterned(name);
+    id = kcos::internal::makeInterned(name);
     return;
   }
   try {
-    id_ = resolve(name, scope);
+    id = resolve(name, scope);
   } catch (const Tamsix::System::InterruptException&) {
     throw;
   } catch (...) {
-    id_ = kcos::internal::makeInterned(name);
+    id = kcos::internal::makeInterned(name);
   }
 }
 
@@ -109,13 +109,13 @@ bool ResolvedClassID::isAlreadyResolved(const std::u16string& name) {
 }
 
 std::u16string ResolvedClassID::getComponentQualifiedName() const {
-  if (id_.isNull()) return {};
-  return fl::i18n::to_ustring(id_.text());
+  if (id.isNull()) return {};
+  return fl::i18n::to_ustring(id.text());
 }
 
 std::u16string ResolvedClassID::getNonComponentQualifiedName() const {
-  if (id_.isNull()) return {};
-  return fl::i18n::to_ustring(kcos::nameresolution::getUserVisibleClassName(id_.text()));
+  if (id.isNull()) return {};
+  return fl::i18n::to_ustring(kcos::nameresolution::getUserVisibleClassName(id.text()));
 }
 
 ResolvedClassID::DebuggerFocus ResolvedClassID::GetDebuggerFocus() {

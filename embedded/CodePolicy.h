@@ -29,8 +29,10 @@ struct CodeLimits {
   std::uint64_t steps = 10'000'000;
   /// Levels of expressions, blocks and calls inside each other. A level takes up to 4 KiB of the thread's stack.
   std::size_t depth = 1000;
-  /// Elements of one array, characters of one text.
+  /// Elements of one array, each of its extents, values of one list, characters of one text.
   std::size_t elements = 1'000'000;
+  /// Bytes of all values that the run has made and that still live.
+  std::size_t memory = std::size_t{48} << 20U;
 };
 
 }  // namespace embedded

@@ -28,7 +28,7 @@ struct FunctionMetadata {
   std::uint64_t flags = 0;
 };
 
-/// The metadata of a function. With a null function the host resolves the name itself. The name may be empty.
-/// May throw. Runs no Korval code.
+/// The metadata of the named function: of the one that the name means in code of `function`, which an empty name means
+/// itself. With a null function the host resolves the name itself. May throw. Runs no Korval code.
 KORVAL_HOST_API FunctionMetadata omGetFunctionMetadata(const std::string& name,
                                                        const Kfh_KORVAL_fn* function);

@@ -79,8 +79,8 @@ KORVAL_HOST_API std::string omResolveAnyClass(const std::string& name, const Kfh
 /// its component. Never asked for an empty name. May throw. Runs no Korval code.
 KORVAL_HOST_API std::string getUserVisibleClassName(const std::string& resolvedName);
 
-/// Is the name package-qualified already, as the resolver returns names? Empty names are asked too (false).
-/// May throw. Runs no Korval code.
+/// Is the name package-qualified already: exactly one that omResolveAnyClass() returns for some class? Empty names are
+/// asked too (false). May throw. Runs no Korval code.
 KORVAL_HOST_API bool isPackageQualifiedName(const std::string& name);
 
 }  // namespace nameresolution

@@ -172,13 +172,12 @@ COSInterfacePtr COSNamespace::getNamespaceInterface(const COSInternedName& name)
 
 kcos::COSInternedName omGetCOSClassID(const kxArray_tag* value) {
   enter<Operation::getCOSClassID>(value);
-  const embedded::Object* object = value == nullptr ? nullptr : valueOf(value).object();
-  return object == nullptr ? kcos::COSInternedName() : object->classId;
+  return value == nullptr ? kcos::COSInternedName() : valueOf(value).classId();
 }
 
 bool omIsKCOS(const kxArray_tag* value) {
   enter<Operation::isKCOS>(value);
-  return value != nullptr && valueOf(value).object() != nullptr;
+  return value != nullptr && !valueOf(value).classId().isNull();
 }
 
 kxArray_tag* omGetArrayElement(const kxArray_tag* array, std::size_t index) {

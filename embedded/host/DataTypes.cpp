@@ -51,7 +51,8 @@ namespace {
 OwnedValue possibleValue(const ValueDescription& description) {
   OwnedValue value = makeValue(description, session().classes);
   if (value->object() == nullptr) return value;
-  return newValue({1, 1}, Objects{{std::move(value)}, {}, true});
+  const kcos::COSInternedName identity = value->classId();
+  return newValue({1, 1}, Objects{{std::move(value)}, {}, identity, true});
 }
 
 /// It knows every kind of value, so that one serves all types.

@@ -38,8 +38,7 @@ int ClassRegistry::getClassNumber(const std::string& className) const {
 }
 
 int ClassRegistry::numberOf(const Value& value) const {
-  const Object* object = value.object();
-  const Class* found = object == nullptr ? nullptr : classes_.find(object->classId);
+  const Class* found = classes_.find(value.classId());
   // The name decides where there is no object, or none of a described class.
   if (found == nullptr) found = classes_.find(value.className());
   if (found != nullptr) return found->number();

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "embedded/host/Session.h"
+#include "embedded/model/Names.h"
 #include "embedded/model/Unicode.h"
 
 namespace embedded {
@@ -55,6 +56,19 @@ boost::intrusive_ptr<kxArray_tag> structureOf(const std::vector<ArgumentDescript
   return {newValue({1, arguments.size()}, std::move(structures)).detach(), false};
 }
 
+/// The function that the name means in code of `scope`: the scope itself, also without a name, an imported one, one of
+/// its namespace, or that of the whole name. Null when there is none.
+const Kfh_KORVAL_fn* functionNamed(const std::string& name, const Kfh_KORVAL_fn* scope) {
+  const Functions& functions = session().functions;
+  if (scope == nullptr) return functions.find(name);
+  if (name.empty() || name == scope->name || name == simpleNameOf(scope->name)) return scope;
+  for (const std::string& import : scope->imports)
+    if (const Kfh_KORVAL_fn* found = functions.find(importedName(import, name))) return found;
+  if (!scope->inNamespace.empty())
+    if (const Kfh_KORVAL_fn* found = functions.find(scope->inNamespace + "." + name)) return found;
+  return functions.find(name);
+}
+
 }  // namespace
 
 }  // namespace embedded
@@ -62,7 +76,7 @@ boost::intrusive_ptr<kxArray_tag> structureOf(const std::vector<ArgumentDescript
 FunctionMetadata omGetFunctionMetadata(const std::string& name, const Kfh_KORVAL_fn* function) {
   using namespace embedded;
   enter<Operation::getFunctionMetadata>(name, function);
-  const Kfh_KORVAL_fn* found = function != nullptr ? function : session().functions.find(name);
+  const Kfh_KORVAL_fn* found = functionNamed(name, function);
   if (found == nullptr || !found->arguments) return {};
   const ArgumentsDescription& arguments = *found->arguments;
   FunctionMetadata metadata{structureOf(arguments.inputs), structureOf(arguments.outputs),

@@ -77,6 +77,7 @@ class Gate {
 
   std::uint64_t callCount() const noexcept { return calls_; }
   void count() noexcept { ++calls_; }
+  bool isLogging() const noexcept { return (attention_.load(std::memory_order_relaxed) & Logging) != 0; }
   bool wantsAttention() const noexcept { return attention_.load(std::memory_order_relaxed) != 0; }
 
   void requestInterrupt() noexcept { attention_.fetch_or(Interrupt, std::memory_order_relaxed); }
@@ -120,7 +121,8 @@ inline void enter(const Arguments&... arguments) noexcept(ruleOf(operation) == R
     refuseWithoutHost(operation);
   }
   gate->count();
-  if (gate->wantsAttention()) [[unlikely]]
+  // What cannot fail is logged at most; else it would allocate texts of its arguments while it gives memory back.
+  if (rule == Rule::NoThrow ? gate->isLogging() : gate->wantsAttention()) [[unlikely]]
     gate->attend(operation, {logged(arguments)...});
 }
 

@@ -18,7 +18,7 @@ int statusOf(const CodeError& error) {
   return error.messageId() == "KORVAL:code:Syntax" ? BadSyntax : Failed;
 }
 
-/// Keeps the error, and prints it unless errors are to be silent.
+/// Of an evaluation: keeps the error, and prints it unless errors are to be silent.
 void report(Session& session, const CodeError& error) {
   const CodeFailure& failure = session.interpreter.lastFailure.emplace(error.failure());
   if (session.interpreter.errorMode == matrix::ErrorMode::Silent) return;
@@ -154,7 +154,8 @@ int inCallFcnWithTrap(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs
     return Success;
   } catch (const CodeError& error) {
     if (!trap) throw;
-    report(current, error);
+    // Kept, but not printed: the caller has it as a status.
+    current.interpreter.lastFailure = error.failure();
     return statusOf(error);
   }
 }

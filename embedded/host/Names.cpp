@@ -76,7 +76,9 @@ std::string getUserVisibleClassName(const std::string& resolvedName) {
 
 bool isPackageQualifiedName(const std::string& name) {
   enter<Operation::isPackageQualifiedName>(name);
-  return embedded::endOfComponent(name) != embedded::none;
+  // Only what omResolveAnyClass() returns: a colon alone tells nothing, and classes without a component have none.
+  const embedded::Class* found = embedded::session().classes.find(name);
+  return found != nullptr && found->names().id.text() == name;
 }
 
 }  // namespace kcos::nameresolution

@@ -38,6 +38,12 @@ std::vector<std::string> memberNames(const Class& oneClass) {
   return names;
 }
 
+/// Each name is a value.
+ValuePtr cellOf(const BuiltinCall& call, const std::vector<std::string>& names) {
+  call.interpreter.step(names.size());
+  return newCellOfTexts(names);
+}
+
 ValuePtr opaqueOf(const std::string& className, std::vector<std::pair<std::string, ValuePtr>> fields) {
   return newValue({1, 1}, Opaque{className, std::move(fields), {}});
 }
@@ -56,33 +62,33 @@ Values properties(const BuiltinCall& call) {
   call.require(1, 1);
   const Class* oneClass = classOf(call.interpreter, call[0]);
   if (oneClass == nullptr) failWithout(call, "properties");
-  return {newCellOfTexts(memberNames<&Class::Parts::properties>(*oneClass))};
+  return {cellOf(call, memberNames<&Class::Parts::properties>(*oneClass))};
 }
 
 Values fieldNames(const BuiltinCall& call) {
   call.require(1, 1);
-  if (const auto* structures = call[0].as<Structures>()) return {newCellOfTexts(structures->fields)};
+  if (const auto* structures = call[0].as<Structures>()) return {cellOf(call, structures->fields)};
   // For objects the fields are the properties that everybody may read.
-  if (call[0].object() != nullptr) return properties(call);
+  if (!call[0].classId().isNull()) return properties(call);
   const Opaque* opaque = call[0].opaque();
   if (opaque == nullptr) failWithout(call, "fields");
   std::vector<std::string> names;
   for (const auto& field : opaque->fields) names.push_back(field.first);
-  return {newCellOfTexts(names)};
+  return {cellOf(call, names)};
 }
 
 Values methods(const BuiltinCall& call) {
   call.require(1, 1);
   if (const Class* oneClass = classOf(call.interpreter, call[0]))
-    return {newCellOfTexts(memberNames<&Class::Parts::methods>(*oneClass))};
+    return {cellOf(call, memberNames<&Class::Parts::methods>(*oneClass))};
   CodeFiles& files = call.interpreter.files;
   if (const Structures* structures = call[0].structureObject())
-    return {newCellOfTexts(files.methodNames(structures->className))};
+    return {cellOf(call, files.methodNames(structures->className))};
   const Opaque* opaque = call[0].opaque();
   if (opaque == nullptr) failWithout(call, "methods");
   std::vector<std::string> names;
   for (const Opaque::Method& method : opaque->methods) names.push_back(method.name);
-  return {newCellOfTexts(names)};
+  return {cellOf(call, names)};
 }
 
 Values className(const BuiltinCall& call) {
@@ -123,7 +129,7 @@ Values isMethod(const BuiltinCall& call) {
 
 Values isObject(const BuiltinCall& call) {
   call.require(1, 1);
-  return {newLogical(call[0].object() != nullptr)};
+  return {newLogical(!call[0].classId().isNull())};
 }
 
 Values feval(const BuiltinCall& call) {
@@ -138,11 +144,13 @@ Values feval(const BuiltinCall& call) {
 Values findPackage(const BuiltinCall& call) {
   call.require(1, 1);
   const std::string name = narrowTextOf(call.interpreter, call[0]);
-  for (const PackageDescription& package : call.interpreter.world.packages)
-    if (package.name == name)
-      return {opaqueOf("package", {{"Name", newText(widened(name))},
-                                   {"Classes", opaquesNamed("package.class", package.classes)},
-                                   {"Functions", opaquesNamed("package.function", package.functions)}})};
+  for (const PackageDescription& package : call.interpreter.world.packages) {
+    if (package.name != name) continue;
+    call.interpreter.step(package.classes.size() + package.functions.size());
+    return {opaqueOf("package", {{"Name", newText(widened(name))},
+                                 {"Classes", opaquesNamed("package.class", package.classes)},
+                                 {"Functions", opaquesNamed("package.function", package.functions)}})};
+  }
   return {newEmpty()};
 }
 
@@ -150,8 +158,9 @@ Values findPackage(const BuiltinCall& call) {
 Values allNamespaces(const BuiltinCall& call) {
   call.require(0, 0);
   const kcos::COSInternedName className = interned(namespaceObjectClass);
-  Objects objects{{}, className.text()};
+  Objects objects{{}, className.text(), className};
   const std::vector<std::string> names = call.interpreter.world.classes.namespaceNames();
+  call.interpreter.step(names.size());
   for (const std::string& name : names)
     objects.elements.push_back(
         // Of a class that no session has to describe: only its name is ever asked for.

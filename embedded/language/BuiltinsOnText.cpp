@@ -21,9 +21,10 @@ bool isIdentifier(const std::string& text) {
   return text.find(':') != std::string::npos && text.find_first_of(" %\\") == std::string::npos;
 }
 
-std::optional<std::u16string> textIn(Interpreter& interpreter, const ValuePtr& value) {
-  if (value == nullptr || !isText(*value)) return {};
-  return textOf(interpreter, *value);
+/// Null for a value that is no text.
+const std::u16string* textIn(Interpreter& interpreter, const ValuePtr& value) {
+  interpreter.step();
+  return value == nullptr || !isText(*value) ? nullptr : &textOf(interpreter, *value);
 }
 
 /// With the letters from `first` to `last` moved.
@@ -36,6 +37,8 @@ Values changedCase(const BuiltinCall& call, char16_t first, char16_t last, int s
     return text;
   };
   if (call[0].as<Strings>()) {
+    call.interpreter.checkSize(call[0].size(), sizeof(std::optional<std::u16string>));
+    call.interpreter.step(lengthOf(*call[0].as<Strings>()));
     Strings strings = *call[0].as<Strings>();
     for (auto& text : strings.elements)
       if (text) text = changed(*text);
@@ -81,15 +84,18 @@ Values strcmp(const BuiltinCall& call) {
   const auto* left = call[0].as<Cells>();
   const auto* right = call[1].as<Cells>();
   const auto equal = [&call](const ValuePtr& one, const ValuePtr& other) {
-    const auto text = textIn(call.interpreter, one);
-    return text && text == textIn(call.interpreter, other);
+    const std::u16string* text = textIn(call.interpreter, one);
+    const std::u16string* otherText = text == nullptr ? nullptr : textIn(call.interpreter, other);
+    return otherText != nullptr && *text == *otherText;
   };
   // What is no text equals nothing, and is no error.
   if (left == nullptr && right == nullptr) return {newLogical(equal(call.arguments[0], call.arguments[1]))};
   const Value& model = left != nullptr ? call[0] : call[1];
   if (left != nullptr && right != nullptr && left->elements.size() != right->elements.size())
     call.interpreter.fail("KORVAL:code:SizeMismatch", "The cells have different sizes");
+  call.interpreter.checkSize(model.size());
   std::vector<bool> result;
+  result.reserve(model.elementCount());
   for (std::size_t at = 0; at < model.elementCount(); ++at)
     result.push_back(equal(left ? left->elements[at] : call.arguments[0],
                            right ? right->elements[at] : call.arguments[1]));
@@ -104,11 +110,11 @@ Values num2str(const BuiltinCall& call) {
   if (isText(call[0])) return {call.arguments[0]};
   std::string text;
   for (const double number : numbersOf(call.interpreter, call[0])) {
-    // Texts of numbers are longer than the numbers are, so each costs a step.
-    call.interpreter.step();
-    text += (text.empty() ? "" : "  ") + shownNumber(number);
+    const std::string next = (text.empty() ? "" : "  ") + shownNumber(number);
+    call.interpreter.step(next.size());
+    call.interpreter.checkCount(text.size() + next.size());
+    text += next;
   }
-  call.interpreter.checkSize({text.size()});
   return {newText(widened(text))};
 }
 
@@ -132,6 +138,7 @@ Values logicals(const BuiltinCall& call) {
   call.require(1, 1);
   const std::vector<double> numbers = numbersOf(call.interpreter, call[0]);
   std::vector<bool> result;
+  result.reserve(numbers.size());
   // NaN becomes true, as it is one in a condition.
   for (const double number : numbers) result.push_back(number != 0);
   return {newValue(call[0].size(), std::move(result))};

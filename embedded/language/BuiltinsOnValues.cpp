@@ -29,8 +29,9 @@ Value::Size sizeOf(const BuiltinCall& call) {
     // Negative extents mean none, and what is too big here is refused as an array below.
     size.push_back(static_cast<std::size_t>(std::clamp(extent, 0.0, 1e18)));
   }
+  size = withoutTrailingOnes(std::move(size));
   call.interpreter.checkSize(size);
-  return withoutTrailingOnes(std::move(size));
+  return size;
 }
 
 Values filled(const BuiltinCall& call, double number) {
@@ -116,12 +117,17 @@ Values structure(const BuiltinCall& call) {
     structures.fields.push_back(narrowTextOf(call.interpreter, call[at]));
     if (call[at + 1].as<Cells>() && call[at + 1].elementCount() != 1) size = call[at + 1].size();
   }
-  for (std::size_t element = 0; element < Value::elementsOf(size); ++element) {
+  const std::size_t count = Value::elementsOf(size);
+  for (std::size_t at = 1; at < call.arguments.size(); at += 2)
+    if (const auto* cells = call[at].as<Cells>();
+        cells != nullptr && cells->elements.size() != 1 && cells->elements.size() != count)
+      call.interpreter.fail("KORVAL:code:SizeMismatch", "The cells have different sizes");
+  call.interpreter.checkSize(size);
+  call.interpreter.checkSize({count, structures.fields.size()});
+  structures.values.reserve(count * structures.fields.size());
+  for (std::size_t element = 0; element < count; ++element) {
     for (std::size_t at = 1; at < call.arguments.size(); at += 2) {
       const auto* cells = call[at].as<Cells>();
-      if (cells != nullptr && cells->elements.size() != 1 &&
-          cells->elements.size() != Value::elementsOf(size))
-        call.interpreter.fail("KORVAL:code:SizeMismatch", "The cells have different sizes");
       structures.values.push_back(
           cells == nullptr ? call.arguments[at] : cells->elements[cells->elements.size() == 1 ? 0 : element]);
     }
@@ -138,6 +144,7 @@ Values floor(const BuiltinCall& call) {
 
 Values isMissing(const BuiltinCall& call) {
   call.require(1, 1);
+  call.interpreter.checkSize(call[0].size());
   std::vector<bool> result(call[0].elementCount(), false);
   if (const auto* strings = call[0].as<Strings>())
     std::transform(strings->elements.begin(), strings->elements.end(), result.begin(),

@@ -27,7 +27,9 @@ bool isSomething(const Meaning& meaning) {
 /// The function of that name among those of the routine's text, or null.
 const FunctionSyntax* localFunction(Interpreter& interpreter, const Routine& routine,
                                     const std::string& name) {
-  for (const FunctionSyntax& function : interpreter.unitOf(routine).functions)
+  const std::vector<FunctionSyntax>& functions = interpreter.unitOf(routine).functions;
+  interpreter.step(functions.size());
+  for (const FunctionSyntax& function : functions)
     if (function.name == name) return &function;
   return nullptr;
 }
@@ -37,6 +39,7 @@ std::vector<std::string> candidates(Interpreter& interpreter, const std::string&
                                     const Routine& routine) {
   std::vector<std::string> result;
   const auto add = [&](const std::vector<std::string>& imports) {
+    interpreter.step(imports.size());
     for (const std::string& import : imports)
       if (std::string full = importedName(import, name); !full.empty()) result.push_back(std::move(full));
   };

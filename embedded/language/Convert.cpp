@@ -40,6 +40,7 @@ struct ElementsAt {
   }
   Value::Content operator()(const std::u16string& from) const {
     std::u16string result;
+    result.reserve(elements.size());
     for (const std::size_t element : elements) result += element == noElement ? u'\0' : from.at(element);
     return result;
   }
@@ -49,6 +50,7 @@ struct ElementsAt {
     for (const std::size_t element : elements)
       if (element != noElement && from.elements.at(element)) length += from.elements[element]->size();
     interpreter.checkSize({length});
+    interpreter.checkSize({elements.size()}, sizeof(std::optional<std::u16string>));
     return Strings{picked(interpreter, from.elements, elements)};
   }
   Value::Content operator()(const Cells& from) const {
@@ -57,6 +59,7 @@ struct ElementsAt {
   Value::Content operator()(const Structures& from) const {
     interpreter.checkSize({elements.size(), from.fields.size()});
     Structures result{from.fields, {}, from.className};
+    result.values.reserve(elements.size() * from.fields.size());
     for (const std::size_t element : elements)
       for (std::size_t field = 0; field < from.fields.size(); ++field)
         result.values.push_back(element == noElement ? nullptr
@@ -76,7 +79,7 @@ struct ElementsAt {
     if (std::ranges::find(elements, noElement) != elements.end())
       interpreter.fail("KORVAL:code:SizeMismatch",
                        "An array of objects cannot grow by elements that are not given");
-    return {picked(interpreter, from, elements), value.className()};
+    return {picked(interpreter, from, elements), value.className(), value.classId()};
   }
 };
 
@@ -101,7 +104,7 @@ Rank rankOf(const Value& value) { return std::visit(RankOf(), value.content()); 
 ValuePtr asObjects(Interpreter& interpreter, const ValuePtr& value, const std::string& className) {
   if (value->className() != className)
     failKind(interpreter, "An object of class \"" + className + "\"", *value);
-  return value->as<Objects>() ? value : newValue({1, 1}, Objects{{value}, className});
+  return value->as<Objects>() ? value : newValue({1, 1}, Objects{{value}, className, value->classId()});
 }
 
 ValuePtr asRank(Interpreter& interpreter, Rank rank, const ValuePtr& value, const Value& model) {
@@ -133,6 +136,9 @@ struct Appender {
   void operator()(const Structures& more) const {
     auto& structures = std::get<Structures>(all);
     if (structures.fields.size() != more.fields.size() || structures.className != more.className) refuse();
+    interpreter.step(more.fields.size());
+    if (structures.fields == more.fields) return append(structures.values, more.values);
+    interpreter.step(more.fields.size() * more.fields.size());
     // The fields may come in another order; that of the first structure stays.
     std::vector<std::size_t> places;
     for (const std::string& field : structures.fields) {
@@ -164,6 +170,27 @@ struct Row {
 };
 
 bool isEmpty(const ValuePtr& value) { return value->elementCount() == 0; }
+
+/// Before anything is copied: few values can be many elements and long texts, for the same one may stand there often.
+void checkTogether(Interpreter& interpreter, const Values& pieces) {
+  Rank rank = Logicals;
+  for (const ValuePtr& piece : pieces) rank = std::max(rank, rankOf(*piece));
+  std::size_t count = 0;
+  std::size_t length = 0;
+  for (const ValuePtr& piece : pieces) {
+    const auto* text = piece->as<std::u16string>();
+    const auto* strings = piece->as<Strings>();
+    // Beside a cell an array is one element, beside strings a text is one.
+    const bool isOne =
+        (rank == CellArrays && !piece->as<Cells>()) || (rank == StringArrays && text != nullptr);
+    count += isOne ? 1 : piece->elementCount();
+    if (rank == StringArrays) length += text ? text->size() : strings ? lengthOf(*strings) : 0;
+    interpreter.checkCount(std::max(count, length));
+  }
+  interpreter.checkSize({length});
+  interpreter.checkSize({count},
+                        rank == StringArrays ? sizeof(std::optional<std::u16string>) : sizeof(double));
+}
 
 Values flattened(const std::vector<Values>& rows) {
   Values all;
@@ -224,6 +251,7 @@ std::vector<std::size_t> originsOf(Interpreter& interpreter, const std::vector<R
 }  // namespace
 
 std::vector<double> numbersOf(Interpreter& interpreter, const Value& value) {
+  interpreter.step(value.elementCount());
   if (const auto* numbers = value.as<std::vector<double>>()) return *numbers;
   if (const auto* logicals = value.as<std::vector<bool>>()) return {logicals->begin(), logicals->end()};
   if (const auto* text = value.as<std::u16string>()) return {text->begin(), text->end()};
@@ -241,10 +269,18 @@ bool isText(const Value& value) noexcept {
   return strings != nullptr && value.elementCount() == 1 && strings->elements.front();
 }
 
-std::u16string textOf(Interpreter& interpreter, const Value& value) {
+std::size_t lengthOf(const Strings& strings) noexcept {
+  std::size_t length = 0;
+  for (const auto& text : strings.elements) length += text ? text->size() : 0;
+  return length;
+}
+
+const std::u16string& textOf(Interpreter& interpreter, const Value& value) {
   if (!isText(value)) failKind(interpreter, "A text", value);
-  if (const auto* text = value.as<std::u16string>()) return *text;
-  return *value.as<Strings>()->elements.front();
+  const auto* row = value.as<std::u16string>();
+  const std::u16string& text = row != nullptr ? *row : *value.as<Strings>()->elements.front();
+  interpreter.step(text.size());
+  return text;
 }
 
 std::string narrowTextOf(Interpreter& interpreter, const Value& value) {
@@ -280,7 +316,9 @@ Value::Size withoutTrailingOnes(Value::Size size) {
 ValuePtr asStrings(Interpreter& interpreter, const ValuePtr& value) {
   if (value->as<Strings>()) return value;
   if (value->as<std::u16string>()) return newString(textOf(interpreter, *value));
+  interpreter.checkSize(value->size(), sizeof(std::optional<std::u16string>));
   Strings strings;
+  strings.elements.reserve(value->elementCount());
   for (const double number : numbersOf(interpreter, *value)) {
     interpreter.pollAt(strings.elements.size());
     strings.elements.emplace_back(widened(shownNumber(number)));
@@ -291,6 +329,7 @@ ValuePtr asStrings(Interpreter& interpreter, const ValuePtr& value) {
 ValuePtr asCharacters(Interpreter& interpreter, const ValuePtr& value) {
   if (value->as<std::u16string>()) return value;
   std::u16string text;
+  text.reserve(value->elementCount());
   for (const double number : numbersOf(interpreter, *value)) text += characterOf(number);
   return newValue(value->size(), std::move(text));
 }
@@ -321,7 +360,6 @@ Values unified(Interpreter& interpreter, Values values) {
 }
 
 ValuePtr joined(Interpreter& interpreter, const Values& unifiedValues) {
-  interpreter.step();
   Value::Content all = unifiedValues.front()->content();
   for (std::size_t at = 1; at < unifiedValues.size(); ++at) {
     interpreter.pollAt(at);
@@ -335,6 +373,7 @@ ValuePtr joined(Interpreter& interpreter, const Values& unifiedValues) {
 ValuePtr concatenated(Interpreter& interpreter, const std::vector<Values>& rows) {
   Values pieces = flattened(rows);
   if (pieces.empty()) return newEmpty();
+  checkTogether(interpreter, pieces);
   // Nothing but the kind is left of empty values: an empty text among them makes an empty text.
   if (std::ranges::all_of(pieces, isEmpty)) return unified(interpreter, std::move(pieces)).front();
   const std::vector<Row> all = unifiedRows(interpreter, rows, pieces);
@@ -346,7 +385,8 @@ ValuePtr concatenated(Interpreter& interpreter, const std::vector<Values>& rows)
                                                        std::to_string(row.width) + " columns");
     height += row.height;
   }
-  interpreter.checkSize({height, width});
+  // In one row the elements stand in their order already; but one object alone is no array.
+  if (height == 1 && width > 1) return joined(interpreter, pieces);
   return elementsAt(interpreter, *joined(interpreter, pieces), originsOf(interpreter, all, height, width),
                     {height, width});
 }

@@ -10,15 +10,17 @@
 
 namespace embedded {
 
-/// The numbers of a value of numbers, logicals or characters; an error for any other.
+/// The numbers of a value of numbers, logicals or characters, at a step for each; an error for any other.
 std::vector<double> numbersOf(Interpreter& interpreter, const Value& value);
 /// One number, or an error.
 double numberOf(Interpreter& interpreter, const Value& value);
-/// The text of a row of characters or of a string that is not missing, or an error.
-std::u16string textOf(Interpreter& interpreter, const Value& value);
+/// The text of a row of characters or of a string that is not missing, at a step for each character; or an error.
+const std::u16string& textOf(Interpreter& interpreter, const Value& value);
 /// The same, narrow.
 std::string narrowTextOf(Interpreter& interpreter, const Value& value);
 bool isText(const Value& value) noexcept;
+/// The characters of all texts of an array.
+std::size_t lengthOf(const Strings& strings) noexcept;
 /// A condition: not empty, and every element is true.
 bool isTrue(Interpreter& interpreter, const Value& value);
 /// The character of that code, without a fraction; NaN and what is too small is U+0000, what is too big U+FFFF.

@@ -1,8 +1,11 @@
 #include "embedded/language/Display.h"
 
+#include <algorithm>
 #include <boost/algorithm/string/join.hpp>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <optional>
 
 #include "embedded/language/Convert.h"
 #include "embedded/model/Unicode.h"
@@ -50,6 +53,7 @@ struct ShownByKind {
     });
   }
   std::u16string operator()(const std::u16string& text) const {
+    interpreter.step(text.size());
     return isText(value) ? quoted(text, u'\'') : sizeAndClass(value);
   }
   std::u16string operator()(const FunctionHandle& handle) const { return u"@" + widened(handle.function); }
@@ -80,9 +84,10 @@ struct ShownByKind {
       if (row > 0) text += u"; ";
       for (std::size_t column = 0; column < value.columns(); ++column) {
         if (column > 0) text += separator;
-        text += show(row + column * value.rows());
-        // Only then: checking costs steps, and short elements would pay them again and again.
-        if (text.size() > interpreter.limits.elements) interpreter.checkSize({text.size()});
+        const std::u16string element = show(row + column * value.rows());
+        interpreter.step(element.size());
+        interpreter.checkCount(text.size() + element.size());
+        text += element;
       }
     }
     return text + close;
@@ -116,6 +121,26 @@ std::u16string escapeAt(const std::u16string& format, std::size_t& at) {
   return unit == u'\\' ? u"\\" : std::u16string{u'\\', unit};
 }
 
+/// Width and precision of a conversion; refused when they are longer than any text may be.
+struct Layout {
+  std::size_t width = 0;
+  std::optional<std::size_t> precision = {};
+  bool toTheLeft = false;
+};
+
+Layout layoutOf(Interpreter& interpreter, const std::string& conversion) {
+  Layout layout;
+  const std::size_t digits = conversion.find_first_not_of("+- #0", 1);
+  layout.toTheLeft = conversion.substr(0, digits).find('-') != std::string::npos;
+  const char* at = conversion.c_str() + digits;
+  const char* end = conversion.c_str() + conversion.size();
+  // A conversion is so short that neither of them overflows.
+  at = std::from_chars(at, end, layout.width).ptr;
+  if (*at == '.') std::from_chars(at + 1, end, layout.precision.emplace(0));
+  interpreter.checkSize({std::max(layout.width, layout.precision.value_or(0))});
+  return layout;
+}
+
 std::string printed(const std::string& conversion, double number) {
   const bool wantsWhole = std::string_view("diux").find(conversion.back()) != std::string_view::npos;
   std::string format = conversion.substr(0, conversion.size() - 1);
@@ -125,40 +150,70 @@ std::string printed(const std::string& conversion, double number) {
     format += std::string("ll") + conversion.back();
   else
     format += wantsWhole ? 'g' : conversion.back();
-  // A longer result is cut: the width in a format may be any number.
-  char text[2048];
-  const int length = wantsWhole && isWhole
-                         ? std::snprintf(text, sizeof text, format.c_str(), static_cast<long long>(number))
-                         : std::snprintf(text, sizeof text, format.c_str(), number);
-  return {text, std::min(static_cast<std::size_t>(std::max(length, 0)), sizeof text - 1)};
+  const auto print = [&](char* text, std::size_t size) {
+    return wantsWhole && isWhole ? std::snprintf(text, size, format.c_str(), static_cast<long long>(number))
+                                 : std::snprintf(text, size, format.c_str(), number);
+  };
+  // Once for the length: a width and a precision make it as long as they like.
+  std::string text(static_cast<std::size_t>(std::max(print(nullptr, 0), 0)), '\0');
+  print(text.data(), text.size() + 1);
+  return text;
 }
 
-/// What one conversion takes: a number, or a whole text.
-struct Argument {
-  std::u16string text;
-  double number = 0;
-  bool isText = false;
-};
-
-std::vector<Argument> flattened(Interpreter& interpreter, const Values& arguments) {
-  std::vector<Argument> result;
-  for (const ValuePtr& value : arguments) {
-    if (isText(*value))
-      result.push_back({textOf(interpreter, *value), 0, true});
-    else
-      for (const double number : numbersOf(interpreter, *value)) {
-        interpreter.pollAt(result.size());
-        result.push_back({widened(shownNumber(number)), number});
-      }
+/// The arguments of a format one after another: the numbers of each, or its text as a whole.
+class Arguments {
+ public:
+  Arguments(Interpreter& interpreter, const Values& values) : interpreter_(interpreter), values_(values) {
+    findNext();
   }
-  return result;
-}
 
-std::u16string put(const std::string& conversion, const Argument& argument) {
-  if (argument.isText || conversion.back() == 's') return argument.text;
-  if (conversion.back() == 'c') return std::u16string(1, characterOf(argument.number));
-  return widened(printed(conversion, argument.number));
-}
+  bool empty() const { return total_ == 0; }
+  bool atEnd() const { return value_ == values_.size(); }
+
+  /// What the conversion makes of the current argument, after which the next one is current.
+  std::u16string put(const std::string& conversion) {
+    const Layout layout = layoutOf(interpreter_, conversion);
+    const bool isText = embedded::isText(*values_[value_]);
+    const double number = isText ? 0 : numbers_[element_];
+    const bool asText = isText || conversion.back() == 's' || conversion.back() == 'c';
+    std::u16string text = isText                     ? textOf(interpreter_, *values_[value_])
+                          : conversion.back() == 's' ? widened(shownNumber(number))
+                          : conversion.back() == 'c' ? std::u16string(1, characterOf(number))
+                                                     : widened(printed(conversion, number));
+    ++element_;
+    findNext();
+    if (!asText) return text;
+    if (layout.precision && conversion.back() == 's' && text.size() > *layout.precision)
+      text.resize(*layout.precision);
+    if (text.size() < layout.width)
+      text.insert(layout.toTheLeft ? text.size() : 0, layout.width - text.size(), u' ');
+    return text;
+  }
+
+ private:
+  /// Moves on to a value that has an argument left. The numbers are those of one value at a time: the same one may stand
+  /// among the values any number of times.
+  void findNext() {
+    for (; value_ < values_.size(); ++value_, element_ = 0) {
+      interpreter_.step();
+      if (element_ == 0) {
+        const bool isText = embedded::isText(*values_[value_]);
+        numbers_ = isText ? std::vector<double>() : numbersOf(interpreter_, *values_[value_]);
+        count_ = isText ? 1 : numbers_.size();
+        total_ += count_;
+      }
+      if (element_ < count_) return;
+    }
+  }
+
+  Interpreter& interpreter_;
+  const Values& values_;
+  std::size_t value_ = 0;
+  std::size_t element_ = 0;
+  std::size_t count_ = 0;
+  std::size_t total_ = 0;
+  std::vector<double> numbers_;
+};
 
 }  // namespace
 
@@ -173,33 +228,37 @@ std::u16string displayed(Interpreter& interpreter, const Value& value) {
   return isText(value) ? textOf(interpreter, value) : shownValue(interpreter, value);
 }
 
-std::u16string formatted(Interpreter& interpreter, const std::u16string& format, const Values& arguments) {
-  const std::vector<Argument> all = flattened(interpreter, arguments);
+std::u16string formatted(Interpreter& interpreter, const std::u16string& format, const Values& values) {
+  Arguments arguments(interpreter, values);
   std::u16string result;
-  std::size_t next = 0;
+  const auto append = [&](const std::u16string& piece) {
+    interpreter.step(piece.size());
+    interpreter.checkCount(result.size() + piece.size());
+    result += piece;
+  };
   bool more = true;
   while (more) {
     // The format is used again for what is left, unless a round has used up nothing.
-    const std::size_t before = next;
+    more = false;
     for (std::size_t at = 0; at < format.size();) {
       interpreter.step();
       if (format[at] == u'\\') {
-        result += escapeAt(format, at);
+        append(escapeAt(format, at));
       } else if (format[at] != u'%') {
-        result += format[at++];
+        append(std::u16string(1, format[at++]));
       } else if (const std::string conversion = conversionAt(interpreter, format, at);
                  conversion.back() == '%') {
-        result += u'%';
-      } else if (next < all.size()) {
-        result += put(conversion, all[next++]);
+        append(u"%");
+      } else if (!arguments.atEnd()) {
+        append(arguments.put(conversion));
+        more = true;
         // Too few arguments end the text at the first conversion without one; with none at all, conversions are
         // empty.
-      } else if (!all.empty()) {
+      } else if (!arguments.empty()) {
         return result;
       }
     }
-    interpreter.checkSize({result.size()});
-    more = next > before && next < all.size();
+    more = more && !arguments.atEnd();
   }
   return result;
 }

@@ -1,6 +1,8 @@
 #include "embedded/language/Evaluator.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "embedded/language/Calls.h"
 #include "embedded/language/Convert.h"
@@ -20,7 +22,7 @@ struct Cases : Functions... {
 template <class... Functions>
 Cases(Functions...) -> Cases<Functions...>;
 
-bool isObject(const Value& value) { return value.object() != nullptr || value.opaque() != nullptr; }
+bool isObject(const Value& value) { return !value.classId().isNull() || value.opaque() != nullptr; }
 
 }  // namespace
 
@@ -198,19 +200,20 @@ Values Evaluator::values(const Expression& expression, std::size_t nargout) {
 
 ValuePtr Evaluator::value(const Matrix& matrix, Position at) {
   std::vector<Values> rows;
+  std::size_t count = 0;
   for (const Expressions& row : matrix.rows) {
     rows.emplace_back();
-    for (const ExpressionPtr& element : row)
-      for (ValuePtr& value : values(*element, 1)) {
-        interpreter_.pollAt(rows.back().size());
-        // Wrapped one by one, so that a cell among the elements of braces nests instead of being joined.
-        rows.back().push_back(matrix.isCell ? newValue({1, 1}, Cells{{std::move(value)}}) : std::move(value));
-      }
+    for (const ExpressionPtr& element : row) append(rows.back(), values(*element, 1), count);
+    count += rows.back().size();
   }
-  // What concatenated() makes of nothing is an empty array of numbers.
-  if (matrix.isCell && rows.empty()) return newValue({0, 0}, Cells());
   interpreter_.at = at;
-  return concatenated(interpreter_, rows);
+  if (!matrix.isCell) return concatenated(interpreter_, rows);
+  // A row of braces is a cell with its values, so that a cell among them nests instead of being joined.
+  for (Values& row : rows)
+    if (const Value::Size size{1, row.size()}; !row.empty())
+      row = {newValue(size, Cells{std::exchange(row, {})})};
+  // What concatenated() makes of nothing is an empty array of numbers.
+  return count == 0 ? newValue({0, 0}, Cells()) : concatenated(interpreter_, rows);
 }
 
 double Evaluator::number(const Expression& expression) {
@@ -275,11 +278,18 @@ ValuePtr Evaluator::lastIndexValue() const {
 /// Of a call: `end` in it means what it means around the call, as in x(f(end)).
 Values Evaluator::arguments(const Expressions& expressions) {
   Values result;
-  for (const ExpressionPtr& expression : expressions) {
-    Values more = values(*expression, 1);
-    result.insert(result.end(), more.begin(), more.end());
-  }
+  for (const ExpressionPtr& expression : expressions) append(result, values(*expression, 1), 0);
   return result;
+}
+
+/// To a list beside which so many other values stand.
+void Evaluator::append(Values& all, Values more, std::size_t others) {
+  interpreter_.checkCount(others + all.size() + more.size());
+  interpreter_.step(more.size());
+  if (all.empty())
+    all = std::move(more);
+  else
+    all.insert(all.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
 std::vector<Subscript> Evaluator::subscripts(const Selector& access, const Value& indexed) {

@@ -67,6 +67,7 @@ class Evaluator {
   ValuePtr shortCircuit(const BinaryExpression& binary);
   ValuePtr lastIndexValue() const;
   Values arguments(const Expressions& expressions);
+  void append(Values& all, Values more, std::size_t others);
   std::vector<Subscript> subscripts(const Selector& access, const Value& indexed);
 
   // References.

@@ -18,15 +18,29 @@ ValuePtr foreignMember(Interpreter& interpreter, const ForeignClassDescription& 
   return newValue({1, 1}, ForeignMember{foreign.name, name});
 }
 
+/// An empty array stands for each value that nobody has assigned.
+void fillAbsent(Values& values) {
+  // One for all: there may be a million of them.
+  ValuePtr empty;
+  for (ValuePtr& value : values) {
+    if (value != nullptr) continue;
+    if (empty == nullptr) empty = newEmpty();
+    value = empty;
+  }
+}
+
 Values fieldOfAll(Interpreter& interpreter, const Structures& structures, const std::string& field) {
   const std::size_t width = structures.fields.size();
   const std::size_t first = structures.indexOf(field);
   if (first == width)
     interpreter.fail("KORVAL:code:NoSuchField", "The structure has no field \"" + field + "\"");
   Values result;
+  interpreter.step(width + structures.values.size() / width);
+  result.reserve(structures.values.size() / width);
   // Values stand element by element, so those of one field are a whole element apart.
   for (std::size_t at = first; at < structures.values.size(); at += width)
-    result.push_back(structures.values[at] == nullptr ? newEmpty() : structures.values[at]);
+    result.push_back(structures.values[at]);
+  fillAbsent(result);
   return result;
 }
 
@@ -45,28 +59,31 @@ void requireCells(const Interpreter& interpreter, const Value& value) {
 ValuePtr newStructure() { return newValue({1, 1}, Structures()); }
 
 /// With the fields of the other structure too, so that elements of one can stand in the other.
-ValuePtr withFieldsOf(const ValuePtr& value, const ValuePtr& other) {
+ValuePtr withFieldsOf(Interpreter& interpreter, const ValuePtr& value, const ValuePtr& other) {
+  const auto* own = value->as<Structures>();
   const auto* model = other->as<Structures>();
-  if (value->as<Structures>() == nullptr || model == nullptr) return value;
-  Structures structures = *value->as<Structures>();
-  for (const std::string& field : model->fields) {
-    const std::size_t width = structures.fields.size();
-    if (structures.indexOf(field) < width) continue;
-    std::vector<ValuePtr> values;
-    for (std::size_t element = 0; element < value->elementCount(); ++element) {
-      for (std::size_t at = 0; at < width; ++at) values.push_back(structures.values[element * width + at]);
-      values.push_back(nullptr);
-    }
-    structures.fields.push_back(field);
-    structures.values = std::move(values);
-  }
+  if (own == nullptr || model == nullptr || own->fields == model->fields) return value;
+  interpreter.step(own->fields.size() * model->fields.size());
+  Structures structures{own->fields, {}, own->className};
+  for (const std::string& field : model->fields)
+    if (own->indexOf(field) == own->fields.size()) structures.fields.push_back(field);
+  const std::size_t count = value->elementCount();
+  interpreter.checkSize({count, structures.fields.size()});
+  structures.values.resize(count * structures.fields.size());
+  for (std::size_t element = 0; element < count; ++element)
+    for (std::size_t at = 0; at < own->fields.size(); ++at)
+      structures.values[element * structures.fields.size() + at] =
+          own->values[element * own->fields.size() + at];
   return newValue(value->size(), std::move(structures));
 }
 
 bool isInside(const Value& value, const std::vector<Subscript>& subscripts) {
-  for (std::size_t place = 0; place < subscripts.size(); ++place)
-    for (const std::size_t position : subscripts[place].positions)
-      if (position >= lastIndex(value, place, subscripts.size())) return false;
+  for (std::size_t place = 0; place < subscripts.size(); ++place) {
+    const std::size_t extent = lastIndex(value, place, subscripts.size());
+    if (std::ranges::any_of(subscripts[place].positions,
+                            [extent](std::size_t position) { return position >= extent; }))
+      return false;
+  }
   return true;
 }
 
@@ -193,9 +210,7 @@ Values Evaluator::cellContents(const Value& value, const Selector& access) {
   if (all.empty()) interpreter_.fail("KORVAL:code:Index", "An index is missing");
   const ValuePtr elements = indexed(interpreter_, value, all);
   Values result = elements->as<Cells>()->elements;
-  for (ValuePtr& element : result)
-    // Elements of a cell that nobody has assigned to are absent.
-    if (element == nullptr) element = newEmpty();
+  fillAbsent(result);
   return result;
 }
 
@@ -221,8 +236,9 @@ Values Evaluator::field(const ValuePtr& value, const Selector& access, Selectors
     if (meaning.foreignClass != nullptr) return {foreignMember(interpreter_, *meaning.foreignClass, name)};
   }
   Values result;
+  interpreter_.checkCount(value->elementCount());
   for (std::size_t at = 0; at < value->elementCount(); ++at) {
-    interpreter_.pollAt(at);
+    interpreter_.step();
     result.push_back(readProperty(interpreter_, elementOf(interpreter_, value, at), name, routine_));
   }
   return result;
@@ -259,6 +275,7 @@ ValuePtr Evaluator::withField(const ValuePtr& base, Selectors accesses, ValuePtr
     interpreter_.fail("KORVAL:code:NotAssignable", "A field of a value of class \"" + whole->className() +
                                                        "\" with " + std::to_string(whole->elementCount()) +
                                                        " elements cannot be assigned to");
+  interpreter_.step(whole->as<Structures>()->fields.size());
   Structures structures = *whole->as<Structures>();
   const std::size_t place = structures.indexOf(name);
   if (place == structures.fields.size()) {
@@ -278,8 +295,8 @@ ValuePtr Evaluator::withIndex(const ValuePtr& base, Selectors accesses, ValuePtr
   if (!rest.empty()) value = assigned(elementAt(interpreter_, *whole, places), rest, std::move(value));
   interpreter_.at = access.at;
   // In both directions: the new element may lack fields, and may bring some.
-  value = withFieldsOf(value, whole);
-  return withElements(interpreter_, withFieldsOf(whole, value), places, value);
+  value = withFieldsOf(interpreter_, value, whole);
+  return withElements(interpreter_, withFieldsOf(interpreter_, whole, value), places, value);
 }
 
 ValuePtr Evaluator::withCellContent(const ValuePtr& base, Selectors accesses, ValuePtr value) {

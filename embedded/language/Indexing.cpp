@@ -25,44 +25,60 @@ Size folded(const Size& size, std::size_t count) {
   return result;
 }
 
-Positions everyPosition(std::size_t count) {
-  Positions positions(count);
-  std::iota(positions.begin(), positions.end(), std::size_t{0});
-  return positions;
-}
+/// The positions that a subscript selects along an extent. Those of every element are not listed: an extent can be long
+/// where there is not one element.
+class Along {
+ public:
+  Along(const Subscript& subscript, std::size_t extent) : subscript_(subscript), extent_(extent) {}
 
-std::vector<Positions> positionsOf(std::span<const Subscript> subscripts, const Size& extents) {
-  std::vector<Positions> all;
-  for (std::size_t at = 0; at < subscripts.size(); ++at)
-    all.push_back(subscripts[at].every ? everyPosition(extents[at]) : subscripts[at].positions);
+  std::size_t count() const { return subscript_.every ? extent_ : subscript_.positions.size(); }
+  std::size_t operator[](std::size_t at) const { return subscript_.every ? at : subscript_.positions[at]; }
+  /// The extent that holds them all.
+  std::size_t needed() const {
+    if (subscript_.every) return extent_;
+    return subscript_.positions.empty() ? 0 : *std::ranges::max_element(subscript_.positions) + 1;
+  }
+
+ private:
+  const Subscript& subscript_;
+  std::size_t extent_;
+};
+
+std::vector<Along> selectedBy(std::span<const Subscript> subscripts, const Size& extents) {
+  std::vector<Along> all;
+  for (std::size_t at = 0; at < subscripts.size(); ++at) all.emplace_back(subscripts[at], extents[at]);
   return all;
 }
 
-/// The linear indices of all combinations, the first subscript running fastest.
-Positions combinations(Interpreter& interpreter, const std::vector<Positions>& positions,
-                       const Size& extents) {
+Size countsOf(const std::vector<Along>& selected) {
   Size counts;
-  for (const Positions& each : positions) counts.push_back(each.size());
+  for (const Along& each : selected) counts.push_back(each.count());
+  return counts;
+}
+
+/// The linear indices of all combinations, the first subscript running fastest.
+Positions combinations(Interpreter& interpreter, const std::vector<Along>& selected, const Size& extents) {
+  const Size counts = countsOf(selected);
   // Before the list is made: x(i, i) of a long i would be longer than any array may be.
   interpreter.checkSize(counts);
+  if (Value::elementsOf(counts) == 0) return {};
   Positions result{0};
   std::size_t stride = 1;
-  for (std::size_t at = 0; at < positions.size(); stride *= extents[at++]) {
+  for (std::size_t at = 0; at < selected.size(); stride *= extents[at++]) {
     Positions longer;
-    longer.reserve(result.size() * positions[at].size());
-    for (const std::size_t position : positions[at])
-      for (const std::size_t before : result) longer.push_back(before + position * stride);
+    longer.reserve(result.size() * counts[at]);
+    for (std::size_t position = 0; position < counts[at]; ++position)
+      for (const std::size_t before : result) longer.push_back(before + selected[at][position] * stride);
     result = std::move(longer);
   }
   return result;
 }
 
-void checkRange(Interpreter& interpreter, const std::vector<Positions>& positions, const Size& extents) {
-  for (std::size_t at = 0; at < positions.size(); ++at)
-    for (const std::size_t position : positions[at])
-      if (position >= extents[at])
-        failIndex(interpreter, "The index " + std::to_string(position + 1) + " is beyond the end, which is " +
-                                   std::to_string(extents[at]));
+void checkRange(Interpreter& interpreter, const std::vector<Along>& selected, const Size& extents) {
+  for (std::size_t at = 0; at < selected.size(); ++at)
+    if (selected[at].needed() > extents[at])
+      failIndex(interpreter, "The index " + std::to_string(selected[at].needed()) +
+                                 " is beyond the end, which is " + std::to_string(extents[at]));
 }
 
 Size linearSize(const Value& value, const Subscript& subscript, std::size_t count) {
@@ -75,26 +91,25 @@ Size linearSize(const Value& value, const Subscript& subscript, std::size_t coun
 }
 
 /// The size that holds those positions too.
-Size grown(Interpreter& interpreter, const Size& size, const std::vector<Positions>& positions) {
-  const auto needed = [&](std::size_t at) {
-    return positions[at].empty() ? 0 : *std::ranges::max_element(positions[at]) + 1;
-  };
+Size grown(Interpreter& interpreter, const Size& size, const std::vector<Along>& selected) {
   Size result = size;
-  if (positions.size() == 1) {
+  if (selected.size() == 1) {
     const std::size_t count = Value::elementsOf(size);
+    const std::size_t needed = selected.front().needed();
     // A column grows downwards, a row or a single element to the right; a matrix has no such direction.
-    if (needed(0) <= count) return size;
+    if (needed <= count) return size;
     if (size.size() > 2 || (size[0] > 1 && size[1] != 1 && count > 0))
       failIndex(interpreter, "One index makes no room in a matrix");
-    if (size[1] == 1 && size[0] > 1) return {needed(0), 1};
-    return {1, needed(0)};
+    if (size[1] == 1 && size[0] > 1) return {needed, 1};
+    return {1, needed};
   }
-  result.resize(std::max(size.size(), positions.size()), 1);
-  for (std::size_t at = 0; at < positions.size(); ++at) {
-    if (needed(at) <= result[at]) continue;
-    if (at + 1 == positions.size() && positions.size() < size.size())
+  result.resize(std::max(size.size(), selected.size()), 1);
+  for (std::size_t at = 0; at < selected.size(); ++at) {
+    const std::size_t needed = selected[at].needed();
+    if (needed <= result[at]) continue;
+    if (at + 1 == selected.size() && selected.size() < size.size())
       failIndex(interpreter, "An index that runs over several dimensions makes no room");
-    result[at] = needed(at);
+    result[at] = needed;
   }
   return result;
 }
@@ -102,8 +117,11 @@ Size grown(Interpreter& interpreter, const Size& size, const std::vector<Positio
 /// Where each element of a bigger array comes from in the smaller one.
 Positions originsOf(Interpreter& interpreter, const Size& bigger, const Size& smaller) {
   const std::size_t count = Value::elementsOf(bigger);
-  if (bigger == smaller) return everyPosition(count);
   Positions origins(count, noElement);
+  if (bigger == smaller) {
+    std::iota(origins.begin(), origins.end(), std::size_t{0});
+    return origins;
+  }
   Size at(bigger.size(), 0);
   for (std::size_t index = 0; index < count; ++index) {
     interpreter.pollAt(index);
@@ -171,8 +189,12 @@ Subscript fromLogicals(const std::vector<bool>& logicals, const Size& size) {
 }  // namespace
 
 Subscript subscriptOf(Interpreter& interpreter, const Value& index) {
-  if (const auto* logicals = index.as<std::vector<bool>>()) return fromLogicals(*logicals, index.size());
+  if (const auto* logicals = index.as<std::vector<bool>>()) {
+    interpreter.step(logicals->size());
+    return fromLogicals(*logicals, index.size());
+  }
   Subscript result{.size = index.size()};
+  result.positions.reserve(index.elementCount());
   for (const double number : numbersOf(interpreter, index)) {
     // Written so that NaN is refused. From 2^53 on not every whole number is a double.
     if (!(number >= 1) || number != std::floor(number) || number > 1e15)
@@ -184,15 +206,11 @@ Subscript subscriptOf(Interpreter& interpreter, const Value& index) {
 
 ValuePtr indexed(Interpreter& interpreter, const Value& value, std::span<const Subscript> subscripts) {
   const Size extents = folded(value.size(), subscripts.size());
-  const std::vector<Positions> positions = positionsOf(subscripts, extents);
-  checkRange(interpreter, positions, extents);
-  Positions elements = combinations(interpreter, positions, extents);
-  if (subscripts.size() == 1) {
-    Size size = linearSize(value, subscripts.front(), elements.size());
-    return elementsAt(interpreter, value, elements, std::move(size));
-  }
-  Size size;
-  for (const Positions& each : positions) size.push_back(each.size());
+  const std::vector<Along> selected = selectedBy(subscripts, extents);
+  checkRange(interpreter, selected, extents);
+  const Positions elements = combinations(interpreter, selected, extents);
+  Size size =
+      subscripts.size() == 1 ? linearSize(value, subscripts.front(), elements.size()) : countsOf(selected);
   return elementsAt(interpreter, value, elements, std::move(size));
 }
 
@@ -200,15 +218,14 @@ ValuePtr withElements(Interpreter& interpreter, const ValuePtr& value, std::span
                       const ValuePtr& elements) {
   const std::size_t count = elements->elementCount();
   Size extents = folded(value->size(), subscripts.size());
-  std::vector<Positions> positions = positionsOf(subscripts, extents);
   if (value->elementCount() == 0)  // x(:, 1) = column makes the rows
     for (std::size_t at = 0; at < subscripts.size(); ++at)
       if (subscripts[at].every && extents[at] == 0)
-        positions[at] =
-            everyPosition(subscripts.size() == 1 ? count : folded(elements->size(), subscripts.size())[at]);
-  const Size size = grown(interpreter, value->size(), positions);
+        extents[at] = subscripts.size() == 1 ? count : folded(elements->size(), subscripts.size())[at];
+  const std::vector<Along> selected = selectedBy(subscripts, extents);
+  const Size size = grown(interpreter, value->size(), selected);
   interpreter.checkSize(size);
-  const Positions targets = combinations(interpreter, positions, folded(size, subscripts.size()));
+  const Positions targets = combinations(interpreter, selected, folded(size, subscripts.size()));
   if (count != 1 && count != targets.size())
     interpreter.fail("KORVAL:code:SizeMismatch", std::to_string(count) + " elements do not go into " +
                                                      std::to_string(targets.size()) + " places");
@@ -232,10 +249,13 @@ std::size_t lastIndex(const Value& value, std::size_t place, std::size_t count) 
 ValuePtr transposed(Interpreter& interpreter, const Value& value) {
   if (value.size().size() > 2)
     interpreter.fail("KORVAL:code:SizeMismatch", "Only a matrix can be transposed");
+  const std::size_t count = value.elementCount();
+  interpreter.checkSize(value.size());
   Positions elements;
-  for (std::size_t row = 0; row < value.rows(); ++row)
-    for (std::size_t column = 0; column < value.columns(); ++column)
-      elements.push_back(row + column * value.rows());
+  elements.reserve(count);
+  // By elements, not by rows and columns: an empty matrix may have as many of these as it likes.
+  for (std::size_t at = 0; at < count; ++at)
+    elements.push_back(at / value.columns() + at % value.columns() * value.rows());
   return elementsAt(interpreter, value, elements, {value.columns(), value.rows()});
 }
 

@@ -1,5 +1,6 @@
 #include "embedded/language/Interpreter.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "embedded/language/Parser.h"
@@ -9,8 +10,8 @@ namespace embedded {
 
 namespace {
 
-// Elements cost less than statements do, but not nothing: memory is to end at the limit of steps, too.
-constexpr std::uint64_t elementsOfStep = 8;
+/// What works on elements goes through the dimensions of each, too.
+constexpr std::size_t mostDimensions = 100;
 /// A record says what was refused, not how often.
 constexpr std::size_t longestRecord = 100;
 
@@ -34,15 +35,37 @@ void Interpreter::failForSteps() const {
   fail("KORVAL:code:StepLimit", "The code takes more than " + std::to_string(limits.steps) + " steps");
 }
 
-void Interpreter::checkSize(const Value::Size& size) {
-  std::size_t count = 1;
+void Interpreter::failForSize() const {
+  fail("KORVAL:code:SizeLimit",
+       "An array would have more than " + std::to_string(limits.elements) + " elements, or such an extent");
+}
+
+void Interpreter::requireMemory(std::size_t further) const {
+  const std::int64_t taken = Value::memoryOfThread() - memoryBefore_;
+  // Less than before when the run has dropped older values.
+  if (taken + static_cast<std::int64_t>(further) <= static_cast<std::int64_t>(limits.memory)) return;
+  fail("KORVAL:code:SizeLimit",
+       "The values of the code would take more than " + std::to_string(limits.memory) + " bytes");
+}
+
+void Interpreter::checkSize(const Value::Size& size, std::size_t bytesOfElement) {
+  if (size.size() > mostDimensions)
+    fail("KORVAL:code:SizeLimit",
+         "An array would have more than " + std::to_string(mostDimensions) + " dimensions");
+  // The extents of an empty array count too: there are loops over each of them.
+  if (std::ranges::any_of(size, [this](std::size_t extent) { return extent > limits.elements; }))
+    failForSize();
+  std::size_t count = std::ranges::find(size, std::size_t{0}) == size.end() ? 1 : 0;
   for (const std::size_t extent : size) {
     // The product may overflow before it is compared.
-    if (__builtin_mul_overflow(count, extent, &count) || count > limits.elements)
-      fail("KORVAL:code:SizeLimit",
-           "An array would have more than " + std::to_string(limits.elements) + " elements");
+    if (__builtin_mul_overflow(count, extent, &count) || count > limits.elements) failForSize();
   }
-  step(count / elementsOfStep);
+  step(count);
+  if (runs_ > 0) requireMemory(count * bytesOfElement);
+}
+
+void Interpreter::checkCount(std::size_t count) const {
+  if (count > limits.elements) failForSize();
 }
 
 void Interpreter::fail(const std::string& id, const std::string& message) const {
@@ -66,6 +89,7 @@ CodeRun::CodeRun(Interpreter& interpreter, const std::string& what) : interprete
   // A run inside another one uses up what the outer one may.
   if (interpreter.runs_++ > 0) return;
   interpreter.steps_ = 0;
+  interpreter.memoryBefore_ = Value::memoryOfThread();
   interpreter.depth_ = 0;
 }
 

@@ -60,17 +60,23 @@ class Interpreter {
   Interpreter(const Interpreter&) = delete;
   Interpreter& operator=(const Interpreter&) = delete;
 
-  /// One step: obeys the interrupt, and while code runs the limit of steps.
+  /// So many steps: obeys the interrupt, and while code runs the limits of steps and of memory. Work on n elements is n
+  /// steps, counted before it begins.
   void step(std::uint64_t count = 1) {
     obeyInterrupt();
-    if (runs_ > 0 && (steps_ += count) > limits.steps) failForSteps();
+    if (runs_ == 0) return;
+    if ((steps_ += count) > limits.steps) failForSteps();
+    requireMemory(0);
   }
-  /// Obeys the interrupt now and then in a loop over elements.
-  void pollAt(std::size_t index) {
-    if (index % 8192 == 0) step();
+  /// Obeys the interrupt now and then in a loop over elements, whose steps are counted already.
+  void pollAt(std::size_t index) const {
+    if (index % 8192 == 0) obeyInterrupt();
   }
-  /// Refuses arrays of more elements than the limit; the others cost steps.
-  void checkSize(const Value::Size& size);
+  /// Before an array is made, or a text, which is {length}: refuses one beyond the limits, also an empty one with an
+  /// extent beyond them, in whatever order its extents stand. The others cost a step for each element.
+  void checkSize(const Value::Size& size, std::size_t bytesOfElement = sizeof(double));
+  /// Before a list of so many values is made, which costs no steps by itself.
+  void checkCount(std::size_t count) const;
 
   /// An error of the code that runs, at the place where it is.
   [[noreturn]] void fail(const std::string& id, const std::string& message) const;
@@ -98,7 +104,11 @@ class Interpreter {
   }
   [[noreturn]] static void raiseInterrupt();
   [[noreturn]] void failForSteps() const;
+  [[noreturn]] void failForSize() const;
+  /// Refuses so many further bytes when the values of this run would take too many with them.
+  void requireMemory(std::size_t further) const;
 
+  std::int64_t memoryBefore_ = 0;
   std::uint64_t steps_ = 0;
   std::size_t depth_ = 0;
   std::size_t runs_ = 0;

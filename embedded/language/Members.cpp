@@ -32,7 +32,12 @@ const Property* propertyOf(const Class* oneClass, const std::string& name) {
 
 ValuePtr declaredValue(Interpreter& interpreter, const PropertyContent& property) {
   // Objects hold only what was set; the declaration stands for the rest.
-  return property.value == nullptr ? newEmpty() : makeValue(*property.value, interpreter.world.classes);
+  if (property.value == nullptr) return newEmpty();
+  const std::int64_t before = Value::memoryOfThread();
+  ValuePtr value = makeValue(*property.value, interpreter.world.classes);
+  // Made anew by each reading, with all that is inside it.
+  interpreter.step(static_cast<std::uint64_t>(Value::memoryOfThread() - before) / sizeof(double));
+  return value;
 }
 
 ValuePtr orEmpty(const ValuePtr& value) { return value == nullptr ? newEmpty() : value; }
@@ -69,15 +74,14 @@ ValuePtr readObject(Interpreter& interpreter, const ValuePtr& object, const std:
 }  // namespace
 
 const Class* classOf(const Interpreter& interpreter, const Value& value) {
-  const Object* object = value.object();
-  return object == nullptr ? nullptr : interpreter.world.classes.find(object->classId);
+  return interpreter.world.classes.find(value.classId());
 }
 
 bool mayUse(const Interpreter& interpreter, const kcos::COSExtendedAccess& access, const Class& owner,
             const Routine* asking) {
-  // The last two restrict writing only, and withProperty() sees to that.
-  if (access.level == PublicAccess || access.level == ImmutableAccess || access.level == ConstantAccess)
-    return true;
+  // "immutable" and "constant" say who may write; as an access to read or to call they let nobody else in, and nobody
+  // else is offered such a member.
+  if (access.level == PublicAccess) return true;
   const Class* own = asking == nullptr ? nullptr : asking->context().ownClass;
   if (own == nullptr) return false;
   if (own == &owner || (access.level == ProtectedAccess && own->derivesFrom(owner))) return true;
@@ -134,6 +138,7 @@ ValuePtr storedProperty(Interpreter& interpreter, const ValuePtr& object, const 
 
 ValuePtr withProperty(Interpreter& interpreter, const Value& value, const std::string& name, ValuePtr content,
                       const Routine* asking) {
+  interpreter.step(value.as<Object>()->properties.size());
   // A copy, because values are shared: other variables keep the object as it was.
   Object object = *value.as<Object>();
   const Property* property = propertyOf(classOf(interpreter, value), name);

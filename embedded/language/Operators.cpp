@@ -50,9 +50,9 @@ const Value& sizeModel(Interpreter& interpreter, const Value& left, const Value&
 template <class Result, class Elements, class Operation>
 std::vector<Result> elementwise(Interpreter& interpreter, const Elements& left, const Elements& right,
                                 std::size_t count, Operation operation) {
+  interpreter.checkSize({count});
   std::vector<Result> result;
   result.reserve(count);
-  interpreter.checkSize({count});
   for (std::size_t at = 0; at < count; ++at)
     result.push_back(
         static_cast<Result>(operation(left[left.size() == 1 ? 0 : at], right[right.size() == 1 ? 0 : at])));
@@ -82,8 +82,7 @@ ValuePtr matrixProduct(Interpreter& interpreter, const Value& left, const Value&
   std::vector<double> result(rows * columns);
   for (std::size_t column = 0; column < columns; ++column) {
     for (std::size_t row = 0; row < rows; ++row) {
-      // A multiplication costs less than a statement: sixteen of them count as one step.
-      interpreter.step(1 + inner / 16);
+      interpreter.step(inner);
       for (std::size_t at = 0; at < inner; ++at)
         result[row + column * rows] += a[row + at * rows] * b[at + column * inner];
     }
@@ -98,6 +97,7 @@ ValuePtr onStrings(Interpreter& interpreter, Symbol symbol, const ValuePtr& left
   const std::size_t count = model.elementCount();
   const auto& a = both[0]->as<Strings>()->elements;
   const auto& b = both[1]->as<Strings>()->elements;
+  interpreter.step(lengthOf(*both[0]->as<Strings>()) + lengthOf(*both[1]->as<Strings>()));
   const bool equal = symbol == Symbol::Equal;
   if (equal || symbol == Symbol::NotEqual)
     return newValue(model.size(),
@@ -107,20 +107,27 @@ ValuePtr onStrings(Interpreter& interpreter, Symbol symbol, const ValuePtr& left
   if (symbol != Symbol::Plus)
     interpreter.fail("KORVAL:code:WrongType",
                      std::string("The operator \"") + methodOf(symbol) + "\" has no meaning for strings");
+  interpreter.checkSize({count}, sizeof(std::optional<std::u16string>));
   Strings result;
+  result.elements.reserve(count);
+  std::size_t length = 0;
   for (std::size_t at = 0; at < count; ++at) {
     const auto& one = a[a.size() == 1 ? 0 : at];
     const auto& other = b[b.size() == 1 ? 0 : at];
-    // Long texts may grow from few elements, so each is checked by itself.
-    if (one && other) interpreter.checkSize({one->size() + other->size()});
+    // Long texts may grow from few elements, so all of them together are an array's worth at most.
+    const std::size_t more = one && other ? one->size() + other->size() : 0;
+    if ((length += more) > interpreter.limits.elements) interpreter.checkSize({length});
+    interpreter.step(more);
     result.elements.push_back(one && other ? std::optional(*one + *other) : std::nullopt);
   }
   return newValue(model.size(), std::move(result));
 }
 
 /// Enumeration members; no elements when the value holds anything else.
-std::vector<const Object*> membersOf(const Value& value) {
+std::vector<const Object*> membersOf(Interpreter& interpreter, const Value& value) {
   std::vector<const Object*> members;
+  if (value.object() == nullptr) return members;
+  interpreter.checkSize({value.elementCount()});
   if (const auto* one = value.as<Object>()) members.push_back(one);
   if (const auto* array = value.as<Objects>())
     for (const ValuePtr& element : array->elements) members.push_back(element->as<Object>());
@@ -133,8 +140,8 @@ ValuePtr onMembers(Interpreter& interpreter, bool equal, const Value& left, cons
   const Value& model = sizeModel(interpreter, left, right);
   return newValue(
       model.size(),
-      elementwise<bool>(interpreter, membersOf(left), membersOf(right), model.elementCount(),
-                        [equal](const Object* one, const Object* other) {
+      elementwise<bool>(interpreter, membersOf(interpreter, left), membersOf(interpreter, right),
+                        model.elementCount(), [equal](const Object* one, const Object* other) {
                           return (one->classId == other->classId && one->member == other->member) == equal;
                         }));
 }
@@ -146,7 +153,7 @@ const char* methodOf(Symbol binary) { return effectOf(binary).method; }
 ValuePtr calculated(Interpreter& interpreter, Symbol binary, const ValuePtr& left, const ValuePtr& right) {
   const bool compares = binary == Symbol::Equal || binary == Symbol::NotEqual;
   // Members are objects, for which nothing below has a meaning.
-  if (compares && !membersOf(*left).empty() && !membersOf(*right).empty())
+  if (compares && !membersOf(interpreter, *left).empty() && !membersOf(interpreter, *right).empty())
     return onMembers(interpreter, binary == Symbol::Equal, *left, *right);
   if (left->as<Strings>() || right->as<Strings>()) return onStrings(interpreter, binary, left, right);
   const bool scalar = left->elementCount() == 1 || right->elementCount() == 1;
@@ -162,6 +169,7 @@ ValuePtr calculated(Interpreter& interpreter, Symbol prefix, const ValuePtr& ope
   std::vector<double> numbers = numbersOf(interpreter, *operand);
   if (prefix == Symbol::Not) {
     std::vector<bool> result;
+    result.reserve(numbers.size());
     for (const double number : numbers) result.push_back(number == 0);
     return newValue(operand->size(), std::move(result));
   }

@@ -54,9 +54,11 @@ Tokens targetsBefore(const Tokens& tokens, std::size_t assignment) {
   std::size_t at = assignment;
   while (at-- > 0) {
     if (tokens[at].is(CloseBracket)) return namesBetween(tokens, openerOf(tokens, at) + 1, at);
-    if (syntax::isCloser(tokens[at].symbol))
+    if (syntax::isCloser(tokens[at].symbol)) {
       at = openerOf(tokens, at);
-    else if (!isName(tokens, at))
+      // x.('name')
+      if (at > 0 && tokens[at - 1].is(Dot)) --at;
+    } else if (!isName(tokens, at))
       break;
     else if (at == 0 || !tokens[at - 1].is(Dot))
       return {tokens[at]};

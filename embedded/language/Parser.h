@@ -58,6 +58,7 @@ class Parser {
   Expressions row();
   bool endsRow() const;
   std::vector<Selector> accesses();
+  std::string fieldName();
   Expressions arguments(Symbol closer);
   ExpressionPtr argument();
   bool isSign() const;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "embedded/language/Parser.h"
+#include "embedded/model/Unicode.h"
 
 namespace embedded {
 
@@ -122,7 +123,7 @@ std::vector<Selector> Parser::accesses() {
   while (!(inMatrix_ && token_.blankBefore)) {
     const Position at = token_.at;
     if (accept(Dot))
-      result.push_back({Selector::Field, at, expectName("the name of a field"), {}});
+      result.push_back({Selector::Field, at, fieldName(), {}});
     else if (accept(OpenParen))
       result.push_back({Selector::Paren, at, {}, arguments(CloseParen)});
     else if (accept(OpenBrace))
@@ -133,6 +134,20 @@ std::vector<Selector> Parser::accesses() {
       break;
   }
   return result;
+}
+
+/// After the dot: a name, or ('text') for one that code cannot write.
+std::string Parser::fieldName() {
+  if (!token_.is(OpenParen)) return expectName("the name of a field");
+  const Nested nested(*this, false, false);
+  advance();
+  const Position at = token_.at;
+  if (!token_.is(TokenKind::Text) && !token_.is(TokenKind::String))
+    refuseToken("the name of a field as a text");
+  std::string name = narrowed(contentOf(advance(), text_));
+  if (name.empty()) refuse("The name of a field is not empty", at);
+  nested.close(CloseParen, "\")\"");
+  return name;
 }
 
 /// After the opening parenthesis or brace.

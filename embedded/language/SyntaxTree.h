@@ -61,7 +61,7 @@ struct BinaryExpression {
   Expressions operands;
   std::vector<Symbol> operators;
 };
-/// What follows a name or a value: .field, (arguments), {indices} or '.
+/// What follows a name or a value: .field or .('field'), (arguments), {indices} or '.
 struct Selector {
   enum Kind { Field, Paren, Brace, Transposed } kind;
   Position at;

@@ -206,8 +206,7 @@ bool ClassSystem::isOfClass(const Value& value, std::string_view className) cons
     return className == "opaque" || (opaque->java && className == "java");
   if (value.as<ForeignMember>()) return className == "java";
   if (value.as<std::vector<double>>()) return className == "numeric" || className == "float";
-  const Object* object = value.object();
-  const Class* own = object == nullptr ? nullptr : find(object->classId);
+  const Class* own = find(value.classId());
   const Class* base = own == nullptr ? nullptr : find(className);
   return base != nullptr && own->derivesFrom(*base);
 }

@@ -53,6 +53,38 @@ constexpr std::array<Kind, sizeof...(Alternatives)> kindsOf(Type<std::variant<Al
 constinit std::atomic<std::int64_t> values = 0;
 constinit std::atomic<std::uint64_t> added = 0;
 constinit std::atomic<std::uint64_t> dropped = 0;
+__attribute__((tls_model("initial-exec"))) constinit thread_local std::int64_t memory = 0;
+
+std::size_t bytesOf(const std::u16string& text) {
+  // A short text is inside the string itself.
+  return text.capacity() <= std::u16string().capacity() ? 0 : text.capacity() * sizeof(char16_t);
+}
+
+/// What the content takes beside itself, nearly: small allocations of names are not looked for.
+struct BytesOf {
+  template <class Element>
+  std::size_t operator()(const std::vector<Element>& elements) const {
+    return elements.capacity() * sizeof(Element);
+  }
+  std::size_t operator()(const std::vector<bool>& logicals) const { return logicals.capacity() / 8; }
+  std::size_t operator()(const std::u16string& text) const { return bytesOf(text); }
+  std::size_t operator()(const Cells& cells) const { return (*this)(cells.elements); }
+  std::size_t operator()(const Objects& objects) const { return (*this)(objects.elements); }
+  std::size_t operator()(const Strings& strings) const {
+    std::size_t bytes = (*this)(strings.elements);
+    for (const auto& text : strings.elements)
+      if (text) bytes += bytesOf(*text);
+    return bytes;
+  }
+  std::size_t operator()(const Structures& structures) const {
+    return (*this)(structures.fields) + (*this)(structures.values);
+  }
+  std::size_t operator()(const Object& object) const { return (*this)(object.properties); }
+  std::size_t operator()(const Opaque& opaque) const {
+    return (*this)(opaque.fields) + (*this)(opaque.methods);
+  }
+  std::size_t operator()(const ScalarKind auto&) const { return 0; }
+};
 
 }  // namespace
 
@@ -61,25 +93,31 @@ std::size_t Structures::indexOf(std::string_view field) const noexcept {
 }
 
 Value::Value(Size size, Content content, DimensionForm form)
-    : size_(std::move(size)), content_(std::move(content)), form_(form) {
+    : size_(std::move(size)),
+      content_(std::move(content)),
+      form_(form),
+      bytes_(sizeof(Value) + size_.capacity() * sizeof(std::size_t) + std::visit(BytesOf(), content_)) {
+  memory += static_cast<std::int64_t>(bytes_);
   values.fetch_add(1, std::memory_order_relaxed);
   added.fetch_add(1, std::memory_order_relaxed);
 }
 
-Value::~Value() { values.fetch_sub(1, std::memory_order_relaxed); }
+Value::~Value() {
+  memory -= static_cast<std::int64_t>(bytes_);
+  values.fetch_sub(1, std::memory_order_relaxed);
+}
+
+std::int64_t Value::memoryOfThread() noexcept { return memory; }
 
 void destroyValue(const Value* value) noexcept {
   // Values inside a deleted one come here again and wait their turn, so that deep nesting costs no stack.
-  static constinit thread_local std::vector<const Value*>* waiting = nullptr;
-  if (waiting != nullptr) return waiting->push_back(value);
-  std::vector<const Value*> values{value};
-  waiting = &values;
-  while (!values.empty()) {
-    const Value* next = values.back();
-    values.pop_back();
-    delete next;
-  }
-  waiting = nullptr;
+  static constinit thread_local const Value* waiting = nullptr;
+  static constinit thread_local bool isDeleting = false;
+  value->nextToDelete_ = std::exchange(waiting, value);
+  if (isDeleting) return;
+  isDeleting = true;
+  while (waiting != nullptr) delete std::exchange(waiting, waiting->nextToDelete_);
+  isDeleting = false;
 }
 
 void Value::addReference() const noexcept {
@@ -99,6 +137,13 @@ const Object* Value::object() const noexcept {
   if (const auto* array = as<Objects>())
     return array->elements.empty() ? nullptr : array->elements.front()->object();
   return as<Object>();
+}
+
+kcos::COSInternedName Value::classId() const noexcept {
+  const Object* found = object();
+  if (found != nullptr) return found->classId;
+  const auto* objects = as<Objects>();
+  return objects == nullptr ? kcos::COSInternedName() : objects->classId;
 }
 
 const Opaque* Value::opaque() const noexcept {
@@ -231,7 +276,12 @@ struct Maker {
   }
 
   OwnedValue operator()(const ObjectArray& array) const {
-    Objects objects{{}, dottedName(array.className)};
+    const Class* found = classes.find(array.className);
+    // Also of a class that no session describes, but not of one of a foreign object system.
+    const kcos::COSInternedName identity = found           ? found->names().id
+                                           : array.foreign ? kcos::COSInternedName()
+                                                           : interned(array.className);
+    Objects objects{{}, dottedName(array.className), identity};
     for (const ValueDescription& element : array.elements)
       objects.elements.push_back(makeValue(element, classes));
     return newValue(sizeOr(array.size, array.elements.size()), std::move(objects));

@@ -18,6 +18,8 @@ namespace embedded {
 
 class ClassSystem;
 class Value;
+/// However deep values are nested, this takes little of the stack, and allocates nothing.
+void destroyValue(const Value* value) noexcept;
 
 /// The host's own holder: what it does is counted by the audit, but no operation that a client asked for. What is held
 /// by several does not change.
@@ -70,7 +72,10 @@ struct Opaque {
 /// An array of objects of one class, or of opaque ones.
 struct Objects {
   std::vector<ValuePtr> elements;
-  std::string className = {};     // for an array without elements
+  /// Of the array, also when it has no elements: the name that users know, and the identity, which opaque objects have
+  /// none of.
+  std::string className = {};
+  kcos::COSInternedName classId = {};
   bool ofPossibleValues = false;  // the conversion of a possible value has yielded it
 };
 
@@ -125,9 +130,14 @@ class Value final : public kxArray_tag {
   /// Was it the last?
   bool dropReference() const noexcept;
   static ValueCounts counts() noexcept;
+  /// The bytes of the values that this thread has made, less those of the values that it has deleted.
+  static std::int64_t memoryOfThread() noexcept;
 
   /// The object, or the first one of an array of objects; null for any other value.
   const Object* object() const noexcept;
+  /// The identity of the class of an object or of an array of objects, also of an empty one; the null name for any
+  /// other value.
+  kcos::COSInternedName classId() const noexcept;
   /// The same for opaque objects.
   const Opaque* opaque() const noexcept;
   /// The value itself when it is a structure-based object of the older object system; null for any other value.
@@ -159,6 +169,11 @@ class Value final : public kxArray_tag {
   Content content_;
   mutable DimensionForm form_;
   mutable std::atomic<std::uint32_t> references_ = 1;
+  std::size_t bytes_;
+  /// Of those that wait to be deleted: the list needs no memory of its own, for there may be none left.
+  mutable const Value* nextToDelete_ = nullptr;
+
+  friend void destroyValue(const Value* value) noexcept;
 };
 
 inline const Value& valueOf(const kxArray_tag* value) { return static_cast<const Value&>(*value); }
@@ -170,9 +185,6 @@ inline kxArray_tag* lent(const Value* value) noexcept { return const_cast<Value*
 inline kxArray_tag* handedOut(ValuePtr value) noexcept { return lent(value.detach()); }
 
 inline void intrusive_ptr_add_ref(const Value* value) noexcept { value->addReference(); }
-/// However deep values are nested, this takes little of the stack.
-void destroyValue(const Value* value) noexcept;
-
 inline void intrusive_ptr_release(const Value* value) noexcept {
   if (value->dropReference()) destroyValue(value);
 }

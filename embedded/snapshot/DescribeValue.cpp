@@ -81,6 +81,10 @@ struct ValueDescriber::ByKind {
     const bool described =
         value.object() != nullptr || className == namespaceObjectClass || describer.classes_.find(className);
     ObjectArray array{value.size(), className, {}, value.opaque() != nullptr || !described};
+    // Without elements nothing else tells which of several classes of one name it is.
+    const Class* named = describer.classes_.find(className);
+    if (objects.elements.empty() && named != nullptr && named->names().id != objects.classId)
+      array.className = objects.classId.text();
     for (const ValuePtr& element : objects.elements) array.elements.push_back(describer.describe(*element));
     return {std::move(array)};
   }

@@ -6,7 +6,7 @@
 //   KCOSIntrospection::isKCOSClass(u"lab.Pump")                                  true
 //   KCOSIntrospection::isKCOSClassDerivedFrom(u"lab.Pump", u"lab.Device")        true
 //   bool isStatic = false;
-//   KCOSIntrospection::hasMethod(u"lab.Pump", "calibrate", isStatic)             true; the flag says which
+//   KCOSIntrospection::hasMethod(u"lab.Pump", "start", isStatic)                 true; the flag says which
 //
 // Class names are taken as they stand; no scope plays a part (see ResolvedClassID for typed names). Names of
 // classes that are given are converted with the general conversion, names of namespaces with the ASCII one.
@@ -15,6 +15,7 @@
 // A valid class is one that passes its check. Which questions demand validity differs, and which exceptions
 // propagate differs; each operation says so. All run on the interpreter thread; those that run Korval code
 // say so. Class objects and interfaces are borrowed from the class system; nothing here is to be released.
+// An argument may live in the result of its operation.
 
 #include <contextdata/Export.h>
 #include <contextdata/KCOSContextData/ResolvedClassID.h>
@@ -42,8 +43,8 @@ CONTEXTDATA_API kcos::COSClass* getCOSClass(const kxArray_tag* object);
 /// result in null; those of converting the name, and of the check, propagate.
 CONTEXTDATA_API kcos::COSClass* getCOSClass(const std::u16string& className);
 
-/// The value's class name as the array API reports it (ASCII conversion); may be empty. Every exception
-/// propagates.
+/// The class name of a value, which is not null, as the array API reports it (ASCII conversion); may be empty.
+/// Every exception propagates.
 CONTEXTDATA_API std::u16string getClassName(const kxArray_tag* value);
 
 /// What a constructor of that class is called: the part after the last "." ("C" for "a.b.C", "" for "a.b.").
@@ -102,8 +103,8 @@ CONTEXTDATA_API bool callFunctionOnObject(const kxArray_tag* object, const std::
 /// and the walk throw propagates.
 CONTEXTDATA_API void getObjectPropertyNames(const kxArray_tag* object, std::vector<std::u16string>& names);
 
-/// Is the value of a class that completes no methods after the dot, or of one derived from it? Also for
-/// values that are no class-system objects. Every exception propagates. Runs no Korval code.
+/// Is the value, which is not null, of a class that completes no methods after the dot, or of one derived from
+/// it? Also for values that are no class-system objects. Every exception propagates. Runs no Korval code.
 CONTEXTDATA_API bool isNoDotMethodClass(const kxArray_tag* value);
 
 }  // namespace KCOSIntrospection

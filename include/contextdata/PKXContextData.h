@@ -16,7 +16,7 @@ namespace PKXContextData {
 /// the code files, compiled files and class folders in its "@" folders on the search path; returns whether
 /// anything was appended. Names can repeat. The folders are listed whether or not there is such a package.
 ///
-/// Runs Korval code ("findpackage", properties of the package). Properties that cannot be read are left out,
+/// `package` may be an element of `names`. Runs Korval code ("findpackage", properties of the package). Properties that cannot be read are left out,
 /// also for the interrupt; whatever else is thrown propagates, for the folders as getWhatList() says.
 CONTEXTDATA_API bool getPackageStrings(const std::u16string& package, std::vector<std::u16string>& names);
 

@@ -3,7 +3,7 @@
 // The namespace StructContextData: what completion asks about structures.
 //
 //   std::vector<std::u16string> names;
-//   StructContextData::getStructFieldNames(settings, names);   // Rate, Limit
+//   StructContextData::getStructFieldNames(settings, names);   // interval, verbose, levels
 
 #include <contextdata/Export.h>
 

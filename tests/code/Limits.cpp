@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "host/Exceptions.h"
+#include "tests/code/Allocations.h"
 #include "tests/code/CodeWorld.h"
 #include "tests/support/Growth.h"
 #include "tests/support/Table.h"
@@ -21,12 +22,23 @@ std::string repeated(const std::string& text, std::size_t count) {
 
 TEST(CodeLimits, EndWhatGoesTooFar) {
   code::World world;
-  world.host.setCodeLimits({.steps = 2000, .depth = 60, .elements = 1000});
+  world.host.setCodeLimits({.steps = 8000, .depth = 60, .elements = 1000});
   for (const auto& [text, expected] : rowsOf<2>("tests/code/texts.rows", "limits")) {
     const std::string answer = world.value(text);
     EXPECT_EQ(answer.substr(0, expected.size()), expected) << text;
   }
   EXPECT_EQ(world.value("1 + 1"), "2") << "the limits begin anew with each run";
+}
+
+/// However it is written.
+TEST(CodeLimits, SmallCodeTakesLittleMemory) {
+  for (const auto& [text, expected] : rowsOf<2>("tests/code/texts.rows", "bombs")) {
+    code::World world;
+    const allocations::Peak peak;
+    const std::string answer = world.value(text);
+    EXPECT_EQ(answer.substr(0, expected.size()), expected) << text;
+    EXPECT_LT(peak.bytes(), std::size_t{64} << 20U) << text;
+  }
 }
 
 TEST(CodeLimits, DeepCodeFitsOnTheStack) {

@@ -27,10 +27,11 @@ TEST_F(InLab, AClassAnswersToItsIdentityAndTheNamesThatStandForIt) {
   }
   if (runs(Capability::Components)) {
     EXPECT_NE("lab.Pump", pump.getID().text());
-    EXPECT_TRUE(kcos::nameresolution::isPackageQualifiedName(pump.getID()));
   }
-  EXPECT_FALSE(kcos::nameresolution::isPackageQualifiedName("lab.Pump"));
-  EXPECT_FALSE(kcos::nameresolution::isPackageQualifiedName(""));
+  // Exactly what the resolver returns, however a name looks.
+  EXPECT_TRUE(kcos::nameresolution::isPackageQualifiedName(pump.getID()));
+  for (const char* name : {"lab.Pump", "OldPump", "nope:lab.Pump", "C:/tmp/x", "lab:", ""})
+    EXPECT_EQ(pump.getID().text() == name, kcos::nameresolution::isPackageQualifiedName(name)) << name;
 }
 
 TEST_F(InLab, UnknownAndNullNamesHaveNoClass) {

@@ -133,6 +133,12 @@ TEST_F(InLab, FunctionsTellTheirArguments) {
     EXPECT_EQ("none", about(metadata.outputArguments));
     EXPECT_EQ(5U, metadata.flags);
   }
+  // The scope says what the name means, and answers for no other function.
+  const Kfh_KORVAL_fn* scope = Kdispatcher::getDispatcher()->findFunction(u"lab.run");
+  EXPECT_EQ(5U, omGetFunctionMetadata("lab.declared", scope).flags);
+  EXPECT_EQ(5U, omGetFunctionMetadata("declared", scope).flags);
+  EXPECT_EQ(0U, omGetFunctionMetadata("lab.run", declared).flags);
+  EXPECT_EQ(0U, omGetFunctionMetadata("no such function", declared).flags);
 }
 
 TEST_F(InLab, PrecedenceIsThatOfTheDeclaration) {

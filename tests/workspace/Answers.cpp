@@ -1,11 +1,13 @@
-#include <contextdata/KCOSContextData/ArgumentBlockMetadata.h>
-#include <contextdata/KCOSContextData/CompletionTables.h>
-#include <contextdata/KCOSContextData/Namespaces.h>
+#include <contextdata/KCOSContextData.h>
 #include <contextdata/KCOSIntrospection.h>
+#include <contextdata/PKXContextData.h>
+#include <contextdata/Workspace/SearchPath.h>
 #include <contextdata/Workspace/Values.h>
 
 #include <set>
 
+#include "contextdata/MemberNames.h"
+#include "embedded/Snapshot.h"
 #include "tests/support/State.h"
 #include "tests/workspace/Queries.h"
 
@@ -73,6 +75,63 @@ TEST_F(Answers, HoldTheDeclaredArguments) {
       all += shownValue(Value(kxGetField(declared.inputArguments.get(), index, field))) + " ";
   EXPECT_EQ(all,
             "'x' 'double' [1 nan] {'mustBeReal'} {} 'positional' 'mode' '' [] {} {'a' 'b'} 'name-value' ");
+}
+
+/// An element of a list that the operation makes longer, and so moves.
+TEST_F(Answers, AcceptArgumentsThatLiveInTheirResult) {
+  using Ask = std::function<void(const std::u16string&, Names&)>;
+  bool flag = false;
+  const auto members = [&flag](bool (*list)(const std::u16string&, Names&, bool&)) -> Ask {
+    return [list, &flag](const std::u16string& name, Names& names) { list(name, names, flag); };
+  };
+  using namespace KCOSContextData;
+  const std::vector<std::pair<std::u16string, Ask>> rows{
+      {u"old", PKXContextData::getPackageStrings},
+      {u"@p", [](const auto& folder, Names& names) { getWhatList(folder, names, ".k"); }},
+      {u"ns", getNamespaceFunctionNames},
+      {u"ns", getNamespaceClassNames},
+      {u"ns", getNamespaceNamespaceNames},
+      {u"ws.Pump", members(getClassPropertyNames)},
+      {u"ws.Base", members(getClassConstantPropertyNames)},
+      {u"ws.Pump", members(getClassMethodNames)},
+      {u"ws.Pump", members(getClassNonStaticMethodNames)},
+      {u"ws.Pump", members(getClassStaticMethodNames)}};
+  for (const auto& [argument, ask] : rows) {
+    Names expected{argument};
+    expected.shrink_to_fit();
+    Names names = expected;
+    names.shrink_to_fit();
+    ask(argument, expected);
+    ask(names[0], names);
+    EXPECT_EQ(names, expected);
+    EXPECT_GT(names.size(), 1U) << shown(argument);
+  }
+  // The lists of a record's visitors are refilled by its queries.
+  const ClassInfo pump(ResolvedClassID::fromKnownResolvedClassID("ws.Pump"));
+  const std::size_t all = pump.getProperties({0, 1, 2}, nullptr).size();
+  EXPECT_EQ(pump.getProperties(pump.propertyVisitor.accessLevels, nullptr).size(), all);
+  const std::size_t methods = pump.getMethods({0, 2}, MethodInfo::GetContext::Any, nullptr).size();
+  EXPECT_EQ(pump.getMethods(pump.methodVisitor.access, pump.methodVisitor.context, nullptr).size(), methods);
+}
+
+/// What "findpackage" and "isa" return may be of any size.
+TEST_F(Answers, OnlyOnePackageObjectIsAPackage) {
+  const std::string package = R"({"opaque": "package", "fields": {"Classes": {"objects": [
+      {"opaque": "class", "fields": {"Name": "A"}}], "class": "class", "foreign": true}}})";
+  for (const auto& [count, isPackage] : {std::pair(1, true), std::pair(2, false)}) {
+    const std::string found = count == 1 ? package : package + ", " + package;
+    embedded::Host host(embedded::readSnapshotText(
+        R"({"format": 1, "classes": [{"name": "Held", "properties": [{"name": "Found", "constant": true, "value":
+            {"objects": [)" +
+            found + R"(], "class": "package", "foreign": true}}]}],
+            "functions": [{"name": "findpackage", "code": "function r = findpackage(name) r = Held.Found; end"},
+              {"name": "isa", "code": "function r = isa(a, b) r = numel(a) == [1 2 3]; r = r(1:numel(a)); end"}]})",
+        ""));
+    const embedded::Activation active(host);
+    Names names;
+    EXPECT_EQ(PKXContextData::getPackageStrings(u"p", names), isPackage);
+    EXPECT_EQ(IsPKXPackage(u"p"), isPackage);
+  }
 }
 
 }  // namespace

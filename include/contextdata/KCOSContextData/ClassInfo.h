@@ -40,8 +40,6 @@ struct AttributeSets {
   std::set<std::u16string> attributeList2;
   std::set<std::u16string> attributeList3;
   std::set<std::u16string> attributeList4;
-
-  friend bool operator==(const AttributeSets&, const AttributeSets&) = default;
 };
 
 /// A class's place among the classes.

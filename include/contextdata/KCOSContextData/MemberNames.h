@@ -5,7 +5,7 @@
 //   std::vector<std::u16string> names{u"kept"};
 //   bool flag = false;
 //   getClassEnumerationNames(ResolvedClassID::fromLegacyString("lab.Mode"), names, flag);   // true
-//   // names: kept, Idle, Running
+//   // names: kept, Manual, Automatic
 //
 // What is listed: public members that are visible, own and inherited, in the order in which the class system
 // walks them. A property counts as public when reading it or writing it is public. Of methods each name

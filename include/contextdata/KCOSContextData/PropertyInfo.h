@@ -37,7 +37,7 @@ struct PropertyInfo {
   bool optimizedPropertyFlag = false;
   std::int32_t possibleValuesKind = NoPossibleValues;
   /// The values that the property may take, in the order of their declaration, when they are finitely many
-  /// and no validation function has a say.
+  /// and no validation function has a say; without the numbers that 32 bits do not hold.
   std::vector<std::u16string> possibleValues;
 
   /// Which properties a query asks for.
@@ -66,8 +66,6 @@ struct PropertyInfo {
   /// runs.
   CONTEXTDATA_API static std::vector<std::size_t> castSizeStringToIntegers(
       const std::vector<std::u16string>& sizeStrings);
-
-  friend bool operator==(const PropertyInfo&, const PropertyInfo&) = default;
 };
 
 }  // namespace KCOSContextData

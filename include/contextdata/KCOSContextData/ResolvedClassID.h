@@ -108,13 +108,13 @@ class CONTEXTDATA_API ResolvedClassID {
   static DebuggerFocus GetDebuggerFocus();
 
   /// The identifier as the class system takes it.
-  operator const kcos::COSInternedName&() const noexcept { return id_; }
+  operator const kcos::COSInternedName&() const noexcept { return id; }
 
  private:
   friend class ClassInfo;
-  explicit ResolvedClassID(const kcos::COSInternedName& id) noexcept : id_(id) {}
+  explicit ResolvedClassID(const kcos::COSInternedName& name) noexcept : id(name) {}
 
-  kcos::COSInternedName id_;
+  kcos::COSInternedName id;
 };
 
 static_assert(sizeof(ResolvedClassID) == sizeof(void*));

@@ -162,6 +162,27 @@ struct Appender {
   }
 };
 
+/// Room for so many elements, lest the list grow to twice of what it needs.
+struct Reserver {
+  Interpreter& interpreter;
+  std::size_t count;
+
+  template <class Element>
+  void operator()(std::vector<Element>& elements) const {
+    interpreter.requireMemory(count * sizeof(Element));
+    elements.reserve(count);
+  }
+  void operator()(std::vector<bool>& logicals) const { logicals.reserve(count); }
+  void operator()(std::u16string& text) const { text.reserve(count); }
+  void operator()(Strings& strings) const { (*this)(strings.elements); }
+  void operator()(Cells& cells) const { (*this)(cells.elements); }
+  void operator()(Objects& objects) const { (*this)(objects.elements); }
+  void operator()(Structures& structures) const {
+    Reserver{interpreter, count * structures.fields.size()}(structures.values);
+  }
+  void operator()(ScalarKind auto&) const {}
+};
+
 /// A row of the result: its pieces and its extents.
 struct Row {
   Values pieces;
@@ -360,13 +381,14 @@ Values unified(Interpreter& interpreter, Values values) {
 }
 
 ValuePtr joined(Interpreter& interpreter, const Values& unifiedValues) {
+  std::size_t count = 0;
+  for (const ValuePtr& value : unifiedValues) count += value->elementCount();
   Value::Content all = unifiedValues.front()->content();
+  std::visit(Reserver{interpreter, count}, all);
   for (std::size_t at = 1; at < unifiedValues.size(); ++at) {
     interpreter.pollAt(at);
     std::visit(Appender{interpreter, all}, unifiedValues[at]->content());
   }
-  std::size_t count = 0;
-  for (const ValuePtr& value : unifiedValues) count += value->elementCount();
   return newValue({1, count}, std::move(all));
 }
 

@@ -41,6 +41,7 @@ void Interpreter::failForSize() const {
 }
 
 void Interpreter::requireMemory(std::size_t further) const {
+  if (runs_ == 0) return;
   const std::int64_t taken = Value::memoryOfThread() - memoryBefore_;
   // Less than before when the run has dropped older values.
   if (taken + static_cast<std::int64_t>(further) <= static_cast<std::int64_t>(limits.memory)) return;
@@ -61,7 +62,7 @@ void Interpreter::checkSize(const Value::Size& size, std::size_t bytesOfElement)
     if (__builtin_mul_overflow(count, extent, &count) || count > limits.elements) failForSize();
   }
   step(count);
-  if (runs_ > 0) requireMemory(count * bytesOfElement);
+  requireMemory(count * bytesOfElement);
 }
 
 void Interpreter::checkCount(std::size_t count) const {

@@ -75,6 +75,8 @@ class Interpreter {
   /// Before an array is made, or a text, which is {length}: refuses one beyond the limits, also an empty one with an
   /// extent beyond them, in whatever order its extents stand. The others cost a step for each element.
   void checkSize(const Value::Size& size, std::size_t bytesOfElement = sizeof(double));
+  /// Before so many further bytes are taken.
+  void requireMemory(std::size_t further) const;
   /// Before a list of so many values is made, which costs no steps by itself.
   void checkCount(std::size_t count) const;
 
@@ -105,9 +107,6 @@ class Interpreter {
   [[noreturn]] static void raiseInterrupt();
   [[noreturn]] void failForSteps() const;
   [[noreturn]] void failForSize() const;
-  /// Refuses so many further bytes when the values of this run would take too many with them.
-  void requireMemory(std::size_t further) const;
-
   std::int64_t memoryBefore_ = 0;
   std::uint64_t steps_ = 0;
   std::size_t depth_ = 0;

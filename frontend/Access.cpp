@@ -53,7 +53,9 @@ bool isBystander(const ClassInfo* caller, const ClassInfo& asked, const std::vec
 }
 
 /// What code of a class may use although others may not, also of objects of classes that derive from it.
-std::vector<std::int32_t> ownLevels() { return {kcos::PrivateAccess, kcos::ListedAccess}; }
+std::vector<std::int32_t> ownLevels() {
+  return {kcos::PrivateAccess, kcos::ImmutableAccess, kcos::ListedAccess, kcos::ConstantAccess};
+}
 
 bool isOwnCode(const ClassInfo* caller, const ClassInfo& asked) {
   return caller != nullptr && !asked.classId.isNull() && asked.isA(caller->classId);

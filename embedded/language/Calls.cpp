@@ -163,8 +163,11 @@ Meaning meaningOf(Interpreter& interpreter, const std::string& name, const Routi
 
 std::optional<Values> callMethodOfArguments(Evaluator& caller, const std::string& name,
                                             const Values& arguments, std::size_t nargout) {
-  for (const ValuePtr& argument : arguments)
+  for (const ValuePtr& argument : arguments) {
+    // Methods of the older object system are looked for in folders.
+    caller.interpreter().step();
     if (auto results = callMethod(caller, name, *argument, arguments, nargout)) return results;
+  }
   return {};
 }
 

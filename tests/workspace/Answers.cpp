@@ -1,6 +1,8 @@
 #include <contextdata/KCOSContextData.h>
 #include <contextdata/KCOSIntrospection.h>
 #include <contextdata/PKXContextData.h>
+#include <contextdata/StructContextData.h>
+#include <contextdata/Workspace/Evaluation.h>
 #include <contextdata/Workspace/SearchPath.h>
 #include <contextdata/Workspace/Values.h>
 
@@ -9,6 +11,7 @@
 #include "contextdata/MemberNames.h"
 #include "embedded/Snapshot.h"
 #include "tests/support/State.h"
+#include "tests/support/World.h"
 #include "tests/workspace/Queries.h"
 
 namespace {
@@ -132,6 +135,30 @@ TEST_F(Answers, OnlyOnePackageObjectIsAPackage) {
     EXPECT_EQ(PKXContextData::getPackageStrings(u"p", names), isPackage);
     EXPECT_EQ(IsPKXPackage(u"p"), isPackage);
   }
+}
+
+/// What the heads of the exported headers, and the README, say of examples/lab.json.
+TEST(Examples, PrintWhatTheirCommentsSay) {
+  const auto host = embedded::Host::load(sourceFile("examples/lab.json"));
+  const embedded::Activation active(*host);
+  using namespace KCOSContextData;
+  bool flag = false, isStatic = true;
+  Names names, same;
+  getClassPropertyNames(ResolvedClassID(u"lab.control.tune", u"Pump"), names, flag);
+  getClassPropertyNames(u"lab.Pump", same, flag);
+  EXPECT_EQ(names, same);
+  EXPECT_EQ(Names(names.begin(), names.begin() + 3), (Names{u"Flow", u"Mode", u"Unit"}));
+  names = {u"kept"};
+  EXPECT_TRUE(getClassEnumerationNames(ResolvedClassID::fromLegacyString("lab.Mode"), names, flag));
+  EXPECT_EQ(names, (Names{u"kept", u"Manual", u"Automatic"}));
+  EXPECT_TRUE(KCOSIntrospection::isKCOSClass(u"lab.Pump"));
+  EXPECT_TRUE(KCOSIntrospection::isKCOSClassDerivedFrom(u"lab.Pump", u"lab.Device"));
+  EXPECT_TRUE(KCOSIntrospection::hasMethod(u"lab.Pump", "start", isStatic));
+  EXPECT_FALSE(isStatic);
+  names.clear();
+  StructContextData::getStructFieldNames(host->variable("settings").get(), names);
+  EXPECT_EQ(names, (Names{u"interval", u"verbose", u"levels"}));
+  EXPECT_EQ(shownValue(GetValueFromCurrentWorkspace(u"settings.interval")), "0.5");
 }
 
 }  // namespace

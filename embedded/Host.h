@@ -106,8 +106,11 @@ class KORVAL_HOST_API Host : public Inspection {
   Description describe() const;
   /// The execution frames that have been pushed, innermost first.
   std::vector<const IExecutionFrame*> frames() const;
-  /// The function of that name, or null.
+  /// Whose scope that name is, or null: a function (of several the first, unless the name has the component in front), a
+  /// method or getter ("lab.Pump.start"), a code file of the path.
   const Kfh_KORVAL_fn* function(const std::string& name) const;
+  /// The identity of the class whose method or getter that is; empty for everything else.
+  std::string classOfFunction(const std::string& name) const;
 
  private:
   friend class Activation;

@@ -43,6 +43,8 @@ struct CodeFunction {
 };
 
 struct CodeOutline {
+  /// "lab.Pump" of one name, "lab.*" of every name of a namespace; in their order.
+  std::vector<std::string> imports;
   std::vector<CodeFunction> functions;
   /// Those of a text without functions.
   std::vector<CodeVariable> variables;

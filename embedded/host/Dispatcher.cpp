@@ -56,23 +56,23 @@ bool ClassRegistry::isA(int classNumber, int baseNumber) const {
   return classNumber == baseNumber && classNumber != unknown;
 }
 
-Dispatcher::Dispatcher(const Description& description, const World& world)
-    : functions_(world.functions),
+Dispatcher::Dispatcher(const Description& description, const World& world, Scopes& scopes)
+    : scopes_(scopes),
       queryable_(description.scopes.queryable),
+      executing_(scopes.find(description.scopes.executing)),
       registry_(world.classes),
       currentFolder_(description.currentFolder),
       path_(boost::make_shared<SearchPath>(description.path)) {
-  executing_ = functions_.find(description.scopes.executing);
   // From the last one on, because each points to the next.
   for (const ActiveScopeDescription& scope : boost::adaptors::reverse(description.scopes.active))
-    scopes_.emplace_back(functions_.find(scope.function), scope.eligible,
-                         scopes_.empty() ? nullptr : &scopes_.back());
+    active_.emplace_back(scopes.find(scope.function), scope.eligible,
+                         active_.empty() ? nullptr : &active_.back());
   for (const std::string& name : description.builtins) builtins_.push_back(widened(name));
 }
 
 const Kfh_KORVAL_fn* Dispatcher::findFunction(const std::u16string& name) const {
   enter<Operation::findFunction>(name);
-  return name.empty() ? nullptr : functions_.find(narrowed(name));
+  return scopes_.find(narrowed(name));
 }
 
 bool Dispatcher::hasQueryableExecutionStack() const {
@@ -87,7 +87,7 @@ const Kfh_KORVAL_fn* Dispatcher::GetCurrentlyExecutingFunctionScopeOnQueryableEx
 
 const KactiveScope* Dispatcher::getActiveScopes() const {
   enter<Operation::getActiveScopes>();
-  return scopes_.empty() ? nullptr : &scopes_.back();
+  return active_.empty() ? nullptr : &active_.back();
 }
 
 const KclassRegistry* Dispatcher::getClassRegistry() const {

@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "embedded/host/Scopes.h"
 #include "embedded/host/SearchPath.h"
 #include "embedded/model/World.h"
 #include "host/Dispatcher.h"
@@ -51,7 +52,7 @@ class ClassRegistry final : public KclassRegistry {
 
 class Dispatcher final : public Kdispatcher {
  public:
-  Dispatcher(const Description& description, const World& world);
+  Dispatcher(const Description& description, const World& world, Scopes& scopes);
 
   const ClassRegistry& classNumbers() const noexcept { return registry_; }
 
@@ -65,10 +66,10 @@ class Dispatcher final : public Kdispatcher {
   std::vector<std::u16string> getDocumentedBuiltins() const override;
 
  private:
-  const Functions& functions_;
+  Scopes& scopes_;
   bool queryable_;
   const Kfh_KORVAL_fn* executing_;
-  std::deque<ActiveScope> scopes_;  // outermost first
+  std::deque<ActiveScope> active_;  // outermost first
   ClassRegistry registry_;
   CurrentFolder currentFolder_;
   boost::shared_ptr<const KsearchPath> path_;

@@ -95,7 +95,12 @@ Description Host::describe() const {
   return description;
 }
 
-const Kfh_KORVAL_fn* Host::function(const std::string& name) const { return session_->functions.find(name); }
+const Kfh_KORVAL_fn* Host::function(const std::string& name) const { return session_->scopes.find(name); }
+
+std::string Host::classOfFunction(const std::string& name) const {
+  const Kfh_KORVAL_fn* found = function(name);
+  return found == nullptr || found->ownClass == nullptr ? std::string() : found->ownClass->names().id.text();
+}
 
 Activation::Activation(Host& host) noexcept
     : before_(static_cast<Session*>(std::exchange(activeGate, host.session_.get()))) {}

@@ -23,7 +23,7 @@ const Class* resolve(const std::string& name, const Kfh_KORVAL_fn* scope) {
   if (name.empty()) return nullptr;
   if (scope == nullptr) return classes.findFor("", name);
   // Imports come before the namespace that the code is in, which comes before the whole name.
-  for (const std::string& import : scope->imports)
+  for (const std::string& import : session().scopes.importsOf(*scope))
     if (const Class* found = classes.findFor(scope->component, importedName(import, name)); found != nullptr)
       return found;
   if (!scope->inNamespace.empty())

@@ -5,6 +5,7 @@
 #include "embedded/host/Gate.h"
 #include "embedded/host/Interpreter.h"
 #include "embedded/host/KnownNames.h"
+#include "embedded/host/Scopes.h"
 #include "embedded/host/Streams.h"
 #include "embedded/language/Interpreter.h"
 #include "embedded/model/World.h"
@@ -20,10 +21,11 @@ struct Session final : Gate, World, CodeEnvironment {
   /// Of a description that has been checked.
   explicit Session(const Description& description)
       : World(description),
-        dispatcher(description, *this),
+        interpreter(description, *this, *this),
+        scopes(*this, interpreter.files),
+        dispatcher(description, *this, scopes),
         objectSystem(description, classes),
         names(description),
-        interpreter(description, *this, *this),
         debugger(description.scopes.debugger),
         debuggerIsReachable(description.scopes.bridge),
         componentsOn(description.components) {}
@@ -32,10 +34,11 @@ struct Session final : Gate, World, CodeEnvironment {
   void enterCode(const std::string& what) override { enter<Operation::korvalCode>(what); }
   void print(std::u16string_view text) override { streams.out.write(text); }
 
+  Interpreter interpreter;
+  Scopes scopes;
   Dispatcher dispatcher;
   ObjectSystem objectSystem;
   KnownNames names;
-  Interpreter interpreter;
   Streams streams;
   FrameStack frames;
   Debugger debugger;

@@ -11,7 +11,7 @@ namespace {
 
 /// The order decides: functions with code and classes of the description hide built-in functions, and these hide files.
 Meaning withoutImports(Interpreter& interpreter, const std::string& name, const std::string& component) {
-  const Kfh_KORVAL_fn* function = interpreter.world.functions.find(name);
+  const Kfh_KORVAL_fn* function = interpreter.world.functions.findFor(component, name);
   if (function != nullptr && function->routine != nullptr) return {.routine = function->routine.get()};
   if (const Class* found = interpreter.world.classes.findFor(component, name)) return {.oneClass = found};
   if (Builtin* found = findBuiltin(name)) return {.builtin = found};

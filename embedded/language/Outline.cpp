@@ -85,6 +85,7 @@ class Outliner {
     const Token& first = statement.front();
     if (first.is(Keyword::Function)) return beginFunction(statement);
     if (first.is(Keyword::End)) return endBlock(first);
+    if (first.is(Keyword::Import)) return addImport(statement);
     const bool loops = first.is(Keyword::While) || first.is(Keyword::For);
     // Outside functions blocks are not counted: their `end` closes nothing that is outlined.
     if (open_ > 0 && (first.is(Keyword::If) || loops)) ++open_;
@@ -117,6 +118,17 @@ class Outliner {
     function.name = dottedNameAt(header, name);
     function.inputs = namesOf(namesBetween(header, name + 1, header.size()));
     outline_.functions.push_back(std::move(function));
+  }
+
+  void addImport(const Tokens& statement) {
+    std::size_t at = 1;
+    std::string name = dottedNameAt(statement, at);
+    if (at < statement.size() && statement[at].is(ElementTimes)) {
+      name += ".*";
+      ++at;
+    }
+    // One that is still being typed imports nothing.
+    if (at > 1 && at == statement.size()) outline_.imports.push_back(std::move(name));
   }
 
   void endBlock(const Token& token) {

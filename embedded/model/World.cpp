@@ -17,15 +17,38 @@ Kfh_KORVAL_fn::Kfh_KORVAL_fn(const embedded::FunctionDescription& description)
   routine = std::make_shared<embedded::Routine>(std::move(context), embedded::widened(description.code));
 }
 
+Kfh_KORVAL_fn::Kfh_KORVAL_fn(std::string scopeName, const embedded::Routine& code)
+    : name(std::move(scopeName)),
+      component(code.context().component),
+      inNamespace(code.context().inNamespace),
+      imports(code.context().imports),
+      ownClass(code.context().ownClass),
+      // Without an owner: it is not this one that keeps the routine.
+      routine(std::shared_ptr<const void>(), &code) {}
+
+Kfh_KORVAL_fn::Kfh_KORVAL_fn(std::string scopeName, const embedded::Class& definingClass)
+    : name(std::move(scopeName)),
+      component(definingClass.names().component.text()),
+      inNamespace(embedded::namespaceOf(definingClass.names().dotted.text())),
+      ownClass(&definingClass) {}
+
 namespace embedded {
 
 Functions::Functions(const std::vector<FunctionDescription>& functions) {
-  for (const FunctionDescription& function : functions) byName_.try_emplace(function.name, function);
+  for (const FunctionDescription& described : functions) {
+    const Kfh_KORVAL_fn& function = functions_.emplace_back(described);
+    byName_[function.name].push_back(&function);
+    if (!function.component.empty()) byName_[identityOf(function.component, function.name)] = {&function};
+  }
 }
 
-const Kfh_KORVAL_fn* Functions::find(const std::string& name) const {
+const Kfh_KORVAL_fn* Functions::findFor(std::string_view component, const std::string& name) const {
   const auto found = byName_.find(name);
-  return found == byName_.end() ? nullptr : &found->second;
+  if (found == byName_.end()) return nullptr;
+  const auto& candidates = found->second;
+  auto best = std::ranges::find(candidates, component, &Kfh_KORVAL_fn::component);
+  if (best == candidates.end()) best = std::ranges::find(candidates, "", &Kfh_KORVAL_fn::component);
+  return best == candidates.end() ? candidates.front() : *best;
 }
 
 Workspace::Workspace(const std::vector<VariableDescription>& variables, const ClassSystem& classes) {

@@ -2,9 +2,11 @@
 
 // What a session consists of before anybody asks it: the model that a description makes.
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -13,15 +15,22 @@
 #include "embedded/model/Routine.h"
 #include "embedded/model/Value.h"
 
-/// A function: whose scope names are resolved in.
+/// A function, a method or a code file: whose scope names are resolved in.
 struct Kfh_KORVAL_fn {
   explicit Kfh_KORVAL_fn(const embedded::FunctionDescription& description);
+  /// The scope of code that no function of the description has. The routine belongs to the host.
+  Kfh_KORVAL_fn(std::string scopeName, const embedded::Routine& code);
+  /// That of a method without code.
+  Kfh_KORVAL_fn(std::string scopeName, const embedded::Class& definingClass);
 
   std::string name;
   std::string component;
   /// The namespace that its name puts it into; empty: none.
   std::string inNamespace;
+  /// Those of the description; what its code imports besides stands in the code.
   std::vector<std::string> imports;
+  /// The class whose method it is, or null.
+  const embedded::Class* ownClass = nullptr;
   std::optional<embedded::ArgumentsDescription> arguments;
   /// Null for a function without code.
   std::shared_ptr<const embedded::Routine> routine;
@@ -29,16 +38,21 @@ struct Kfh_KORVAL_fn {
 
 namespace embedded {
 
-/// The functions of the description; of several with one name the first.
+/// The functions of the description.
 class Functions {
  public:
   explicit Functions(const std::vector<FunctionDescription>& functions);
+  Functions(const Functions&) = delete;
+  Functions& operator=(const Functions&) = delete;
 
-  /// Null when there is none of that name.
-  const Kfh_KORVAL_fn* find(const std::string& name) const;
+  /// By identity or by dotted name; null when there is none. Of several of one dotted name that of the component comes
+  /// first, then one of no component, then the first one declared: as it is with classes.
+  const Kfh_KORVAL_fn* findFor(std::string_view component, const std::string& name) const;
+  const Kfh_KORVAL_fn* find(const std::string& name) const { return findFor("", name); }
 
  private:
-  std::unordered_map<std::string, Kfh_KORVAL_fn> byName_;
+  std::deque<Kfh_KORVAL_fn> functions_;
+  std::unordered_map<std::string, std::vector<const Kfh_KORVAL_fn*>> byName_;
 };
 
 /// The variables of a text that runs, or those of the session.

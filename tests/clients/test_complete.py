@@ -67,6 +67,8 @@ class CompleteTest(CommandTest):
         self.assertEqual({name: found[name] for name in ("Flow", "Max", "Pressure", "Notes", "Valve", "Line")},
                          {"Flow": {"public"}, "Max": {"public", "constant"}, "Pressure": {"public", "readRunsCode"},
                           "Notes": {"public", "hidden"}, "Valve": {"private"}, "Line": {"protected"}})
+        self.assertEqual(facts("pump.", "--in", "lab.Pump.start", "--hidden"), found, "code of a method is code of its class")
+        self.assertNotIn("Valve", facts("pump.", "--in", "lab.Pump.start", "--class", "lab.Device", "--hidden"))
         self.assertEqual(facts("lab.Pump."), {"Max": {"public", "constant"}, "Best": {"public", "constant"},
                                               "create": {"public", "static", "readRunsCode"}})
 

@@ -4,9 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
+
 #include "embedded/Host.h"
 #include "tests/support/Growth.h"
 #include "tests/support/Table.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -143,6 +147,47 @@ TEST(Resolution, FollowsImportsThenTheScopeThenTheNameItself) {
        rowsOf<3>("tests/embedded/tables.rows", "Resolution.FollowsImportsThenTheScopeThenTheNameItself"))
     EXPECT_EQ(identity, kcos::nameresolution::omResolveAnyClass(name, host.function(scope)))
         << name << " in " << scope;
+}
+
+/// The same with code: functions of two components, methods with code, without, inherited, and a getter.
+Description sharedNamesWithCode(const std::string& folder) {
+  Description description = sharedNames();
+  description.functions.push_back({.name = "tool", .component = "beta", .code = "import other.*\n1"});
+  description.functions.push_back({.name = "tool", .component = "acme", .code = "1"});
+  ClassDescription& rig = addClass(description, "lab.Rig", {}, WalkOrder::OwnFirst, "beta");
+  rig.methods.push_back({.name = "run", .code = "import other.*\n1"});
+  rig.properties.push_back({.name = "read", .getter = "import other.Tank\n1"});
+  addClass(description, "lab.Crane", {"lab.Rig"}, WalkOrder::OwnFirst, "acme");
+  description.path.push_back({.folder = folder});
+  return description;
+}
+
+TEST(Resolution, CodeIsAScopeWhereverItStands) {
+  const TempFolder folder;
+  folder.write("helper.k", "function y = helper(x)\n  import other.*\n  y = x;\nend\n");
+  folder.write("+lab/tool.k", "y = 1");
+  folder.write("@Box/open.k", "import lab.Pump\n1");
+  folder.write("broken.k", "x = )\nimport other.Tank % code that is broken somewhere imports all the same");
+  embedded::Host host(sharedNamesWithCode(folder.path().string()));
+  const embedded::Activation active(host);
+  for (const auto& [name, scope, identity, ofClass] :
+       rowsOf<4>("tests/embedded/tables.rows", "Resolution.CodeIsAScopeWhereverItStands")) {
+    const Kfh_KORVAL_fn* found = host.function(scope);
+    EXPECT_EQ(identity == "no scope", found == nullptr) << scope;
+    if (found == nullptr) continue;
+    EXPECT_EQ(found, host.function(scope)) << scope << ": a scope stays the same";
+    EXPECT_EQ(identity, kcos::nameresolution::omResolveAnyClass(name, found)) << name << " in " << scope;
+    EXPECT_EQ(ofClass, host.classOfFunction(scope)) << scope;
+  }
+
+  // A file that is written anew is read anew.
+  const Kfh_KORVAL_fn* before = host.function("helper");
+  folder.write("helper.k", "function y = helper(x)\n  y = x;\nend\n");
+  std::filesystem::last_write_time(folder.path() / "helper.k",
+                                   std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
+  EXPECT_EQ("acme:Tank", kcos::nameresolution::omResolveAnyClass("Tank", host.function("helper")));
+  EXPECT_EQ("other.Tank", kcos::nameresolution::omResolveAnyClass("Tank", before))
+      << "what was handed out stays";
 }
 
 TEST(Resolution, NamesThatUsersSee) {

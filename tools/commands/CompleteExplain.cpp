@@ -39,8 +39,10 @@ Line lineFrom(const CursorOptions& options, const std::string& command) {
   return line;
 }
 
-frontend::Scope scopeFrom(const CursorOptions& options) {
-  return {wide(options.function), wide(options.className)};
+/// Code of a method has the rights of its class, unless another class is named.
+frontend::Scope scopeFrom(const CursorOptions& options, const embedded::Host& host) {
+  const std::string& named = options.className;
+  return {wide(options.function), wide(named.empty() ? host.classOfFunction(options.function) : named)};
 }
 
 frontend::Options limitsFrom(const CursorOptions& options) {
@@ -55,7 +57,7 @@ Answer answerComplete(const CursorOptions& options, embedded::Host& host) {
   const Line line = lineFrom(options, "complete");
   HostSession session(host);
   const Completion completion =
-      frontend::complete(session, line.text, line.cursor, scopeFrom(options), limitsFrom(options));
+      frontend::complete(session, line.text, line.cursor, scopeFrom(options, host), limitsFrom(options));
   const frontend::Outcome& outcome = completion.outcome;
   if (outcome.status == Status::Interrupted) throw interruptedError("complete");
   // What was found before the failure is worth showing.
@@ -72,8 +74,8 @@ Answer answerExplain(const CursorOptions& options, const std::string& name, embe
   const Line line = lineFrom(options, "explain");
   if (!isUtf8(name)) throw AnswerError{"explain.not-utf8", "the name is no UTF-8"};
   HostSession session(host);
-  const Explanation explanation =
-      frontend::explain(session, line.text, line.cursor, wide(name), scopeFrom(options), limitsFrom(options));
+  const Explanation explanation = frontend::explain(session, line.text, line.cursor, wide(name),
+                                                    scopeFrom(options, host), limitsFrom(options));
   const frontend::Outcome& outcome = explanation.outcome;
   if (outcome.status == Status::Interrupted) throw interruptedError("explain");
   if (outcome.status == Status::Failed) throw AnswerError{"explain.failed", printable(outcome.reason)};

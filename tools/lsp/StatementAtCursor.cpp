@@ -140,7 +140,8 @@ Scope scopeOf(frontend::Session& session, const std::string& uri, OpenDocument& 
   const Beginning beginning{document.content, statement};
   Scope scope;
   scope.className = file.className;
-  if (!file.stem.empty() && file.className.empty()) scope.function = file.inNamespace + file.stem;
+  const std::u16string outer = file.className.empty() ? file.inNamespace : file.className + u".";
+  if (!file.stem.empty()) scope.function = outer + file.stem;
   // Only a script sees variables of the workspace.
   scope.workspace = outline.functions.empty();
   if (const auto* function = functionAt(beginning, outline.functions)) {

@@ -1,0 +1,62 @@
+#include "embedded/host/Scopes.h"
+
+#include "embedded/Outline.h"
+#include "embedded/language/CodeError.h"
+#include "embedded/model/Names.h"
+
+namespace embedded {
+
+const Kfh_KORVAL_fn* Scopes::find(const std::string& name) {
+  // In the order in which code finds what it calls: files come last.
+  if (const Kfh_KORVAL_fn* found = world_.functions.find(name); found != nullptr) return found;
+  if (const Kfh_KORVAL_fn* found = member(name); found != nullptr) return found;
+  return file(name);
+}
+
+const Kfh_KORVAL_fn* Scopes::member(const std::string& name) {
+  const Class* oneClass = world_.classes.find(namespaceOf(name));
+  if (oneClass == nullptr) return nullptr;
+  const kcos::COSInternedName simpleName = alreadyInterned(simpleNameOf(name));
+  if (const Property* property = oneClass->property(simpleName); property != nullptr) {
+    const auto& getter = property->content().getter;
+    return getter == nullptr ? nullptr : scopeOf(name, *getter);
+  }
+  const Method* method = oneClass->method(simpleName);
+  if (method == nullptr) return nullptr;
+  if (const auto& routine = method->content().routine; routine != nullptr) return scopeOf(name, *routine);
+  auto& known = withoutCode_[name];
+  if (known == nullptr) known = std::make_unique<const Kfh_KORVAL_fn>(name, *method->definingClass());
+  return known.get();
+}
+
+const Kfh_KORVAL_fn* Scopes::file(const std::string& name) {
+  // Names of files may hold anything, but no name leads out of the folders of the path.
+  if (!isDottedName(name)) return nullptr;
+  try {
+    const Routine* found = files_.function(name);
+    if (found == nullptr && name.find('.') != std::string::npos)
+      found = files_.method(std::string(namespaceOf(name)), std::string(simpleNameOf(name)));
+    return found == nullptr ? nullptr : scopeOf(name, *found);
+  } catch (const CodeError&) {
+    // A file that cannot be read is no scope: who asks for a scope runs no code that could fail.
+    return nullptr;
+  }
+}
+
+const Kfh_KORVAL_fn* Scopes::scopeOf(const std::string& name, const Routine& routine) {
+  auto& known = byRoutine_[&routine];
+  if (known == nullptr) known = std::make_unique<const Kfh_KORVAL_fn>(name, routine);
+  return known.get();
+}
+
+const std::vector<std::string>& Scopes::importsOf(const Kfh_KORVAL_fn& scope) {
+  const auto [found, isNew] = imports_.try_emplace(&scope, scope.imports);
+  if (isNew && scope.routine != nullptr) {
+    // Read as it stands, not parsed: code that is broken somewhere imports all the same.
+    std::vector<std::string> inCode = outlineOf(scope.routine->text()).imports;
+    found->second.insert(found->second.end(), inCode.begin(), inCode.end());
+  }
+  return found->second;
+}
+
+}  // namespace embedded

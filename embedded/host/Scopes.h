@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "embedded/language/CodeFiles.h"
+#include "embedded/model/World.h"
+
+namespace embedded {
+
+/// Whose code it is that names are resolved for: a function of the description, a method or getter
+/// ("lab.Pump.start"), a code file of the path ("helper", "lab.tool", "Pump.start" in a class folder).
+class Scopes {
+ public:
+  Scopes(const World& world, CodeFiles& files) : world_(world), files_(files) {}
+
+  /// Null when there is none of that name. What is returned lives as long as the host, and is the same each time, until the
+  /// file behind it changes.
+  const Kfh_KORVAL_fn* find(const std::string& name);
+
+  /// What the description and the code of the scope import, in this order.
+  const std::vector<std::string>& importsOf(const Kfh_KORVAL_fn& scope);
+
+ private:
+  const Kfh_KORVAL_fn* member(const std::string& name);
+  const Kfh_KORVAL_fn* file(const std::string& name);
+  const Kfh_KORVAL_fn* scopeOf(const std::string& name, const Routine& routine);
+
+  const World& world_;
+  CodeFiles& files_;
+  std::unordered_map<const Routine*, std::unique_ptr<const Kfh_KORVAL_fn>> byRoutine_;
+  std::unordered_map<std::string, std::unique_ptr<const Kfh_KORVAL_fn>> withoutCode_;
+  std::unordered_map<const Kfh_KORVAL_fn*, std::vector<std::string>> imports_;
+};
+
+}  // namespace embedded

@@ -62,11 +62,8 @@ const Kfh_KORVAL_fn* functionNamed(const std::string& name, const Kfh_KORVAL_fn*
   const Functions& functions = session().functions;
   if (scope == nullptr) return functions.find(name);
   if (name.empty() || name == scope->name || name == simpleNameOf(scope->name)) return scope;
-  for (const std::string& import : scope->imports)
-    if (const Kfh_KORVAL_fn* found = functions.find(importedName(import, name))) return found;
-  if (!scope->inNamespace.empty())
-    if (const Kfh_KORVAL_fn* found = functions.find(scope->inNamespace + "." + name)) return found;
-  return functions.find(name);
+  return session().scopes.meaningIn(
+      *scope, name, [&](const std::string& full) { return functions.findFor(scope->component, full); });
 }
 
 }  // namespace

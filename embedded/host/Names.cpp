@@ -22,15 +22,9 @@ const Class* resolve(const std::string& name, const Kfh_KORVAL_fn* scope) {
   const ClassSystem& classes = session().classes;
   if (name.empty()) return nullptr;
   if (scope == nullptr) return classes.findFor("", name);
-  // Imports come before the namespace that the code is in, which comes before the whole name.
-  for (const std::string& import : session().scopes.importsOf(*scope))
-    if (const Class* found = classes.findFor(scope->component, importedName(import, name)); found != nullptr)
-      return found;
-  if (!scope->inNamespace.empty())
-    if (const Class* found = classes.findFor(scope->component, scope->inNamespace + "." + name);
-        found != nullptr)
-      return found;
-  return classes.findFor(scope->component, name);
+  return session().scopes.meaningIn(*scope, name, [&](const std::string& full) -> const Class* {
+    return classes.findFor(scope->component, full);
+  });
 }
 
 /// Where the component of a name ends; `none` when it has none.

@@ -2,7 +2,6 @@
 
 #include "embedded/Outline.h"
 #include "embedded/language/CodeError.h"
-#include "embedded/model/Names.h"
 
 namespace embedded {
 

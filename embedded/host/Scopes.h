@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "embedded/language/CodeFiles.h"
+#include "embedded/model/Names.h"
 #include "embedded/model/World.h"
 
 namespace embedded {
@@ -22,6 +23,17 @@ class Scopes {
 
   /// What the description and the code of the scope import, in this order.
   const std::vector<std::string>& importsOf(const Kfh_KORVAL_fn& scope);
+
+  /// What a name means in code of the scope: the first that `find` knows of what an import makes of the name, the name in the
+  /// namespace of the code, and the name as it stands. Null when it knows none.
+  template <class Find>
+  auto meaningIn(const Kfh_KORVAL_fn& scope, const std::string& name, const Find& find) {
+    for (const std::string& import : importsOf(scope))
+      if (const auto found = find(importedName(import, name)); found != nullptr) return found;
+    if (!scope.inNamespace.empty())
+      if (const auto found = find(scope.inNamespace + "." + name); found != nullptr) return found;
+    return find(name);
+  }
 
  private:
   const Kfh_KORVAL_fn* member(const std::string& name);

@@ -60,14 +60,53 @@ std::size_t lastComponent(const std::u16string& iri) { return iri.rfind(u'/') + 
 
 }  // namespace
 
-foundation::storage::vfs::CanonicalAbsoluteIRI folderName(const std::string& path) {
+namespace {
+
+/// A slash at the end would make the last component empty.
+files::path withoutLastSlash(const files::path& path) {
+  return !path.has_filename() && path.has_relative_path() ? path.parent_path() : path;
+}
+
+files::path canonicalOf(const files::path& path) {
   std::error_code failure;
-  auto canonical = std::filesystem::weakly_canonical(std::filesystem::absolute(path), failure);
+  const files::path canonical = files::weakly_canonical(files::absolute(path), failure);
   // A folder that cannot be looked at keeps the name that it was given.
-  if (failure) canonical = std::filesystem::absolute(path).lexically_normal();
-  // A slash at the end would make the last component empty.
-  if (!canonical.has_filename() && canonical.has_relative_path()) canonical = canonical.parent_path();
-  return foundation::storage::vfs::CanonicalAbsoluteIRI(std::u16string(scheme) + widened(canonical.string()));
+  return withoutLastSlash(failure ? files::absolute(path).lexically_normal() : canonical);
+}
+
+foundation::storage::vfs::CanonicalAbsoluteIRI iriOf(const files::path& path) {
+  return foundation::storage::vfs::CanonicalAbsoluteIRI(std::u16string(scheme) + widened(path.string()));
+}
+
+}  // namespace
+
+foundation::storage::vfs::CanonicalAbsoluteIRI folderName(const files::path& path) {
+  return iriOf(canonicalOf(path));
+}
+
+foundation::storage::vfs::CanonicalAbsoluteIRI namedFolder(const files::path& path) {
+  const files::path named = withoutLastSlash(files::absolute(path).lexically_normal());
+  return iriOf(named.has_filename() ? canonicalOf(named.parent_path()) / named.filename() : named);
+}
+
+std::vector<files::path> entriesOf(const files::path& folder) {
+  std::error_code error;
+  std::vector<files::path> found;
+  for (files::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    found.push_back(entry->path());
+  }
+  std::ranges::sort(found);
+  return found;
+}
+
+std::vector<files::path> classFoldersIn(const files::path& folder) {
+  std::vector<files::path> found = entriesOf(folder);
+  std::erase_if(found, [](const files::path& entry) {
+    std::error_code failure;  // not looked at: what is gone by now is no folder
+    const std::string name = entry.filename().string();
+    return name.size() < 2 || name.front() != '@' || !files::is_directory(entry, failure);
+  });
+  return found;
 }
 
 }  // namespace embedded

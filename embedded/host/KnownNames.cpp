@@ -1,7 +1,9 @@
 #include "embedded/host/KnownNames.h"
 
-#include <algorithm>
 #include <system_error>
+#include <unordered_set>
+
+#include "embedded/host/Files.h"
 
 namespace embedded {
 
@@ -11,25 +13,16 @@ namespace fs = std::filesystem;
 
 /// Of a class folder "@Pump" or a package folder "+lab": the name without the first character.
 std::string nameAfterPrefix(const fs::path& folder) {
-  const std::string name = folder.filename().string();
+  const std::string name = (folder.has_filename() ? folder : folder.parent_path()).filename().string();
   return name.empty() ? name : name.substr(1);
-}
-
-/// What a folder holds, in ascending order. One that cannot be read holds nothing.
-std::vector<fs::path> entriesOf(const fs::path& folder) {
-  std::error_code error;
-  std::vector<fs::path> found;
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-    found.push_back(entry->path());
-  }
-  std::ranges::sort(found);
-  return found;
 }
 
 void addCodeFiles(const fs::path& folder, const std::string& prefix, std::vector<KnownName>& names) {
   for (const fs::path& entry : entriesOf(folder)) {
     const std::string name = entry.stem().string();
-    if (entry.extension() == ".k" && !name.empty()) names.push_back({prefix + name});
+    std::error_code failure;  // not looked at: what is gone by now is no file
+    if (entry.extension() == ".k" && !name.empty() && fs::is_regular_file(entry, failure))
+      names.push_back({prefix + name});
     // One level: code does not find functions of packages inside packages either.
     if (prefix.empty() && name.starts_with('+')) addCodeFiles(entry, name.substr(1) + ".", names);
   }
@@ -62,11 +55,11 @@ void KnownNames::addPackage(const fs::path& folder) {
 std::vector<KnownName> KnownNames::classes() const {
   // Folders are listed anew each time: files come and go.
   std::vector<KnownName> names = classes_;
+  std::unordered_set<std::string> met;
+  for (const KnownName& known : names) met.insert(known.name);
   for (const fs::path& folder : folders_) {
-    for (const fs::path& entry : entriesOf(folder)) {
-      const std::string name = entry.filename().string();
-      if (name.size() > 1 && name.starts_with('@')) names.push_back({name.substr(1)});
-    }
+    for (const fs::path& found : classFoldersIn(folder))
+      if (met.insert(nameAfterPrefix(found)).second) names.push_back({nameAfterPrefix(found)});
   }
   return names;
 }

@@ -19,9 +19,6 @@ class CaseComparer final : public KnameComparer {
 
 }  // namespace
 
-PathItem::PathItem(const PathItemDescription& description)
-    : kind_(description.kind), location_(folderName(description.folder)) {}
-
 int PathItem::getKind() const {
   enter<Operation::pathItemGetKind>(location_.text());
   return kind_;
@@ -40,8 +37,19 @@ const KnameComparer* PathItem::getService(int selector) const {
 
 void SearchPath::visitItems(const std::vector<int>& kinds, KpathItemVisitor& visitor) const {
   enter<Operation::visitItems>();
-  for (const PathItem& item : items_)
-    if (std::ranges::find(kinds, item.kind()) != kinds.end()) visitor.visit(item);
+  const auto isWanted = [&](int kind) { return std::ranges::find(kinds, kind) != kinds.end(); };
+  // "@" folders are of classes and of packages alike: each is visited once, as what is asked for.
+  const int kind = isWanted(KpathItem::ClassFolder) ? KpathItem::ClassFolder : KpathItem::PackageFolder;
+  for (const PathItem& item : items_) {
+    if (isWanted(item.kind())) visitor.visit(item);
+    if (item.kind() != KpathItem::PathFolder || !isWanted(kind)) continue;
+    // Looked for anew each time: folders come and go.
+    for (const std::filesystem::path& folder : classFoldersIn(item.folder())) {
+      const PathItem found(kind, folder.string());
+      const bool isListed = std::ranges::find(items_, found.location(), &PathItem::location) != items_.end();
+      if (!isListed) visitor.visit(found);
+    }
+  }
 }
 
 foundation::storage::vfs::Folder CurrentFolder::get() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "embedded/Description.h"
@@ -10,9 +11,12 @@ namespace embedded {
 
 class PathItem final : public KpathItem {
  public:
-  explicit PathItem(const PathItemDescription& description);
+  PathItem(int kind, std::string folder)
+      : kind_(kind), folder_(std::move(folder)), location_(namedFolder(folder_)) {}
 
   int kind() const noexcept { return kind_; }
+  const std::string& folder() const noexcept { return folder_; }
+  const foundation::storage::vfs::CanonicalAbsoluteIRI& location() const noexcept { return location_; }
 
   int getKind() const override;
   foundation::storage::vfs::CanonicalAbsoluteIRI getLocation() const override;
@@ -20,12 +24,15 @@ class PathItem final : public KpathItem {
 
  private:
   int kind_;
+  std::string folder_;
   foundation::storage::vfs::CanonicalAbsoluteIRI location_;
 };
 
 class SearchPath final : public KsearchPath {
  public:
-  explicit SearchPath(const std::vector<PathItemDescription>& items) : items_(items.begin(), items.end()) {}
+  explicit SearchPath(const std::vector<PathItemDescription>& items) {
+    for (const PathItemDescription& item : items) items_.emplace_back(item.kind, item.folder);
+  }
 
   void visitItems(const std::vector<int>& kinds, KpathItemVisitor& visitor) const override;
 

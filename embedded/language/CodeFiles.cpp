@@ -98,7 +98,10 @@ const Routine* CodeFiles::read(const Path& file, const std::string& inNamespace)
   std::error_code failure;
   const auto written = std::filesystem::last_write_time(file, failure);
   // Asked about each time: a file that has been changed is read again.
-  if (failure || !std::filesystem::is_regular_file(file, failure)) return nullptr;
+  if (failure) return nullptr;
+  // Reading a pipe would wait for somebody who writes.
+  if (!std::filesystem::is_regular_file(file, failure))
+    interpreter_.fail("KORVAL:code:UnreadableFile", file.string() + " is no file that can be read");
   File& known = files_[file.string()];
   if (known.routine != nullptr && known.written == written) return known.routine.get();
   Routine::Context context{.name = file.string(), .inNamespace = inNamespace, .isFile = true};

@@ -1,4 +1,7 @@
+#include <contextdata/PKXContextData.h>
+#include <contextdata/Workspace/Evaluation.h>
 #include <contextdata/Workspace/SearchPath.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <optional>
@@ -49,6 +52,45 @@ TEST_F(Folders, OfTwentyThousandEntriesAreListedInLinearTime) {
   ASSERT_EQ(names.size(), 20001U);
   EXPECT_EQ(names[0], u"first.k");
   EXPECT_TRUE(std::is_sorted(names.begin() + 1, names.end()));
+}
+
+// Folders in folders of the path, one of them by the name of a link, and one that is an item of the path too.
+TEST_F(Folders, OfClassesInFoldersOfThePathCountForEveryone) {
+  root_.write("path/@lab/tune.k", "");
+  root_.write("path/@lab/@Pump/start.k", "");
+  root_.write("implementation/go.k", "");
+  files::create_directory_symlink(root_ / "implementation", root_ / "path/@linked");
+  root_.write("path/@file", "");
+  description_.path = {{.folder = root_ / "path"},
+                       {embedded::PathItemDescription::Package, root_ / "path/@lab/"},
+                       {embedded::PathItemDescription::Class, root_ / "path/@linked"}};
+  embedded::Host host(description_);
+  const embedded::Activation active(host);
+  Names names;
+  EXPECT_TRUE(PKXContextData::getPackageStrings(u"lab", names));
+  EXPECT_EQ(names, (Names{u"tune.k", u"Pump"})) << "once, although the path has it twice";
+  EXPECT_EQ(listed(u"@linked"), Names{u"go.k"});
+  EXPECT_EQ(listed(u"@file"), Names{});
+  std::string classes;
+  for (const embedded::KnownName& name : host.classNames()) classes += name.name + " ";
+  EXPECT_EQ(classes, "linked lab ");
+}
+
+TEST_F(Folders, HoldNoCodeFilesThatArePipes) {
+  root_.write("path/f.k", "1");
+  ASSERT_EQ(mkfifo((root_ / "path/pipe.k").c_str(), S_IRUSR | S_IWUSR), 0);
+  files::create_directory(root_ / "path/folder.k");
+  description_.path = {{.folder = root_ / "path"}};
+  embedded::Host host(description_);
+  const embedded::Activation active(host);
+  std::string functions;
+  for (const embedded::KnownName& name : host.functionNames()) functions += name.name + " ";
+  EXPECT_EQ(functions, "f ");
+  for (const char16_t* code : {u"pipe;", u"folder;"}) {
+    EXPECT_FALSE(EvalcExpSuccessful(code, 0, nullptr, true));
+    ASSERT_TRUE(host.codeFailure());
+    EXPECT_EQ(host.codeFailure()->id, "KORVAL:code:UnreadableFile");
+  }
 }
 
 TEST_F(Folders, AreAskedForByTheirPathAndAStarAlsoAtTheRoot) {

@@ -115,6 +115,10 @@ void requireReadable(const std::filesystem::path& file) {
     throw SnapshotError("snapshot.missing-file", file.string(), "", "there is no such file");
   if (kind == std::filesystem::file_type::directory)
     throw SnapshotError("snapshot.directory", file.string(), "", "this is a directory, not a file");
+  // Opening a pipe waits for somebody who writes, and a device may have no end.
+  if (kind != std::filesystem::file_type::regular && kind != std::filesystem::file_type::none)
+    throw SnapshotError("snapshot.unreadable", file.string(), "",
+                        "this is no file, but a pipe, a device or a socket");
 }
 
 /// Folders of a snapshot are relative to its file.

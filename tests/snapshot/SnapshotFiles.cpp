@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -53,6 +54,15 @@ TEST_F(SnapshotFiles, ThatCannotBeRead) {
   close(descriptor);
 }
 
+// Nobody writes to the pipe: whoever opened it would wait for ever.
+TEST_F(SnapshotFiles, ThatArePipesOrDevices) {
+  ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), S_IRUSR | S_IWUSR), 0);
+  EXPECT_EQ(codeOf(folder_ / "pipe"), "snapshot.unreadable");
+  fs::create_symlink("pipe", folder_ / "link");
+  EXPECT_EQ(codeOf(folder_ / "link"), "snapshot.unreadable");
+  EXPECT_EQ(codeOf("/dev/zero"), "snapshot.unreadable");
+}
+
 TEST_F(SnapshotFiles, FoldersAreRelativeToTheFile) {
   const auto file = folder_.write("world.json", R"({"format": 1, "currentFolder": "..", "path": [
       {"folder": "code/./x"}, {"folder": "/absolute"}]})");
@@ -92,9 +102,9 @@ TEST_F(SnapshotFiles, CharactersAcrossPieces) {
   for (std::size_t shift = 0; shift < 5; ++shift) {
     std::string name(shift, 'x');
     while (name.size() < 200000) name += "😀ä€";
-    const auto world = embedded::readSnapshot(
-        folder_.write("long.json", R"({"format": 1, "namespaces": [")" + name + "\"]}"));
-    EXPECT_EQ(world.namespaces.at(0), name);
+    const auto world =
+        embedded::readSnapshot(folder_.write("long.json", R"({"format": 1, "builtins": [")" + name + "\"]}"));
+    EXPECT_EQ(world.builtins.at(0), name);
     const auto broken =
         folder_.write("broken.json", R"({"format": 1, "namespaces": [")" + name + "\xF0\x9F\"]}");
     EXPECT_EQ(codeOf(broken), "snapshot.not-utf8");

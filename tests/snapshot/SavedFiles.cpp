@@ -1,5 +1,8 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -79,6 +82,51 @@ TEST_F(SavedFiles, ReplaceWhatIsThere) {
   EXPECT_EQ(filesLeft(), 3U);
 }
 
+// A save that fails after it has made the new file, because nothing may be written, leaves it to be looked at.
+TEST_F(SavedFiles, AreAtNoTimeReadableByMoreThanTheOldOne) {
+  const fs::path file = folder_.write("a.json", "old");
+  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+  const pid_t child = fork();
+  if (child == 0) {
+    const rlimit limit{20, 20};
+    setrlimit(RLIMIT_FSIZE, &limit);  // the first byte too many ends the process
+    umask(0);
+    embedded::writeSnapshot(description_, file);
+    _exit(0);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFSIGNALED(status));
+  const fs::path left = file.string() + "." + std::to_string(child) + ".new";
+  EXPECT_EQ(fs::status(left).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(contentsOf(file), "old");
+  embedded::writeSnapshot(description_, file);
+  EXPECT_FALSE(fs::exists(left)) << "the next save cleans up";
+  EXPECT_EQ(filesLeft(), 2U);
+}
+
+TEST_F(SavedFiles, LeaveWhatIsNotLeftFromASave) {
+  const fs::path file = folder_ / "a.json";
+  const int other = open((folder_ / "a.json.77.new").c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
+  ASSERT_EQ(flock(other, LOCK_EX), 0) << "another save, which runs";
+  folder_.write("a.json.x7.new", "");
+  folder_.write("a.json..new", "");
+  folder_.write("b.json.77.new", "");
+  folder_.write("a.json.78.new", "");
+  embedded::writeSnapshot(description_, file);
+  EXPECT_FALSE(fs::exists(folder_ / "a.json.78.new"));
+  EXPECT_TRUE(fs::exists(folder_ / "a.json.77.new"));
+  EXPECT_EQ(filesLeft(), 6U);
+  close(other);
+}
+
+TEST_F(SavedFiles, ThatAreReadOnlyStay) {
+  const fs::path file = folder_.write("a.json", "old");
+  fs::permissions(file, fs::perms::owner_read | fs::perms::group_read);
+  EXPECT_EQ(codeOf(file), "snapshot.unwritable");
+  EXPECT_EQ(contentsOf(file), "old");
+}
+
 TEST_F(SavedFiles, ThatCannotBeWritten) {
   EXPECT_EQ(codeOf(folder_ / "missing/deeper/a.json"), "snapshot.unwritable");
   std::ofstream(folder_ / "file") << "x";
@@ -136,7 +184,7 @@ TEST_F(SavedFiles, LeaveTheOldOneWhenTheDescriptionIsBad) {
     }
   }
   description_.workspace.clear();
-  description_.namespaces = {"\xC3("};
+  description_.builtins = {"\xC3("};
   EXPECT_EQ(codeOf(file), "snapshot.not-utf8");
   EXPECT_EQ(contentsOf(file), "old");
   EXPECT_EQ(filesLeft(), 2U);

@@ -23,7 +23,7 @@ REPOSITORY = {
     "embedded/model": ["host/", "syntax/Characters.h", *DESCRIPTIONS, "embedded/model/"],
     "embedded/language": ["host/", "syntax/", *DESCRIPTIONS, "embedded/CodePolicy.h", "embedded/Outline.h",
                           "embedded/model/", "embedded/language/"],
-    "embedded/snapshot": ["host/", *DESCRIPTIONS, "embedded/Outline.h", "embedded/Snapshot.h", "embedded/model/",
+    "embedded/snapshot": ["host/", "syntax/", *DESCRIPTIONS, "embedded/Outline.h", "embedded/Snapshot.h", "embedded/model/",
                           "embedded/snapshot/"],
     "embedded/host": ["host/", "syntax/", "embedded/"],
     "embedded": ["host/", "syntax/Position.h", *HEADERS],

@@ -34,7 +34,7 @@ kcos::COSEnumeration<kcos::COSValidationFunction> Validation::getFunctions() con
 
 bool DataType::isPossibleValuesFinite() const {
   enter<Operation::isPossibleValuesFinite>(id_);
-  return values_.has_value();
+  return values_ != nullptr;
 }
 
 kcos::COSEnumeration<const kcos::COSPossibleValue*> DataType::getPossibleValues() const {

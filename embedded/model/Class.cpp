@@ -1,6 +1,7 @@
 #include "embedded/model/Class.h"
 
-#include <unordered_set>
+#include <atomic>
+#include <utility>
 
 namespace embedded {
 
@@ -25,18 +26,19 @@ void Class::complete(Parts parts) {
   methodsByName_ = NameIndex(parts_.methods);
 }
 
-const std::vector<const Class*>& Class::lineage() const {
-  // Kept from the first use on: once all classes are complete, none of them changes.
-  if (!lineage_.empty()) return lineage_;
+std::vector<const Class*> Class::lineage() const {
+  // Of all hosts of the process: each of them may be in another thread, but their classes are not shared.
+  static constinit std::atomic<std::uint64_t> walks = 0;
+  if (parts_.superclasses.empty()) return {this};
+  const std::uint64_t walk = ++walks;
   struct Step {
     const Class* at;
     std::size_t nextSuperclass = 0;
   };
   std::vector<const Class*> line;
   std::vector<Step> way;  // from this class up: the graph can be deeper than the stack
-  std::unordered_set<const Class*> met;
   const auto meet = [&](const Class* oneClass) {
-    if (!met.insert(oneClass).second) return;
+    if (std::exchange(oneClass->metBy_, walk) == walk) return;
     if (oneClass->order_ == WalkOrder::OwnFirst) line.push_back(oneClass);
     way.push_back({oneClass});
   };
@@ -50,11 +52,13 @@ const std::vector<const Class*>& Class::lineage() const {
       way.pop_back();
     }
   }
-  return lineage_ = std::move(line);
+  return line;
 }
 
 bool Class::derivesFrom(const Class& base) const {
-  return std::ranges::find(lineage(), &base) != lineage().end();
+  if (this == &base) return true;
+  const std::vector<const Class*> line = lineage();
+  return std::ranges::find(line, &base) != line.end();
 }
 
 Property* Class::property(kcos::COSInternedName name) const {

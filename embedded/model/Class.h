@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <span>
@@ -92,8 +93,9 @@ class Class final : public Element, public kcos::COSClass {
   Property* property(kcos::COSInternedName name) const;
   const Method* method(kcos::COSInternedName name) const;
 
-  /// The class and all its ancestors, each once, in the order of its member walks.
-  const std::vector<const Class*>& lineage() const;
+  /// The class and all its ancestors, each once, in the order of its member walks. Made anew each time: kept for every
+  /// class, those of a long chain would take memory by the square of its length.
+  std::vector<const Class*> lineage() const;
   const Parts& parts() const noexcept { return parts_; }
   bool enumeration() const noexcept { return enumeration_; }
   const std::vector<std::unique_ptr<EnumerationMember>>& members() const noexcept { return members_; }
@@ -138,7 +140,8 @@ class Class final : public Element, public kcos::COSClass {
   Parts parts_;
   NameIndex<Property> propertiesByName_;
   NameIndex<Method> methodsByName_;
-  mutable std::vector<const Class*> lineage_;
+  /// The latest walk that has met the class.
+  mutable std::uint64_t metBy_ = 0;
 };
 
 }  // namespace embedded

@@ -16,13 +16,11 @@ constexpr int firstNumber = 32;
 
 }  // namespace
 
-ClassSystem::ClassSystem(const Description& description) {
+ClassSystem::ClassSystem(const Description& description) : names_(ClassNames::of(description.classes)) {
   for (const std::string& name : description.namespaces) makeNamespace(name);
   for (const ClassDescription& oneClass : description.classes) addClass(oneClass);
   for (const FunctionDescription& function : description.functions) addFunction(function);
-  // All classes have their names before any is completed: superclasses, access lists and types may name later
-  // ones.
-  indexNames(description.classes);
+  // All classes are there before any is completed: superclasses, access lists and types may name later ones.
   for (std::size_t at = 0; at < classes_.size(); ++at) completeClass(*classes_[at], description.classes[at]);
 }
 
@@ -33,6 +31,7 @@ void ClassSystem::addClass(const ClassDescription& description) {
   Namespace* inNamespace = makeNamespace(namespaceOf(dotted));
   const int number = firstNumber + static_cast<int>(classes_.size());
   classes_.push_back(std::make_unique<Class>(names, inNamespace, number, description));
+  byDottedName_[&names.dotted.text()].push_back(classes_.back().get());
   if (inNamespace != nullptr) inNamespace->addClass(*classes_.back());
 }
 
@@ -49,18 +48,6 @@ void ClassSystem::addFunction(const FunctionDescription& description) {
                                         .hidden = description.hidden,
                                         .visible = description.visible.value_or(!description.hidden)});
   inNamespace->addFunction(functions_.back());
-}
-
-void ClassSystem::indexNames(const std::vector<ClassDescription>& descriptions) {
-  for (const auto& oneClass : classes_) {
-    // try_emplace keeps what is there: identities come before aliases, and these before dotted names.
-    byName_.try_emplace(&oneClass->names().id.text(), oneClass.get());
-    byDottedName_[&oneClass->names().dotted.text()].push_back(oneClass.get());
-  }
-  for (std::size_t at = 0; at < classes_.size(); ++at)
-    for (const std::string& alias : descriptions[at].aliases)
-      byName_.try_emplace(&interned(alias).text(), classes_[at].get());
-  for (const auto& oneClass : classes_) byName_.try_emplace(&oneClass->names().dotted.text(), oneClass.get());
 }
 
 void ClassSystem::completeClass(Class& oneClass, const ClassDescription& description) {
@@ -120,20 +107,24 @@ PropertyContent ClassSystem::contentOf(const Class& oneClass, const PropertyDesc
   return content;
 }
 
-TypeRepository::Values ClassSystem::valuesOf(const PropertyDescription& description) const {
-  if (description.values) return description.values;
+PossibleValues ClassSystem::valuesOf(const PropertyDescription& description) {
+  using List = std::vector<kcos::COSPossibleValue>;
+  if (description.values)
+    return std::make_shared<const List>(description.values->begin(), description.values->end());
   // The class of the validation comes first, as it does for the type that the library tells.
   const bool isDeclared = description.validation && !description.validation->className.empty();
   const Class* type = find(isDeclared ? description.validation->className : description.type);
-  if (type == nullptr || !type->enumeration()) return {};
-  std::vector<ValueDescription> members;
+  if (type == nullptr || !type->enumeration()) return nullptr;
+  PossibleValues& known = membersOf_[type];
+  if (known != nullptr) return known;
+  List members;
   for (const auto& member : type->members())
     if (!member->hidden() && !member->name().isNull())
-      members.push_back({ObjectValue{.className = type->names().id.text(),
-                                     .properties = {},
-                                     .member = member->name().text(),
-                                     .text = {}}});
-  return members;
+      members.emplace_back(ValueDescription{ObjectValue{.className = type->names().id.text(),
+                                                        .properties = {},
+                                                        .member = member->name().text(),
+                                                        .text = {}}});
+  return known = std::make_shared<const List>(std::move(members));
 }
 
 kcos::COSExtendedAccess ClassSystem::accessOf(const Access& access) const {
@@ -160,18 +151,16 @@ Namespace* ClassSystem::makeNamespace(std::string_view dottedName) {
   return inner;
 }
 
-Class* ClassSystem::find(kcos::COSInternedName name) const {
-  const auto found = byName_.find(&name.text());
-  return name.isNull() || found == byName_.end() ? nullptr : found->second;
+Class* ClassSystem::find(std::string_view name) const {
+  const auto found = names_.find(name);
+  return found ? classes_[*found].get() : nullptr;
 }
-
-Class* ClassSystem::find(std::string_view name) const { return find(alreadyInterned(name)); }
 
 Class* ClassSystem::findFor(std::string_view component, std::string_view dottedName) const {
   const kcos::COSInternedName name = alreadyInterned(dottedName);
   const auto found = byDottedName_.find(&name.text());
   // It may still be an identity, or an alias.
-  if (name.isNull() || found == byDottedName_.end()) return find(name);
+  if (name.isNull() || found == byDottedName_.end()) return find(dottedName);
   // A class of the caller's component comes first, then one of no component, then the first one declared.
   Class* withoutComponent = nullptr;
   for (Class* candidate : found->second) {

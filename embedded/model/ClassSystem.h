@@ -8,6 +8,7 @@
 
 #include "embedded/Description.h"
 #include "embedded/model/Class.h"
+#include "embedded/model/ClassNames.h"
 #include "embedded/model/Routine.h"
 
 namespace embedded {
@@ -19,10 +20,9 @@ class ClassSystem {
  public:
   explicit ClassSystem(const Description& description);
 
-  /// The class of that identity, alias, or name as a user knows it; of several with one name the first. Null
-  /// when there is none.
-  Class* find(kcos::COSInternedName name) const;
+  /// The class that a name means (ClassNames.h); null when there is none.
   Class* find(std::string_view name) const;
+  Class* find(kcos::COSInternedName name) const { return find(std::string_view(name.text())); }
 
   /// What code of that component means by a whole name. Of the classes that a user knows by it: its component's,
   /// else one without a component, else the first; of none, what find() finds.
@@ -46,10 +46,9 @@ class ClassSystem {
 
   void addClass(const ClassDescription& description);
   void addFunction(const FunctionDescription& description);
-  void indexNames(const std::vector<ClassDescription>& descriptions);
   void completeClass(Class& oneClass, const ClassDescription& description);
   Namespace* makeNamespace(std::string_view dottedName);
-  TypeRepository::Values valuesOf(const PropertyDescription& description) const;
+  PossibleValues valuesOf(const PropertyDescription& description);
   static std::shared_ptr<const Routine> routineOf(const Class& oneClass, const MethodDescription& method);
   static std::shared_ptr<const Routine> routineOf(const Class& oneClass, const std::string& member,
                                                   const std::string& code, Routine::Receiver receiver);
@@ -57,10 +56,12 @@ class ClassSystem {
   kcos::COSExtendedAccess accessOf(const Access& access) const;
 
   std::vector<std::unique_ptr<Class>> classes_;
-  std::unordered_map<Handle, Class*> byName_;
+  ClassNames names_;
   std::unordered_map<Handle, std::vector<Class*>> byDottedName_;
   std::unordered_map<Handle, std::unique_ptr<Namespace>> namespaces_;
   TypeRepository types_;
+  /// What properties of an enumeration may hold, for those enumerations that are the type of any.
+  std::unordered_map<const Class*, PossibleValues> membersOf_;
   std::deque<Method> functions_;
 };
 

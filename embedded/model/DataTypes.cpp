@@ -18,19 +18,16 @@ DataType* TypeRepository::named(std::string_view name) {
   return type.get();
 }
 
-DataType* TypeRepository::typeOf(const PropertyDescription& property, const Values& values) {
+DataType* TypeRepository::typeOf(const PropertyDescription& property, PossibleValues values) {
   DataType* plain = named(nameOfType(property));
   if (plain == nullptr) return nullptr;
   // Conversions belong to types, not to properties: one property without makes it so for all of that type.
   if (!property.conversion) withoutConversion_.insert(&plain->id().text());
   // Types of that name are one object, as long as a property adds nothing of its own.
-  if (!property.validation && !values) return plain;
+  if (!property.validation && values == nullptr) return plain;
   std::optional<Validation> validation;
   if (property.validation) validation.emplace(*property.validation);
-  std::optional<std::vector<kcos::COSPossibleValue>> possible;
-  if (values) possible.emplace(values->begin(), values->end());
-  ofOneProperty_.push_back(
-      std::make_unique<DataType>(plain->id(), std::move(validation), std::move(possible)));
+  ofOneProperty_.push_back(std::make_unique<DataType>(plain->id(), std::move(validation), std::move(values)));
   return ofOneProperty_.back().get();
 }
 

@@ -38,13 +38,15 @@ class Validation final : public kcos::COSValidationType {
   ValidationDescription description_;
 };
 
+/// A finite set of values. Null: any value. Shared, because all properties of an enumeration have the same.
+using PossibleValues = std::shared_ptr<const std::vector<kcos::COSPossibleValue>>;
+
 /// A data type: a name, and what properties of it may hold. Types of one name can differ in the latter.
 class DataType final : public kcos::COSDataType {
  public:
   /// Allows every value.
   explicit DataType(kcos::COSInternedName id) : id_(id) {}
-  DataType(kcos::COSInternedName id, std::optional<Validation> validation,
-           std::optional<std::vector<kcos::COSPossibleValue>> values)
+  DataType(kcos::COSInternedName id, std::optional<Validation> validation, PossibleValues values)
       : id_(id), validation_(std::move(validation)), values_(std::move(values)) {}
 
   kcos::COSInternedName id() const noexcept { return id_; }
@@ -56,7 +58,7 @@ class DataType final : public kcos::COSDataType {
  private:
   kcos::COSInternedName id_;
   std::optional<Validation> validation_;
-  std::optional<std::vector<kcos::COSPossibleValue>> values_;
+  PossibleValues values_;
 };
 
 /// The type of properties that say something about their values without naming a type.
@@ -65,12 +67,10 @@ inline constexpr std::string_view anyType = "any";
 /// The data types of one session, and which of them can be converted.
 class TypeRepository {
  public:
-  using Values = std::optional<std::vector<ValueDescription>>;
-
   /// The type of that name that allows every value; null for an empty name.
   DataType* named(std::string_view name);
   /// The type of a property that may hold these values. It may have no name of its own.
-  DataType* typeOf(const PropertyDescription& property, const Values& values);
+  DataType* typeOf(const PropertyDescription& property, PossibleValues values);
 
   /// The name of a property's data type: its type, or else the class that its validation names, or else "any" when it
   /// says anything about its values; empty when it has none.

@@ -1,7 +1,6 @@
 #include "embedded/model/Names.h"
 
 #include <algorithm>
-#include <functional>
 #include <mutex>
 #include <unordered_set>
 
@@ -10,10 +9,6 @@
 namespace embedded {
 
 namespace {
-
-struct TextHash : std::hash<std::string_view> {
-  using is_transparent = void;
-};
 
 struct Table {
   std::mutex mutex;

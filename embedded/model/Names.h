@@ -2,12 +2,18 @@
 
 // Names: the process's table of interned ones, and what their dots say.
 
+#include <functional>
 #include <string>
 #include <string_view>
 
 #include "host/Names.h"
 
 namespace embedded {
+
+/// Lets tables of texts be asked with views of texts.
+struct TextHash : std::hash<std::string_view> {
+  using is_transparent = void;
+};
 
 /// The handle of a name; the null name for an empty one.
 kcos::COSInternedName interned(std::string_view name);

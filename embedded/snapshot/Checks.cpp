@@ -7,26 +7,13 @@
 #include "embedded/Outline.h"
 #include "embedded/model/Names.h"
 #include "embedded/model/Unicode.h"
+#include "embedded/snapshot/Limits.h"
+#include "syntax/Characters.h"
+#include "syntax/Keywords.h"
 
 namespace embedded {
 
 namespace snapshot {
-
-std::optional<std::size_t> ClassNames::owner(const std::string& name) const {
-  return findIn({&identities_, &aliases_}, name);
-}
-
-std::optional<std::size_t> ClassNames::find(const std::string& name) const {
-  return findIn({&identities_, &dotted_, &aliases_}, name);
-}
-
-std::optional<std::size_t> ClassNames::findIn(std::initializer_list<const Names*> tables,
-                                              const std::string& name) {
-  for (const Names* table : tables) {
-    if (const auto found = table->find(name); found != table->end()) return found->second;
-  }
-  return std::nullopt;
-}
 
 void CheckContext::fail(const std::string& code, const JsonPointer& pointer,
                         const std::string& reason) const {
@@ -34,9 +21,8 @@ void CheckContext::fail(const std::string& code, const JsonPointer& pointer,
 }
 
 const ForeignClassDescription* CheckContext::foreignClass(const std::string& name) const {
-  const auto& all = description.foreignClasses;
-  const auto found = std::ranges::find(all, name, &ForeignClassDescription::name);
-  return found == all.end() ? nullptr : &*found;
+  const auto found = foreignClasses.find(name);
+  return found == foreignClasses.end() ? nullptr : found->second;
 }
 
 std::size_t CheckContext::requireClass(const std::string& name, const JsonPointer& pointer,
@@ -59,6 +45,27 @@ void checkDottedName(const CheckContext& context, const std::string& name, const
   const bool emptyPart = name.front() == '.' || name.back() == '.' || name.find("..") != std::string::npos;
   if (emptyPart)
     context.fail("snapshot.bad-name", pointer, "a part of the dotted name " + inQuotes(name) + " is empty");
+  if (static_cast<std::size_t>(std::ranges::count(name, '.')) >= mostParts)
+    context.fail(
+        "snapshot.too-deep", pointer,
+        "the dotted name " + inQuotes(name) + " has more than " + std::to_string(mostParts) + " parts");
+}
+
+void checkClassSystemName(const CheckContext& context, const std::string& name, const JsonPointer& pointer) {
+  checkName(context, name, pointer);
+  if (std::ranges::any_of(name, [](unsigned char byte) { return byte >= 0x80; }))
+    context.fail(
+        "snapshot.not-ascii", pointer,
+        "the name " + inQuotes(name) + " is not ASCII, as those of classes, members and namespaces are");
+}
+
+void checkIdentifier(const CheckContext& context, const std::string& name, const JsonPointer& pointer) {
+  checkName(context, name, pointer);
+  const std::u16string word = widened(name);
+  if (syntax::isNameStart(word.front()) && std::ranges::all_of(word, syntax::isNamePart) &&
+      syntax::keywordOf(word) == syntax::Keyword::None)
+    return;
+  context.fail("snapshot.bad-name", pointer, "code cannot have made the variable " + inQuotes(name));
 }
 
 namespace {
@@ -74,6 +81,30 @@ void checkDottedNames(const CheckContext& context, const Names& names, const Jso
                       std::string_view key) {
   forEach(names, outer, key, std::bind_front(checkDottedName, std::cref(context)));
 }
+
+/// Counts what namespaces take: each has a name that holds those around it.
+class NamespaceCount {
+ public:
+  explicit NamespaceCount(const CheckContext& context) : context_(context) {}
+
+  /// The namespace of that name, and those around it. No name stands for none.
+  void add(std::string_view name, const JsonPointer& pointer) {
+    text_ += name.size();
+    // Those around one that has been met have been met too.
+    for (; !name.empty() && met_.insert(name).second; name = namespaceOf(name)) memory_ += name.size() + each;
+    if (memory_ > mostMemoryOf(text_))
+      context_.fail("snapshot.too-big", pointer,
+                    std::to_string(met_.size()) + " namespaces are more than their names may make");
+  }
+
+ private:
+  static constexpr std::size_t each = 500;  // bytes beside the name
+
+  const CheckContext& context_;
+  std::unordered_set<std::string_view> met_;
+  std::size_t text_ = 0;
+  std::size_t memory_ = 0;
+};
 
 using FunctionNames = std::unordered_set<std::string>;
 
@@ -145,6 +176,28 @@ void checkMembers(const CheckContext& context, const ClassDescription& described
 
 }  // namespace
 
+void checkNamespaces(const CheckContext& context) {
+  NamespaceCount count(context);
+  const Description& description = context.description;
+  forEach(description.namespaces, root, "namespaces", [&](const std::string& name, const JsonPointer& here) {
+    checkDottedName(context, name, here);
+    checkClassSystemName(context, name, here);
+    count.add(name, here);
+  });
+  forEach(description.classes, root, "classes",
+          [&](const ClassDescription& described, const JsonPointer& here) {
+            count.add(namespaceOf(described.name), {here, "name"});
+          });
+  forEach(description.functions, root, "functions",
+          [&](const FunctionDescription& function, const JsonPointer& here) {
+            if (!isDottedName(function.name) || namespaceOf(function.name).empty()) return;
+            const JsonPointer name(here, "name");
+            // Its namespace lists it among its own names.
+            checkClassSystemName(context, function.name, name);
+            count.add(namespaceOf(function.name), name);
+          });
+}
+
 void checkFunctionsAndScopes(const CheckContext& context) {
   const auto& functions = context.description.functions;
   FunctionNames names;
@@ -158,7 +211,6 @@ void checkFunctionsAndScopes(const CheckContext& context) {
 
 void checkSurroundings(const CheckContext& context) {
   const Description& description = context.description;
-  checkDottedNames(context, description.namespaces, root, "namespaces");
   forEach(description.path, root, "path", [&](const PathItemDescription& item, const JsonPointer& here) {
     checkName(context, item.folder, {here, "folder"});
   });
@@ -190,6 +242,9 @@ void checkCode(const CheckContext& context) {
 
 void checkDescription(const Description& description, const std::string& file) {
   snapshot::CheckContext context{description, file};
+  // Of several with one name the first.
+  for (const auto& foreign : description.foreignClasses)
+    context.foreignClasses.try_emplace(foreign.name, &foreign);
   // The order matters: later checks look classes up by names, and walk superclasses, which earlier ones have
   // made sure of.
   checkClassNames(context);
@@ -197,6 +252,7 @@ void checkDescription(const Description& description, const std::string& file) {
   checkSuperclassCycles(context);
   checkPrecedence(context);
   checkFunctionsAndScopes(context);
+  checkNamespaces(context);
   checkSurroundings(context);
   checkWorkspace(context);
   checkCode(context);

@@ -3,12 +3,13 @@
 // What a description must be, and the parts of checking it.
 
 #include <cstddef>
-#include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "embedded/Description.h"
+#include "embedded/model/ClassNames.h"
 #include "embedded/snapshot/JsonPointer.h"
 
 namespace embedded {
@@ -22,35 +23,12 @@ void checkDescription(const Description& description, const std::string& file);
 
 namespace embedded::snapshot {
 
-/// Which class a name of a description means: the one whose identity it is, else the first one that users know
-/// by it, else the one whose alias it is.
-class ClassNames {
- public:
-  /// The class that has the identity or the alias already.
-  std::optional<std::size_t> owner(const std::string& name) const;
-
-  void addIdentity(const std::string& name, std::size_t index) { identities_.emplace(name, index); }
-  void addDotted(const std::string& name, std::size_t index) { dotted_.emplace(name, index); }
-  void addAlias(const std::string& name, std::size_t index) { aliases_.emplace(name, index); }
-
-  std::optional<std::size_t> find(const std::string& name) const;
-
- private:
-  using Names = std::unordered_map<std::string, std::size_t>;
-
-  static std::optional<std::size_t> findIn(std::initializer_list<const Names*> tables,
-                                           const std::string& name);
-
-  Names identities_;
-  Names dotted_;
-  Names aliases_;
-};
-
 /// What every check needs.
 struct CheckContext {
   const Description& description;
   const std::string& file;
   ClassNames classes = {};
+  std::unordered_map<std::string_view, const ForeignClassDescription*> foreignClasses = {};
   /// Of each class, by index.
   std::vector<std::vector<std::size_t>> superclasses = {};
 
@@ -65,7 +43,12 @@ struct CheckContext {
 
 /// A name is not empty and has no NUL.
 void checkName(const CheckContext& context, const std::string& name, const JsonPointer& pointer);
-/// Neither has a part of a dotted name.
+/// The class system's names are ASCII too: it hands them out as such, and others would come out as something else.
+/// Whether code can write them does not matter: those of real hierarchies hold dashes, and more.
+void checkClassSystemName(const CheckContext& context, const std::string& name, const JsonPointer& pointer);
+/// Code has made it: it is what code can write.
+void checkIdentifier(const CheckContext& context, const std::string& name, const JsonPointer& pointer);
+/// Neither is a part of a dotted name empty, and there are not too many of them.
 void checkDottedName(const CheckContext& context, const std::string& name, const JsonPointer& pointer);
 
 /// Names, aliases, members. Fills the names of the context.
@@ -74,8 +57,10 @@ void checkClassNames(CheckContext& context);
 void checkClassReferences(CheckContext& context);
 void checkSuperclassCycles(const CheckContext& context);
 void checkPrecedence(const CheckContext& context);
+/// The namespaces that names are in, and those that are listed.
+void checkNamespaces(const CheckContext& context);
 void checkFunctionsAndScopes(const CheckContext& context);
-/// Namespaces, folders, built-ins.
+/// Folders, packages, foreign classes, built-ins.
 void checkSurroundings(const CheckContext& context);
 /// Code is code.
 void checkCode(const CheckContext& context);

@@ -6,6 +6,7 @@
 #include "embedded/model/Names.h"
 #include "embedded/model/Value.h"
 #include "embedded/snapshot/Checks.h"
+#include "embedded/snapshot/Limits.h"
 #include "host/Members.h"
 
 namespace embedded::snapshot {
@@ -26,23 +27,27 @@ template <class Member>
 void checkMemberNames(const CheckContext& context, const std::vector<Member>& members,
                       const JsonPointer& oneClass, std::string_view key) {
   forEach(members, oneClass, key, [&](const Member& member, const JsonPointer& here) {
-    if (member.name) checkName(context, *member.name, here);
+    if (member.name) checkClassSystemName(context, *member.name, here);
   });
 }
 
 void checkNamesOf(CheckContext& context, const ClassDescription& described, std::size_t index,
                   const JsonPointer& pointer) {
-  checkDottedName(context, described.name, {pointer, "name"});
-  if (!described.component.empty()) checkName(context, described.component, {pointer, "component"});
+  const JsonPointer name(pointer, "name");
+  checkDottedName(context, described.name, name);
+  checkClassSystemName(context, described.name, name);
+  if (!described.component.empty())
+    checkClassSystemName(context, described.component, {pointer, "component"});
   const std::string identity = identityOf(described.component, described.name);
-  requireNew(context, identity, {pointer, "name"});
-  context.classes.addIdentity(identity, index);
+  requireNew(context, identity, name);
+  context.classes.add(identity, ClassNames::Identity, index);
   // Not required to be new: classes of several components may share a dotted name.
-  context.classes.addDotted(described.name, index);
+  context.classes.add(described.name, ClassNames::Dotted, index);
   forEach(described.aliases, pointer, "aliases", [&](const std::string& alias, const JsonPointer& here) {
     checkDottedName(context, alias, here);
+    checkClassSystemName(context, alias, here);
     requireNew(context, alias, here);
-    context.classes.addAlias(alias, index);
+    context.classes.add(alias, ClassNames::Alias, index);
   });
   checkMemberNames(context, described.properties, pointer, "properties");
   checkMemberNames(context, described.methods, pointer, "methods");
@@ -75,11 +80,14 @@ void checkReferencesOf(CheckContext& context, const ClassDescription& described,
           });
 }
 
-/// Follows superclasses in depth, with a stack of its own: chains may be as long as the snapshot.
+/// Follows superclasses in depth, with a stack of its own: chains may be as long as the snapshot. What asks the session
+/// later climbs with the thread's stack, so that chains longer than that may carry are refused.
 class CycleSearch {
  public:
   explicit CycleSearch(const CheckContext& context)
-      : context_(context), states_(context.superclasses.size(), State::New) {}
+      : context_(context),
+        states_(context.superclasses.size(), State::New),
+        levels_(context.superclasses.size(), 1) {}
 
   void run() {
     for (std::size_t start = 0; start < states_.size(); ++start) {
@@ -105,18 +113,30 @@ class CycleSearch {
     const auto& superclasses = context_.superclasses[step.index];
     if (step.nextSuperclass == superclasses.size()) {
       states_[step.index] = State::Done;
+      const std::size_t level = levels_[step.index];
       trail_.pop_back();
+      if (!trail_.empty()) raise(trail_.back(), level + 1);
       return;
     }
     const std::size_t superclass = superclasses[step.nextSuperclass++];
     // It is on the way from the start to here, so the way is a cycle.
     if (states_[superclass] == State::Open) refuse(superclass);
-    if (states_[superclass] == State::New) enter(superclass);
+    if (states_[superclass] == State::New) return enter(superclass);
+    raise(step, levels_[superclass] + 1);
+  }
+
+  /// The class is at least on that level, counted from those without superclasses.
+  void raise(const Step& step, std::size_t level) {
+    if (level <= levels_[step.index]) return;
+    levels_[step.index] = level;
+    if (level > deepestClass)
+      context_.fail("snapshot.too-deep", {classes_, step.index},
+                    "the class " + inQuotes(identityAt(step.index)) + " has more than " +
+                        std::to_string(deepestClass) + " levels of superclasses");
   }
 
   [[noreturn]] void refuse(std::size_t repeated) const {
-    const JsonPointer classes(root, "classes");
-    const JsonPointer last(classes, trail_.back().index);
+    const JsonPointer last(classes_, trail_.back().index);
     const JsonPointer superclasses(last, "superclasses");
     const JsonPointer culprit(superclasses, trail_.back().nextSuperclass - 1);
     context_.fail("snapshot.superclass-cycle", culprit,
@@ -144,7 +164,10 @@ class CycleSearch {
   }
 
   const CheckContext& context_;
+  const JsonPointer classes_{root, "classes"};
   std::vector<State> states_;
+  /// Of each class: 1 without superclasses, else one more than that of the highest of them.
+  std::vector<std::size_t> levels_;
   std::vector<Step> trail_;
 };
 

@@ -3,6 +3,7 @@
 #include "embedded/Snapshot.h"
 #include "embedded/model/ClassSystem.h"
 #include "embedded/snapshot/JsonPointer.h"
+#include "embedded/snapshot/Limits.h"
 
 namespace embedded {
 

@@ -9,10 +9,6 @@
 
 namespace embedded::snapshot {
 
-/// Values nest without end in a hostile text, and are copied and destroyed by recursion: how many objects and
-/// lists may be open at once.
-constexpr std::size_t deepestLevel = 200;
-
 /// Appends one step (a key, or an index as text) to a JSON pointer.
 void appendStep(std::string& pointer, std::string_view step);
 

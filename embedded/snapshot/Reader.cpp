@@ -88,6 +88,12 @@ void Reader::refuseRepeated(const std::string& key) const {
   fail("snapshot.duplicate-key", inQuotes(key) + " stands here twice");
 }
 
+void Reader::refuseNeed() const {
+  fail("snapshot.too-big", "up to here the snapshot takes " + std::to_string(needed_) +
+                               " bytes of memory; one of " + std::to_string(source_.total()) +
+                               " bytes may take " + std::to_string(mostMemoryOf(source_.total())));
+}
+
 std::string Reader::pointer() const {
   std::string pointer;
   for (const Level& level : levels_) {

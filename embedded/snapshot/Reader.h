@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "embedded/snapshot/Limits.h"
 #include "embedded/snapshot/TextSource.h"
 
 namespace embedded::snapshot {
@@ -60,6 +61,13 @@ class Reader {
     open(std::make_unique<SomeHandler>(std::forward<Arguments>(arguments)...));
   }
 
+  /// What has just been read takes that many bytes of memory, in the description and in the session that is made of it.
+  /// Fails when all of it takes more than a text of this size may.
+  void need(std::size_t bytes) {
+    needed_ += bytes;
+    if (needed_ > mostMemoryOf(source_.total())) refuseNeed();
+  }
+
   /// Throws a SnapshotError with the place of the value or key that came last; at the end of an object or
   /// array, with the place of that.
   [[noreturn]] void fail(const std::string& code, const std::string& reason) const;
@@ -78,6 +86,7 @@ class Reader {
     std::size_t index = 0;
   };
 
+  [[noreturn]] void refuseNeed() const;
   std::string pointer() const;
 
   const TextSource& source_;
@@ -85,6 +94,7 @@ class Reader {
   std::vector<Level> levels_;
   bool begun_ = false;
   bool openingArray_ = false;
+  std::size_t needed_ = 0;
 };
 
 }  // namespace embedded::snapshot

@@ -103,6 +103,29 @@ Json write(Writer& writer, const std::u16string& value);
 Json write(Writer& writer, const ValueDescription& value);
 Json write(Writer& writer, const Description& value);
 
+/// About how much memory another element of a list takes: in the description, whose lists grow by doubling, and in the
+/// session that is made of it. Measured; tests/snapshot/Bombs.cpp holds every shape against its text.
+template <class Element>
+constexpr std::size_t memoryOf = 4 * sizeof(Element);
+template <>
+inline constexpr std::size_t memoryOf<ValueDescription> = 2 * sizeof(ValueDescription) + 270;
+template <>
+inline constexpr std::size_t memoryOf<std::optional<ValueDescription>> = memoryOf<ValueDescription>;
+template <>
+inline constexpr std::size_t memoryOf<PropertyValue> = 2 * sizeof(PropertyValue) + 400;
+template <>
+inline constexpr std::size_t memoryOf<OpaqueMethod> = memoryOf<PropertyValue>;
+template <>
+inline constexpr std::size_t memoryOf<PropertyDescription> = 2 * sizeof(PropertyDescription) + 270;
+template <>
+inline constexpr std::size_t memoryOf<MethodDescription> = 2 * sizeof(MethodDescription) + 200;
+template <>
+inline constexpr std::size_t memoryOf<ClassDescription> = 2 * sizeof(ClassDescription) + 1100;
+template <>
+inline constexpr std::size_t memoryOf<PathItemDescription> = 2000;  // four paths of folders, which are split
+template <>
+inline constexpr std::size_t memoryOf<FunctionDescription> = 2 * sizeof(FunctionDescription) + 600;
+
 /// The text of an event, or an error that says what was expected.
 std::string& requireText(Reader& reader, Event& event, const std::string& expected);
 
@@ -165,6 +188,7 @@ class ListHandler final : public Handler {
   explicit ListHandler(std::vector<Element>& list) : list_(list) {}
 
   void value(Reader& reader, Event& event) override {
+    reader.need(memoryOf<Element>);
     if constexpr (std::is_same_v<Element, bool>) {
       bool element = false;
       read(reader, event, element);

@@ -39,6 +39,7 @@ class NextElementHandler final : public Handler {
 
 void FirstElementHandler::key(Reader& reader, const std::string& name) {
   if (!seen_.insert(name).second) reader.refuseRepeated(name);
+  reader.need(memoryOf<PropertyValue>);
   array_.fields.push_back(name);
 }
 
@@ -89,6 +90,7 @@ class ElementsHandler final : public Handler {
       for (std::size_t index = 0; index < array_.fields.size(); ++index)
         indices_[array_.fields[index]] = index;
     }
+    reader.need(indices_.size() * memoryOf<ValueDescription>);
     reader.open<NextElementHandler>(array_, indices_);
   }
 

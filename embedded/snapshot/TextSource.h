@@ -17,6 +17,8 @@ class TextSource {
   TextSource(std::istream& stream, std::string file, std::uintmax_t total, const LoadProgress& progress);
 
   const std::string& file() const { return file_; }
+  /// How many bytes there are, read and unread ones.
+  std::uintmax_t total() const { return total_; }
   /// The position of the byte that was read last, counted from 1; columns count characters.
   std::size_t line() const { return line_; }
   std::size_t column() const { return column_; }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "embedded/model/Value.h"
 #include "embedded/snapshot/Checks.h"
@@ -88,7 +89,9 @@ class ValueCheck {
     if (foreign == nullptr)
       context_.fail("snapshot.unknown-class", {pointer, "foreign"},
                     inQuotes(member.className) + " is no foreign class of this snapshot");
-    if (std::ranges::find(foreign->members, member.member) == foreign->members.end())
+    if (!namesIn(foreign, foreign->members, [](const std::string& name) {
+           return &name;
+         }).contains(member.member))
       context_.fail("snapshot.unknown-member", {pointer, "member"},
                     "the class " + inQuotes(foreign->name) + " has no member " + inQuotes(member.member));
   }
@@ -185,7 +188,7 @@ class ValueCheck {
     Names seen;
     for (const auto& [name, value] : object.properties) {
       const JsonPointer property(properties, name);
-      if (index && !propertiesOf(*index).contains(name)) {
+      if (index && !hasProperty(*index, name)) {
         context_.fail("snapshot.unknown-property", property,
                       "the class " + inQuotes(object.className) + " has no property " + inQuotes(name));
       }
@@ -196,41 +199,71 @@ class ValueCheck {
     if (index && !object.member.empty()) requireMember(*index, object.member, {pointer, "member"});
   }
 
-  void requireMember(std::size_t index, const std::string& name, const JsonPointer& pointer) const {
+  void requireMember(std::size_t index, const std::string& name, const JsonPointer& pointer) {
     const ClassDescription& described = context_.description.classes[index];
-    for (const auto& member : described.members) {
-      if (member.name == name) return;
-    }
+    const auto nameOf = [](const EnumerationMemberDescription& member) {
+      return member.name ? &*member.name : nullptr;
+    };
+    if (namesIn(&described, described.members, nameOf).contains(name)) return;
     context_.fail("snapshot.unknown-member", pointer,
                   "the class " + inQuotes(described.name) + " has no enumeration member " + inQuotes(name));
   }
 
-  /// The names of a class's properties, own and inherited.
-  const Names& propertiesOf(std::size_t index) {
-    // Kept for each class: sessions hold many objects of few classes.
-    auto [found, isNew] = properties_.try_emplace(index);
-    if (isNew) collectProperties(index, found->second);
-    return found->second;
+  using NameViews = std::unordered_set<std::string_view>;
+
+  /// The names of a class's members. Kept: a session may have many values of a class with many members.
+  template <class List, class NameOf>
+  const NameViews& namesIn(const void* ofClass, const List& members, NameOf nameOf) {
+    const auto [names, isNew] = members_.try_emplace(ofClass);
+    if (isNew)
+      for (const auto& member : members)
+        if (const std::string* name = nameOf(member)) names->second.insert(*name);
+    return names->second;
   }
 
-  void collectProperties(std::size_t index, Names& names) const {
-    // A list of its own and no recursion: chains of superclasses may be as long as the snapshot.
-    std::unordered_set<std::size_t> met{index};
+  /// An own one, or an inherited one.
+  bool hasProperty(std::size_t index, const std::string& name) {
+    if (reachedBy_.empty()) collectOwners();
+    const auto owners = owners_.find(name);
+    if (owners == owners_.end()) return false;
+    reachFrom(index);
+    return std::ranges::any_of(owners->second,
+                               [&](std::size_t owner) { return reachedBy_[owner] == walks_; });
+  }
+
+  /// At the first question: most sessions have few objects, and many classes.
+  void collectOwners() {
+    const auto& classes = context_.description.classes;
+    reachedBy_.resize(classes.size());
+    for (std::size_t index = 0; index < classes.size(); ++index)
+      for (const auto& property : classes[index].properties)
+        if (property.name) owners_[*property.name].push_back(index);
+  }
+
+  /// Marks the class and its ancestors. Only those of one class are known at a time: those of all take memory by the
+  /// square of their number.
+  void reachFrom(std::size_t index) {
+    if (std::exchange(start_, index) == index) return;
+    // No recursion: chains of superclasses can be longer than the stack.
     std::vector<std::size_t> open{index};
+    reachedBy_[index] = ++walks_;
     while (!open.empty()) {
       const std::size_t current = open.back();
       open.pop_back();
-      for (const auto& property : context_.description.classes[current].properties) {
-        if (property.name) names.insert(*property.name);
-      }
-      for (const std::size_t superclass : context_.superclasses[current]) {
-        if (met.insert(superclass).second) open.push_back(superclass);
-      }
+      for (const std::size_t superclass : context_.superclasses[current])
+        if (std::exchange(reachedBy_[superclass], walks_) != walks_) open.push_back(superclass);
     }
   }
 
   const CheckContext& context_;
-  std::unordered_map<std::size_t, Names> properties_;
+  /// Of each name of a property, the classes that have one of their own.
+  std::unordered_map<std::string_view, std::vector<std::size_t>> owners_;
+  std::unordered_map<const void*, NameViews> members_;
+  /// Of each class, the latest walk that has reached it.
+  std::vector<std::size_t> reachedBy_;
+  std::size_t walks_ = 0;
+  /// Where the latest walk began.
+  std::optional<std::size_t> start_;
 };
 
 }  // namespace
@@ -240,7 +273,7 @@ void checkWorkspace(const CheckContext& context) {
   ValueCheck values(context);
   forEach(context.description.workspace, root, "workspace",
           [&](const VariableDescription& variable, const JsonPointer& here) {
-            checkName(context, variable.name, {here, "name"});
+            checkIdentifier(context, variable.name, {here, "name"});
             if (!names.insert(variable.name).second) {
               context.fail("snapshot.duplicate-variable", {here, "name"},
                            "there is already a variable " + inQuotes(variable.name));

@@ -29,6 +29,7 @@ class NamedValuesHandler final : public Handler {
 
   void key(Reader& reader, const std::string& name) override {
     if (!seen_.insert(name).second) reader.refuseRepeated(name);
+    reader.need(memoryOf<Entry>);
     // A vector, not a map: the order in the text is the order of the properties.
     entries_.emplace_back().name = name;
   }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "embedded/snapshot/JsonPointer.h"
+#include "embedded/snapshot/Limits.h"
 
 namespace embedded::snapshot {
 

@@ -2,7 +2,9 @@
 
 #include "host/Classes.h"
 
+#include <contextdata/KCOSContextData/ClassInfo.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <chrono>
 #include <filesystem>
@@ -96,6 +98,42 @@ TEST(Walks, DeepAndBraidedWorldsAreWalkedOnce) {
     EXPECT_TRUE(classNamed(name).isDerivedFrom(makeInterned(name))) << "itself";
     EXPECT_FALSE(classNamed(base).isDerivedFrom(makeInterned(name)));
   }
+}
+
+/// What a thread runs: the library makes a class with all its superclasses, asks it, and drops it.
+void* climb(void* host) {
+  const embedded::Activation active(*static_cast<embedded::Host*>(host));
+  const KCOSContextData::ClassInfo info(
+      KCOSContextData::ResolvedClassID::fromKnownResolvedClassID("deep9999"));
+  EXPECT_TRUE(info.isA(u"deep0"));
+  EXPECT_EQ(info.structure.getSuperclasses().size(), 10000U);
+  return nullptr;
+}
+
+TEST(Walks, TenThousandLevelsFitOnTheStack) {
+#ifdef NDEBUG
+  constexpr std::size_t stack = std::size_t{8} << 20U;  // what a thread has as a rule
+#else
+  constexpr std::size_t stack = std::size_t{32} << 20U;
+#endif
+  Description description;
+  for (int depth = 0; depth < 10000; ++depth) {
+    ClassDescription& made = description.classes.emplace_back();
+    made.name = "deep" + std::to_string(depth);
+    if (depth > 0) made.superclasses = {"deep" + std::to_string(depth - 1)};
+  }
+  embedded::Host host(description);
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, stack), 0);
+  pthread_t thread = {};
+  ASSERT_EQ(pthread_create(&thread, &attributes, climb, &host), 0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+  description.classes.push_back(description.classes.back());
+  description.classes.back().name = "deep10000";
+  description.classes.back().superclasses = {"deep9999"};
+  EXPECT_THROW(embedded::Host{description}, embedded::SnapshotError);
 }
 
 /// Classes of 18 properties each in a hundred namespaces.

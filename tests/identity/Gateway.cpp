@@ -1,6 +1,8 @@
 #include <contextdata/KCOSIntrospection.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/support/Table.h"
 #include "tests/support/Text.h"
 #include "tests/support/World.h"
@@ -47,7 +49,11 @@ TEST_F(Gateway, FindsMethods) {
     }
   }
   bool isStatic = true;
-  EXPECT_TRUE(hasMethod(u"lab.Düse", "start", isStatic)) << "the general conversion";
+  world.host.startLog();
+  EXPECT_FALSE(hasMethod(u"lab.Düse", "start", isStatic));
+  const auto asked = world.host.takeLog();
+  EXPECT_TRUE(std::ranges::any_of(asked, [](const auto& call) { return call.arguments == "\"lab.Düse\""; }))
+      << "the general conversion";
 }
 
 TEST_F(Gateway, FindsPropertiesAndNamespaces) {

@@ -22,7 +22,28 @@ std::string chain(std::size_t length, const std::string& top) {
          std::to_string(length - 1) + R"(": 1}}}]})";
 }
 
-TEST(BigWorlds, AChainOfManySuperclassesIsFine) { EXPECT_FALSE(faultOfText(chain(20000, ""))); }
+TEST(BigWorlds, AChainOfTenThousandSuperclassesIsFineAndNoLongerOne) {
+  EXPECT_FALSE(faultOfText(chain(10000, "")));
+  const auto fault = faultOfText(chain(10001, ""));
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->code(), "snapshot.too-deep");
+  EXPECT_EQ(fault->pointer(), "/classes/0");
+}
+
+TEST(BigWorlds, ObjectsOfDeepClassesHaveWhatTheyInherit) {
+  const auto withObjects = [](const std::string& property) {
+    std::string text = chain(2000, "");
+    text.resize(text.size() - 2);
+    for (int index = 0; index < 2000; ++index)
+      text += R"(, {"name": "v)" + std::to_string(index) + R"(", "value": {"object": "C)" +
+              std::to_string(index) + R"(", "properties": {")" + property + "\": 1}}}";
+    return text + "]}";
+  };
+  EXPECT_FALSE(faultOfText(withObjects("p1999")));
+  const auto fault = faultOfText(withObjects("p1998"));
+  ASSERT_TRUE(fault) << "the last class is above the one that has it";
+  EXPECT_EQ(fault->pointer(), "/workspace/2000/value/properties/p1998");
+}
 
 TEST(BigWorlds, ALongCycleIsFoundAndNamed) {
   const auto fault = faultOfText(chain(20000, "C5"));

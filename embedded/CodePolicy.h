@@ -4,8 +4,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "embedded/Outline.h"
 
 namespace embedded {
 
@@ -22,6 +25,9 @@ struct CodeRecord {
   std::uint64_t refusals = 0;
   /// What was refused, the first hundred times.
   std::vector<std::string> refused;
+  /// The first error of code that an expression ran: of a get method, a method, a function. An error of the expression
+  /// itself is not here, because what it asks for may just not be there; Host::codeFailure() tells of both.
+  std::optional<CodeFailure> failure;
 };
 
 /// How far one run of Korval code may go. Whatever goes beyond is an error of the code.

@@ -46,6 +46,18 @@ struct KnownName {
   bool hidden = false;
 };
 
+/// An operation of the host that could not answer: a planned fault, or a folder that cannot be read. What the rules of the
+/// host let an operation throw instead of an answer (a value that is no text, a function that declares nothing), errors of
+/// code, a refusal of code and the user's interrupt are none.
+struct HostFailure {
+  /// Its qualified name, as a log shows it.
+  std::string operation;
+  /// For people.
+  std::string message;
+  /// It ended in an interrupt that nobody has requested of the host.
+  bool isInterrupt = false;
+};
+
 /// A session. What it tells tests about itself stands in its base.
 class KORVAL_HOST_API Host : public Inspection {
  public:
@@ -66,10 +78,17 @@ class KORVAL_HOST_API Host : public Inspection {
   void clearInterrupt() noexcept;
   bool interruptRequested() const noexcept;
 
+  // What a client of the library would not learn otherwise, because the library swallows it by its rules.
+
+  /// The first failure of an operation since it was last forgotten.
+  const std::optional<HostFailure>& failure() const noexcept;
+  void clearFailure() noexcept;
+
   // Korval code.
 
   void setCodePolicy(CodePolicy policy) noexcept;
   const CodeRecord& codeRecord() const noexcept;
+  /// Forgets what codeFailure() returns, too.
   void clearCodeRecord();
   void setCodeLimits(const CodeLimits& limits) noexcept;
   /// The error that the latest evaluation reported, or the latest trapped call; cleared by the next one.
@@ -92,6 +111,9 @@ class KORVAL_HOST_API Host : public Inspection {
   std::vector<KnownName> classNames() const;
   /// In ascending order.
   std::vector<KnownName> namespaceNames() const;
+  /// Functions that Korval code has without anybody defining them; the description's `builtins` are those that the
+  /// session documents.
+  static std::vector<std::string> builtinNames();
   /// Of the older object system.
   std::vector<KnownName> packageNames() const;
   void setComponents(bool on) noexcept;

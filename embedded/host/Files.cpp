@@ -36,8 +36,11 @@ file_status statusOf(const files::directory_entry& entry) {
 }
 
 [[noreturn]] void failListing(const std::string& folder, const std::string& reason) {
-  throw foundation::core::except::Exception("KORVAL:host:FolderNotListed",
+  foundation::core::except::Exception error("KORVAL:host:FolderNotListed",
                                             "The folder \"" + folder + "\" cannot be listed: " + reason);
+  // The library swallows it, and yet what it answers is not all there is.
+  activeGate->noteFailure(Operation::getDirList, error.message() + " [" + error.messageId() + "]");
+  throw error;
 }
 
 /// A folder that is gone holds nothing; one that cannot be read is an error.

@@ -103,7 +103,30 @@ void Gate::raiseFault(Operation operation) {
   if (!fault_.happened && --fault_.callsToGo > 0) return;
   fault_.happened = true;
   const auto raise = fault_.raise;  // which may set or drop the plan
-  raise();
+  try {
+    raise();
+  } catch (...) {
+    noteCurrentException(operation);
+    throw;
+  }
+}
+
+void Gate::noteCurrentException(Operation operation) {
+  try {
+    throw;
+  } catch (const Tamsix::System::InterruptException&) {
+    noteFailure(operation, "interrupted", true);
+  } catch (const foundation::core::except::Exception& exception) {
+    noteFailure(operation, exception.message() + " [" + exception.messageId() + "]");
+  } catch (const std::exception& exception) {
+    noteFailure(operation, exception.what());
+  } catch (...) {
+    noteFailure(operation, "the class system failed");
+  }
+}
+
+void Gate::noteFailure(Operation operation, const std::string& message, bool isInterrupt) {
+  if (!failure_) failure_ = {operationName(operation), message, isInterrupt};
 }
 
 void refuseWithoutHost(Operation operation) {

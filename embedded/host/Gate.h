@@ -9,9 +9,11 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "embedded/Host.h"
 #include "host/Names.h"
 
 class kxArray_tag;
@@ -91,17 +93,24 @@ class Gate {
   void setFault(PlannedFault fault);
   bool clearFault();
 
+  const std::optional<HostFailure>& failure() const noexcept { return failure_; }
+  void clearFailure() noexcept { failure_.reset(); }
+  /// The first one is kept.
+  void noteFailure(Operation operation, const std::string& message, bool isInterrupt = false);
+
   /// The slow half of enter(): logs the call, then raises what is due.
   void attend(Operation operation, std::initializer_list<std::string> arguments);
 
  private:
   void log(Operation operation, std::initializer_list<std::string> arguments);
   void raiseFault(Operation operation);
+  void noteCurrentException(Operation operation);
 
   std::uint64_t calls_ = 0;
   std::atomic<unsigned> attention_ = 0;
   std::vector<LoggedCall> log_;
   PlannedFault fault_;
+  std::optional<HostFailure> failure_;
 };
 
 static_assert(std::atomic<unsigned>::is_always_lock_free,

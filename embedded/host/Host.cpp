@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "embedded/host/Session.h"
+#include "embedded/language/Builtins.h"
 #include "embedded/snapshot/Checks.h"
 #include "embedded/snapshot/DescribeValue.h"
 #include "embedded/snapshot/JsonPointer.h"
@@ -53,10 +54,15 @@ std::unique_ptr<Host> Host::load(const std::filesystem::path& file, const LoadPr
 void Host::requestInterrupt() noexcept { session_->requestInterrupt(); }
 void Host::clearInterrupt() noexcept { session_->clearInterrupt(); }
 bool Host::interruptRequested() const noexcept { return session_->interruptRequested(); }
+const std::optional<HostFailure>& Host::failure() const noexcept { return session_->failure(); }
+void Host::clearFailure() noexcept { session_->clearFailure(); }
 
 void Host::setCodePolicy(CodePolicy policy) noexcept { session_->interpreter.guard.setPolicy(policy); }
 const CodeRecord& Host::codeRecord() const noexcept { return session_->interpreter.guard.record(); }
-void Host::clearCodeRecord() { session_->interpreter.guard.clearRecord(); }
+void Host::clearCodeRecord() {
+  session_->interpreter.guard.clearRecord();
+  session_->interpreter.lastFailure.reset();
+}
 void Host::setCodeLimits(const CodeLimits& limits) noexcept { session_->interpreter.limits = limits; }
 std::optional<CodeFailure> Host::codeFailure() const { return session_->interpreter.lastFailure; }
 void Host::setOutput(Output output) { session_->streams.host.setOutput(std::move(output)); }
@@ -78,6 +84,8 @@ std::vector<KnownName> Host::namespaceNames() const {
   for (std::string& name : session_->classes.namespaceNames()) names.push_back({std::move(name)});
   return names;
 }
+
+std::vector<std::string> Host::builtinNames() { return embedded::builtinNames(); }
 
 void Host::setComponents(bool on) noexcept { session_->componentsOn = on; }
 void Host::setInterpreterAvailable(bool available) noexcept { session_->interpreterIsAvailable = available; }

@@ -21,6 +21,8 @@ int statusOf(const CodeError& error) {
 /// Of an evaluation: keeps the error, and prints it unless errors are to be silent.
 void report(Session& session, const CodeError& error) {
   const CodeFailure& failure = session.interpreter.lastFailure.emplace(error.failure());
+  // Again, for code that could not be read, which the parser tells without a session.
+  session.codeFailed(failure);
   if (session.interpreter.errorMode == matrix::ErrorMode::Silent) return;
   session.streams.error.write(widened(failure.source + ":" + std::to_string(failure.line) + ":" +
                                       std::to_string(failure.column) + ": " + failure.message + " [" +

@@ -124,7 +124,13 @@ class OptimizedProperty final : public PropertyAs<kcos::COSOptimizedPropInfo> {
 
 std::unique_ptr<Property> makeProperty(Class& owner, PropertyContent content,
                                        const std::optional<OptimizedStorage>& optimized) {
-  if (optimized) return std::make_unique<OptimizedProperty>(owner, std::move(content), *optimized);
+  // Only this record tells that reading runs a get method, so a property with one has it, however it is declared.
+  const bool hasGetter = content.getter != nullptr;
+  if (optimized || hasGetter) {
+    OptimizedStorage storage = optimized.value_or(OptimizedStorage());
+    storage.customGetter = storage.customGetter || hasGetter;
+    return std::make_unique<OptimizedProperty>(owner, std::move(content), storage);
+  }
   return std::make_unique<PropertyAs<kcos::COSPropInfo>>(owner, std::move(content));
 }
 

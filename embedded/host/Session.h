@@ -33,6 +33,9 @@ struct Session final : Gate, World, CodeEnvironment {
   bool interruptRequested() const noexcept override { return Gate::interruptRequested(); }
   void enterCode(const std::string& what) override { enter<Operation::korvalCode>(what); }
   void print(std::u16string_view text) override { streams.out.write(text); }
+  void codeFailed(const CodeFailure& failure) override {
+    if (failure.source != expressionSource) interpreter.guard.noteFailure(failure);
+  }
 
   Interpreter interpreter;
   Scopes scopes;

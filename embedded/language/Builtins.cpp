@@ -71,6 +71,12 @@ Builtin* findBuiltin(std::string_view name) {
   return found == std::end(table) ? nullptr : found->second;
 }
 
+std::vector<std::string> builtinNames() {
+  std::vector<std::string> names;
+  for (const auto& row : table) names.emplace_back(row.first);
+  return names;
+}
+
 bool isOuterNameOfBuiltin(std::string_view start) {
   return std::ranges::any_of(table, [start](const auto& row) { return row.first.starts_with(start); });
 }

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "embedded/language/Interpreter.h"
 
@@ -25,6 +26,9 @@ using Builtin = Values(const BuiltinCall&);
 
 /// Null when there is none of that name.
 Builtin* findBuiltin(std::string_view name);
+
+/// All of them, dotted names among them, in the order of their kinds.
+std::vector<std::string> builtinNames();
 
 /// Does a built-in function's dotted name begin with this text?
 bool isOuterNameOfBuiltin(std::string_view start);

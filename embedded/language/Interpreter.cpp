@@ -70,7 +70,9 @@ void Interpreter::checkCount(std::size_t count) const {
 }
 
 void Interpreter::fail(const std::string& id, const std::string& message) const {
-  throw CodeError(id, message, source, at);
+  CodeError error(id, message, source, at);
+  environment.codeFailed(error.failure());
+  throw error;
 }
 
 const Unit& Interpreter::unitOf(const Routine& routine) {

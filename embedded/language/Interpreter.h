@@ -24,6 +24,8 @@ class CodeEnvironment {
   /// Code begins to run that is named so. May throw what the operations of a host throw.
   virtual void enterCode(const std::string& what) = 0;
   virtual void print(std::u16string_view text) = 0;
+  /// An error of code is on its way to whoever has it run.
+  virtual void codeFailed(const CodeFailure& failure) = 0;
 
  protected:
   ~CodeEnvironment() = default;
@@ -44,6 +46,10 @@ class CodeGuard {
   }
   const CodeRecord& record() const noexcept { return record_; }
   void clearRecord() { record_ = {}; }
+  /// Kept when it is the first one.
+  void noteFailure(const CodeFailure& failure) {
+    if (!record_.failure) record_.failure = failure;
+  }
 
  private:
   CodeEnvironment& environment_;

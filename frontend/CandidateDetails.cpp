@@ -41,6 +41,12 @@ kcos::COSPropInfo* ownProperty(const ClassInfo& record, const std::u16string& na
   return property ? kcos::cosiToProp(property.get()) : nullptr;
 }
 
+/// What a property reads as that was never given a value: nobody has put this there, so it says nothing of size and type.
+bool isNothing(const kxArray_tag* value) {
+  return kxGetClassID(value) == StorageCode::DoubleArray &&
+         heldDimensions(value) == std::vector<std::size_t>{0, 0};
+}
+
 }  // namespace
 
 std::vector<std::size_t> heldDimensions(const kxArray_tag* value) {
@@ -104,6 +110,7 @@ void PropertyDetails::describe(const PropertyInfo& property, Candidate& candidat
   candidate.readRunsCode = property.hasCustomGetter;
   if (const kcos::COSPropInfo* own = ownProperty(declares, property.name)) {
     candidate.access = own->getMemberGetAccess();
+    candidate.writeAccess = own->getMemberSetAccess();
     candidate.isConstant = own->getMemberSetAccess() == kcos::ConstantAccess;
   }
   // A getter is not run for a detail, whatever the policy: the list would cost one call of user code per candidate.
@@ -117,7 +124,7 @@ void PropertyDetails::describeStored(const PropertyInfo& property, Candidate& ca
   if (!kxIsScalar(value_.get())) return;
   const boost::intrusive_ptr<kxArray_tag> stored(kxGetTypeProperty(value_.get(), 0, narrow(property.name)),
                                                  false);
-  if (!stored) return;
+  if (!stored || isNothing(stored.get())) return;
   Candidate found;
   describeValue(request_, stored.get(), found);
   if (!found.size.empty()) candidate.size = found.size;

@@ -6,6 +6,8 @@
 #include <unordered_set>
 #include <utility>
 
+#include "frontend/Text.h"
+
 namespace frontend {
 
 namespace {
@@ -16,8 +18,8 @@ auto rankOf(const Candidate& candidate) {
 
 }  // namespace
 
-CandidateList::CandidateList(const RequestContext& request, std::u16string typed)
-    : request_(request), typed_(std::move(typed)), hidden_(request.options().hidden) {}
+CandidateList::CandidateList(const RequestContext& request, std::u16string typed, Place place)
+    : request_(request), typed_(std::move(typed)), place_(place), hidden_(request.options().hidden) {}
 
 void CandidateList::add(Candidate candidate, Details details) {
   request_.check();
@@ -25,7 +27,31 @@ void CandidateList::add(Candidate candidate, Details details) {
   if (candidate.match == Match::None) return;
   // Whoever has typed the whole name knows it.
   if (candidate.isHidden && !hidden_ && candidate.match != Match::Exact) return;
+  if (!makeWritable(candidate)) return;
   entries_.push_back({std::move(candidate), std::move(details)});
+}
+
+bool CandidateList::makeWritable(Candidate& candidate) const {
+  if (place_ == Place::Text) return true;
+  switch (candidate.kind) {
+    case Kind::Value:
+    case Kind::ArgumentName:
+    case Kind::Keyword:
+      return true;
+    case Kind::Property:
+    case Kind::Field:
+    case Kind::Constant:
+    case Kind::EnumerationMember:
+    case Kind::Method:
+    case Kind::StaticMethod:
+      if (place_ == Place::Name) return isName(candidate.label);
+      if (isMemberName(candidate.label)) return true;
+      candidate.replacesDot = true;
+      candidate.insertion = u".('" + escaped(candidate.label, u'\'') + u"')";
+      return !candidate.label.empty();
+    default:
+      return isName(candidate.label);
+  }
 }
 
 void CandidateList::addNames(const std::vector<std::u16string>& names, Kind kind) {

@@ -18,14 +18,18 @@ class CandidateList {
   /// Fills in what is expensive to know.
   using Details = std::function<void(Candidate&)>;
 
-  CandidateList(const RequestContext& request, std::u16string typed);
+  /// Where what is offered is written: names have to be names of code, members can be written otherwise, too, and a text
+  /// holds everything.
+  enum class Place { Name, Member, Text };
+
+  CandidateList(const RequestContext& request, std::u16string typed, Place place = Place::Name);
 
   const std::u16string& typed() const noexcept { return typed_; }
   /// Hidden names are included like others; otherwise one comes only when it is typed in full.
   bool includesHidden() const noexcept { return hidden_; }
 
   /// The candidate's label, kind, order and whether it is hidden are set. One that does not fit is left out, and so is a
-  /// hidden one that is not included. Stops when the request has been asked to stop.
+  /// hidden one that is not included, and a name that no code can write. Stops when the request has been asked to stop.
   void add(Candidate candidate, Details details = {});
 
   /// All of the same kind, the alphabet decides.
@@ -50,11 +54,14 @@ class CandidateList {
     Details details;
   };
 
+  /// Sees to it that what is inserted is code; false when no code can write the name.
+  bool makeWritable(Candidate& candidate) const;
   /// The entries in their order, each label once.
   std::vector<Entry*> ranked();
 
   const RequestContext& request_;
   const std::u16string typed_;
+  const Place place_;
   const bool hidden_;
   std::vector<Entry> entries_;
   std::vector<std::shared_ptr<void>> kept_;

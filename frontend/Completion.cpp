@@ -68,7 +68,7 @@ std::u16string splitFolder(CursorContext& context) {
 
 void offerInText(RequestContext& request, CursorContext& context, const Extent& extent,
                  Completion& completion) {
-  CandidateList values(request, context.typed);
+  CandidateList values(request, context.typed, CandidateList::Place::Text);
   offerTargetValues(request, context, values);
   // What is assigned or compared inside a call is no argument of it.
   if (context.target.empty()) offerArguments(request, context, values);
@@ -77,7 +77,7 @@ void offerInText(RequestContext& request, CursorContext& context, const Extent& 
   if (completion.total > 0 || !context.call) return;
   const std::u16string folder = splitFolder(context);
   completion.begin = context.begin;
-  CandidateList files(request, context.typed);
+  CandidateList files(request, context.typed, CandidateList::Place::Text);
   offerFilesInText(folder, files);
   files.finish(extent, completion);
 }
@@ -98,6 +98,7 @@ void offer(RequestContext& request, const CursorContext& context, CandidateList&
         offerMethodsBeforeDot(request, resolve(request, context.following), candidates);
       }
       offerNames(request, candidates);
+      if (context.beginsStatement) offerKeywords(candidates);
       break;
     case CursorContext::Nothing:
     case CursorContext::Text:
@@ -127,7 +128,9 @@ void offerAt(RequestContext& request, CursorContext context, const Extent& exten
   completion.end = context.end;
   if (context.kind == CursorContext::Nothing) return;
   if (context.kind == CursorContext::Text) return offerInText(request, context, extent, completion);
-  CandidateList candidates(request, context.typed);
+  using Place = CandidateList::Place;
+  CandidateList candidates(request, context.typed,
+                           context.kind == CursorContext::Member ? Place::Member : Place::Name);
   try {
     offer(request, context, candidates);
   } catch (...) {
@@ -197,6 +200,8 @@ const char* nameOf(Kind kind) {
       return "package";
     case Kind::BuiltinFunction:
       return "built-in-function";
+    case Kind::Keyword:
+      return "keyword";
   }
   return "";
 }

@@ -39,7 +39,8 @@ enum class Kind {
   Class,
   Namespace,
   Package,
-  BuiltinFunction
+  BuiltinFunction,
+  Keyword
 };
 
 /// "value", "argument-name", "variable", ...
@@ -64,6 +65,8 @@ struct Candidate {
   std::u16string label;
   /// What replaces what was typed; differs from the label where quotes or a class name belong to it.
   std::u16string insertion;
+  /// The dot before what was typed is replaced, too: code writes the name of this member as ".('any name')" only.
+  bool replacesDot = false;
   Kind kind = Kind::Variable;
 
   // Why it stands where it stands: match, then not hidden before hidden, kind, order, label.
@@ -78,6 +81,8 @@ struct Candidate {
   std::u16string declaringClass = {};
   /// Who may read or call it, a kcos::MemberAccess.
   std::optional<std::int32_t> access = {};
+  /// Of a property: who may write it.
+  std::optional<std::int32_t> writeAccess = {};
   bool isStatic = false;
   bool isConstant = false;
   /// The class of the value, or the declared one.

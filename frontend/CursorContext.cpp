@@ -77,6 +77,7 @@ class Reader {
     const Token* last = count == 0 ? nullptr : &tokens_.back();
     if (last != nullptr && last->isRemark()) return context;
     if (last != nullptr && last->end == cursor_) {
+      if (isQuotedMember(count)) return quotedMember();
       if (isLiteral(*last)) return context;
       // It is being typed, so it belongs to what is completed and not to what is before that.
       if (last->isWord() || last->is(TokenKind::OpenText)) --count;
@@ -107,6 +108,8 @@ class Reader {
         const auto open = innermostOpen(at - 1);
         if (!open || tokens_[*open].blankBefore) return begin;
         at = *open;
+        // "obj.('any name')": what is in this group is the name.
+        if (at > 1 && is(at - 1, Dot)) --at;
         continue;
       }
       if (!tokens_[at - 1].isWord()) return begin;
@@ -117,12 +120,39 @@ class Reader {
     return begin;
   }
 
+  /// Do the first `count` tokens end with a dot and the name of a member in quotes: ".('any name')"?
+  bool isQuotedMember(std::size_t count) const {
+    return count > 4 && is(count - 1, CloseParen) && tokens_[count - 2].is(TokenKind::Text) &&
+           is(count - 3, OpenParen) && is(count - 4, Dot);
+  }
+
+  /// Of an offset in such a name, or after it, in the line of the reader's cursor.
+  std::optional<DottedName> quotedNameAt(std::size_t offset) const {
+    for (std::size_t count = 5; count <= tokens_.size(); ++count) {
+      const bool isInside = tokens_[count - 3].begin <= offset && offset <= tokens_[count - 1].end;
+      if (!isInside || !isQuotedMember(count)) continue;
+      const std::size_t first = beginOfChain(count - 4);
+      if (first == count - 4) return {};
+      return DottedName{tokens_[first].begin, tokens_[count - 3].begin, tokens_[count - 1].end};
+    }
+    return {};
+  }
+
  private:
   bool is(std::size_t at, syntax::Symbol symbol) const { return tokens_[at].is(symbol); }
 
   std::u16string textBetween(std::size_t begin, std::size_t end) const {
     if (begin >= end) return {};
     return text_.substr(tokens_[begin].begin, tokens_[end - 1].end - tokens_[begin].begin);
+  }
+
+  /// As if the name had been typed after the dot as it is.
+  CursorContext quotedMember() const {
+    const std::size_t dot = tokens_.size() - 4;
+    CursorContext context{CursorContext::Nothing, tokens_[dot].end, cursor_};
+    context.typed = syntax::contentOf(tokens_[dot + 2], text_);
+    readMember(context, dot);
+    return context;
   }
 
   void readTyped(CursorContext& context) const {
@@ -278,6 +308,8 @@ std::optional<Call> callAt(const std::u16string& text, std::size_t cursor) {
 
 std::optional<DottedName> nameAt(const std::u16string& text, std::size_t offset) {
   std::size_t end = bounded(text, offset);
+  const std::size_t endOfLine = std::min(text.find_first_of(u"\r\n", end), text.size());
+  if (const auto quoted = Reader(text, endOfLine).quotedNameAt(end)) return quoted;
   while (end < text.size() && syntax::isNamePart(text[end])) ++end;
   const auto tokens = tokensBefore(text, end);
   if (tokens.empty() || !tokens.back().isWord() || tokens.back().end != end) return {};

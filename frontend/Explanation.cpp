@@ -8,6 +8,7 @@
 #include "frontend/NameOffers.h"
 #include "frontend/Resolution.h"
 #include "frontend/Text.h"
+#include "syntax/Keywords.h"
 
 namespace frontend {
 
@@ -53,6 +54,8 @@ class NameReasons {
     for (const Reason& reason : {asPlainName(), asVariable(), asInner()}) {
       if (!reason.detail.empty()) return {reason};
     }
+    if (!name_.empty() && !isName(name_))
+      return {{Rule::NotOfferedHere, quoted(name_) + u" is no name that code can write"}};
     return {{Rule::Unknown, u"no variable, function, class or namespace is called " + quoted(name_)}};
   }
 
@@ -80,12 +83,15 @@ class NameReasons {
   Reasons asMethod() {
     if (cursorContext_.following.empty()) return {};
     const Resolution argument = resolve(request_, cursorContext_.following);
-    if (!classOf(argument) || argument.kind == Resolution::Class) return {};
-    return whyNoMember(request_, argument, AccessForm::BeforeDot, name_);
+    const auto id = classOf(argument);
+    if (!id || argument.kind == Resolution::Class) return {};
+    return whyNoMember(request_, argument, *id, AccessForm::BeforeDot, name_);
   }
 
   /// What is a name elsewhere: a variable after "@", anything inside a text.
   Reason asPlainName() const {
+    if (syntax::keywordOf(name_) != syntax::Keyword::None)
+      return {Rule::Position, quoted(name_) + u" is a keyword, offered where a statement begins"};
     if (cursorContext_.kind == CursorContext::Name) return {};
     CursorContext plain;
     plain.kind = CursorContext::Name;
@@ -137,7 +143,7 @@ Reasons whyNoMemberAt(RequestContext& request, const Resolution& resolution, Acc
                       const CursorContext& context, const std::u16string& name) {
   const auto id = classOf(resolution);
   if (!id) return {{Rule::NotInThisClass, quoted(context.base) + u" has no such member"}};
-  auto reasons = whyNoMember(request, resolution, form, name);
+  auto reasons = whyNoMember(request, resolution, *id, form, name);
   if (!reasons.empty()) return reasons;
   return {{Rule::NotInThisClass, id->getNonComponentQualifiedName() + u" has no such member"}};
 }
@@ -236,11 +242,13 @@ class Explaining {
 };
 
 /// What was not looked at may hold the name, whatever else has been found out.
-void considerRefusals(Explanation& explanation) {
-  if (explanation.isOffered || explanation.outcome.status != Status::RefusedCode) return;
+void considerCode(Explanation& explanation) {
+  const Status status = explanation.outcome.status;
+  if (explanation.isOffered || (status != Status::RefusedCode && status != Status::FailedCode)) return;
   // Other rules hold whatever code would have told.
   if (!endsThere(explanation.reasons)) return;
-  explanation.reasons = {{Rule::RefusedCode, explanation.outcome.reason}};
+  const Rule rule = status == Status::RefusedCode ? Rule::RefusedCode : Rule::FailedCode;
+  explanation.reasons = {{rule, explanation.outcome.reason}};
 }
 
 }  // namespace
@@ -251,7 +259,7 @@ Explanation explain(Session& session, const std::u16string& text, std::size_t cu
   explanation.outcome = answer(session, scope, options, [&](RequestContext& request) {
     Explaining(request, contextAt(text, cursor), explanation).run();
   });
-  considerRefusals(explanation);
+  considerCode(explanation);
   if (explanation.reasons.empty())
     explanation.reasons.push_back({Rule::NotOfferedHere, explanation.outcome.reason});
   return explanation;
@@ -293,6 +301,8 @@ const char* nameOf(Rule rule) {
       return "beyond-limit";
     case Rule::RefusedCode:
       return "refused-code";
+    case Rule::FailedCode:
+      return "failed-code";
     case Rule::NotOfferedHere:
       return "not-offered-here";
   }

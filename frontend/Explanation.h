@@ -32,6 +32,7 @@ enum class Rule {
   NoMatch,         ///< it does not fit what was typed
   BeyondLimit,     ///< it would be offered if more candidates were asked for
   RefusedCode,     ///< finding out would go beyond the policy
+  FailedCode,      ///< code that was run to find out has failed
   NotOfferedHere   ///< none of the above can be told apart
 };
 

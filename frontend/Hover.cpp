@@ -141,7 +141,10 @@ Hover describe(Session& session, const std::u16string& text, std::size_t offset,
     hover.begin = name->begin;
     hover.end = name->end;
     const CursorContext context = contextAt(text, name->end);
-    Describing(request, context, subjectOf(text, *name), hover).run();
+    Subject subject = subjectOf(text, *name);
+    // Which may stand in quotes.
+    if (context.kind == CursorContext::Member) subject.last = context.typed;
+    Describing(request, context, std::move(subject), hover).run();
   });
   return hover;
 }

@@ -60,6 +60,7 @@ class ClassMembers {
 
   void offerObject() {
     offerProperties([](const std::u16string&) { return std::optional(Kind::Property); });
+    if (isEnumeration()) candidates_.addInOrder(listOf(id_, getClassPropertyNames), Kind::Property);
     offerDynamicProperties();
     offerMethods(MethodInfo::GetContext::AfterDot);
     offerPublicMethods();
@@ -72,6 +73,7 @@ class ClassMembers {
     });
     offerMethods(MethodInfo::GetContext::Any, Kind::StaticMethod);
     if (isEnumeration()) {
+      candidates_.addInOrder(listOf(id_, getClassConstantPropertyNames), Kind::Constant);
       candidates_.addInOrder(listOf(id_, getClassStaticMethodNames), Kind::StaticMethod,
                              describePublicMethod());
     }
@@ -100,7 +102,6 @@ class ClassMembers {
                         described->details.describe(described->properties[at], candidate);
                       });
     }
-    if (isEnumeration()) candidates_.addInOrder(listOf(id_, getClassPropertyNames), Kind::Property);
   }
 
   void offerMethods(MethodInfo::GetContext context, Kind kind) {

@@ -37,13 +37,14 @@ struct Relaxed {
 
 class MemberReasons {
  public:
-  MemberReasons(const RequestContext& request, const Resolution& resolution, AccessForm form,
-                const std::u16string& name)
+  MemberReasons(const RequestContext& request, const Resolution& resolution, const ResolvedClassID& id,
+                AccessForm form, const std::u16string& name)
       : request_(request),
         resolution_(resolution),
+        id_(id),
         form_(form),
         name_(name),
-        record_(*classOf(resolution)),
+        record_(id),
         declarations_(declarationsOf(record_, name)) {}
 
   Reasons find() {
@@ -215,7 +216,9 @@ class MemberReasons {
     options.hidden = options.hidden || relaxed.hidden;
     RequestContext varied(request_, scope, options, relaxed.lenience);
     // With nothing typed every name fits.
-    CandidateList candidates(varied, u"");
+    using Place = CandidateList::Place;
+    CandidateList candidates(varied, u"",
+                             relaxed.form == AccessForm::BeforeDot ? Place::Name : Place::Member);
     offer(varied, relaxed.form, resolution, candidates);
     Completion completion;
     candidates.finish(everyName, completion);
@@ -231,11 +234,12 @@ class MemberReasons {
       return;
     }
     const auto kind = form == AccessForm::Class ? Resolution::Class : Resolution::Object;
-    offerMembers(varied, {kind, {}, classOf(resolution), record_.structure.name}, candidates);
+    offerMembers(varied, {kind, {}, id_, record_.structure.name}, candidates);
   }
 
   const RequestContext& request_;
   const Resolution& resolution_;
+  const ResolvedClassID& id_;
   const AccessForm form_;
   const std::u16string& name_;
   const ClassInfo record_;
@@ -244,9 +248,9 @@ class MemberReasons {
 
 }  // namespace
 
-Reasons whyNoMember(const RequestContext& request, const Resolution& resolution, AccessForm form,
-                    const std::u16string& name) {
-  return MemberReasons(request, resolution, form, name).find();
+Reasons whyNoMember(const RequestContext& request, const Resolution& resolution, const ResolvedClassID& id,
+                    AccessForm form, const std::u16string& name) {
+  return MemberReasons(request, resolution, id, form, name).find();
 }
 
 }  // namespace frontend

@@ -21,8 +21,9 @@ enum class AccessForm {
 };
 
 /// Of a position where nothing is typed, and a name that is not offered there. Empty when no class of its tree has the name.
-/// Asks nothing that could run code.
-Reasons whyNoMember(const RequestContext& request, const Resolution& resolution, AccessForm form,
-                    const std::u16string& name);
+/// Asks nothing that could run code. `id` is the resolution's class: whoever asked for it hands it on, because the class
+/// system may fail to tell it a second time.
+Reasons whyNoMember(const RequestContext& request, const Resolution& resolution,
+                    const KCOSContextData::ResolvedClassID& id, AccessForm form, const std::u16string& name);
 
 }  // namespace frontend

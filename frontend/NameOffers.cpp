@@ -14,6 +14,7 @@
 
 #include "frontend/CandidateDetails.h"
 #include "frontend/Resolution.h"
+#include "syntax/Keywords.h"
 
 namespace frontend {
 
@@ -104,9 +105,12 @@ void offerFiles(CandidateList& candidates) {
   candidates.addNames(folderEntries("classes"), Kind::ClassFolder);
 }
 
-void offerBuiltins(CandidateList& candidates) {
-  const auto names = getBuiltinFunctionNames();
-  candidates.addNames(Names(names.begin(), names.end()), Kind::BuiltinFunction);
+void offerBuiltins(RequestContext& request, CandidateList& candidates) {
+  const auto documented = getBuiltinFunctionNames();
+  candidates.addNames(Names(documented.begin(), documented.end()), Kind::BuiltinFunction);
+  Names names = request.session().builtinNames();
+  std::erase_if(names, isDotted);
+  candidates.addNames(names, Kind::BuiltinFunction);
 }
 
 std::u16string lastPart(const std::u16string& name) { return name.substr(name.rfind(u'.') + 1); }
@@ -137,12 +141,17 @@ void offerFunctions(RequestContext& request, CandidateList& candidates) {
   offerFiles(candidates);
   offerClasses(request, candidates);
   offerNamespaces(request, candidates);
-  offerBuiltins(candidates);
+  offerBuiltins(request, candidates);
 }
 
 void offerNames(RequestContext& request, CandidateList& candidates) {
   offerVariables(request, candidates);
   offerFunctions(request, candidates);
+}
+
+void offerKeywords(CandidateList& candidates) {
+  for (const auto& [spelling, keyword] : syntax::keywords)
+    candidates.addNames({std::u16string(spelling)}, Kind::Keyword);
 }
 
 bool isExcludedNamespace(const std::u16string& name) {

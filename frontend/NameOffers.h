@@ -15,6 +15,9 @@ void offerNames(RequestContext& request, CandidateList& candidates);
 /// What can be called through a handle: no variables.
 void offerFunctions(RequestContext& request, CandidateList& candidates);
 
+/// Where a statement begins.
+void offerKeywords(CandidateList& candidates);
+
 /// What a namespace or a package holds.
 void offerNamespace(RequestContext& request, const std::u16string& name, CandidateList& candidates);
 void offerPackage(RequestContext& request, const std::u16string& name, CandidateList& candidates);

@@ -43,6 +43,7 @@ enum class Status {
   Complete,
   Limited,      ///< there is more than was asked for
   RefusedCode,  ///< there may be more: looking further would have gone beyond the policy
+  FailedCode,   ///< there may be more: code that was run to look at it has failed
   TimedOut,     ///< the deadline passed
   Interrupted,  ///< somebody asked it to stop
   Failed        ///< the class system or the session failed
@@ -56,6 +57,8 @@ constexpr const char* nameOf(Status status) {
       return "limited";
     case Status::RefusedCode:
       return "refused-code";
+    case Status::FailedCode:
+      return "failed-code";
     case Status::TimedOut:
       return "timed-out";
     case Status::Interrupted:

@@ -93,9 +93,12 @@ Outcome RequestContext::outcomeOf(const RequestRecord& record, const std::u16str
   } else if (record.timedOut) {
     outcome.status = Status::TimedOut;
     outcome.reason = u"the deadline has passed";
-  } else if (!failure.empty()) {
+  } else if (!failure.empty() || !record.failure.empty()) {
     outcome.status = Status::Failed;
-    outcome.reason = failure;
+    outcome.reason = failure.empty() ? record.failure : failure;
+  } else if (!record.codeFailure.empty()) {
+    outcome.status = Status::FailedCode;
+    outcome.reason = record.codeFailure;
   } else if (outcome.neededPolicy > options_.policy) {
     outcome.status = Status::RefusedCode;
     const std::u16string what = record.refused.empty() ? withheld_ : wide(record.refused.front());

@@ -33,12 +33,25 @@ struct Part {
 /// Nobody types longer chains; what they resolve to is looked for prefix by prefix.
 constexpr std::size_t mostParts = 100;
 
+/// Does the name of a member begin here that stands in parentheses and quotes?
+bool isQuotedMember(const std::vector<syntax::Token>& tokens, std::size_t at) {
+  using enum syntax::Symbol;
+  return at > 0 && at + 2 < tokens.size() && tokens[at - 1].is(Dot) && tokens[at].is(OpenParen) &&
+         tokens[at + 1].is(syntax::TokenKind::Text) && tokens[at + 2].is(CloseParen);
+}
+
 /// Empty when the expression is no such chain, or too long.
 std::vector<Part> partsOf(const std::u16string& expression) {
   std::vector<Part> parts;
   std::size_t depth = 0;
-  for (const syntax::Token& token : syntax::tokensOf(expression, 0, expression.size())) {
-    if (syntax::isCloser(token.symbol)) {
+  const auto tokens = syntax::tokensOf(expression, 0, expression.size());
+  for (std::size_t at = 0; at < tokens.size(); ++at) {
+    const syntax::Token& token = tokens[at];
+    if (depth == 0 && isQuotedMember(tokens, at)) {
+      // "obj.('any name')" is a part like others; the dot has been read.
+      parts.push_back({syntax::contentOf(tokens[at + 1], expression)});
+      at += 2;
+    } else if (syntax::isCloser(token.symbol)) {
       if (depth-- == 0) return {};
     } else if (syntax::isOpener(token.symbol)) {
       if (parts.empty()) return {};

@@ -31,6 +31,13 @@ struct RequestRecord {
   /// Somebody asked it to stop, and this was not its deadline.
   bool interrupted = false;
   bool timedOut = false;
+  /// What an operation of the host raised that was no answer, for people; empty: nothing. Besides what the library lets
+  /// propagate, this is what it has swallowed by its rules. No failures are errors of code, code that was refused, and what
+  /// operations throw by their own rules where there is nothing to return.
+  std::u16string failure;
+  /// The first error of code that ran on the request's behalf, with its place; empty: none. Of what was typed itself it
+  /// is none: that there is no such thing is an answer.
+  std::u16string codeFailure;
   std::uint64_t codeRuns = 0;
   std::uint64_t codeRefusals = 0;
   /// What was refused, for people; perhaps not all of it.
@@ -70,6 +77,8 @@ class Session {
   virtual std::vector<SessionName> namespaceNames() = 0;
   /// Packages of the older object system.
   virtual std::vector<SessionName> packageNames() = 0;
+  /// Functions that the interpreter itself has, whether or not the session documents them.
+  virtual std::vector<std::u16string> builtinNames() = 0;
 };
 
 /// No session: the front end offers what the library alone can.
@@ -84,6 +93,7 @@ class NoSession final : public Session {
   std::vector<SessionName> classNames() override { return {}; }
   std::vector<SessionName> namespaceNames() override { return {}; }
   std::vector<SessionName> packageNames() override { return {}; }
+  std::vector<std::u16string> builtinNames() override { return {}; }
 };
 
 }  // namespace frontend

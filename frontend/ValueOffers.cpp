@@ -10,6 +10,7 @@
 #include "frontend/Access.h"
 #include "frontend/Resolution.h"
 #include "frontend/SignatureHelp.h"
+#include "frontend/Text.h"
 
 namespace frontend {
 
@@ -18,15 +19,6 @@ using namespace KCOSContextData;
 namespace {
 
 using Names = std::vector<std::u16string>;
-
-std::u16string escaped(const std::u16string& text, char16_t quote) {
-  std::u16string result;
-  for (const char16_t unit : text) {
-    result += unit;
-    if (unit == quote) result += quote;
-  }
-  return result;
-}
 
 /// Texts with quotes where none are typed yet; inside a text only texts fit.
 void offerTexts(const Names& texts, const CursorContext& context, const std::u16string& type,
@@ -97,8 +89,10 @@ void offerArgumentNames(const Signature& signature, const CursorContext& context
   std::size_t order = 0;
   for (const Argument& argument : signature.inputs) {
     if (argument.kind != Argument::NameValue) continue;
+    const std::u16string outside =
+        isName(argument.name) ? argument.name + u"=" : u"'" + escaped(argument.name, u'\'') + u"', ";
     candidates.add({.label = argument.name,
-                    .insertion = isInText ? argument.name : argument.name + u"=",
+                    .insertion = isInText ? argument.name : outside,
                     .kind = Kind::ArgumentName,
                     .order = order++},
                    // A copy: the signature may be gone when details are read.

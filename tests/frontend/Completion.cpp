@@ -1,13 +1,7 @@
-// Completion in a world with one of everything: its cases, without code, and with every call failing or interrupted; how
-// what is typed fits names.
+// Completion in a world with one of everything: its cases, and without code; how what is typed fits names.
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <set>
-#include <stdexcept>
-
-#include "host/Exceptions.h"
 #include "tests/frontend/LineCases.h"
 #include "tests/support/Table.h"
 #include "tools/render/FrontEnd.h"
@@ -70,68 +64,6 @@ TEST(Completion, AnswersWithoutASessionWhatTheLibraryAloneCan) {
   EXPECT_EQ(count(u"pump."), 0U);
   EXPECT_GE(count(u"lab.Pump."), 3U);
   EXPECT_GE(count(u"lab."), 5U);
-}
-
-/// One way in which a call of the host fails, and how a request must end then, if it does not go on.
-struct Failure {
-  const char* name;
-  std::function<void(embedded::Host&)> raise;
-  Status status;
-};
-
-const Failure failures[] = {
-    {"error", [](embedded::Host&) { throw foundation::core::except::Exception("a:b", "no"); },
-     Status::Failed},
-    {"std", [](embedded::Host&) { throw std::runtime_error("no"); }, Status::Failed},
-    {"foreign", [](embedded::Host&) { throw 1; }, Status::Failed},
-    {"interrupt",
-     [](embedded::Host& host) {
-       host.requestInterrupt();
-       throw Tamsix::System::InterruptException();
-     },
-     Status::Interrupted}};
-
-/// Fails the n-th call for every n in each way; each time what is offered is part of the clean answer, and afterwards the
-/// answer is clean.
-std::size_t failEveryCall(CaseWorld& world, const LineCase& line) {
-  frontend::Options options = line.options();
-  options.limit = 1000;
-  const Completion whole = complete(world.session, line, options);
-  const auto clean = shownRows(whole);
-  std::set<std::u16string> known;
-  for (const auto& candidate : whole.candidates) known.insert(candidate.label);
-  std::uint64_t call = 0;
-  for (bool happened = true; happened; ++call) {
-    happened = false;
-    for (const Failure& failure : failures) {
-      SCOPED_TRACE(std::string(failure.name) + " at call " + std::to_string(call));
-      world.host->setFault({"", call + 1, false, [&] { failure.raise(*world.host); }});
-      const Completion faulty = complete(world.session, line, options);
-      const bool hasFailed = world.host->clearFault();
-      happened = happened || hasFailed;
-      // An interrupt is told also where it was swallowed, unless it came when all had been offered.
-      if (hasFailed && failure.status == Status::Interrupted && shownRows(faulty) != clean) {
-        EXPECT_EQ(nameOf(faulty.outcome.status), std::string("interrupted"));
-      }
-      for (const auto& candidate : faulty.candidates) {
-        // Values are written otherwise when it cannot be told that their class is an enumeration.
-        if (candidate.kind == frontend::Kind::Value) continue;
-        EXPECT_TRUE(known.contains(candidate.label)) << tools::printable(candidate.label);
-      }
-    }
-    EXPECT_EQ(shownRows(complete(world.session, line, options)), clean) << "after call " << call;
-  }
-  return call;
-}
-
-TEST(Completion, SurvivesEveryFailureOfEveryCall) {
-  CaseWorld world;
-  std::size_t calls = 0;
-  for (const LineCase& line : lineCases("faults.txt")) {
-    SCOPED_TRACE(line.place);
-    calls += failEveryCall(world, line);
-  }
-  EXPECT_GT(calls, 250U);
 }
 
 TEST(Match, IsTheBestOfItsKinds) {

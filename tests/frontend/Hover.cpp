@@ -80,7 +80,9 @@ TEST(Hover, DescribesWhatIsOfferedAndRunsNoCode) {
                           candidate.kind != frontend::Kind::ClassFolder;
       if (!isName || asked.text.find_first_of(u"'\"") != std::u16string::npos) continue;
       const std::u16string rest = asked.text.substr(asked.cursor);
-      const std::u16string name = asked.text.substr(0, offered.begin) + candidate.label;
+      // Names that code cannot write are described as they are inserted.
+      const std::u16string name = asked.text.substr(0, offered.begin - (candidate.replacesDot ? 1 : 0)) +
+                                  (candidate.replacesDot ? candidate.insertion : candidate.label);
       const std::u16string text = name + (rest.starts_with(u"(") ? rest : u"");
       const Hover hover = describe(session, text, name.size(), asked.where(), options);
       EXPECT_FALSE(hover.isUnknown) << asked.place << ": " << shown(text);

@@ -25,7 +25,7 @@ int fail(const AnswerOptions& options, const std::string& json, const std::strin
   if (options.json) {
     std::cout << json << '\n';
   } else {
-    std::cerr << "contextdata: " << text << '\n';
+    std::cerr << "contextdata: " << printableLines(wide(text)) << '\n';
   }
   return status;
 }

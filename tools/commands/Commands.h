@@ -11,6 +11,9 @@
 
 namespace tools {
 
+/// Milliseconds after which whoever says nothing else gets an answer: a session of others may be made to take for ever.
+inline constexpr std::size_t defaultPatience = 10'000;
+
 /// A cursor in a line of code, whose code it is, and how far an answer may go.
 struct CursorOptions {
   std::string snapshot;
@@ -22,7 +25,7 @@ struct CursorOptions {
   frontend::CodePolicy policy = frontend::CodePolicy::StoredValues;
   std::size_t limit = 200;
   /// 0: as long as it takes.
-  std::size_t milliseconds = 0;
+  std::size_t milliseconds = defaultPatience;
   bool hidden = false;
   bool json = false;
 };
@@ -73,6 +76,8 @@ struct QueryOptions {
   std::string snapshot;
   bool trace = false;
   bool noCode = false;
+  /// For each request; 0: as long as it takes.
+  std::size_t milliseconds = defaultPatience;
   /// Lists the operations instead.
   bool ops = false;
 };

@@ -38,8 +38,11 @@ std::vector<std::int32_t> levelsOf(const DescribeOptions& options) {
   return levels;
 }
 
-Answer answerOf(const DescribeOptions& options) {
+Answer answerOf(const DescribeOptions& options, embedded::Host& host) {
   const auto tree = frontend::describeClass(classOf(options.className), levelsOf(options), options.hidden);
+  // The library may have swallowed it, and what it returns then is not the whole class.
+  if (const auto& failure = host.failure())
+    throw AnswerError{"describe.failed", failure->operation + ": " + failure->message};
   if (options.json) return {jsonLineOf(tree) + '\n'};
   return {options.dot ? dotOf(tree) : textOf(tree)};
 }
@@ -48,7 +51,7 @@ Answer answerOf(const DescribeOptions& options) {
 
 int runDescribe(const DescribeOptions& options) {
   return answerOnce({"describe", options.snapshot, options.json},
-                    [&](embedded::Host&) { return answerOf(options); });
+                    [&](embedded::Host& host) { return answerOf(options, host); });
 }
 
 }  // namespace tools

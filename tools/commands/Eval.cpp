@@ -43,7 +43,7 @@ std::u16string codeFrom(const EvalOptions& options) {
 /// What code prints goes to where people expect it, when the host delivers it.
 void print(OutputKind kind, std::u16string_view text) {
   std::ostream& stream = kind == OutputKind::Output ? std::cout : std::cerr;
-  stream << narrow(text) << std::flush;
+  stream << printableLines(std::u16string(text)) << std::flush;
 }
 
 /// People are told the position in the message, programs in keys of their own.

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <iostream>
 #include <string>
 
@@ -19,9 +20,9 @@ bool write(const std::string& line) {
   return false;
 }
 
-int answerAll(embedded::Host& host, bool trace) {
+int answerAll(embedded::Host& host, const QueryOptions& options) {
   const embedded::Activation active(host);
-  query::Protocol protocol(host, trace);
+  query::Protocol protocol(host, options.trace, std::chrono::milliseconds(options.milliseconds));
   if (!write(protocol.opening())) return NoAnswer;
   std::string line;
   while (readLine(std::cin, line, query::longestLine)) {
@@ -45,7 +46,7 @@ int runQuery(const QueryOptions& options) {
   try {
     const auto host = loadSnapshot(options.snapshot);
     if (options.noCode) host->setCodePolicy(embedded::CodePolicy::Refused);
-    return answerAll(*host, options.trace);
+    return answerAll(*host, options);
   } catch (const embedded::SnapshotError& error) {
     std::cerr << "contextdata: " << messageOf(error) << '\n';
     return NoAnswer;

@@ -41,6 +41,14 @@ void addLimit(CLI::App& command, std::size_t& limit) {
       ->type_name("N");
 }
 
+void addPatience(CLI::App& command, std::size_t& milliseconds, const std::string& help) {
+  command
+      .add_option("--timeout", milliseconds,
+                  help + ", " + std::to_string(milliseconds) + " by default; 0: never")
+      ->check(CLI::Range(std::size_t{0}, longestPatience))
+      ->type_name("MS");
+}
+
 void addCursorOptions(CLI::App& command, tools::CursorOptions& options) {
   command.add_option("TEXT", options.text, "A line of code, for instance 'pump.Fl'")
       ->type_name("")
@@ -53,9 +61,7 @@ void addCursorOptions(CLI::App& command, tools::CursorOptions& options) {
   command.add_option("--class", options.className, "The class whose code it is")->type_name("CLASS");
   addPolicy(command, options.policy);
   addLimit(command, options.limit);
-  command.add_option("--timeout", options.milliseconds, "Stop looking after so many milliseconds")
-      ->check(CLI::Range(0, 86'400'000))
-      ->type_name("MS");
+  addPatience(command, options.milliseconds, "Stop looking after so many milliseconds");
   command.add_flag("--hidden", options.hidden, "Hidden names too");
   addJson(command, options.json);
 }
@@ -68,6 +74,7 @@ void addQuery(CLI::App& app, int& status) {
       command.add_option("--snapshot", options->snapshot, "The session to ask about")->type_name("FILE");
   command.add_flag("--trace", options->trace, "Tell with each answer what was asked of the host");
   command.add_flag("--no-code", options->noCode, "Run no Korval code; answers tell what was refused");
+  addPatience(command, options->milliseconds, "Stop each request after so many milliseconds");
   CLI::Option* ops = command.add_flag("--ops", options->ops, "List the operations and end");
   command.callback([=, &status] {
     // Not required() like elsewhere, because --ops needs no session.
@@ -133,10 +140,8 @@ void addPrompt(CLI::App& app, int& status) {
   addSnapshot(command, options->snapshot, "The session to work in");
   addPolicy(command, options->policy);
   addLimit(command, options->limit);
-  command
-      .add_option("--timeout", options->milliseconds, "How long TAB may take, 300 milliseconds by default")
-      ->check(CLI::Range(std::size_t{0}, longestPatience))
-      ->type_name("MS");
+  addPatience(command, options->milliseconds,
+              "Stop looking, for TAB, ? and :explain, after so many milliseconds");
   CLI::Option* file =
       command.add_option("--history", options->history, "Where lines are kept")->type_name("FILE");
   command.add_flag("--no-history", options->noHistory, "Keep no lines")->excludes(file);

@@ -61,14 +61,14 @@ void Client::log(Severity severity, const std::string& message) {
   if (initialized_) {
     notify("window/logMessage", {{"type", static_cast<int>(severity)}, {"message", message}});
   } else {
-    std::cerr << "contextdata: " << message << '\n';
+    std::cerr << "contextdata: " << printable(message) << '\n';
   }
 }
 
 void Client::logOutcome(const std::string& request, const frontend::Outcome& outcome) {
   using frontend::Status;
   const std::string head = request + ": " + frontend::nameOf(outcome.status) + ": ";
-  if (outcome.status == Status::Failed) {
+  if (outcome.status == Status::Failed || outcome.status == Status::FailedCode) {
     log(Severity::Warning, head + narrow(outcome.reason));
   } else if (outcome.status == Status::RefusedCode || outcome.status == Status::TimedOut) {
     log(Severity::Log, head + narrow(outcome.reason));

@@ -31,6 +31,7 @@ enum class ItemKind {
   Property = 10,
   Value = 12,
   Enum = 13,
+  Keyword = 14,
   File = 17,
   Folder = 19,
   EnumMember = 20,
@@ -59,6 +60,8 @@ ItemKind itemKindOf(Kind kind) {
     case Kind::Function:
     case Kind::BuiltinFunction:
       return ItemKind::Function;
+    case Kind::Keyword:
+      return ItemKind::Keyword;
     case Kind::CodeFile:
       return ItemKind::File;
     case Kind::ClassFolder:
@@ -85,7 +88,14 @@ std::string sortKey(std::size_t index) {
   return std::string(8 - std::min<std::size_t>(digits.size(), 8), '0') + digits;
 }
 
-Json itemOf(const Context& context, const Candidate& candidate, std::size_t index, const Json& range) {
+/// What an item replaces.
+struct Ranges {
+  Json typed;
+  /// With the dot before it.
+  Json withDot;
+};
+
+Json itemOf(const Context& context, const Candidate& candidate, std::size_t index, const Ranges& ranges) {
   const ItemKind kind = itemKindOf(candidate.kind);
   const std::string label = narrow(candidate.label);
   const std::string insertion = narrow(candidate.insertion);
@@ -94,10 +104,14 @@ Json itemOf(const Context& context, const Candidate& candidate, std::size_t inde
                {"kind", static_cast<int>(context.abilities.newKinds ? kind : oldKindOf(kind))},
                {"detail", details.empty() ? kindOf(candidate) : kindOf(candidate) + ": " + details},
                {"sortText", sortKey(index)},
-               {"textEdit", {{"range", range}, {"newText", insertion}}},
+               {"textEdit",
+                {{"range", candidate.replacesDot ? ranges.withDot : ranges.typed}, {"newText", insertion}}},
                {"data", {{"answer", context.completion.number}, {"index", index}}}};
-  // Clients filter by what is typed, which is the beginning of what is inserted.
-  if (insertion != label) item["filterText"] = insertion;
+  // Clients filter by what is in the range, which is the beginning of what is inserted, but for members in quotes.
+  if (candidate.replacesDot)
+    item["filterText"] = "." + label;
+  else if (insertion != label)
+    item["filterText"] = insertion;
   return item;
 }
 
@@ -107,12 +121,14 @@ Json completion(Context& context, const Json& params) {
   const auto statement = statementAtCursor(context, params);
   if (!statement) return {{"isIncomplete", false}, {"items", Json::array()}};
   auto answer = ask(context, "completion", *statement, frontend::complete);
-  const Json range = jsonOf(statement->rangeOf(answer.begin, answer.end));
+  const std::size_t dot = answer.begin - std::min<std::size_t>(answer.begin, 1);
+  const Ranges ranges{jsonOf(statement->rangeOf(answer.begin, answer.end)),
+                      jsonOf(statement->rangeOf(dot, answer.end))};
   // Items carry the number, so that one of an older answer is not looked up in this one.
   ++context.completion.number;
   Json items = Json::array();
   for (const Candidate& candidate : answer.candidates) {
-    items.push_back(itemOf(context, candidate, items.size(), range));
+    items.push_back(itemOf(context, candidate, items.size(), ranges));
   }
   const Status status = answer.outcome.status;
   context.completion.before = statement->text.substr(0, answer.begin);
@@ -132,7 +148,8 @@ Json resolve(Context& context, const Json& item) {
   }
   const Candidate& candidate = latest.candidates[index.get<std::size_t>()];
   // As if the candidate had been accepted, which is the position that is described.
-  const std::u16string text = latest.before + candidate.insertion;
+  const std::size_t kept = latest.before.size() - (candidate.replacesDot ? 1 : 0);
+  const std::u16string text = latest.before.substr(0, kept) + candidate.insertion;
   const auto hover = frontend::describe(context.session.session(), text, text.size(), latest.scope,
                                         context.abilities.options());
   context.client.logOutcome("resolve", hover.outcome);

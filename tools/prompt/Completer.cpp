@@ -123,6 +123,9 @@ std::u16string insertionOf(const Candidates& candidates, const std::u16string& t
   const std::u16string common = commonBeginning(candidates.begin(), end);
   const bool isOne = end - candidates.begin() == 1;
   if (isOne) return common;
+  // What replaces the dot has no beginning in common with what does not.
+  if (std::any_of(candidates.begin(), end, [](const Candidate& each) { return each.replacesDot; }))
+    return typed;
   const bool isLonger = common.size() >= typed.size() && candidates[0].match != Match::Humps;
   return isLonger ? common : typed;
 }
@@ -156,6 +159,7 @@ Completed Completer::complete(const std::u16string& text, std::size_t cursor, bo
   } else {
     completed.insertion = insertionOf(completion.candidates, typed);
   }
+  if (completed.insertion != typed && completion.candidates[0].replacesDot) --completed.begin;
   // A single name that has been inserted needs no list.
   const bool isDone = completion.candidates.size() == 1 && completed.insertion != typed;
   if (!isDone) completed.lines = columnsOf(completion.candidates, width);

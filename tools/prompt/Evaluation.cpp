@@ -82,7 +82,7 @@ class Printing {
  private:
   void print(OutputKind kind, std::u16string_view text) {
     std::ostream& stream = kind == OutputKind::Output ? std::cout : std::cerr;
-    stream << narrow(text) << std::flush;
+    stream << printableLines(std::u16string(text)) << std::flush;
     if (!text.empty()) atBeginning_ = text.back() == u'\n';
   }
 

@@ -16,23 +16,50 @@ namespace {
 
 constexpr int protocolNumber = 1;
 
-/// Follows the parser and finds the key that an object has twice; the parser itself keeps the last value.
-class RepeatedKeys {
+/// Reads a line once before it is parsed, and refuses what would be no request, or take long to make one of: an object of
+/// ordered keys looks each new one up among all before it. The parser itself keeps the last of repeated keys.
+class Scan final : public Json::json_sax_t {
  public:
-  bool operator()(int, Json::parse_event_t event, const Json& parsed) {
-    if (event == Json::parse_event_t::object_start) keys_.emplace_back();
-    if (event == Json::parse_event_t::object_end) keys_.pop_back();
-    if (event == Json::parse_event_t::key) insert(parsed.get_ref<const std::string&>());
+  bool null() override { return true; }
+  bool boolean(bool) override { return true; }
+  bool number_integer(number_integer_t) override { return true; }
+  bool number_unsigned(number_unsigned_t) override { return true; }
+  bool number_float(number_float_t, const string_t&) override { return true; }
+  bool string(string_t&) override { return true; }
+  bool binary(binary_t&) override { return true; }
+  bool start_object(std::size_t) override { return enter(); }
+  bool end_object() override { return leave(); }
+  bool start_array(std::size_t) override { return enter(); }
+  bool end_array() override { return leave(); }
+
+  bool key(string_t& name) override {
+    if (keys_.back().size() == mostKeys)
+      throw RequestError{"query.too-many-keys", "an object has more than 100 keys"};
+    if (!keys_.back().insert(name).second)
+      throw RequestError{"query.repeated-key", "\"" + name + "\" is given twice", name};
     return true;
   }
 
- private:
-  void insert(const std::string& key) {
-    if (!keys_.back().insert(key).second) {
-      throw RequestError{"query.repeated-key", "\"" + key + "\" is given twice", key};
-    }
+  bool parse_error(std::size_t, const std::string&, const Json::exception& error) override {
+    throw RequestError{"query.not-json", error.what()};
   }
 
+ private:
+  static constexpr std::size_t mostKeys = 100;
+  static constexpr std::size_t deepest = 1000;
+
+  bool enter() {
+    if (keys_.size() == deepest)
+      throw RequestError{"query.too-deep", "more than 1,000 objects and lists are inside each other"};
+    keys_.emplace_back();
+    return true;
+  }
+  bool leave() {
+    keys_.pop_back();
+    return true;
+  }
+
+  /// Of each object that has been begun; lists have none.
   std::vector<std::set<std::string>> keys_;
 };
 
@@ -40,12 +67,9 @@ class RepeatedKeys {
 Json parseRequest(const std::string& line) {
   // Before parsing, whose own message would hold the broken text.
   if (!isUtf8(line)) throw RequestError{"query.not-utf8", "the line is no UTF-8 text"};
-  Json request;
-  try {
-    request = Json::parse(line, RepeatedKeys());
-  } catch (const Json::exception& error) {
-    throw RequestError{"query.not-json", error.what()};
-  }
+  Scan scan;
+  Json::sax_parse(line, &scan);
+  Json request = Json::parse(line);
   if (!request.is_object()) throw RequestError{"query.not-object", "a request is a JSON object"};
   return request;
 }
@@ -95,6 +119,17 @@ Json Protocol::answerRequest(const Json& request) {
   if (request.contains("tag") && !request["tag"].is_string() && !request["tag"].is_number_integer()) {
     throw RequestError{"query.wrong-type", "expected a string or an integer", "tag"};
   }
+  if (patience_.count() > 0) alarm_.set(std::chrono::steady_clock::now() + patience_);
+  Json answer = answerInTime(request, first);
+  if (alarm_.stop()) {
+    // Only the alarm knows that nobody has interrupted the request.
+    host_.clearInterrupt();
+    if (answer.contains("status")) answer["status"] = "timed-out";
+  }
+  return answer;
+}
+
+Json Protocol::answerInTime(const Json& request, bool first) {
   try {
     if (request.contains("protocol")) return headed(request, agree(request, first));
     return headed(request, ask(request));

@@ -141,6 +141,8 @@ void Question::ask(const std::function<Result()>& call) {
   // After an exception, too: the calls before it are worth knowing.
   if (trace_) log_ = host_.takeLog();
   refused_ = host_.codeRecord().refused;
+  failed_ = host_.codeRecord().failure;
+  if (!failed_) failed_ = host_.codeFailure();
   interrupted_ = host_.interruptRequested();
   // Only now: rendering asks the host, too.
   if (result) answer_["result"] = rendered(*result);
@@ -150,6 +152,13 @@ void Question::tell(const std::string& name, const Result& parameter) { answer_[
 
 void Question::finish() {
   if (interrupted_) answer_["status"] = "interrupted";
+  if (failed_) {
+    answer_["failed"] = {{"id", jsonOf(failed_->id)},
+                         {"message", jsonOf(failed_->message)},
+                         {"source", jsonOf(failed_->source)},
+                         {"line", failed_->line},
+                         {"column", failed_->column}};
+  }
   if (!refused_.empty()) {
     Json& refused = answer_["refused"] = Json::array();
     for (const std::string& what : refused_) refused.push_back(jsonOf(what));

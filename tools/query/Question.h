@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <unordered_set>
@@ -61,6 +62,7 @@ class Question {
   bool interrupted_ = false;
   std::vector<embedded::Call> log_;
   std::vector<std::string> refused_;
+  std::optional<embedded::CodeFailure> failed_;
 };
 
 }  // namespace tools::query

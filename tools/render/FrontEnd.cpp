@@ -4,6 +4,7 @@
 #include <boost/algorithm/string/join.hpp>
 #include <vector>
 
+#include "host/Members.h"
 #include "tools/render/Text.h"
 
 namespace tools {
@@ -20,8 +21,12 @@ std::string detailsOf(const frontend::Candidate& candidate) {
   const std::string size = printable(candidate.size);
   if (!type.empty() || !size.empty())
     parts.push_back(size + (size.empty() || type.empty() ? "" : " ") + type);
-  // Public goes without saying.
-  if (candidate.access.value_or(0) != 0) parts.push_back(accessWord(*candidate.access));
+  // Public goes without saying, but of what everybody may write and only some may read.
+  if (candidate.access.value_or(kcos::PublicAccess) != kcos::PublicAccess) {
+    const bool isForWriting = candidate.writeAccess == kcos::PublicAccess;
+    const std::string word = accessWord(*candidate.access);
+    parts.push_back(isForWriting ? "public to write, " + word + " to read" : word);
+  }
   // Where the kind does not say so already.
   if (candidate.isConstant && candidate.kind != frontend::Kind::Constant) parts.push_back("constant");
   if (candidate.isHidden) parts.push_back("hidden");

@@ -113,8 +113,11 @@ Json objectOf(const frontend::Candidate& candidate) {
                {"order", candidate.order}};
   add(json, "declaringClass", candidate.declaringClass);
   if (candidate.access) json["access"] = accessWord(*candidate.access);
+  if (candidate.writeAccess && candidate.writeAccess != candidate.access)
+    json["writeAccess"] = accessWord(*candidate.writeAccess);
   add(json, "type", candidate.type);
   add(json, "size", candidate.size);
+  if (candidate.replacesDot) json["replacesDot"] = true;
   if (candidate.isStatic) json["static"] = true;
   if (candidate.isConstant) json["constant"] = true;
   if (candidate.isHidden) json["hidden"] = true;
@@ -150,8 +153,28 @@ std::optional<std::string> narrowTextOf(const Json& json) {
   return fromUnits<std::string, std::uint8_t>(json, "bytes");
 }
 
-/// A message about broken text may hold a piece of it, which is replaced.
-std::string lineOf(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
+/// A message about broken text may hold a piece of it, which is replaced. JSON escapes most control characters, but not
+/// those that a terminal obeys as well: they are as good with an escape.
+std::string lineOf(const Json& json) {
+  const std::string text = json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  std::string line;
+  line.reserve(text.size());
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    const auto next = at + 1 < text.size() ? static_cast<unsigned char>(text[at + 1]) : 0U;
+    // In UTF-8 these have two bytes.
+    const bool isHigh = byte == 0xC2 && next < 0xA0;
+    if (!isHigh && byte != 0x7F) {
+      line += text[at];
+      continue;
+    }
+    constexpr char digits[] = "0123456789abcdef";
+    const unsigned unit = isHigh ? next : byte;
+    line += {'\\', 'u', '0', '0', digits[unit / 16], digits[unit % 16]};
+    at += isHigh ? 1 : 0;
+  }
+  return line;
+}
 
 // Answers of the front end: see FrontEnd.h and ClassDescription.h.
 

@@ -66,6 +66,12 @@ std::string printable(std::u16string text) {
 
 std::string printable(const std::string& text) { return printable(wide(text)); }
 
+std::string printableLines(std::u16string text) {
+  const auto isObeyed = [](char16_t unit) { return isControl(unit) && unit != u'\n' && unit != u'\t'; };
+  std::ranges::replace_if(text, isObeyed, u'\uFFFD');
+  return narrow(text);
+}
+
 std::string joined(const std::vector<std::u16string>& texts, const std::string& separator) {
   return join(narrowed(texts), separator);
 }
@@ -79,7 +85,8 @@ std::string listed(const std::vector<std::u16string>& texts) {
 std::string messageOf(const embedded::SnapshotError& error) {
   std::string text = error.file() + ": ";
   if (!error.pointer().empty()) text += error.pointer() + ": ";
-  return text + error.reason() + " [" + error.code() + "]";
+  // All three may hold a piece of the file.
+  return printable(text + error.reason() + " [" + error.code() + "]");
 }
 
 std::string accessWord(std::int32_t level) {

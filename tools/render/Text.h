@@ -23,6 +23,8 @@ using frontend::wide;
 /// UTF-8 without what cannot be converted, and with control characters, which a terminal would obey, replaced.
 std::string printable(std::u16string text);
 std::string printable(const std::string& text);
+/// The same of what may be several lines, which keep their ends and tabs: what code prints, and messages of it.
+std::string printableLines(std::u16string text);
 
 /// Why a snapshot cannot be loaded: "FILE: POINTER: reason [code]", without what is empty.
 std::string messageOf(const embedded::SnapshotError& error);

@@ -18,6 +18,17 @@ std::vector<frontend::SessionName> sessionNames(const std::vector<embedded::Know
   return names;
 }
 
+std::vector<std::u16string> wideNames(const std::vector<std::string>& known) {
+  std::vector<std::u16string> names;
+  for (const std::string& name : known) names.push_back(wide(name));
+  return names;
+}
+
+std::u16string textOf(const embedded::CodeFailure& failure) {
+  return wide(failure.source + ":" + std::to_string(failure.line) + ":" + std::to_string(failure.column) +
+              ": " + failure.message + " [" + failure.id + "]");
+}
+
 }  // namespace
 
 /// One sink on both streams for as long as it lives.
@@ -93,6 +104,7 @@ void HostSession::beginRequest(frontend::CodePolicy policy, frontend::Deadline d
   if (deadline) alarm_.set(*deadline);
   silence_ = std::move(silence);
   host_.clearCodeRecord();
+  host_.clearFailure();
   const bool isAllowed = policy == frontend::CodePolicy::Allowed;
   host_.setCodePolicy(isAllowed ? embedded::CodePolicy::Allowed : embedded::CodePolicy::Refused);
   if (begun_) begun_();
@@ -104,21 +116,22 @@ frontend::RequestRecord HostSession::endRequest() noexcept {
   record.timedOut = alarm_.stop();
   record.interrupted = host_.interruptRequested() && !record.timedOut;
   host_.clearInterrupt();
+  if (const auto& failure = host_.failure()) {
+    record.interrupted = record.interrupted || (failure->isInterrupt && !record.timedOut);
+    if (!failure->isInterrupt) record.failure = wide(failure->operation + ": " + failure->message);
+  }
   host_.setCodePolicy(embedded::CodePolicy::Allowed);
   const embedded::CodeRecord& code = host_.codeRecord();
   record.codeRuns = code.runs;
   record.codeRefusals = code.refusals;
   record.refused = code.refused;
+  if (code.failure) record.codeFailure = textOf(*code.failure);
   record.printed = silence_->take();
   silence_.reset();
   return record;
 }
 
-std::vector<std::u16string> HostSession::variableNames() {
-  std::vector<std::u16string> names;
-  for (const std::string& name : host_.variableNames()) names.push_back(wide(name));
-  return names;
-}
+std::vector<std::u16string> HostSession::variableNames() { return wideNames(host_.variableNames()); }
 
 boost::intrusive_ptr<kxArray_tag> HostSession::variable(const std::u16string& name) {
   return host_.variable(narrow(name));
@@ -132,5 +145,6 @@ std::vector<frontend::SessionName> HostSession::namespaceNames() {
   return sessionNames(host_.namespaceNames());
 }
 std::vector<frontend::SessionName> HostSession::packageNames() { return sessionNames(host_.packageNames()); }
+std::vector<std::u16string> HostSession::builtinNames() { return wideNames(embedded::Host::builtinNames()); }
 
 }  // namespace tools

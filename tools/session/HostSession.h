@@ -31,6 +31,7 @@ class HostSession final : public frontend::Session {
   std::vector<frontend::SessionName> classNames() override;
   std::vector<frontend::SessionName> namespaceNames() override;
   std::vector<frontend::SessionName> packageNames() override;
+  std::vector<std::u16string> builtinNames() override;
 
  private:
   class Silence;

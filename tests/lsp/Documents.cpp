@@ -1,9 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+#include <random>
+
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "tests/support/Growth.h"
 #include "tests/support/Table.h"
 #include "tests/support/Text.h"
 #include "tools/lsp/Documents.h"
@@ -85,6 +90,88 @@ TEST(Documents, ALongLineIsQuickEnough) {
   const Document document(std::u16string(1 << 20, u'\u00e4'), utf8);
   EXPECT_EQ(document.offsetOf({0, 2 << 20}), std::size_t{1} << 20);
   EXPECT_EQ(document.positionOf(1 << 20).character, std::uint64_t{2} << 20);
+}
+
+/// Edits at random of a text with all line ends, long enough to be kept in several pieces: each time it is the text that a
+/// plain one becomes, with the same lines.
+TEST(Documents, StayWhatAPlainTextBecomes) {
+  std::mt19937 random(7);
+  const auto below = [&](std::size_t limit) { return random() % limit; };
+  const std::u16string parts[] = {u"\r",    u"\n", u"\r\n", u"word ", u"", std::u16string(3000, u'x'),
+                                  u"y\nz\r"};
+  std::u16string plain;
+  tools::lsp::EditedText edited(plain);
+  for (int edit = 0; edit < 3000; ++edit) {
+    const std::size_t begin = below(plain.size() + 1);
+    const std::size_t length = below(40) == 0 ? 9000 : below(4);
+    const std::size_t end = std::min(plain.size(), begin + length);
+    const std::u16string& text = parts[below(std::size(parts))];
+    plain.replace(begin, end - begin, text);
+    edited.replace(begin, end, text);
+    ASSERT_EQ(edited.size(), plain.size()) << edit;
+    if (edit % 50 != 0) continue;
+    ASSERT_EQ(edited.whole(), plain) << edit;
+    const tools::lsp::EditedText fresh(plain);
+    ASSERT_EQ(edited.lineCount(), fresh.lineCount()) << edit;
+    const std::size_t at = below(plain.size() + 1);
+    const auto before = plain.substr(0, at);
+    EXPECT_EQ(edited.codeLineNumberAt(at), static_cast<std::size_t>(std::ranges::count(before, u'\n')));
+    EXPECT_EQ(edited.codeLineStart(edited.codeLineNumberAt(at)), before.rfind(u'\n') + 1);
+    const std::size_t number = edited.lineNumberAt(at);
+    EXPECT_LE(edited.lineStart(number), at);
+    EXPECT_EQ(edited.lineStart(number), fresh.lineStart(number));
+    EXPECT_EQ(edited.line(number), plain.substr(edited.lineStart(number), edited.line(number).size()));
+    EXPECT_EQ(edited.slice(at / 2, at), plain.substr(at / 2, at - at / 2));
+  }
+  EXPECT_GT(plain.size(), 20000U);
+}
+
+std::u16string linesOfCode(std::size_t count) {
+  std::u16string text;
+  for (; count > 0; --count) text += u"x = y + 1;\n";
+  return text;
+}
+
+/// As many edits in one message as the document has lines.
+TEST(Documents, TakeThousandsOfEditsInLinearTime) {
+  const auto edit = [](std::size_t count) {
+    Document document(linesOfCode(count), utf16);
+    for (std::size_t at = 0; at < count; ++at) document.replace({{at, 0}, {at, 1}}, u"z");
+    EXPECT_EQ(document.line(count - 1), u"z = y + 1;");
+  };
+  EXPECT_TRUE(isLinear([&] { edit(500); }, [&] { edit(4000); }));
+}
+
+/// What a key costs in a document of 100,000 lines is far from a thousand times what it costs in one of 100.
+TEST(Documents, TakeAKeyWhateverTheirLength) {
+  const auto open = [](std::size_t lines) {
+    return tools::lsp::OpenDocument{Document(linesOfCode(lines), utf16), 0, true};
+  };
+  const auto type = [](tools::lsp::OpenDocument& document) {
+    for (std::uint64_t key = 0; key < 50; ++key) {
+      document.change({{50, key}, {50, key}}, key % 10 == 9 ? u"\n" : u"p");
+      EXPECT_EQ(document.outlineAtHand().variables.front().name, "x");
+      EXPECT_GT(document.content.positionInCode(document.content.lineStart(51)).line, 51);
+    }
+  };
+  auto small = open(100), large = open(100'000);
+  small.outline();
+  large.outline();
+  EXPECT_TRUE(isLinear([&] { type(small); }, [&] { type(large); }));
+  EXPECT_TRUE(large.isOutlineOld);
+}
+
+/// Positions of what has been read move with lines that come and go above them.
+TEST(Documents, KeepAnOutlineThatMoves) {
+  const std::u16string above = linesOfCode(10'000);
+  tools::lsp::OpenDocument document{Document(above + u"function f(a)\nlocal = 1;\nend\n", utf16), 0, true};
+  const int line = document.outline().functions.front().begin.line;
+  document.change({{5, 0}, {5, 0}}, u"new\n\n");
+  EXPECT_EQ(document.outlineAtHand().functions.front().begin.line, line + 2);
+  EXPECT_EQ(document.outlineAtHand().functions.front().variables.front().at.line, line + 3);
+  document.change({{5, 0}, {9, 0}}, u"");
+  EXPECT_EQ(document.outlineAtHand().functions.front().begin.line, line - 2);
+  EXPECT_EQ(document.outline().functions.front().begin.line, line - 2);
 }
 
 }  // namespace

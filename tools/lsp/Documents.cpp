@@ -90,48 +90,20 @@ std::string uriOf(const std::filesystem::path& file) {
   return uri;
 }
 
-Document::Document(std::u16string text, PositionEncoding encoding)
-    : encoding_(encoding), text_(std::move(text)) {
-  findLines();
-}
-
-void Document::findLines() {
-  lineStarts_ = {0};
-  codeLineStarts_ = {0};
-  for (std::size_t at = text_.find_first_of(u"\r\n"); at != std::u16string::npos;
-       at = text_.find_first_of(u"\r\n", at)) {
-    at += text_[at] == u'\r' && at + 1 < text_.size() && text_[at + 1] == u'\n' ? 2 : 1;
-    lineStarts_.push_back(at);
-    // To the protocol "\r" alone ends a line, to the language it does not.
-    if (text_[at - 1] == u'\n') codeLineStarts_.push_back(at);
-  }
-}
-
-std::size_t Document::lineNumberAt(std::size_t offset) const noexcept {
-  const auto after = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
-  return static_cast<std::size_t>(after - lineStarts_.begin()) - 1;
-}
-
-std::u16string_view Document::line(std::size_t number) const {
-  const std::size_t start = lineStarts_[number];
-  const std::size_t next = number + 1 < lineStarts_.size() ? lineStarts_[number + 1] : text_.size();
-  std::u16string_view line = std::u16string_view(text_).substr(start, next - start);
-  if (line.ends_with(u'\n')) line.remove_suffix(1);
-  if (line.ends_with(u'\r')) line.remove_suffix(1);
-  return line;
-}
+Document::Document(const std::u16string& text, PositionEncoding encoding)
+    : encoding_(encoding), text_(text) {}
 
 std::size_t Document::offsetOf(const ProtocolPosition& position) const {
   // The protocol lets positions be beyond the end, and takes them for the end.
-  if (position.line >= lineStarts_.size()) return text_.size();
+  if (position.line >= lineCount()) return text_.size();
   const auto number = static_cast<std::size_t>(position.line);
-  return lineStarts_[number] + offsetIn(line(number), position.character, encoding_);
+  return lineStart(number) + offsetIn(line(number), position.character, encoding_);
 }
 
 ProtocolPosition Document::positionOf(std::size_t offset) const {
   const std::size_t number = lineNumberAt(offset);
   const std::u16string_view whole = line(number);
-  std::size_t length = std::min(offset - lineStarts_[number], whole.size());
+  std::size_t length = std::min(offset - lineStart(number), whole.size());
   if (length > 0 && length < whole.size() && is_high_surrogate(whole[length - 1]) &&
       is_low_surrogate(whole[length]))
     --length;
@@ -139,26 +111,66 @@ ProtocolPosition Document::positionOf(std::size_t offset) const {
 }
 
 std::size_t Document::offsetInCode(const syntax::Position& position) const {
-  const auto number = static_cast<std::size_t>(position.line) - 1;
-  if (number >= codeLineStarts_.size()) return text_.size();
-  return std::min(codeLineStarts_[number] + static_cast<std::size_t>(position.column) - 1, text_.size());
+  const std::size_t start = text_.codeLineStart(static_cast<std::size_t>(position.line) - 1);
+  return std::min(start + static_cast<std::size_t>(position.column) - 1, text_.size());
 }
 
-void Document::replace(std::u16string text) {
-  text_ = std::move(text);
-  findLines();
+syntax::Position Document::positionInCode(std::size_t offset) const {
+  const std::size_t line = text_.codeLineNumberAt(offset);
+  return {static_cast<int>(line) + 1, static_cast<int>(offset - text_.codeLineStart(line)) + 1};
 }
+
+void Document::replace(const std::u16string& text) { text_ = EditedText(text); }
 
 void Document::replace(const Range& range, std::u16string_view text) {
   // A range may be given from its end.
   const auto [begin, end] = std::minmax({offsetOf(range.start), offsetOf(range.end)});
-  text_.replace(begin, end - begin, text);
-  findLines();
+  text_.replace(begin, end, text);
 }
 
+namespace {
+
+/// Calls the action with each position of an outline.
+template <class Action>
+void eachPosition(embedded::CodeOutline& outline, Action action) {
+  for (embedded::CodeVariable& variable : outline.variables) action(variable.at);
+  for (embedded::CodeFunction& function : outline.functions) {
+    for (syntax::Position* at : {&function.begin, &function.nameAt, &function.end}) action(*at);
+    for (embedded::CodeVariable& variable : function.variables) action(variable.at);
+  }
+}
+
+/// More of them than this are no typing: the outline is made anew.
+constexpr std::size_t mostMovingChanges = 100;
+
+}  // namespace
+
 const embedded::CodeOutline& OpenDocument::outline() {
-  if (!keptOutline) keptOutline = embedded::outlineOf(content.text());
+  if (!keptOutline || isOutlineOld) keptOutline = embedded::outlineOf(content.text());
+  isOutlineOld = false;
   return *keptOutline;
+}
+
+const embedded::CodeOutline& OpenDocument::outlineAtHand() {
+  return keptOutline && isLong() ? *keptOutline : outline();
+}
+
+void OpenDocument::change(const Range& range, const std::u16string& text) {
+  if (keptOutline && isLong()) {
+    const auto [begin, end] = std::minmax({content.offsetOf(range.start), content.offsetOf(range.end)});
+    const int first = content.positionInCode(begin).line;
+    const int last = content.positionInCode(end).line;
+    const int lines = static_cast<int>(std::ranges::count(text, u'\n')) - (last - first);
+    // Most keys move nothing.
+    if (lines != 0)
+      eachPosition(*keptOutline, [&](syntax::Position& at) {
+        if (at.line > last) at.line += lines;
+      });
+    isOutlineOld = true;
+  } else {
+    keptOutline.reset();
+  }
+  content.replace(range, text);
 }
 
 void Documents::didOpen(const Json& params) {
@@ -175,14 +187,17 @@ void Documents::didChange(const Json& params) {
   OpenDocument* document = find(uri);
   if (document == nullptr) throw ResponseError{ErrorCode::InvalidParams, uri + " is not open"};
   // One after the other: ranges refer to the text that the changes before have left.
-  for (const Json* change : listAt(params, "/contentChanges")) {
-    if (hasAt(*change, "/range"))
-      document->content.replace(rangeAt(*change, "/range"), wideTextAt(*change, "/text"));
-    else
+  const auto changes = listAt(params, "/contentChanges");
+  if (changes.size() > mostMovingChanges) document->keptOutline.reset();
+  for (const Json* change : changes) {
+    if (hasAt(*change, "/range")) {
+      document->change(rangeAt(*change, "/range"), wideTextAt(*change, "/text"));
+    } else {
       document->content.replace(wideTextAt(*change, "/text"));
+      document->keptOutline.reset();
+    }
   }
   document->isChecked = false;
-  document->keptOutline.reset();
   // Older clients leave it out.
   if (hasAt(params, versionPointer)) document->version = integerAt(params, versionPointer);
 }

@@ -13,6 +13,7 @@
 
 #include "embedded/Host.h"
 #include "syntax/Position.h"
+#include "tools/lsp/EditedText.h"
 #include "tools/lsp/Message.h"
 
 namespace tools::lsp {
@@ -25,15 +26,17 @@ std::string uriOf(const std::filesystem::path& file);
 /// Offsets are UTF-16 code units. A line ends with "\n", "\r\n" or "\r", as editors see it.
 class Document {
  public:
-  Document(std::u16string text, PositionEncoding encoding);
+  Document(const std::u16string& text, PositionEncoding encoding);
 
-  const std::u16string& text() const noexcept { return text_; }
+  const std::u16string& text() const { return text_.whole(); }
+  std::size_t size() const noexcept { return text_.size(); }
+  std::u16string slice(std::size_t begin, std::size_t end) const { return text_.slice(begin, end); }
   /// The number of the line that the offset is in, from 0.
-  std::size_t lineNumberAt(std::size_t offset) const noexcept;
-  std::size_t lineCount() const noexcept { return lineStarts_.size(); }
+  std::size_t lineNumberAt(std::size_t offset) const { return text_.lineNumberAt(offset); }
+  std::size_t lineCount() const noexcept { return text_.lineCount(); }
   /// A line without its end.
-  std::u16string_view line(std::size_t number) const;
-  std::size_t lineStart(std::size_t number) const { return lineStarts_[number]; }
+  std::u16string_view line(std::size_t number) const { return text_.line(number); }
+  std::size_t lineStart(std::size_t number) const { return text_.lineStart(number); }
 
   /// A position after the end of a line is that end, and one after the last line the end of the text. Inside a
   /// character it is the start of the character.
@@ -43,19 +46,17 @@ class Document {
   ProtocolPosition positionOf(std::size_t offset) const;
   /// The offset of a position as code counts it: from 1, and lines end with "\n" only.
   std::size_t offsetInCode(const syntax::Position& position) const;
+  /// The other way round.
+  syntax::Position positionInCode(std::size_t offset) const;
   Range rangeOf(std::size_t begin, std::size_t end) const { return {positionOf(begin), positionOf(end)}; }
 
-  void replace(std::u16string text);
+  void replace(const std::u16string& text);
   /// The ends of the range may be swapped.
   void replace(const Range& range, std::u16string_view text);
 
  private:
-  void findLines();
-
   PositionEncoding encoding_;
-  std::u16string text_;
-  std::vector<std::size_t> lineStarts_;
-  std::vector<std::size_t> codeLineStarts_;
+  EditedText text_;
 };
 
 struct OpenDocument {
@@ -66,9 +67,17 @@ struct OpenDocument {
   /// Its diagnostics have been told.
   bool isChecked = false;
   std::optional<embedded::CodeOutline> keptOutline = {};
+  /// The kept outline is that of a state before; its positions have moved with the text.
+  bool isOutlineOld = false;
 
+  /// So long that reading all of it takes longer than a key may.
+  bool isLong() const noexcept { return content.size() > std::size_t{64} << 10; }
   /// What it says about itself in its present state.
   const embedded::CodeOutline& outline();
+  /// The same, or what a long document has said before the latest changes.
+  const embedded::CodeOutline& outlineAtHand();
+  /// One change of the editor.
+  void change(const Range& range, const std::u16string& text);
 };
 
 /// What the editor has open, kept up to date by its notifications.

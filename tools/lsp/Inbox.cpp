@@ -1,5 +1,6 @@
 #include "tools/lsp/Inbox.h"
 
+#include <nlohmann/json.hpp>
 #include <utility>
 
 namespace tools::lsp {
@@ -11,12 +12,54 @@ bool isRequest(const Event& event, const Json& id) {
   return message != nullptr && isId(message->id, id);
 }
 
+bool isMessage(const Event& event) { return std::holds_alternative<Message>(event); }
+
+/// What is asked about a place is of no use once the text there is another one.
+bool asksAboutAPlace(const std::string& method) {
+  return method == "textDocument/completion" || method == "textDocument/hover" ||
+         method == "textDocument/signatureHelp";
+}
+
+const Json& documentOf(const Message& message) { return valueAt(*message.params, "/textDocument/uri"); }
+
 }  // namespace
 
-void Inbox::put(Event event) {
-  const std::lock_guard lock(mutex_);
-  waiting_.push_back({std::move(event)});
+void Inbox::put(Event event, std::size_t bytes) {
+  std::unique_lock lock(mutex_);
+  if (isMessage(event)) {
+    // One that is larger than all may be waits until it is alone.
+    room_.wait(lock, [&] {
+      return isClosed_ || waiting_.empty() || (waiting_.size() < mostWaiting && bytes_ + bytes <= mostBytes);
+    });
+  }
+  if (isClosed_) return;
+  const auto* message = std::get_if<Message>(&event);
+  if (message != nullptr && message->method == "textDocument/didChange") dropOutdated(*message);
+  bytes_ += bytes;
+  waiting_.push_back({std::move(event), bytes});
   arrived_.notify_one();
+}
+
+void Inbox::close() {
+  const std::lock_guard lock(mutex_);
+  isClosed_ = true;
+  room_.notify_all();
+}
+
+void Inbox::drop(Entry& entry, Dropped why) {
+  entry.dropped = why;
+  std::get<Message>(entry.event).params = std::make_shared<const Json>();
+  bytes_ -= std::exchange(entry.bytes, 0);
+  room_.notify_all();
+}
+
+void Inbox::dropOutdated(const Message& change) {
+  for (Entry& entry : waiting_) {
+    const auto* message = std::get_if<Message>(&entry.event);
+    if (message == nullptr || !message->id || entry.dropped != Dropped::No) continue;
+    if (asksAboutAPlace(message->method) && documentOf(*message) == documentOf(change))
+      drop(entry, Dropped::Outdated);
+  }
 }
 
 Event Inbox::take() {
@@ -24,10 +67,18 @@ Event Inbox::take() {
   arrived_.wait(lock, [&] { return !waiting_.empty(); });
   Entry entry = std::move(waiting_.front());
   waiting_.pop_front();
+  bytes_ -= entry.bytes;
+  room_.notify_all();
   // Under the lock that cancel() needs: a request is waiting or current, and never neither.
   if (const auto* message = std::get_if<Message>(&entry.event)) current_ = message->id;
-  cancelled_ = entry.cancelled;
+  dropped_ = entry.dropped;
+  cancelled_ = entry.dropped == Dropped::Cancelled;
   return std::move(entry.event);
+}
+
+bool Inbox::hasWithin(std::chrono::milliseconds time) {
+  std::unique_lock lock(mutex_);
+  return arrived_.wait_for(lock, time, [&] { return !waiting_.empty(); });
 }
 
 bool Inbox::isEmpty() const {
@@ -44,7 +95,7 @@ void Inbox::cancel(const Json& id) {
   }
   // Kept in its place: it is answered, too, with an error, and in order.
   for (Entry& entry : waiting_) {
-    if (isRequest(entry.event, id)) entry.cancelled = true;
+    if (isRequest(entry.event, id)) drop(entry, Dropped::Cancelled);
   }
 }
 
@@ -53,10 +104,16 @@ bool Inbox::isCancelled() const {
   return cancelled_;
 }
 
+Dropped Inbox::dropped() const {
+  const std::lock_guard lock(mutex_);
+  return dropped_;
+}
+
 void Inbox::finish() {
   const std::lock_guard lock(mutex_);
   current_.reset();
   cancelled_ = false;
+  dropped_ = Dropped::No;
   if (host_ != nullptr) host_->clearInterrupt();  // it was for this request, and came too late for it
 }
 

@@ -128,6 +128,7 @@ Input::Input(int descriptor, Inbox& inbox) : descriptor_(descriptor), inbox_(inb
 
 Input::~Input() {
   close(stop_[1]);  // which the other end sees
+  inbox_.close();   // or the thread might wait for room
   thread_.join();
   close(stop_[0]);
 }
@@ -172,7 +173,7 @@ bool Input::accept(const std::string& body) {
     }
     // Nothing is read after it: the process ends.
     const bool isLast = isNotification && message->method == "exit";
-    inbox_.put(std::move(*message));
+    inbox_.put(std::move(*message), body.size());
     return !isLast;
   } catch (Rejection& rejection) {
     inbox_.put(std::move(rejection));

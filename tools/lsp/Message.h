@@ -26,6 +26,7 @@ enum class ErrorCode : int {
   InvalidParams = -32602,
   InternalError = -32603,
   ServerNotInitialized = -32002,
+  ContentModified = -32801,
   RequestCancelled = -32800
 };
 

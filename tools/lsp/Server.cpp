@@ -1,5 +1,7 @@
 #include "tools/lsp/Server.h"
 
+#include <algorithm>
+#include <chrono>
 #include <exception>
 #include <iostream>
 #include <variant>
@@ -12,12 +14,17 @@ namespace tools::lsp {
 
 namespace {
 
+/// How long nobody types who does not type at the moment.
+constexpr std::chrono::milliseconds quiet{1000};
+
 ResponseError cancelled() { return {ErrorCode::RequestCancelled, "the request was cancelled"}; }
 
 }  // namespace
 
 int Server::run() {
   while (!exitCode_) {
+    // Reading a long document takes longer than a key may, so it waits until nobody types.
+    if (isLongPending() && !inbox_.hasWithin(quiet)) publishPending(true);
     const Event event = inbox_.take();
     std::visit([this](const auto& what) { handle(what); }, event);
     // After every event, also one that is no request: an interrupt must not outlive what it was meant for.
@@ -27,7 +34,7 @@ int Server::run() {
       exitCode_ = NoAnswer;
     }
     // Checking documents waits until nobody waits for an answer.
-    if (!exitCode_ && inbox_.isEmpty()) publishPending();
+    if (!exitCode_ && inbox_.isEmpty()) publishPending(false);
   }
   return *exitCode_;
 }
@@ -56,6 +63,8 @@ void Server::handle(const InputEnded& end) {
 void Server::request(const Message& message) {
   try {
     if (inbox_.isCancelled()) throw cancelled();  // while it waited
+    if (inbox_.dropped() == Dropped::Outdated)
+      throw ResponseError{ErrorCode::ContentModified, "the document has changed since"};
     const SharedJson result = resultOf(message);
     if (inbox_.isCancelled()) throw cancelled();  // an interrupted query returns what it has found so far
     context_.client.answer(message.id, result);
@@ -112,10 +121,18 @@ void Server::initialized() {
   if (snapshotChanged_) handle(SnapshotChanged{});
 }
 
-void Server::publishPending() {
+bool Server::isLongPending() {
+  return phase_ == Phase::Running && std::ranges::any_of(context_.documents.all(), [](const auto& entry) {
+           return !entry.second.isChecked && entry.second.isLong();
+         });
+}
+
+void Server::publishPending(bool longOnesToo) {
   if (phase_ != Phase::Running) return;
   for (auto& [uri, document] : context_.documents.all()) {
-    if (!document.isChecked) {
+    if (!document.isChecked && (longOnesToo || !document.isLong())) {
+      // For the next key.
+      if (document.isLong()) document.outline();
       publishDiagnostics(context_.client, uri, document, context_.abilities.versionedDiagnostics);
     }
   }

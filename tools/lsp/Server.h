@@ -35,8 +35,10 @@ class Server {
   SharedJson initialize(const Json& params);
   void notification(const Message& message);
   void initialized();
-  /// Once nothing waits, so that a burst of changes is checked once and never keeps an answer waiting.
-  void publishPending();
+  /// Once nothing waits, so that a burst of changes is checked once and never keeps an answer waiting; long documents once
+  /// nobody types.
+  void publishPending(bool longOnesToo);
+  bool isLongPending();
 
   Inbox& inbox_;
   ClientProcess& process_;

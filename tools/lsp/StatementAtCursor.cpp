@@ -2,6 +2,7 @@
 
 #include <map>
 #include <set>
+#include <tuple>
 #include <utility>
 
 #include "tools/render/Text.h"
@@ -60,12 +61,13 @@ struct FileName {
   std::u16string inNamespace;
 };
 
-/// An open document, from its beginning to an offset.
+/// An open document, from its beginning to a position.
 struct Beginning {
-  const Document& content;
-  std::size_t end;
+  syntax::Position end;
 
-  bool has(const syntax::Position& position) const { return content.offsetInCode(position) < end; }
+  bool has(const syntax::Position& position) const {
+    return std::tie(position.line, position.column) < std::tie(end.line, end.column);
+  }
 };
 
 /// The function that a statement at the end belongs to.
@@ -130,14 +132,29 @@ std::vector<LocalName> newNames(frontend::Session& session, std::vector<LocalNam
   return names;
 }
 
+/// Lines before a statement that are looked at when nobody has read the whole document since it was changed.
+constexpr std::size_t nearLines = 200;
+
+/// What the lines before a statement give values to.
+std::vector<LocalName> namesNear(const Document& content, std::size_t statement, ClassNames& classes) {
+  const std::size_t line = content.lineNumberAt(statement);
+  const std::size_t begin = content.lineStart(line > nearLines ? line - nearLines : 0);
+  const embedded::CodeOutline outline = embedded::outlineOf(content.slice(begin, statement));
+  std::vector<LocalName> names;
+  for (const embedded::CodeVariable& variable :
+       outline.functions.empty() ? outline.variables : outline.functions.back().variables)
+    names.push_back({wide(variable.name), classes.find(variable.maker)});
+  return names;
+}
+
 /// Whose code a document is, as far as its name and its text tell. Variables count that have been given a value before
 /// the statement, which begins at the offset.
 Scope scopeOf(frontend::Session& session, const std::string& uri, OpenDocument& document,
               std::size_t statement) {
   const FileName file(pathOf(uri));
   ClassNames classes(session, file.inNamespace);
-  const embedded::CodeOutline& outline = document.outline();
-  const Beginning beginning{document.content, statement};
+  const embedded::CodeOutline& outline = document.outlineAtHand();
+  const Beginning beginning{document.content.positionInCode(statement)};
   Scope scope;
   scope.className = file.className;
   const std::u16string outer = file.className.empty() ? file.inNamespace : file.className + u".";
@@ -145,10 +162,16 @@ Scope scopeOf(frontend::Session& session, const std::string& uri, OpenDocument& 
   // Only a script sees variables of the workspace.
   scope.workspace = outline.functions.empty();
   if (const auto* function = functionAt(beginning, outline.functions)) {
-    scope.locals = onceEach(namesIn(*function, beginning, file, classes));
+    scope.locals = namesIn(*function, beginning, file, classes);
   } else {
-    scope.locals = newNames(session, onceEach(namesOf(outline.variables, beginning, classes)));
+    scope.locals = namesOf(outline.variables, beginning, classes);
   }
+  if (document.isOutlineOld) {
+    const auto near = namesNear(document.content, statement, classes);
+    scope.locals.insert(scope.locals.end(), near.begin(), near.end());
+  }
+  scope.locals = onceEach(scope.locals);
+  if (scope.workspace) scope.locals = newNames(session, std::move(scope.locals));
   return scope;
 }
 
@@ -178,8 +201,7 @@ std::optional<StatementAtCursor> statementAtCursor(Context& context, const Json&
   StatementAtCursor statement;
   statement.document = document;
   statement.start = content.lineStart(firstLineOf(content, line));
-  statement.text = content.text().substr(
-      statement.start, content.lineStart(line) + content.line(line).size() - statement.start);
+  statement.text = content.slice(statement.start, content.lineStart(line) + content.line(line).size());
   statement.cursor = offset - statement.start;
   statement.scope = scopeOf(context.session.session(), uri, *document, statement.start);
   return statement;

@@ -9,7 +9,7 @@ from Command import COMMAND, HANG, SOURCE, CommandTest, cpu_seconds, run
 WORLD = SOURCE / "tests/cases/world.json"
 KINDS = {"value", "argument-name", "variable", "property", "field", "constant", "enumeration-member", "method",
          "static-method", "function", "code-file", "class-folder", "class", "namespace", "package",
-         "built-in-function"}
+         "built-in-function", "keyword"}
 
 
 class CompleteTest(CommandTest):
@@ -95,7 +95,7 @@ class CompleteTest(CommandTest):
     def test_cursors(self):
         for cursor, labels in (("0", None), ("5", 13), ("6", 1), ("999999", 1)):
             found = self.labels("pump.F", "--cursor", cursor)
-            self.assertEqual(len(found), labels or 26, cursor)
+            self.assertEqual(len(found), labels or 82, cursor)
         # The cursor counts characters, the answer UTF-16 code units.
         answer = self.answer("'\U0001F600' + pump.F", "--cursor", "12")
         self.assertEqual((answer["begin"], answer["end"]), (12, 13))

@@ -31,6 +31,14 @@ class EvalTest(CommandTest):
         done = self.eval("disp(1), n", "--json")
         self.assertEqual(json.loads(done.stdout), {"output": "1\n", "value": 3})
 
+    def test_nothing_printed_commands_a_terminal(self):
+        done = self.eval("disp(sprintf('a\\tb%s', '\x1b[2J\x9b\x7f'))")
+        self.assertEqual(done.stdout.decode(), "a\tb\ufffd[2J\ufffd\ufffd\n")
+        done = self.eval("error('\x1b[2J')")
+        self.assertNotIn(b"\x1b", done.stderr)
+        done = self.eval("'\x9b\x7f'", "--json")
+        self.assertIn(b"\\u009b\\u007f", done.stdout)
+
     def test_values_that_are_too_deep_or_too_many_have_an_end(self):
         deep = "c = {}; for i = 1:300, c = {c}; end, c"
         wide = "c = {1}; for i = 1:60, c = {c, c}; end, c"

@@ -233,7 +233,7 @@ class PromptTest(CommandTest):
         terminal.send(" ")
         terminal.expect(r"^Property010 ")
         terminal.expect(r"183 more lines")
-        self.assertIn("Property009  0x0 double", terminal.screen.lines())
+        self.assertIn("Property009  property of lab.Many", terminal.screen.lines())
         terminal.send("\x03")
         terminal.line(PROMPT + "many.Property")
         self.assertNotIn("Property020 ", str(terminal.screen))

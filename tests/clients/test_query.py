@@ -489,11 +489,23 @@ class QueryTest(CommandTest):
         self.assertEqual(len(answers), len(requests))
         return answers
 
+    def test_a_request_has_a_time_limit(self):
+        endless = {"op": "EvalcExpSuccessful", "expression": "x = 0; while 1 > 0, x = x + 1; end", "nlhs": 0}
+        first, then = self.exchange([endless, {"op": "isKCOSClass", "className": "gone"}], "--timeout", "20")
+        self.assertEqual(first["status"], "timed-out")
+        self.assertNotIn("status", then)
+        for command in ("query", "complete", "explain"):
+            self.assertIn("10000 by default", " ".join(run(command, "--help").stdout.decode().split()))
+
     def test_every_op_in_every_form(self):
         answers = self.exchange([{"op": op, **arguments} for op, arguments, _ in ANSWERS])
         for (op, arguments, expected), answer in zip(ANSWERS, answers):
             if expected is not None:
                 with self.subTest(op=op, arguments=arguments):
+                    # With what code failed is told besides.
+                    failed = answer.pop("failed", {}).get("id")
+                    ran = op in ("callFunctionOnObject", "EvalcExpSuccessful")
+                    self.assertEqual(failed, "KORVAL:code:UndefinedName" if ran and "gone" in arguments.values() else None)
                     self.assertEqual(answer, {"op": op, **expected})
 
     def test_tables(self):

@@ -146,7 +146,10 @@ class ServeTest(CommandTest):
         self.assertEqual(order, sorted(set(order)))
         self.assertEqual(items["isIncomplete"], case.status == "limited")
         if case.status not in ("complete", "limited"):
-            self.assertIn(f"completion: {case.status}: ", client.take_notification("window/logMessage")["message"])
+            message = "printed meanwhile: "
+            while message.startswith("printed meanwhile: "):
+                message = client.take_notification("window/logMessage")["message"]
+            self.assertIn(f"completion: {case.status}: ", message)
         logged = [message["params"]["message"] for message in client.kept if message["method"] == "window/logMessage"]
         self.assertEqual([text for text in logged if not text.startswith("printed meanwhile: ")], [])
         return rows, case.rows
@@ -156,25 +159,25 @@ class ServeTest(CommandTest):
         uri = Path(path).as_uri()
         client = self.serve(path)
         client.start()
-        self.assertEqual(self.labels(client, "o"), ["one"])
+        self.assertEqual(self.labels(client, "o"), ["one", "ones"])
 
         self.snapshot('{"format": 1, "works', "a b.json")
         failure = client.take_notification("textDocument/publishDiagnostics", lambda given: given["uri"] == uri)
         self.assertEqual([(each["code"], each["source"]) for each in failure["diagnostics"]],
                          [("snapshot.truncated", "contextdata")])
         self.assertIn("[snapshot.truncated]", client.take_notification("window/showMessage")["message"])
-        self.assertEqual(self.labels(client, "o"), ["one"])
+        self.assertEqual(self.labels(client, "o"), ["one", "ones"])
 
         Path(path).unlink()
         failure = client.take_notification("textDocument/publishDiagnostics", lambda given: given["uri"] == uri)
         self.assertEqual(failure["diagnostics"][0]["code"], "snapshot.missing-file")
-        self.assertEqual(self.labels(client, "o"), ["one"])
+        self.assertEqual(self.labels(client, "o"), ["one", "ones"])
 
         other = self.snapshot({"format": 1, "workspace": [{"name": "other", "value": 2}]}, "other.json")
         Path(other).rename(path)
         good = client.take_notification("textDocument/publishDiagnostics", lambda given: given["uri"] == uri)
         self.assertEqual(good["diagnostics"], [])
-        self.assertEqual(self.labels(client, "o"), ["other"])
+        self.assertEqual(self.labels(client, "o"), ["other", "ones"])
 
     def endless(self):
         """A server that runs code, and the parameters of a completion that ends on no machine before somebody gives up:

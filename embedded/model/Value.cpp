@@ -301,7 +301,11 @@ struct Maker {
   }
 
   OwnedValue operator()(const ClassReferenceValue& reference) const {
-    return newValue({1, 1}, ClassReference{dottedName(reference.className)});
+    const Class* found = classes.find(reference.className);
+    const std::string dotted = dottedName(reference.className);
+    // Its identity, where the name that users know means another class.
+    const bool isMeant = found == nullptr || classes.find(dotted) == found;
+    return newValue({1, 1}, ClassReference{isMeant ? dotted : found->names().id.text()});
   }
 
   OwnedValue operator()(const TallValue& tall) const {

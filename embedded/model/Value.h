@@ -83,7 +83,7 @@ struct FunctionHandle {
   std::string function;
 };
 
-/// A reference to a class, by the name that users know.
+/// A reference to a class, by the name that users know; by its identity where that name means another class.
 struct ClassReference {
   std::string className;
 };

@@ -67,7 +67,7 @@ class Sessions {
   }
 
   json value(int depth) {
-    switch (below(depth > 3 ? 2 : 6)) {
+    switch (below(depth > 3 ? 2 : 5)) {
       case 0:
         return 1;
       case 1:
@@ -76,8 +76,6 @@ class Sessions {
         return {{"object", name()}, {"member", "One"}};
       case 3:
         return {{"class", name()}};
-      case 4:
-        return {{"objects", json::array()}, {"class", name()}};
       default:
         return {{"cell", {value(depth + 1), value(depth + 1)}}};
     }

@@ -26,6 +26,15 @@ void* operator new(std::size_t size) {
   return memory;
 }
 
+// Sorting asks for its buffer this way, and gives it back by the usual operator.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 void operator delete(void* memory) noexcept {
   if (memory != nullptr) now -= ::malloc_usable_size(memory);
   std::free(memory);

@@ -129,7 +129,7 @@ bool callFunctionOnObject(const kxArray_tag* object, const std::string& function
                           std::vector<std::u16string>& names) {
   ResultSlot result;
   // The interpreter's arguments are not constant, although it does not change them.
-  kxArray_tag* argument = const_cast<kxArray_tag*>(object);
+  auto* argument = const_cast<kxArray_tag*>(object);
   try {
     inCallFcn(1, result.address(), 1, &argument, functionName.c_str());
   } catch (...) {

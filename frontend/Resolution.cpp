@@ -71,7 +71,7 @@ bool isPlain(const std::vector<Part>& parts) {
 }
 
 Resolution declared(const RequestContext& request, const std::u16string& className) {
-  if (auto id = classNamed(request, className)) return {Resolution::Object, {}, std::move(id), className};
+  if (const auto id = classNamed(request, className)) return {Resolution::Object, {}, id, className};
   return {};
 }
 

@@ -12,7 +12,7 @@ namespace {
 union EmptyText {
   std::string text;
   constexpr EmptyText() : text() {}
-  ~EmptyText() {}
+  ~EmptyText() {}  // NOLINT(modernize-use-equals-default): the default would be deleted
 };
 __attribute__((init_priority(101))) EmptyText emptyText;
 
@@ -44,7 +44,8 @@ namespace kcos::internal {
 
 constinit const std::string& nullValue = embedded::emptyText.text;
 
-COSInternedName makeInterned(std::string name) {
+// Taken by value as it is declared: hosts that keep the text move it.
+COSInternedName makeInterned(std::string name) {  // NOLINT(performance-unnecessary-value-param)
   enter<Operation::makeInterned>(name);
   return embedded::interned(name);
 }

@@ -27,7 +27,7 @@ ValuePtr readProperty(Interpreter& interpreter, const ValuePtr& object, const st
                       const Routine* asking);
 /// The same without a get method, and whoever may read it.
 ValuePtr storedProperty(Interpreter& interpreter, const ValuePtr& object, const std::string& name);
-ValuePtr withProperty(Interpreter& interpreter, const Value& object, const std::string& name, ValuePtr value,
+ValuePtr withProperty(Interpreter& interpreter, const Value& value, const std::string& name, ValuePtr content,
                       const Routine* asking);
 
 Values construct(Evaluator& caller, const Class& oneClass, Values arguments);

@@ -4,9 +4,6 @@
 
 namespace embedded {
 
-using syntax::Keyword;
-using syntax::TokenKind;
-
 namespace {
 
 using enum Symbol;

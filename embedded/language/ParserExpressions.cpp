@@ -7,9 +7,7 @@
 
 namespace embedded {
 
-using syntax::Keyword;
 using syntax::Token;
-using syntax::TokenKind;
 
 namespace {
 

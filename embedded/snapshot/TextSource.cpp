@@ -8,8 +8,8 @@ namespace embedded::snapshot {
 
 namespace {
 
-constexpr std::size_t chunkSize = 64 * 1024;
-constexpr std::uintmax_t progressStep = 1024 * 1024;
+constexpr std::size_t chunkSize = 64U << 10U;
+constexpr std::uintmax_t progressStep = 1U << 20U;
 constexpr std::size_t longestCharacter = 4;
 // And the byte order mark.
 constexpr std::string_view whiteSpace = " \t\r\n\xEF\xBB\xBF";

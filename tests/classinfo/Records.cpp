@@ -25,7 +25,7 @@ struct Records : testing::Test {
     return shown(record.structure.name) + "/" + textOf(record.classId) + "/" +
            shownList(record.structure.getSuperclasses());
   }
-  std::string ofVariable(const std::string& name) {
+  std::string ofVariable(const std::string& name) const {
     return about(ClassInfo(world.host.variable(name).get()));
   }
 

@@ -14,7 +14,7 @@ using namespace KCOSIntrospection;
 
 struct Gateway : testing::Test {
   /// Null for a name that no variable has.
-  const kxArray_tag* value(const std::string& name) { return world.host.variable(name).get(); }
+  const kxArray_tag* value(const std::string& name) const { return world.host.variable(name).get(); }
   static ResolvedClassID id(const std::string& name) {
     return ResolvedClassID::fromKnownResolvedClassID(name);
   }

@@ -10,7 +10,6 @@
 #include "tests/support/Table.h"
 
 using tools::lsp::BrokenStream;
-using tools::lsp::Frame;
 using tools::lsp::frameOf;
 using tools::lsp::FrameReader;
 

@@ -19,7 +19,7 @@ struct Row {
 };
 
 /// A variable with this value is added.
-std::function<void(Description&)> valued(ValueDescription value) {
+std::function<void(Description&)> valued(const ValueDescription& value) {
   return [value](Description& world) { world.workspace.push_back({"x", value}); };
 }
 

@@ -50,7 +50,8 @@ std::u16string to_ustring(const std::string& text, const codecvt_ascii_to_ustrin
 std::u16string trim(const std::u16string& text, const std::u16string& set) {
   enter<Operation::trim>(text, set);
   const auto first = text.find_first_not_of(set);
-  return first == std::u16string::npos ? std::u16string() : text.substr(first, text.find_last_not_of(set) + 1 - first);
+  return first == std::u16string::npos ? std::u16string()
+                                       : text.substr(first, text.find_last_not_of(set) + 1 - first);
 }
 
 bool is_ascii_letter(char16_t unit) {

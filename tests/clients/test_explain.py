@@ -42,7 +42,8 @@ class ExplainTest(CommandTest):
 
     def test_an_interrupt(self):
         session = self.snapshot({"format": 1, "workspace": [{"name": "c", "value": {"object": "C"}}],
-                                 "classes": [{"name": "C", "properties": [{"name": "p", "getter": "while true, properties(obj); end"}]}]})
+                                 "classes": [{"name": "C", "properties": [{"name": "p", "getter": "while true, properties(obj); end"},
+                                                                          *(f"q{number}" for number in range(50))]}]})
         command = [COMMAND, "explain", "c.p.", "x", "--code", "allowed", "--snapshot", session]
         for pause in pauses():
             with subprocess.Popen(command, stderr=subprocess.PIPE, env=environment()) as process:

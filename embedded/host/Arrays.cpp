@@ -80,72 +80,68 @@ using namespace embedded;
 // References.
 
 void kxAddReference(const kxArray_tag* value) noexcept {
-  enter<Operation::addReference>(value);
-  valueOf(value).addReference();
+  return asked<Operation::addReference>(value).answer([value] { valueOf(value).addReference(); });
 }
 
 bool kxDropReference(const kxArray_tag* value) noexcept {
-  enter<Operation::dropReference>(value);
-  return valueOf(value).dropReference();
+  return asked<Operation::dropReference>(value).answer([value] { return valueOf(value).dropReference(); });
 }
 
 void kxDestroyArray(const kxArray_tag* value) noexcept {
-  enter<Operation::destroyArray>(value);
-  destroyValue(&valueOf(value));
+  return asked<Operation::destroyArray>(value).answer([value] { destroyValue(&valueOf(value)); });
 }
 
 // What a value is.
 
 int kxGetClassID(const kxArray_tag* value) {
-  enter<Operation::getClassIdentifier>(value);
-  return valueOf(value).classCode();
+  return asked<Operation::getClassIdentifier>(value).answer([value] { return valueOf(value).classCode(); });
 }
 
 std::string kxGetClassName(const kxArray_tag* value) {
-  enter<Operation::getClassName>(value);
-  return valueOf(value).className();
+  return asked<Operation::getClassName>(value).answer([value] { return valueOf(value).className(); });
 }
 
 int kxGetClassNumber(const kxArray_tag* value) {
-  enter<Operation::getClassNumber>(value);
-  return session().dispatcher.classNumbers().numberOf(valueOf(value));
+  return asked<Operation::getClassNumber>(value).answer(
+      [value] { return session().dispatcher.classNumbers().numberOf(valueOf(value)); });
 }
 
 bool kxIsOpaque(const kxArray_tag* value) {
-  enter<Operation::isOpaque>(value);
-  return valueOf(value).opaque() != nullptr;
+  return asked<Operation::isOpaque>(value).answer([value] { return valueOf(value).opaque() != nullptr; });
 }
 
 bool kxIsObject(const kxArray_tag* value) {
-  enter<Operation::isObject>(value);
-  const Value& found = valueOf(value);
-  if (found.structureObject() != nullptr) return true;
-  // Also of an array without elements, which has no object to look at.
-  if (found.as<Objects>()) return found.opaque() == nullptr;
-  return found.object() != nullptr;
+  return asked<Operation::isObject>(value).answer([value] {
+    const Value& found = valueOf(value);
+    if (found.structureObject() != nullptr) return true;
+    // Also of an array without elements, which has no object to look at.
+    if (found.as<Objects>()) return found.opaque() == nullptr;
+    return found.object() != nullptr;
+  });
 }
 
 bool kxIsScalar(const kxArray_tag* value) {
-  enter<Operation::isScalar>(value);
-  return valueOf(value).elementCount() == 1;
+  return asked<Operation::isScalar>(value).answer([value] { return valueOf(value).elementCount() == 1; });
 }
 
 bool kxIsLogicalScalarTrue(const kxArray_tag* value) {
-  enter<Operation::isLogicalScalarTrue>(value);
-  const auto* elements = valueOf(value).as<std::vector<bool>>();
-  return elements != nullptr && elements->size() == 1 && elements->front();
+  return asked<Operation::isLogicalScalarTrue>(value).answer([value] {
+    const auto* elements = valueOf(value).as<std::vector<bool>>();
+    return elements != nullptr && elements->size() == 1 && elements->front();
+  });
 }
 
 bool kxIsA(const kxArray_tag* value, const char* className) {
-  enter<Operation::isA>(value, className);
-  return session().classes.isOfClass(valueOf(value), className);
+  return asked<Operation::isA>(value, className).answer([value, className] {
+    return session().classes.isOfClass(valueOf(value), className);
+  });
 }
 
 // Dimensions.
 
 bool kxHasLazyDimensions(const kxArray_tag* value) {
-  enter<Operation::hasLazyDimensions>(value);
-  return valueOf(value).dimensionForm() == DimensionForm::Lazy;
+  return asked<Operation::hasLazyDimensions>(value).answer(
+      [value] { return valueOf(value).dimensionForm() == DimensionForm::Lazy; });
 }
 
 void kxCompleteDimensions(const kxArray_tag* value) {
@@ -154,117 +150,125 @@ void kxCompleteDimensions(const kxArray_tag* value) {
 }
 
 bool kxHasCompactDimensions(const kxArray_tag* value) {
-  enter<Operation::hasCompactDimensions>(value);
-  return valueOf(value).dimensionForm() == DimensionForm::Compact;
+  return asked<Operation::hasCompactDimensions>(value).answer(
+      [value] { return valueOf(value).dimensionForm() == DimensionForm::Compact; });
 }
 
 std::size_t kxGetRowCount(const kxArray_tag* value) {
-  enter<Operation::getRowCount>(value);
-  return heldOtherwise(value, {DimensionForm::Lazy}).rows();
+  return asked<Operation::getRowCount>(value).answer(
+      [value] { return heldOtherwise(value, {DimensionForm::Lazy}).rows(); });
 }
 
 std::size_t kxGetColumnCount(const kxArray_tag* value) {
-  enter<Operation::getColumnCount>(value);
-  return heldOtherwise(value, {DimensionForm::Lazy}).columns();
+  return asked<Operation::getColumnCount>(value).answer(
+      [value] { return heldOtherwise(value, {DimensionForm::Lazy}).columns(); });
 }
 
 std::size_t kxGetNumberOfDimensions(const kxArray_tag* value) {
-  enter<Operation::getNumberOfDimensions>(value);
-  return heldOtherwise(value, {DimensionForm::Lazy}).size().size();
+  return asked<Operation::getNumberOfDimensions>(value).answer(
+      [value] { return heldOtherwise(value, {DimensionForm::Lazy}).size().size(); });
 }
 
 const std::size_t* kxGetDimensions(const kxArray_tag* value) {
-  enter<Operation::getDimensions>(value);
-  return heldOtherwise(value, {DimensionForm::Lazy, DimensionForm::Compact}).size().data();
+  return asked<Operation::getDimensions>(value).answer([value] {
+    return heldOtherwise(value, {DimensionForm::Lazy, DimensionForm::Compact}).size().data();
+  });
 }
 
 std::size_t kxGetNumberOfElements(const kxArray_tag* value) {
-  enter<Operation::getNumberOfElements>(value);
-  return valueOf(value).elementCount();
+  return asked<Operation::getNumberOfElements>(value).answer(
+      [value] { return valueOf(value).elementCount(); });
 }
 
 bool kxIsEmpty(const kxArray_tag* value) {
-  enter<Operation::isEmpty>(value);
-  return valueOf(value).elementCount() == 0;
+  return asked<Operation::isEmpty>(value).answer([value] { return valueOf(value).elementCount() == 0; });
 }
 
 // Contents.
 
 const double* kxGetDoubles(const kxArray_tag* value) {
-  enter<Operation::getDoubles>(value);
-  return std::get<std::vector<double>>(valueOf(value).content()).data();
+  return asked<Operation::getDoubles>(value).answer(
+      [value] { return std::get<std::vector<double>>(valueOf(value).content()).data(); });
 }
 
 const char16_t* kxGetCharacters(const kxArray_tag* value) {
-  enter<Operation::getCharacters>(value);
-  return std::get<std::u16string>(valueOf(value).content()).data();
+  return asked<Operation::getCharacters>(value).answer(
+      [value] { return std::get<std::u16string>(valueOf(value).content()).data(); });
 }
 
 int kxArray_tag::get_number_of_struct_fields() const {
-  enter<Operation::getNumberOfStructFields>(this);
-  const auto* structures = valueOf(this).as<Structures>();
-  return structures == nullptr ? 0 : static_cast<int>(structures->fields.size());
+  return asked<Operation::getNumberOfStructFields>(this).answer([this] {
+    const auto* structures = valueOf(this).as<Structures>();
+    return structures == nullptr ? 0 : static_cast<int>(structures->fields.size());
+  });
 }
 
 const char* const* kxArray_tag::get_struct_field_names() const {
-  enter<Operation::getStructFieldNames>(this);
-  const auto& structures = std::get<Structures>(valueOf(this).content());
-  // Kept in the value, because the pointers are borrowed for as long as it lives.
-  structures.names.resize(structures.fields.size());
-  std::ranges::transform(structures.fields, structures.names.begin(), &std::string::c_str);
-  return structures.names.data();
+  return asked<Operation::getStructFieldNames>(this).answer([this] {
+    const auto& structures = std::get<Structures>(valueOf(this).content());
+    // Kept in the value, because the pointers are borrowed for as long as it lives.
+    structures.names.resize(structures.fields.size());
+    std::ranges::transform(structures.fields, structures.names.begin(), &std::string::c_str);
+    return structures.names.data();
+  });
 }
 
 kxArray_tag* kxGetField(const kxArray_tag* structure, std::size_t index, const char* name) {
-  enter<Operation::getField>(structure, index, name);
-  return lent(fieldOf(std::get<Structures>(valueOf(structure).content()), index, name));
+  return asked<Operation::getField>(structure, index, name).answer([structure, index, name] {
+    return lent(fieldOf(std::get<Structures>(valueOf(structure).content()), index, name));
+  });
 }
 
 kxArray_tag* kxGetCell(const kxArray_tag* cell, std::size_t index) {
-  enter<Operation::getCell>(cell, index);
-  return lent(std::get<Cells>(valueOf(cell).content()).elements.at(index).get());
+  return asked<Operation::getCell>(cell, index).answer([cell, index] {
+    return lent(std::get<Cells>(valueOf(cell).content()).elements.at(index).get());
+  });
 }
 
 kxArray_tag* kxGetPropertyShared(const kxArray_tag* object, std::size_t index, const std::string& name) {
-  enter<Operation::getPropertyShared>(object, index, name);
-  Session& current = session();
-  const CodeSource source(current.interpreter, expressionSource);
-  const ValuePtr element = elementOf(current.interpreter, ValuePtr(&valueOf(object)), index);
-  std::optional<CodeRun> run;
-  // What is only stored is no run of code, which a policy could refuse.
-  if (readingRunsCode(current.interpreter, *element, name))
-    run.emplace(current.interpreter, "get method of " + name);
-  return handedOut(readProperty(current.interpreter, element, name, nullptr));
+  return asked<Operation::getPropertyShared>(object, index, name).answer([object, index, &name] {
+    Session& current = session();
+    const CodeSource source(current.interpreter, expressionSource);
+    const ValuePtr element = elementOf(current.interpreter, ValuePtr(&valueOf(object)), index);
+    std::optional<CodeRun> run;
+    // What is only stored is no run of code, which a policy could refuse.
+    if (readingRunsCode(current.interpreter, *element, name))
+      run.emplace(current.interpreter, "get method of " + name);
+    return handedOut(readProperty(current.interpreter, element, name, nullptr));
+  });
 }
 
 kxArray_tag* kxGetTypeProperty(const kxArray_tag* object, std::size_t index, const std::string& name) {
-  enter<Operation::getTypeProperty>(object, index, name);
-  Session& current = session();
-  const CodeSource source(current.interpreter, expressionSource);
-  const ValuePtr element = elementOf(current.interpreter, ValuePtr(&valueOf(object)), index);
-  // No run is counted: what is stored or declared is read without code, whatever get method there is.
-  return handedOut(storedProperty(current.interpreter, element, name));
+  return asked<Operation::getTypeProperty>(object, index, name).answer([object, index, &name] {
+    Session& current = session();
+    const CodeSource source(current.interpreter, expressionSource);
+    const ValuePtr element = elementOf(current.interpreter, ValuePtr(&valueOf(object)), index);
+    // No run is counted: what is stored or declared is read without code, whatever get method there is.
+    return handedOut(storedProperty(current.interpreter, element, name));
+  });
 }
 
 kxArray_tag* kxFindTypeMember(const kxArray_tag* classReference, const std::string& name) {
-  enter<Operation::findTypeMember>(classReference, name);
-  const std::string& className = std::get<ClassReference>(valueOf(classReference).content()).className;
-  if (const Class* found = session().classes.find(className)) return handedOut(memberOf(*found, name));
-  const ForeignClassDescription* foreign = session().foreignClass(className);
-  return foreign == nullptr ? nullptr : handedOut(foreignMember(*foreign, name));
+  return asked<Operation::findTypeMember>(classReference, name).answer([classReference, &name] {
+    const std::string& className = std::get<ClassReference>(valueOf(classReference).content()).className;
+    if (const Class* found = session().classes.find(className)) return handedOut(memberOf(*found, name));
+    const ForeignClassDescription* foreign = session().foreignClass(className);
+    return foreign == nullptr ? nullptr : handedOut(foreignMember(*foreign, name));
+  });
 }
 
 // New values.
 
 kxArray_tag* kxCreateCell(std::size_t numberOfDimensions, const std::size_t* dimensions) {
-  enter<Operation::createCell>(numberOfDimensions);
-  Value::Size size(dimensions, dimensions + numberOfDimensions);
-  // Fewer dimensions are no size of a value.
-  if (size.size() < 2) size.resize(2, 1);
-  session().interpreter.checkSize(size);
-  OwnedValue cell = newValue(size, Cells());
-  std::get<Cells>(cell->mutableContent()).elements.resize(cell->elementCount());
-  return cell.detach();
+  return asked<Operation::createCell>(numberOfDimensions).answer([numberOfDimensions, dimensions] {
+    Value::Size size(dimensions, dimensions + numberOfDimensions);
+    // Fewer dimensions are no size of a value.
+    if (size.size() < 2) size.resize(2, 1);
+    session().interpreter.checkSize(size);
+    OwnedValue cell = newValue(size, Cells());
+    std::get<Cells>(cell->mutableContent()).elements.resize(cell->elementCount());
+    return cell.detach();
+  });
 }
 
 void kxSetCell(kxArray_tag* cell, std::size_t index, kxArray_tag* value) {
@@ -275,31 +279,31 @@ void kxSetCell(kxArray_tag* cell, std::size_t index, kxArray_tag* value) {
 }
 
 kxArray_tag* kxCreateString(const char* text) {
-  enter<Operation::createString>(text);
-  return newString(widened(text)).detach();
+  return asked<Operation::createString>(text).answer([text] { return newString(widened(text)).detach(); });
 }
 
 kxArray_tag* kxCreateClassArray(const std::string& className) {
-  enter<Operation::createClassArray>(className);
-  const Class* found = session().classes.find(className);
-  if (found == nullptr && session().foreignClass(className) == nullptr) return nullptr;
-  const std::string& name = found == nullptr ? className : found->names().dotted.text();
-  return newValue({1, 1}, ClassReference{name}).detach();
+  return asked<Operation::createClassArray>(className).answer([&className]() -> kxArray_tag* {
+    const Class* found = session().classes.find(className);
+    if (found == nullptr && session().foreignClass(className) == nullptr) return nullptr;
+    const std::string& name = found == nullptr ? className : found->names().dotted.text();
+    return newValue({1, 1}, ClassReference{name}).detach();
+  });
 }
 
 int kxIsValidKorvalNameCount(const char* text) {
-  enter<Operation::isValidNameCount>(text);
-  if (!syntax::isNameStart(*text)) return 0;
-  const char* end = text + 1;
-  while (syntax::isNamePart(*end)) ++end;
-  return static_cast<int>(end - text);
+  return asked<Operation::isValidNameCount>(text).answer([text] {
+    if (!syntax::isNameStart(*text)) return 0;
+    const char* end = text + 1;
+    while (syntax::isNamePart(*end)) ++end;
+    return static_cast<int>(end - text);
+  });
 }
 
 namespace matrix {
 
 ErrorMode getErrorMode() {
-  enter<Operation::getErrorMode>();
-  return session().interpreter.errorMode;
+  return asked<Operation::getErrorMode>().answer([] { return session().interpreter.errorMode; });
 }
 
 void setErrorMode(ErrorMode mode) {
@@ -308,13 +312,11 @@ void setErrorMode(ErrorMode mode) {
 }
 
 kxArray_tag* create(const std::u16string& text) {
-  enter<Operation::createText>(text);
-  return newString(text).detach();
+  return asked<Operation::createText>(text).answer([&text] { return newString(text).detach(); });
 }
 
 std::u16string get_ustring(const kxArray_tag* value) {
-  enter<Operation::getUstring>(value);
-  return requireScalarText(value);
+  return asked<Operation::getUstring>(value).answer([value] { return requireScalarText(value); });
 }
 
 }  // namespace matrix
@@ -322,24 +324,24 @@ std::u16string get_ustring(const kxArray_tag* value) {
 namespace Tamsix::String {
 
 bool isString(const kxArray_tag* value) {
-  enter<Operation::isString>(value);
-  return valueOf(value).as<Strings>() != nullptr;
+  return asked<Operation::isString>(value).answer(
+      [value] { return valueOf(value).as<Strings>() != nullptr; });
 }
 
 std::u16string getString(const kxArray_tag* value) {
-  enter<Operation::getString>(value);
-  if (valueOf(value).as<Strings>() == nullptr) throw KORVAL::string::MustBeStringScalarOrCharacterVector();
-  return requireScalarText(value);
+  return asked<Operation::getString>(value).answer([value] {
+    if (valueOf(value).as<Strings>() == nullptr) throw KORVAL::string::MustBeStringScalarOrCharacterVector();
+    return requireScalarText(value);
+  });
 }
 
 bool isNonMissingScalarText(const kxArray_tag* value) {
-  enter<Operation::isNonMissingScalarText>(value);
-  return scalarText(valueOf(value)) != nullptr;
+  return asked<Operation::isNonMissingScalarText>(value).answer(
+      [value] { return scalarText(valueOf(value)) != nullptr; });
 }
 
 std::u16string getScalarText(const kxArray_tag* value) {
-  enter<Operation::getScalarText>(value);
-  return requireScalarText(value);
+  return asked<Operation::getScalarText>(value).answer([value] { return requireScalarText(value); });
 }
 
 }  // namespace Tamsix::String

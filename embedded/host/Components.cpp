@@ -3,6 +3,6 @@
 #include "embedded/host/Session.h"
 
 bool Tamsix::KorvalComponents::ComponentFeature::IsOn() {
-  embedded::enter<embedded::Operation::componentFeatureIsOn>();
-  return embedded::session().componentsOn;
+  return embedded::asked<embedded::Operation::componentFeatureIsOn>().answer(
+      [] { return embedded::session().componentsOn; });
 }

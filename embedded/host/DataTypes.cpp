@@ -6,43 +6,47 @@
 namespace embedded {
 
 std::string Validation::getClassName() const {
-  enter<Operation::validationGetClassName>();
-  return description_.className;
+  return asked<Operation::validationGetClassName>().answer([this] { return description_.className; });
 }
 
 kcos::COSEnumeration<kcos::COSValidationDimension> Validation::getDimensions() const {
-  enter<Operation::validationGetDimensions>();
-  // Absent, not empty, here and below: clients have to cope with both.
-  if (description_.size.empty()) return {};
-  std::vector<kcos::COSValidationDimension> dimensions;
-  for (const std::optional<std::size_t>& extent : description_.size) {
-    if (extent)
-      dimensions.emplace_back(std::uint64_t{*extent});
-    else
-      dimensions.emplace_back(u':');
-  }
-  return enumerate(std::move(dimensions));
+  return asked<Operation::validationGetDimensions>().answer(
+      [this]() -> kcos::COSEnumeration<kcos::COSValidationDimension> {
+        // Absent, not empty, here and below: clients have to cope with both.
+        if (description_.size.empty()) return {};
+        std::vector<kcos::COSValidationDimension> dimensions;
+        for (const std::optional<std::size_t>& extent : description_.size) {
+          if (extent)
+            dimensions.emplace_back(std::uint64_t{*extent});
+          else
+            dimensions.emplace_back(u':');
+        }
+        return enumerate(std::move(dimensions));
+      });
 }
 
 kcos::COSEnumeration<kcos::COSValidationFunction> Validation::getFunctions() const {
-  enter<Operation::validationGetFunctions>();
-  if (description_.functions.empty()) return {};
-  std::vector<kcos::COSValidationFunction> functions;
-  for (const std::string& name : description_.functions) functions.push_back({name});
-  return enumerate(std::move(functions));
+  return asked<Operation::validationGetFunctions>().answer(
+      [this]() -> kcos::COSEnumeration<kcos::COSValidationFunction> {
+        if (description_.functions.empty()) return {};
+        std::vector<kcos::COSValidationFunction> functions;
+        for (const std::string& name : description_.functions) functions.push_back({name});
+        return enumerate(std::move(functions));
+      });
 }
 
 bool DataType::isPossibleValuesFinite() const {
-  enter<Operation::isPossibleValuesFinite>(id_);
-  return values_ != nullptr;
+  return asked<Operation::isPossibleValuesFinite>(id_).answer([this] { return values_ != nullptr; });
 }
 
 kcos::COSEnumeration<const kcos::COSPossibleValue*> DataType::getPossibleValues() const {
-  enter<Operation::getPossibleValues>(id_);
-  if (!values_ || values_->empty()) return {};
-  std::vector<const kcos::COSPossibleValue*> all;
-  for (const kcos::COSPossibleValue& value : *values_) all.push_back(&value);
-  return enumerate(std::move(all));
+  return asked<Operation::getPossibleValues>(id_).answer(
+      [this]() -> kcos::COSEnumeration<const kcos::COSPossibleValue*> {
+        if (!values_ || values_->empty()) return {};
+        std::vector<const kcos::COSPossibleValue*> all;
+        for (const kcos::COSPossibleValue& value : *values_) all.push_back(&value);
+        return enumerate(std::move(all));
+      });
 }
 
 namespace {
@@ -59,8 +63,8 @@ OwnedValue possibleValue(const ValueDescription& description) {
 class Conversion final : public kcos::COSConversion {
  public:
   kxArray_tag* convert(const kcos::COSPossibleValue* value) const override {
-    enter<Operation::convert>();
-    return possibleValue(value->description()).detach();
+    return asked<Operation::convert>().answer(
+        [value] { return possibleValue(value->description()).detach(); });
   }
 };
 
@@ -68,7 +72,7 @@ class Conversion final : public kcos::COSConversion {
 
 }  // namespace embedded
 
-using embedded::enter;
+using embedded::asked;
 using embedded::Operation;
 
 namespace kcos {
@@ -79,23 +83,24 @@ COSValidationType::~COSValidationType() = default;
 
 COSInternedName COSDataTypePtr::getID() const {
   const COSInternedName id = static_cast<const embedded::DataType*>(type_)->id();
-  enter<Operation::dataTypeGetID>(id);
-  return id;
+  return asked<Operation::dataTypeGetID>(id).answer([id] { return id; });
 }
 
 const COSConversion* COSTypeRepository::getConversion(const COSInternedName& to,
                                                       const COSInternedName& from) {
   // One for all sessions: it asks the active one when it converts.
   static const embedded::Conversion conversion;
-  enter<Operation::getConversion>(to, from);
-  const bool found =
-      to.text() == embedded::anyType && embedded::session().classes.types().isConvertible(from);
-  return found ? &conversion : nullptr;
+  return asked<Operation::getConversion>(to, from).answer([&to, &from] {
+    const bool found =
+        to.text() == embedded::anyType && embedded::session().classes.types().isConvertible(from);
+    return found ? &conversion : nullptr;
+  });
 }
 
 const COSValidationType* COSValidationType::get(const COSDataTypePtr& dataType) {
-  enter<Operation::validationGet>();
-  return dataType ? static_cast<const embedded::DataType*>(dataType.get())->validation() : nullptr;
+  return asked<Operation::validationGet>().answer([&dataType] {
+    return dataType ? static_cast<const embedded::DataType*>(dataType.get())->validation() : nullptr;
+  });
 }
 
 }  // namespace kcos

@@ -16,25 +16,23 @@ constexpr int unknown = -1;
 }  // namespace
 
 bool ActiveScope::isEligible() const {
-  enter<Operation::scopeIsEligible>(function_);
-  return eligible_;
+  return asked<Operation::scopeIsEligible>(function_).answer([this] { return eligible_; });
 }
 
 const Kfh_KORVAL_fn* ActiveScope::getFunction() const {
-  enter<Operation::scopeGetFunction>(function_);
-  return function_;
+  return asked<Operation::scopeGetFunction>(function_).answer([this] { return function_; });
 }
 
 const KactiveScope* ActiveScope::getNext() const {
-  enter<Operation::scopeGetNext>(function_);
-  return next_;
+  return asked<Operation::scopeGetNext>(function_).answer([this] { return next_; });
 }
 
 int ClassRegistry::getClassNumber(const std::string& className) const {
-  enter<Operation::registryGetClassNumber>(className);
-  if (const Class* found = classes_.find(className); found != nullptr) return found->number();
-  if (const auto other = others_.find(className); other != others_.end()) return other->second;
-  return builtInClassCode(className).value_or(unknown);
+  return asked<Operation::registryGetClassNumber>(className).answer([this, &className] {
+    if (const Class* found = classes_.find(className); found != nullptr) return found->number();
+    if (const auto other = others_.find(className); other != others_.end()) return other->second;
+    return builtInClassCode(className).value_or(unknown);
+  });
 }
 
 int ClassRegistry::numberOf(const Value& value) const {
@@ -48,12 +46,13 @@ int ClassRegistry::numberOf(const Value& value) const {
 }
 
 bool ClassRegistry::isA(int classNumber, int baseNumber) const {
-  enter<Operation::registryIsA>(classNumber, baseNumber);
-  const Class* derived = classes_.numbered(classNumber);
-  const Class* base = classes_.numbered(baseNumber);
-  if (derived != nullptr && base != nullptr) return derived->derivesFrom(*base);
-  // Other classes derive from nothing.
-  return classNumber == baseNumber && classNumber != unknown;
+  return asked<Operation::registryIsA>(classNumber, baseNumber).answer([this, classNumber, baseNumber] {
+    const Class* derived = classes_.numbered(classNumber);
+    const Class* base = classes_.numbered(baseNumber);
+    if (derived != nullptr && base != nullptr) return derived->derivesFrom(*base);
+    // Other classes derive from nothing.
+    return classNumber == baseNumber && classNumber != unknown;
+  });
 }
 
 Dispatcher::Dispatcher(const Description& description, const World& world, Scopes& scopes)
@@ -71,43 +70,36 @@ Dispatcher::Dispatcher(const Description& description, const World& world, Scope
 }
 
 const Kfh_KORVAL_fn* Dispatcher::findFunction(const std::u16string& name) const {
-  enter<Operation::findFunction>(name);
-  return scopes_.find(narrowed(name));
+  return asked<Operation::findFunction>(name).answer([this, &name] { return scopes_.find(narrowed(name)); });
 }
 
 bool Dispatcher::hasQueryableExecutionStack() const {
-  enter<Operation::hasQueryableExecutionStack>();
-  return queryable_;
+  return asked<Operation::hasQueryableExecutionStack>().answer([this] { return queryable_; });
 }
 
 const Kfh_KORVAL_fn* Dispatcher::GetCurrentlyExecutingFunctionScopeOnQueryableExecutionStack() const {
-  enter<Operation::getCurrentlyExecutingFunction>();
-  return executing_;
+  return asked<Operation::getCurrentlyExecutingFunction>().answer([this] { return executing_; });
 }
 
 const KactiveScope* Dispatcher::getActiveScopes() const {
-  enter<Operation::getActiveScopes>();
-  return active_.empty() ? nullptr : &active_.back();
+  return asked<Operation::getActiveScopes>().answer(
+      [this] { return active_.empty() ? nullptr : &active_.back(); });
 }
 
 const KclassRegistry* Dispatcher::getClassRegistry() const {
-  enter<Operation::getClassRegistry>();
-  return &registry_;
+  return asked<Operation::getClassRegistry>().answer([this] { return &registry_; });
 }
 
 const KcurrentWorkingFolder* Dispatcher::GetCurrentWorkingFolder() const {
-  enter<Operation::getCurrentWorkingFolder>();
-  return &currentFolder_;
+  return asked<Operation::getCurrentWorkingFolder>().answer([this] { return &currentFolder_; });
 }
 
 boost::shared_ptr<const KsearchPath> Dispatcher::GetCurrentPath() const {
-  enter<Operation::getCurrentPath>();
-  return path_;
+  return asked<Operation::getCurrentPath>().answer([this] { return path_; });
 }
 
 std::vector<std::u16string> Dispatcher::getDocumentedBuiltins() const {
-  enter<Operation::getDocumentedBuiltins>();
-  return builtins_;
+  return asked<Operation::getDocumentedBuiltins>().answer([this] { return builtins_; });
 }
 
 ObjectSystem::ObjectSystem(const Description& description, const ClassSystem& classes) : classes_(classes) {
@@ -124,14 +116,17 @@ const std::string& ObjectSystem::key(const std::string& className) const {
 }
 
 const KclassIdentifier* ObjectSystem::getClassIdentifier(const std::string& className) const {
-  enter<Operation::getClassIdentifierNamed>(className);
-  const auto found = identifiers_.find(key(className));
-  return found == identifiers_.end() ? nullptr : &found->second;
+  return asked<Operation::getClassIdentifierNamed>(className).answer([this, &className] {
+    const auto found = identifiers_.find(key(className));
+    return found == identifiers_.end() ? nullptr : &found->second;
+  });
 }
 
 bool ObjectSystem::precedes(const KclassIdentifier* first, const KclassIdentifier* second) const {
-  enter<Operation::precedes>();
-  return first != nullptr && second != nullptr && std::ranges::find(first->over, second) != first->over.end();
+  return asked<Operation::precedes>().answer([first, second] {
+    return first != nullptr && second != nullptr &&
+           std::ranges::find(first->over, second) != first->over.end();
+  });
 }
 
 }  // namespace embedded
@@ -142,11 +137,11 @@ Kdispatcher::~Kdispatcher() = default;
 KobjectSystem::~KobjectSystem() = default;
 
 Kdispatcher* Kdispatcher::getDispatcher() {
-  embedded::enter<embedded::Operation::getDispatcher>();
-  return &embedded::session().dispatcher;
+  return embedded::asked<embedded::Operation::getDispatcher>().answer(
+      [] { return &embedded::session().dispatcher; });
 }
 
 const KobjectSystem* kdGetObjectSystem() {
-  embedded::enter<embedded::Operation::getObjectSystem>();
-  return &embedded::session().objectSystem;
+  return embedded::asked<embedded::Operation::getObjectSystem>().answer(
+      [] { return &embedded::session().objectSystem; });
 }

@@ -16,14 +16,14 @@ class ListEnumerator final : public kcos::COSEnumerator<T> {
   explicit ListEnumerator(std::vector<T> elements) : elements_(std::move(elements)) {}
 
   bool hasMoreElements() override {
-    enter<Operation::hasMoreElements>();
-    return next_ < elements_.size();
+    return asked<Operation::hasMoreElements>().answer([this] { return next_ < elements_.size(); });
   }
 
   T nextElement() override {
-    enter<Operation::nextElement>();
-    if (next_ == elements_.size()) throw kcos::ENoElements();
-    return elements_[next_++];
+    return asked<Operation::nextElement>().answer([this] {
+      if (next_ == elements_.size()) throw kcos::ENoElements();
+      return elements_[next_++];
+    });
   }
 
  private:

@@ -39,7 +39,8 @@ file_status statusOf(const files::directory_entry& entry) {
   foundation::core::except::Exception error("KORVAL:host:FolderNotListed",
                                             "The folder \"" + folder + "\" cannot be listed: " + reason);
   // The library swallows it, and yet what it answers is not all there is.
-  activeGate->noteFailure(Operation::getDirList, error.message() + " [" + error.messageId() + "]");
+  static_cast<Gate&>(*activeGate)
+      .noteFailure(Operation::getDirList, error.message() + " [" + error.messageId() + "]");
   throw error;
 }
 
@@ -114,48 +115,53 @@ std::vector<files::path> classFoldersIn(const files::path& folder) {
 
 }  // namespace embedded
 
-using embedded::enter;
+using embedded::asked;
 using embedded::Operation;
 
 fl::filesystem::file_status fl::filesystem::status(const std::u16string& path) {
-  enter<Operation::fileStatus>(path);
-  std::error_code failure;
-  // The system would cut such a path at that character, and tell of another file.
-  if (path.find(u'\0') != std::u16string::npos) return file_status();
-  return embedded::statusOf(std::filesystem::status(embedded::narrowed(path), failure).type());
+  return asked<Operation::fileStatus>(path).answer([&path] {
+    std::error_code failure;
+    // The system would cut such a path at that character, and tell of another file.
+    if (path.find(u'\0') != std::u16string::npos) return file_status();
+    return embedded::statusOf(std::filesystem::status(embedded::narrowed(path), failure).type());
+  });
 }
 
 void ioGetDirList(const std::u16string& pattern, std::vector<FileNameWithStat>& entries, int flag) {
-  enter<Operation::getDirList>(pattern, flag);
-  const std::string folder = embedded::narrowed(std::u16string_view(pattern).substr(0, pattern.rfind(u'/')));
-  if (!pattern.ends_with(embedded::everyEntry)) embedded::failListing(folder, "only the pattern * is known");
-  const std::vector<FileNameWithStat> found = embedded::listed(folder.empty() ? "/" : folder);
-  entries.insert(entries.end(), found.begin(), found.end());
+  return asked<Operation::getDirList>(pattern, flag).answer([&pattern, &entries] {
+    const std::string folder =
+        embedded::narrowed(std::u16string_view(pattern).substr(0, pattern.rfind(u'/')));
+    if (!pattern.ends_with(embedded::everyEntry))
+      embedded::failListing(folder, "only the pattern * is known");
+    const std::vector<FileNameWithStat> found = embedded::listed(folder.empty() ? "/" : folder);
+    entries.insert(entries.end(), found.begin(), found.end());
+  });
 }
 
 namespace foundation::storage::vfs {
 
 std::u16string AbsoluteIRI::getName() const {
-  enter<Operation::iriGetName>(text_);
-  return text_.substr(embedded::lastComponent(text_));
+  return asked<Operation::iriGetName>(text_).answer(
+      [this] { return text_.substr(embedded::lastComponent(text_)); });
 }
 
 CanonicalAbsoluteIRI CanonicalAbsoluteIRI::getParent() const {
-  enter<Operation::iriGetParent>(text());
-  // The root folder is its own parent.
-  const std::size_t root = embedded::scheme.size() + 1;
-  const std::size_t last = embedded::lastComponent(text());
-  return CanonicalAbsoluteIRI(text().substr(0, last > root ? last - 1 : last));
+  return asked<Operation::iriGetParent>(text()).answer([this] {
+    // The root folder is its own parent.
+    const std::size_t root = embedded::scheme.size() + 1;
+    const std::size_t last = embedded::lastComponent(text());
+    return CanonicalAbsoluteIRI(text().substr(0, last > root ? last - 1 : last));
+  });
 }
 
 CanonicalAbsoluteIRI Folder::getLocation() const {
-  enter<Operation::folderGetLocation>(location_.text());
-  return location_;
+  return asked<Operation::folderGetLocation>(location_.text()).answer([this] { return location_; });
 }
 
 }  // namespace foundation::storage::vfs
 
 std::u16string Tamsix::PathManagement::GetStringFromIRI(const foundation::storage::vfs::AbsoluteIRI& iri) {
-  enter<Operation::getStringFromIRI>(iri.text());
-  return iri.text().starts_with(embedded::scheme) ? iri.text().substr(embedded::scheme.size()) : iri.text();
+  return asked<Operation::getStringFromIRI>(iri.text()).answer([&iri] {
+    return iri.text().starts_with(embedded::scheme) ? iri.text().substr(embedded::scheme.size()) : iri.text();
+  });
 }

@@ -37,8 +37,8 @@ IFrameVisitor::~IFrameVisitor() = default;
 FrameGuard::~FrameGuard() = default;
 
 std::unique_ptr<FrameGuard> pushFrame(const IExecutionFrame* frame) {
-  embedded::enter<embedded::Operation::pushFrame>();
-  return embedded::session().frames.push(frame);
+  return embedded::asked<embedded::Operation::pushFrame>().answer(
+      [frame] { return embedded::session().frames.push(frame); });
 }
 
 }  // namespace Tamsix::orvo

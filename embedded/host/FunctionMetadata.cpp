@@ -72,13 +72,15 @@ const Kfh_KORVAL_fn* functionNamed(const std::string& name, const Kfh_KORVAL_fn*
 
 FunctionMetadata omGetFunctionMetadata(const std::string& name, const Kfh_KORVAL_fn* function) {
   using namespace embedded;
-  enter<Operation::getFunctionMetadata>(name, function);
-  const Kfh_KORVAL_fn* found = functionNamed(name, function);
-  if (found == nullptr || !found->arguments) return {};
-  const ArgumentsDescription& arguments = *found->arguments;
-  FunctionMetadata metadata{structureOf(arguments.inputs), structureOf(arguments.outputs),
-                            FunctionMetadata::DeclaresArguments};
-  if (arguments.furtherInputs) metadata.flags |= FunctionMetadata::TakesFurtherInputs;
-  if (arguments.furtherOutputs) metadata.flags |= FunctionMetadata::GivesFurtherOutputs;
-  return metadata;
+  return asked<Operation::getFunctionMetadata>(name, function)
+      .answer([&name, function]() -> FunctionMetadata {
+        const Kfh_KORVAL_fn* found = functionNamed(name, function);
+        if (found == nullptr || !found->arguments) return {};
+        const ArgumentsDescription& arguments = *found->arguments;
+        FunctionMetadata metadata{structureOf(arguments.inputs), structureOf(arguments.outputs),
+                                  FunctionMetadata::DeclaresArguments};
+        if (arguments.furtherInputs) metadata.flags |= FunctionMetadata::TakesFurtherInputs;
+        if (arguments.furtherOutputs) metadata.flags |= FunctionMetadata::GivesFurtherOutputs;
+        return metadata;
+      });
 }

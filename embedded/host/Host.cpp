@@ -110,9 +110,10 @@ std::string Host::classOfFunction(const std::string& name) const {
   return found == nullptr || found->ownClass == nullptr ? std::string() : found->ownClass->names().id.text();
 }
 
-Activation::Activation(Host& host) noexcept
-    : before_(static_cast<Session*>(std::exchange(activeGate, host.session_.get()))) {}
+Activation::Activation(Host& host) noexcept : before_(activeGate == &withoutHost ? nullptr : &session()) {
+  activeGate = host.session_.get();
+}
 
-Activation::~Activation() { activeGate = before_; }
+Activation::~Activation() { activeGate = before_ == nullptr ? &withoutHost : before_; }
 
 }  // namespace embedded

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <typeinfo>
 #include <utility>
 
 #include "embedded/host/Session.h"
@@ -14,6 +15,27 @@ std::optional<Operation> operationNamed(const std::string& name) {
   for (std::size_t at = 0; at < operationCount(); ++at)
     if (name == operationName(static_cast<Operation>(at))) return static_cast<Operation>(at);
   return {};
+}
+
+/// The type of an operation's answer, and its text; null when no other answer can be given.
+std::pair<const std::type_info*, const char*> answerType(Operation operation) {
+  switch (operation) {
+#define OPERATION(identifier, name, rule, type) \
+  case Operation::identifier:                   \
+    return {isFixed<Operation::identifier> ? nullptr : &typeid(type), #type};
+#include "embedded/host/Operations.def"
+#undef OPERATION
+  }
+  throw std::logic_error("There is no such operation");
+}
+
+void checkAnswer(const PlannedFault& fault) {
+  if (!fault.operation) throw std::invalid_argument("A plan with an answer needs an operation");
+  const std::string name = operationName(*fault.operation);
+  const auto [type, text] = answerType(*fault.operation);
+  if (type == nullptr) throw std::invalid_argument("No plan can replace the answer of \"" + name + '"');
+  if (fault.answer->type() != *type)
+    throw std::invalid_argument("The answer planned for \"" + name + "\" must be of its type, " + text);
 }
 
 }  // namespace
@@ -38,16 +60,22 @@ bool Inspection::ranKorvalCode(const std::vector<Call>& log) {
 }
 
 void Inspection::setFault(FaultPlan plan) {
-  PlannedFault fault{plan.operation.empty(), {}, plan.call, plan.andLater, std::move(plan.raise), false};
-  if (!fault.anyOperation) {
-    const auto operation = operationNamed(plan.operation);
-    // A plan that can never happen would make its test pass for nothing.
-    if (!operation || !mayThrow(*operation))
+  PlannedFault fault{.operation = {},
+                     .callsToGo = plan.call,
+                     .andLater = plan.andLater,
+                     .raise = std::move(plan.raise),
+                     .argument = std::move(plan.argument),
+                     .answer = std::move(plan.answer)};
+  // A plan that can never happen would make its test pass for nothing.
+  if (!plan.operation.empty()) {
+    fault.operation = operationNamed(plan.operation);
+    if (!fault.operation || !mayThrow(*fault.operation))
       throw std::invalid_argument("\"" + plan.operation + "\" is no operation of the host that may throw");
-    fault.operation = *operation;
   }
-  if (fault.callsToGo == 0 || !fault.raise)
-    throw std::invalid_argument("A fault plan needs a call, counted from 1, and something to raise");
+  if (fault.callsToGo == 0 || static_cast<bool>(fault.raise) == (fault.answer != nullptr))
+    throw std::invalid_argument(
+        "A fault plan needs a call, counted from 1, and either something to raise or an answer");
+  if (fault.answer != nullptr) checkAnswer(fault);
   session_->setFault(std::move(fault));
 }
 

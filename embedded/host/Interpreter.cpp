@@ -102,16 +102,16 @@ Values evaluate(Interpreter& interpreter, const std::u16string& text, int nlhs, 
 }  // namespace
 
 bool Debugger::hasDebuggerFocus() const {
-  enter<Operation::hasDebuggerFocus>();
-  return stoppedAt_.has_value();
+  return asked<Operation::hasDebuggerFocus>().answer([this] { return stoppedAt_.has_value(); });
 }
 
 std::u16string Debugger::getDebuggerFocus(std::int32_t& first, std::int32_t& second) const {
-  enter<Operation::getDebuggerFocus>();
-  const DebuggerDescription focus = stoppedAt_.value_or(DebuggerDescription());
-  first = focus.first;
-  second = focus.second;
-  return widened(focus.focus);
+  return asked<Operation::getDebuggerFocus>().answer([this, &first, &second] {
+    const DebuggerDescription focus = stoppedAt_.value_or(DebuggerDescription());
+    first = focus.first;
+    second = focus.second;
+    return widened(focus.focus);
+  });
 }
 
 }  // namespace embedded
@@ -119,77 +119,85 @@ std::u16string Debugger::getDebuggerFocus(std::int32_t& first, std::int32_t& sec
 using namespace embedded;
 
 bool inValidInterpreterAvailable() {
-  enter<Operation::validInterpreterAvailable>();
-  return session().interpreterIsAvailable;
+  return asked<Operation::validInterpreterAvailable>().answer(
+      [] { return session().interpreterIsAvailable; });
 }
 
 int inEvalExp(const std::u16string& expression, int nlhs, kxArray_tag** plhs, bool valueOfStatement,
               Tamsix::orvo::EvalSource source) {
-  enter<Operation::evalExp>(expression, nlhs, valueOfStatement, static_cast<int>(source));
-  Session& current = session();
-  current.interpreter.lastFailure.reset();
-  // After the reset: when code is refused, a failure from before must not be taken for its own.
-  const CodeRun run(current.interpreter, "evaluation");
-  try {
-    // Only errors of the code become a status: a refusal, an interrupt and a planned fault propagate.
-    fill(evaluate(current.interpreter, expression, nlhs, valueOfStatement), nlhs, plhs);
-    return Success;
-  } catch (const CodeError& error) {
-    report(current, error);
-    return statusOf(error);
-  }
+  return asked<Operation::evalExp>(expression, nlhs, valueOfStatement, static_cast<int>(source))
+      .answer([&expression, nlhs, plhs, valueOfStatement]() -> int {
+        Session& current = session();
+        current.interpreter.lastFailure.reset();
+        // After the reset: when code is refused, a failure from before must not be taken for its own.
+        const CodeRun run(current.interpreter, "evaluation");
+        try {
+          // Only errors of the code become a status: a refusal, an interrupt and a planned fault propagate.
+          fill(evaluate(current.interpreter, expression, nlhs, valueOfStatement), nlhs, plhs);
+          return Success;
+        } catch (const CodeError& error) {
+          report(current, error);
+          return statusOf(error);
+        }
+      });
 }
 
 void inCallFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs, const char* functionName) {
-  enter<Operation::callFcn>(functionName, nlhs, nrhs);
-  // No handler here: errors of the code are for the caller, who has no status to look at.
-  fill(callFunction(session().interpreter, functionName, borrowed(nrhs, prhs), nlhs), nlhs, plhs);
+  return asked<Operation::callFcn>(functionName, nlhs, nrhs).answer([nlhs, plhs, nrhs, prhs, functionName] {
+    // No handler here: errors of the code are for the caller, who has no status to look at.
+    fill(callFunction(session().interpreter, functionName, borrowed(nrhs, prhs), nlhs), nlhs, plhs);
+  });
 }
 
 int inCallFcnWithTrap(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs, const char* functionName,
                       bool trap) {
-  enter<Operation::callFcnWithTrap>(functionName, nlhs, nrhs, trap);
-  Session& current = session();
-  current.interpreter.lastFailure.reset();
-  try {
-    fill(callFunction(current.interpreter, functionName, borrowed(nrhs, prhs), nlhs), nlhs, plhs);
-    return Success;
-  } catch (const CodeError& error) {
-    if (!trap) throw;
-    // Kept, but not printed: the caller has it as a status.
-    current.interpreter.lastFailure = error.failure();
-    return statusOf(error);
-  }
+  return asked<Operation::callFcnWithTrap>(functionName, nlhs, nrhs, trap)
+      .answer([nlhs, plhs, nrhs, prhs, functionName, trap]() -> int {
+        Session& current = session();
+        current.interpreter.lastFailure.reset();
+        try {
+          fill(callFunction(current.interpreter, functionName, borrowed(nrhs, prhs), nlhs), nlhs, plhs);
+          return Success;
+        } catch (const CodeError& error) {
+          if (!trap) throw;
+          // Kept, but not printed: the caller has it as a status.
+          current.interpreter.lastFailure = error.failure();
+          return statusOf(error);
+        }
+      });
 }
 
 void inFullFevalFcn(int nlhs, kxArray_tag** plhs, int nrhs, kxArray_tag** prhs) {
-  enter<Operation::fullFevalFcn>(nlhs, nrhs);
-  Values arguments = borrowed(nrhs, prhs);
-  if (arguments.empty() || !isText(*arguments.front()))
-    throw foundation::core::except::Exception("KORVAL:host:NoFunctionName",
-                                              "The first argument is to be the name of a function.");
-  const std::string name = narrowTextOf(session().interpreter, *arguments.front());
-  arguments.erase(arguments.begin());
-  fill(callFunction(session().interpreter, name, std::move(arguments), nlhs), nlhs, plhs);
+  return asked<Operation::fullFevalFcn>(nlhs, nrhs).answer([nlhs, plhs, nrhs, prhs] {
+    Values arguments = borrowed(nrhs, prhs);
+    if (arguments.empty() || !isText(*arguments.front()))
+      throw foundation::core::except::Exception("KORVAL:host:NoFunctionName",
+                                                "The first argument is to be the name of a function.");
+    const std::string name = narrowTextOf(session().interpreter, *arguments.front());
+    arguments.erase(arguments.begin());
+    fill(callFunction(session().interpreter, name, std::move(arguments), nlhs), nlhs, plhs);
+  });
 }
 
 kxArray_tag* inCallMethodSingleInputSingleOutput(const kxArray_tag* value, const std::string& method,
                                                  int nlhs) {
-  enter<Operation::callMethod>(value, method, nlhs);
-  const ValuePtr receiver(&valueOf(value));
-  Values results = callFunction(session().interpreter, method, {receiver}, nlhs);
-  return results.empty() ? nullptr : handedOut(std::move(results.front()));
+  return asked<Operation::callMethod>(value, method, nlhs).answer([value, &method, nlhs] {
+    const ValuePtr receiver(&valueOf(value));
+    Values results = callFunction(session().interpreter, method, {receiver}, nlhs);
+    return results.empty() ? nullptr : handedOut(std::move(results.front()));
+  });
 }
 
 kxArray_tag* inGetValueFromCurrentWorkspace(const std::string& name) {
-  enter<Operation::getValueFromCurrentWorkspace>(name);
-  return handedOut(session().workspace.find(name));
+  return asked<Operation::getValueFromCurrentWorkspace>(name).answer(
+      [&name] { return handedOut(session().workspace.find(name)); });
 }
 
 IInterpreterBridge::~IInterpreterBridge() = default;
 
 IInterpreterBridge* IInterpreter::GetInterpreterBridge() {
-  enter<Operation::getInterpreterBridge>();
-  Session& current = session();
-  return current.debuggerIsReachable ? &current.debugger : nullptr;
+  return asked<Operation::getInterpreterBridge>().answer([] {
+    Session& current = session();
+    return current.debuggerIsReachable ? &current.debugger : nullptr;
+  });
 }

@@ -6,63 +6,61 @@
 
 namespace embedded {
 
-namespace {
-
-/// What a member says of itself, after the gate of that operation.
-template <Operation operation, class Answer>
-const Answer& told(const MemberText& member, const Answer& answer) {
-  enter<operation>(member.text());
-  return answer;
-}
-
-}  // namespace
-
 const kcos::COSAttribute* Element::findAttribute(const kcos::COSInternedName& name) const {
-  enter<Operation::findAttribute>(name);
-  return nullptr;
+  return asked<Operation::findAttribute>(name).answer([] { return nullptr; });
 }
 
 bool Element::getAttributeValue(const kcos::COSInternedName& name, const kcos::COSClient*) const {
-  enter<Operation::getAttributeValue>(name);
-  return false;
+  return asked<Operation::getAttributeValue>(name).answer([] { return false; });
 }
 
-const char* EnumerationMember::getName() const { return told<Operation::enumGetName>(name_, name_.text()); }
+const char* EnumerationMember::getName() const {
+  return asked<Operation::enumGetName>(name_).answer([this] { return name_.text(); });
+}
 
-bool EnumerationMember::isHidden() const { return told<Operation::enumIsHidden>(name_, hidden_); }
+bool EnumerationMember::isHidden() const {
+  return asked<Operation::enumIsHidden>(name_).answer([this] { return hidden_; });
+}
 
 const char* Method::getName() const {
-  return told<Operation::methodGetName>(content_.name, content_.name.text());
+  return asked<Operation::methodGetName>(content_.name).answer([this] { return content_.name.text(); });
 }
 
-bool Method::isStatic() const { return told<Operation::methodIsStatic>(content_.name, content_.isStatic); }
+bool Method::isStatic() const {
+  return asked<Operation::methodIsStatic>(content_.name).answer([this] { return content_.isStatic; });
+}
 
-bool Method::isVisible() const { return told<Operation::methodIsVisible>(content_.name, content_.visible); }
+bool Method::isVisible() const {
+  return asked<Operation::methodIsVisible>(content_.name).answer([this] { return content_.visible; });
+}
 
-bool Method::isHidden() const { return told<Operation::methodIsHidden>(content_.name, content_.hidden); }
+bool Method::isHidden() const {
+  return asked<Operation::methodIsHidden>(content_.name).answer([this] { return content_.hidden; });
+}
 
 kcos::MemberAccess Method::getMemberAccess() const {
-  return told<Operation::getMemberAccess>(content_.name, content_.access.level);
+  return asked<Operation::getMemberAccess>(content_.name).answer([this] { return content_.access.level; });
 }
 
 kcos::COSExtendedAccess Method::getExtendedAccess() const {
-  return told<Operation::getExtendedAccess>(content_.name, content_.access);
+  return asked<Operation::getExtendedAccess>(content_.name).answer([this] { return content_.access; });
 }
 
 kcos::COSDataTypePtr Attribute::getDataType() const {
-  enter<Operation::attributeGetDataType>(name_);
-  return type_;
+  return asked<Operation::attributeGetDataType>(name_).answer([this] { return type_; });
 }
 
 const kcos::COSAttribute* Property::findAttribute(const kcos::COSInternedName& name) const {
-  enter<Operation::findAttribute>(content_.name.name(), name);
-  return attribute(name);
+  return asked<Operation::findAttribute>(content_.name.name(), name).answer([this, &name] {
+    return attribute(name);
+  });
 }
 
 bool Property::getAttributeValue(const kcos::COSInternedName& name, const kcos::COSClient*) const {
-  enter<Operation::getAttributeValue>(content_.name.name(), name);
-  const Attribute* found = attribute(name);
-  return found != nullptr && found->value();
+  return asked<Operation::getAttributeValue>(content_.name.name(), name).answer([this, &name] {
+    const Attribute* found = attribute(name);
+    return found != nullptr && found->value();
+  });
 }
 
 namespace {
@@ -76,29 +74,33 @@ class PropertyAs : public Property, public Record {
   kcos::COSPropInfo* asProperty() noexcept override { return this; }
 
   const char* getName() const override {
-    return told<Operation::propGetName>(content().name, content().name.text());
+    return asked<Operation::propGetName>(content().name).answer([this] { return content().name.text(); });
   }
   kcos::COSDataTypePtr getDataType() const override {
-    return told<Operation::propGetDataType>(content().name, content().type);
+    return asked<Operation::propGetDataType>(content().name).answer([this] { return content().type; });
   }
   bool isVisible() const override {
     // Properties have one word for both: a hidden one is not visible.
-    return told<Operation::propIsVisible>(content().name, !content().hidden);
+    return asked<Operation::propIsVisible>(content().name).answer([this] { return !content().hidden; });
   }
   bool isDependent() const override {
-    return told<Operation::propIsDependent>(content().name, content().dependent);
+    return asked<Operation::propIsDependent>(content().name).answer([this] { return content().dependent; });
   }
   kcos::MemberAccess getMemberGetAccess() const override {
-    return told<Operation::getMemberGetAccess>(content().name, content().get.level);
+    return asked<Operation::getMemberGetAccess>(content().name).answer([this] {
+      return content().get.level;
+    });
   }
   kcos::MemberAccess getMemberSetAccess() const override {
-    return told<Operation::getMemberSetAccess>(content().name, content().set.level);
+    return asked<Operation::getMemberSetAccess>(content().name).answer([this] {
+      return content().set.level;
+    });
   }
   kcos::COSExtendedAccess getExtendedGetAccess() const override {
-    return told<Operation::getExtendedGetAccess>(content().name, content().get);
+    return asked<Operation::getExtendedGetAccess>(content().name).answer([this] { return content().get; });
   }
   kcos::COSExtendedAccess getExtendedSetAccess() const override {
-    return told<Operation::getExtendedSetAccess>(content().name, content().set);
+    return asked<Operation::getExtendedSetAccess>(content().name).answer([this] { return content().set; });
   }
 
   using Property::content;
@@ -110,10 +112,10 @@ class OptimizedProperty final : public PropertyAs<kcos::COSOptimizedPropInfo> {
       : PropertyAs(owner, std::move(content)), storage_(storage) {}
 
   bool hasCustomGetter() const override {
-    return told<Operation::hasCustomGetter>(content().name, storage_.customGetter);
+    return asked<Operation::hasCustomGetter>(content().name).answer([this] { return storage_.customGetter; });
   }
   bool getOptimizedFlag() const override {
-    return told<Operation::getOptimizedFlag>(content().name, storage_.flag);
+    return asked<Operation::getOptimizedFlag>(content().name).answer([this] { return storage_.flag; });
   }
 
  private:
@@ -136,8 +138,8 @@ std::unique_ptr<Property> makeProperty(Class& owner, PropertyContent content,
 
 }  // namespace embedded
 
+using embedded::asked;
 using embedded::Element;
-using embedded::enter;
 using embedded::Operation;
 
 namespace kcos {
@@ -163,33 +165,33 @@ Element* elementOf(COSInterface* interface) { return static_cast<Element*>(inter
 }  // namespace
 
 COSPropInfo* cosiToProp(COSInterface* interface) {
-  enter<Operation::cosiToProp>();
-  return interface == nullptr ? nullptr : elementOf(interface)->asProperty();
+  return asked<Operation::cosiToProp>().answer(
+      [interface] { return interface == nullptr ? nullptr : elementOf(interface)->asProperty(); });
 }
 
 COSMethodInfo* cosiToMethod(COSInterface* interface) {
-  enter<Operation::cosiToMethod>();
-  return interface == nullptr ? nullptr : elementOf(interface)->asMethod();
+  return asked<Operation::cosiToMethod>().answer(
+      [interface] { return interface == nullptr ? nullptr : elementOf(interface)->asMethod(); });
 }
 
 COSEnumInfo* cosiToEnum(COSInterface* interface) {
-  enter<Operation::cosiToEnum>();
-  return interface == nullptr ? nullptr : elementOf(interface)->asEnumerationMember();
+  return asked<Operation::cosiToEnum>().answer(
+      [interface] { return interface == nullptr ? nullptr : elementOf(interface)->asEnumerationMember(); });
 }
 
 COSClass* cosiToClass(COSInterface* interface) {
-  enter<Operation::cosiToClass>();
-  return interface == nullptr ? nullptr : elementOf(interface)->asClass();
+  return asked<Operation::cosiToClass>().answer(
+      [interface] { return interface == nullptr ? nullptr : elementOf(interface)->asClass(); });
 }
 
 COSNamespace* cosiToNamespace(COSInterface* interface) {
-  enter<Operation::cosiToNamespace>();
-  return interface == nullptr ? nullptr : elementOf(interface)->asNamespace();
+  return asked<Operation::cosiToNamespace>().answer(
+      [interface] { return interface == nullptr ? nullptr : elementOf(interface)->asNamespace(); });
 }
 
 COSClass* cosiClassOfMember(COSInterface* member) {
-  enter<Operation::cosiClassOfMember>();
-  return member == nullptr ? nullptr : elementOf(member)->definingClass();
+  return asked<Operation::cosiClassOfMember>().answer(
+      [member] { return member == nullptr ? nullptr : elementOf(member)->definingClass(); });
 }
 
 }  // namespace kcos
@@ -198,7 +200,8 @@ COSClass* cosiClassOfMember(COSInterface* member) {
 class kcos::COSClient {};
 
 const kcos::COSClient* COSGetPublicClient() {
-  enter<Operation::getPublicClient>();
-  static constexpr kcos::COSClient everybody;
-  return &everybody;
+  return asked<Operation::getPublicClient>().answer([] {
+    static constexpr kcos::COSClient everybody;
+    return &everybody;
+  });
 }

@@ -37,7 +37,7 @@ std::size_t endOfComponent(std::string_view name) {
 
 }  // namespace embedded
 
-using embedded::enter;
+using embedded::asked;
 using embedded::Operation;
 
 namespace kcos::internal {
@@ -46,8 +46,7 @@ constinit const std::string& nullValue = embedded::emptyText.text;
 
 // Taken by value as it is declared: hosts that keep the text move it.
 COSInternedName makeInterned(std::string name) {  // NOLINT(performance-unnecessary-value-param)
-  enter<Operation::makeInterned>(name);
-  return embedded::interned(name);
+  return asked<Operation::makeInterned>(name).answer([&name] { return embedded::interned(name); });
 }
 
 }  // namespace kcos::internal
@@ -55,25 +54,28 @@ COSInternedName makeInterned(std::string name) {  // NOLINT(performance-unnecess
 namespace kcos::nameresolution {
 
 std::string omResolveAnyClass(const std::string& name, const Kfh_KORVAL_fn* scope) {
-  enter<Operation::resolveAnyClass>(name, scope);
-  const embedded::Class* found = embedded::resolve(name, scope);
-  return found == nullptr ? std::string() : found->names().id.text();
+  return asked<Operation::resolveAnyClass>(name, scope).answer([&name, scope] {
+    const embedded::Class* found = embedded::resolve(name, scope);
+    return found == nullptr ? std::string() : found->names().id.text();
+  });
 }
 
 std::string getUserVisibleClassName(const std::string& resolvedName) {
-  enter<Operation::getUserVisibleClassName>(resolvedName);
-  const embedded::Class* found = embedded::session().classes.find(resolvedName);
-  if (found != nullptr) return found->names().dotted.text();
-  // A class that does not exist has a name for users all the same.
-  const auto colon = embedded::endOfComponent(resolvedName);
-  return colon == embedded::none ? resolvedName : resolvedName.substr(colon + 1);
+  return asked<Operation::getUserVisibleClassName>(resolvedName).answer([&resolvedName] {
+    const embedded::Class* found = embedded::session().classes.find(resolvedName);
+    if (found != nullptr) return found->names().dotted.text();
+    // A class that does not exist has a name for users all the same.
+    const auto colon = embedded::endOfComponent(resolvedName);
+    return colon == embedded::none ? resolvedName : resolvedName.substr(colon + 1);
+  });
 }
 
 bool isPackageQualifiedName(const std::string& name) {
-  enter<Operation::isPackageQualifiedName>(name);
-  // Only what omResolveAnyClass() returns: a colon alone tells nothing, and classes without a component have none.
-  const embedded::Class* found = embedded::session().classes.find(name);
-  return found != nullptr && found->names().id.text() == name;
+  return asked<Operation::isPackageQualifiedName>(name).answer([&name] {
+    // Only what omResolveAnyClass() returns: a colon alone tells nothing, and classes without a component have none.
+    const embedded::Class* found = embedded::session().classes.find(name);
+    return found != nullptr && found->names().id.text() == name;
+  });
 }
 
 }  // namespace kcos::nameresolution

@@ -12,49 +12,48 @@ namespace {
 class CaseComparer final : public KnameComparer {
  public:
   bool equal(const std::u16string& left, const std::u16string& right) const override {
-    enter<Operation::comparerEqual>(left, right);
-    return left == right;
+    return asked<Operation::comparerEqual>(left, right).answer([&left, &right] { return left == right; });
   }
 };
 
 }  // namespace
 
 int PathItem::getKind() const {
-  enter<Operation::pathItemGetKind>(location_.text());
-  return kind_;
+  return asked<Operation::pathItemGetKind>(location_.text()).answer([this] { return kind_; });
 }
 
 foundation::storage::vfs::CanonicalAbsoluteIRI PathItem::getLocation() const {
-  enter<Operation::pathItemGetLocation>(location_.text());
-  return location_;
+  return asked<Operation::pathItemGetLocation>(location_.text()).answer([this] { return location_; });
 }
 
 const KnameComparer* PathItem::getService(int selector) const {
-  enter<Operation::pathItemGetService>(location_.text(), selector);
-  static const CaseComparer comparer;
-  return selector == NameComparer ? &comparer : nullptr;
+  return asked<Operation::pathItemGetService>(location_.text(), selector).answer([selector] {
+    static const CaseComparer comparer;
+    return selector == NameComparer ? &comparer : nullptr;
+  });
 }
 
 void SearchPath::visitItems(const std::vector<int>& kinds, KpathItemVisitor& visitor) const {
-  enter<Operation::visitItems>();
-  const auto isWanted = [&](int kind) { return std::ranges::find(kinds, kind) != kinds.end(); };
-  // "@" folders are of classes and of packages alike: each is visited once, as what is asked for.
-  const int kind = isWanted(KpathItem::ClassFolder) ? KpathItem::ClassFolder : KpathItem::PackageFolder;
-  for (const PathItem& item : items_) {
-    if (isWanted(item.kind())) visitor.visit(item);
-    if (item.kind() != KpathItem::PathFolder || !isWanted(kind)) continue;
-    // Looked for anew each time: folders come and go.
-    for (const std::filesystem::path& folder : classFoldersIn(item.folder())) {
-      const PathItem found(kind, folder.string());
-      const bool isListed = std::ranges::find(items_, found.location(), &PathItem::location) != items_.end();
-      if (!isListed) visitor.visit(found);
+  return asked<Operation::visitItems>().answer([this, &kinds, &visitor] {
+    const auto isWanted = [&](int kind) { return std::ranges::find(kinds, kind) != kinds.end(); };
+    // "@" folders are of classes and of packages alike: each is visited once, as what is asked for.
+    const int kind = isWanted(KpathItem::ClassFolder) ? KpathItem::ClassFolder : KpathItem::PackageFolder;
+    for (const PathItem& item : items_) {
+      if (isWanted(item.kind())) visitor.visit(item);
+      if (item.kind() != KpathItem::PathFolder || !isWanted(kind)) continue;
+      // Looked for anew each time: folders come and go.
+      for (const std::filesystem::path& folder : classFoldersIn(item.folder())) {
+        const PathItem found(kind, folder.string());
+        const bool isListed =
+            std::ranges::find(items_, found.location(), &PathItem::location) != items_.end();
+        if (!isListed) visitor.visit(found);
+      }
     }
-  }
+  });
 }
 
 foundation::storage::vfs::Folder CurrentFolder::get() const {
-  enter<Operation::workingFolderGet>();
-  return folder_;
+  return asked<Operation::workingFolderGet>().answer([this] { return folder_; });
 }
 
 }  // namespace embedded

@@ -70,13 +70,13 @@ void KLStringSink::write(std::u16string_view text) { text_ += text; }
 KLStream::~KLStream() = default;
 
 KLStream& KLStream::KLOut() {
-  embedded::enter<embedded::Operation::streamOut>();
-  return embedded::session().streams.out;
+  return embedded::asked<embedded::Operation::streamOut>().answer(
+      []() -> KLStream& { return embedded::session().streams.out; });
 }
 
 KLStream& KLStream::KLErr() {
-  embedded::enter<embedded::Operation::streamErr>();
-  return embedded::session().streams.error;
+  return embedded::asked<embedded::Operation::streamErr>().answer(
+      []() -> KLStream& { return embedded::session().streams.error; });
 }
 
 }  // namespace services::io

@@ -6,62 +6,60 @@
 
 namespace fl::i18n {
 
-using embedded::enter;
+using embedded::asked;
 using embedded::Operation;
 
 std::string to_string(const std::u16string& text) {
-  enter<Operation::toString>(text);
-  return embedded::narrowed(text);
+  return asked<Operation::toString>(text).answer([&text] { return embedded::narrowed(text); });
 }
 
 std::string to_string(const std::u16string& text, const codecvt_ustring_to_string&) {
-  enter<Operation::toStringByConverter>(text);
-  return embedded::narrowed(text);
+  return asked<Operation::toStringByConverter>(text).answer([&text] { return embedded::narrowed(text); });
 }
 
 /// One "?" for each code point beyond ASCII.
 std::string to_string(const std::u16string& text, const codecvt_ustring_to_ascii&) {
-  enter<Operation::toAscii>(text);
-  std::string result;
-  for (std::u16string_view rest = text; !rest.empty();) {
-    const char32_t point = embedded::nextCodePoint(rest);
-    result += point < 0x80 ? static_cast<char>(point) : '?';
-  }
-  return result;
+  return asked<Operation::toAscii>(text).answer([&text] {
+    std::string result(text.size(), '\0');
+    result.resize(embedded::copyAscii(text, result.data()));
+    for (std::u16string_view rest = std::u16string_view(text).substr(result.size()); !rest.empty();) {
+      const char32_t point = embedded::nextCodePoint(rest);
+      result += point < 0x80 ? static_cast<char>(point) : '?';
+    }
+    return result;
+  });
 }
 
 std::u16string to_ustring(const std::string& text) {
-  enter<Operation::toUstring>(text);
-  return embedded::widened(text);
+  return asked<Operation::toUstring>(text).answer([&text] { return embedded::widened(text); });
 }
 
 /// One U+FFFD for each byte beyond ASCII.
 std::u16string to_ustring(const std::string& text, const codecvt_ascii_to_ustring&) {
-  enter<Operation::asciiToUstring>(text);
-  std::u16string result;
-  result.reserve(text.size());
-  for (const char character : text) {
-    const auto byte = static_cast<unsigned char>(character);
-    result += byte < 0x80 ? char16_t{byte} : static_cast<char16_t>(embedded::replacement);
-  }
-  return result;
+  return asked<Operation::asciiToUstring>(text).answer([&text] {
+    std::u16string result(text.size(), static_cast<char16_t>(embedded::replacement));
+    for (std::size_t at = embedded::copyAscii(text, result.data()); at < text.size(); ++at) {
+      const auto byte = static_cast<unsigned char>(text[at]);
+      if (byte < 0x80) result[at] = byte;
+    }
+    return result;
+  });
 }
 
 std::u16string trim(const std::u16string& text, const std::u16string& set) {
-  enter<Operation::trim>(text, set);
-  const auto first = text.find_first_not_of(set);
-  return first == std::u16string::npos ? std::u16string()
-                                       : text.substr(first, text.find_last_not_of(set) + 1 - first);
+  return asked<Operation::trim>(text, set).answer([&text, &set] {
+    const auto first = text.find_first_not_of(set);
+    return first == std::u16string::npos ? std::u16string()
+                                         : text.substr(first, text.find_last_not_of(set) + 1 - first);
+  });
 }
 
 bool is_ascii_letter(char16_t unit) {
-  enter<Operation::isAsciiLetter>(unit);
-  return syntax::isLetter(unit);
+  return asked<Operation::isAsciiLetter>(unit).answer([unit] { return syntax::isLetter(unit); });
 }
 
 bool is_ascii_digit(char16_t unit) {
-  enter<Operation::isAsciiDigit>(unit);
-  return syntax::isDigit(unit);
+  return asked<Operation::isAsciiDigit>(unit).answer([unit] { return syntax::isDigit(unit); });
 }
 
 }  // namespace fl::i18n

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "embedded/Host.h"
+#include "host/Arrays.h"
 #include "host/Classes.h"
 #include "host/Exceptions.h"
 #include "host/Interpreter.h"
@@ -122,12 +123,154 @@ TEST_F(Gate, OnlyWhatMayThrowIsCountedOrNamed) {
     }
   EXPECT_THROW(host.setFault({"", 0, false, [] {}}), std::invalid_argument);
   EXPECT_THROW(host.setFault({"", 1, false, {}}), std::invalid_argument);
+  // Answers: of no operation, beside a fault, of what has none, and of another type than the declared one.
+  const auto refusal = [&](FaultPlan plan) {
+    try {
+      host.setFault(std::move(plan));
+      return std::string("none");
+    } catch (const std::invalid_argument& error) {
+      return std::string(error.what());
+    }
+  };
+  const auto seven = embedded::answering([] { return 7; });
+  EXPECT_NE(refusal({.answer = seven}), "none");
+  EXPECT_NE(refusal({.operation = "inEvalExp", .raise = [] {}, .answer = seven}), "none");
+  for (const char* fixed :
+       {"matrix::setErrorMode", "matrix::getErrorMode", "kxSetCell", "services::io::KLStream::pop"})
+    EXPECT_EQ(refusal({.operation = fixed, .answer = seven}),
+              "No plan can replace the answer of \"" + std::string(fixed) + "\"");
+  EXPECT_EQ(refusal({.operation = "kcos::COSClass::getClass", .answer = seven}),
+            "The answer planned for \"kcos::COSClass::getClass\" must be of its type, kcos::COSClass*");
+  EXPECT_EQ(refusal({.operation = "inEvalExp", .answer = seven}), "none");
   kxArray_tag* value = inGetValueFromCurrentWorkspace("pump");
   host.setFault({"", 1, true, [] { throw 7; }});
   kxAddReference(value);
   EXPECT_FALSE(kxDropReference(value));
   EXPECT_FALSE(kxDropReference(value));
   EXPECT_FALSE(host.clearFault());
+}
+
+TEST_F(Gate, APlanAimsAtACallByAnArgument) {
+  const auto failing = [&](const std::string& operation, const std::string& argument, auto ask) {
+    host.setFault({operation, 1, false, [] { throw 7; }, argument});
+    const std::string result = logOf([&] {
+      try {
+        ask();
+      } catch (int) {
+      }
+    });
+    return result.substr(result.find_last_of('\n', result.size() - 2) + 1) +
+           (host.clearFault() ? "failed" : "none");
+  };
+  const auto ask = [&] {
+    for (const char* name : {"a", "lab.Pump", "b"}) kcos::COSClass::getClass(makeInterned(name));
+    kcos::COSClass::getClass(pump)->checkClass(false);
+    kxDropReference(inGetValueFromCurrentWorkspace("pump"));
+  };
+  const std::string getClass = "kcos::COSClass::getClass";
+  EXPECT_EQ(failing(getClass, "b", ask), getClass + "(\"b\")\nfailed");
+  EXPECT_EQ(failing(getClass, "\"lab.Pump\"", ask), getClass + "(\"lab.Pump\")\nfailed");
+  EXPECT_EQ(failing("", "lab.Pump", ask), "kcos::internal::makeInterned(\"lab.Pump\")\nfailed");
+  EXPECT_EQ(failing("", "false", ask), "kcos::COSClass::checkClass(\"lab.Pump\", false)\nfailed");
+  for (const char* other : {"lab", "<lab.Pump 1x1>", "\"lab.Pump\", false", "null"})
+    EXPECT_EQ(failing("", other, ask), "kxDropReference(<lab.Pump 1x1>)\nnone") << other;
+  host.setFault({getClass, 2, false, [] { throw 7; }, "lab.Pump"});
+  EXPECT_NO_THROW(kcos::COSClass::getClass(makeInterned("b")));
+  EXPECT_NO_THROW(kcos::COSClass::getClass(pump));
+  EXPECT_THROW(kcos::COSClass::getClass(pump), int);
+}
+
+TEST_F(Gate, APlannedAnswerTakesTheOperationsPlaceOrChangesItsAnswer) {
+  using embedded::answering;
+  const std::string getClass = "kcos::COSClass::getClass", evaluate = "inEvalExp";
+  const auto isFound = [&](const kcos::COSInternedName& name) {
+    return kcos::COSClass::getClass(name) != nullptr;
+  };
+  host.setFault({.operation = getClass, .call = 2, .answer = answering([] {
+                                                     return static_cast<kcos::COSClass*>(nullptr);
+                                                   })});
+  std::string found;
+  for (int call = 0; call < 3; ++call) found += isFound(pump) ? 'x' : '.';
+  EXPECT_EQ(found, "x.x");
+  EXPECT_TRUE(host.clearFault());
+  EXPECT_FALSE(host.failure()) << "an odd answer is an answer";
+
+  // What is asked meanwhile, and even another plan, is no matter to an answer that is being given.
+  host.setFault({.operation = getClass,
+                 .andLater = true,
+                 .answer = answering([&](kcos::COSClass* own) {
+                   host.setFault({.operation = getClass, .argument = "none", .answer = answering([own] {
+                                                                               return own;
+                                                                             })});
+                   EXPECT_EQ(kcos::COSClass::getClass(makeInterned("none")), own);
+                   return isFound(pump) ? nullptr : own;
+                 })});
+  EXPECT_FALSE(isFound(pump));
+  EXPECT_TRUE(host.clearFault());
+
+  kxArray_tag* slot = nullptr;
+  const auto status = [&] { return inEvalExp(u"5", 1, &slot, true, Tamsix::orvo::EvalSource::Query); };
+  host.setFault({.operation = evaluate, .answer = answering([] { return 7; })});
+  EXPECT_EQ(status(), 7);
+  EXPECT_EQ(slot, nullptr);
+  host.setFault({.operation = evaluate, .answer = answering([](int own) { return own - 1; })});
+  EXPECT_EQ(status(), -1);
+  ASSERT_NE(slot, nullptr);
+  EXPECT_TRUE(kxDropReference(slot));
+  kxDestroyArray(slot);
+
+  host.setFault({.operation = "kcos::COSClass::getSuperclasses",
+                 .answer = answering([]() -> kcos::COSEnumeration<kcos::COSInternedName> { throw 7; })});
+  EXPECT_THROW(kcos::COSClass::getClass(pump)->getSuperclasses(), int);
+  host.clearFault();
+}
+
+TEST_F(Gate, ACallCountsOnceWhateverBecomesOfIt) {
+  const auto counted = [&](auto ask) {
+    const auto before = host.callCount();
+    ask();
+    return host.callCount() - before;
+  };
+  const auto ask = [&] { kcos::COSClass::getClass(pump); };
+  EXPECT_EQ(counted(ask), 1U);
+  EXPECT_EQ(counted([&] { logOf(ask); }), 1U);
+  host.setFault({.operation = "kcos::COSClass::getClass",
+                 .answer = embedded::answering([] { return static_cast<kcos::COSClass*>(nullptr); })});
+  EXPECT_EQ(counted(ask), 1U);
+  host.clearFault();
+  host.requestInterrupt();
+  EXPECT_EQ(counted([&] { EXPECT_THROW(ask(), InterruptException); }), 1U);
+}
+
+TEST_F(Gate, WithoutAHostTheRulesOfEachOperationHold) {
+  kxArray_tag* value = inGetValueFromCurrentWorkspace("pump");
+  const auto before = host.callCount();
+  // Also when other threads have a host, and after one has gone.
+  std::thread([&] {
+    { const embedded::Activation there(host); }
+    const auto refusal = [](auto ask) {
+      try {
+        ask();
+        return std::string("none");
+      } catch (const foundation::core::except::Exception& error) {
+        return error.messageId() + " " + error.message();
+      }
+    };
+    EXPECT_EQ(refusal([&] { kcos::COSClass::getClass(pump); }),
+              "KORVAL:host:NotActive No host is active on this thread, so it cannot answer "
+              "kcos::COSClass::getClass.");
+    EXPECT_NE(refusal([] { inEvalExp(u"5", 0, nullptr, false, Tamsix::orvo::EvalSource::Query); }), "none");
+    EXPECT_NE(refusal([] { matrix::setErrorMode(matrix::ErrorMode::Silent); }), "none");
+    EXPECT_EQ(refusal([&] {
+                EXPECT_EQ(makeInterned("lab.Pump"), pump);
+                EXPECT_EQ(fl::i18n::to_ustring("a"), u"a");
+                kxAddReference(value);
+                EXPECT_FALSE(kxDropReference(value));
+              }),
+              "none");
+  }).join();
+  EXPECT_EQ(host.callCount(), before) << "of a thread whose host it is not";
+  EXPECT_FALSE(kxDropReference(value));
 }
 
 TEST_F(Gate, AnInterruptIsRaisedAgainAndAgainUntilItIsCleared) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <random>
 #include <thread>
 
 #include "embedded/Host.h"
@@ -122,6 +124,36 @@ TEST(Text, SubstitutesWhatAConversionCannotCarry) {
     EXPECT_EQ(wide(general), to_ustring(text));
     EXPECT_EQ(wide(ascii), to_ustring(text, codecvt_ascii_to_ustring()));
   }
+}
+
+/// Texts of many parts, most of them ASCII, are their parts' conversions one after the other.
+template <class From, class To>
+void expectPartByPart(const std::vector<From>& parts, std::size_t ascii,
+                      const std::function<To(const From&)>& convert) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 3000; ++round) {
+    From text;
+    To expected;
+    for (auto count = random() % 40; count > 0; --count) {
+      const From& part = parts[random() % (random() % 16 == 0 ? parts.size() : ascii)];
+      text += part;
+      expected += convert(part);
+    }
+    ASSERT_EQ(convert(text), expected) << "round " << round;
+  }
+}
+
+TEST(Text, OfAnyLengthIsConvertedPartByPart) {
+  using namespace fl::i18n;
+  const std::vector<std::string> narrow{"a", "Z", "\x7f", {'\0'}, "\x80", "\xff", "ä", "\xc3Z", "€", "😀"};
+  expectPartByPart<std::string, std::u16string>(narrow, 4, [](const auto& text) { return to_ustring(text); });
+  expectPartByPart<std::string, std::u16string>(
+      narrow, 4, [](const auto& text) { return to_ustring(text, codecvt_ascii_to_ustring()); });
+  const std::vector<std::u16string> wide{u"a",      u"Z",      u"\x7f", {u'\0'},  u"\x80",        u"ä",
+                                         u"\u0141", u"\uFF00", u"😀",    {0xDC00}, {0xD800, u'a'}, u"\uFFFD"};
+  expectPartByPart<std::u16string, std::string>(wide, 4, [](const auto& text) { return to_string(text); });
+  expectPartByPart<std::u16string, std::string>(
+      wide, 4, [](const auto& text) { return to_string(text, codecvt_ustring_to_ascii()); });
 }
 
 }  // namespace

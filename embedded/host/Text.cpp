@@ -37,10 +37,10 @@ std::u16string to_ustring(const std::string& text) {
 /// One U+FFFD for each byte beyond ASCII.
 std::u16string to_ustring(const std::string& text, const codecvt_ascii_to_ustring&) {
   return asked<Operation::asciiToUstring>(text).answer([&text] {
-    std::u16string result(text.size(), static_cast<char16_t>(embedded::replacement));
+    std::u16string result(text.size(), u'\0');
     for (std::size_t at = embedded::copyAscii(text, result.data()); at < text.size(); ++at) {
       const auto byte = static_cast<unsigned char>(text[at]);
-      if (byte < 0x80) result[at] = byte;
+      result[at] = byte < 0x80 ? char16_t{byte} : static_cast<char16_t>(embedded::replacement);
     }
     return result;
   });

@@ -74,7 +74,9 @@ std::string properties() {
 }
 template <const char* name>
 std::string methods() {
-  return namesOf(ClassInfo(id<name>()).getMethods(MethodInfo::GetOptions()));
+  MethodInfo::GetOptions options;
+  options.context = MethodInfo::GetContext::Any;
+  return namesOf(ClassInfo(id<name>()).getMethods(options));
 }
 template <const char* name>
 std::string attributes() {
@@ -293,8 +295,8 @@ const struct {
     {"a value of an unknown storage is left out", at("kxGetClassID", value(0)), possible, "0: "},
     {"a value without text is left out", at("omGetStringConversion", nothing<Text>()), possible,
      "1: 1 Running"},
-    {"an attribute that is true tells of a get method", at("kcos::COSInterface::getAttributeValue", yes), getter,
-     "true false"},
+    {"an attribute that is true tells of a get method", at("kcos::COSInterface::getAttributeValue", yes),
+     getter, "true false"},
     {"a validation may be missing",
      at("kcos::COSValidationType::get", nothing<const kcos::COSValidationType*>()), typed, "double () "},
     {"or no size",

@@ -47,8 +47,8 @@ KORVAL_HOST_API Description readSnapshotText(std::string_view text, const std::s
 /// Writes a snapshot that reads as this description, whose folders become relative to the file. The same description
 /// makes the same bytes, and one that was read from what was written here makes them again. The file is replaced as a
 /// whole: until the new one stands complete beside it, it is left alone, also when this throws. Throws SnapshotError for a
-/// file that cannot be written ("snapshot.unwritable"), for a description that Host would refuse, and for text that
-/// JSON does not carry; for a fault of a variable the reason names it.
+/// file that cannot be written ("snapshot.unwritable"), for a description that Host would refuse, unless only a session
+/// can tell (its scopes may be code files), and for text that JSON does not carry; for a fault of a variable the reason names it.
 KORVAL_HOST_API void writeSnapshot(const Description& description, const std::filesystem::path& file);
 
 /// The same as text, with folders as they are.

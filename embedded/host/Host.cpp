@@ -15,9 +15,17 @@ namespace embedded {
 
 namespace {
 
-const Description& checked(const Description& description) {
+/// Of a description that is right but for its scopes, which may be code files: only a session knows them.
+std::unique_ptr<Session> sessionOf(const Description& description, const std::string& file) {
+  auto session = std::make_unique<Session>(description);
+  session->scopes.require(description.scopes, file);
+  return session;
+}
+
+std::unique_ptr<Session> checkedSessionOf(const Description& description) {
+  // Before the session is made, which relies on every name in it.
   checkDescription(description, "");
-  return description;
+  return sessionOf(description, "");
 }
 
 std::string fixedFolder(const std::string& path) {
@@ -35,9 +43,7 @@ Description fixedPart(Description description) {
 
 }  // namespace
 
-// Checked before the session is made, which relies on every name in it.
-Host::Host(const Description& description)
-    : Host(std::make_unique<Session>(checked(description)), fixedPart(description)) {}
+Host::Host(const Description& description) : Host(checkedSessionOf(description), fixedPart(description)) {}
 
 Host::Host(std::unique_ptr<Session> session, Description fixed)
     : Inspection(std::move(session)), fixed_(std::move(fixed)) {}
@@ -47,7 +53,7 @@ Host::~Host() = default;
 /// Reading has checked what the file says.
 std::unique_ptr<Host> Host::load(const std::filesystem::path& file, const LoadProgress& progress) {
   Description description = readSnapshot(file, progress);
-  auto session = std::make_unique<Session>(description);
+  auto session = sessionOf(description, file.string());
   return std::unique_ptr<Host>(new Host(std::move(session), fixedPart(std::move(description))));
 }
 

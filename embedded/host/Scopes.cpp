@@ -2,6 +2,7 @@
 
 #include "embedded/Outline.h"
 #include "embedded/language/CodeError.h"
+#include "embedded/snapshot/JsonPointer.h"
 
 namespace embedded {
 
@@ -10,6 +11,21 @@ const Kfh_KORVAL_fn* Scopes::find(const std::string& name) {
   if (const Kfh_KORVAL_fn* found = world_.functions.find(name); found != nullptr) return found;
   if (const Kfh_KORVAL_fn* found = member(name); found != nullptr) return found;
   return file(name);
+}
+
+void Scopes::require(const ScopesDescription& described, const std::string& file) {
+  using snapshot::JsonPointer;
+  const auto requireOne = [&](const std::string& name, const JsonPointer& pointer) {
+    if (find(name) == nullptr)
+      throw SnapshotError("snapshot.unknown-function", file, pointer.text(),
+                          snapshot::inQuotes(name) + " is no function, method or code file of this session");
+  };
+  const JsonPointer pointer(snapshot::root, "scopes");
+  if (!described.executing.empty()) requireOne(described.executing, {pointer, "executing"});
+  snapshot::forEach(described.active, pointer, "active",
+                    [&](const ActiveScopeDescription& scope, const JsonPointer& here) {
+                      requireOne(scope.function, {here, "function"});
+                    });
 }
 
 const Kfh_KORVAL_fn* Scopes::member(const std::string& name) {

@@ -21,6 +21,9 @@ class Scopes {
   /// file behind it changes.
   const Kfh_KORVAL_fn* find(const std::string& name);
 
+  /// Throws SnapshotError when the description names a scope that `find` does not. `file` stands in the error.
+  void require(const ScopesDescription& described, const std::string& file);
+
   /// What the description and the code of the scope import, in this order.
   const std::vector<std::string>& importsOf(const Kfh_KORVAL_fn& scope);
 

@@ -137,22 +137,6 @@ void checkFunction(const CheckContext& context, const FunctionDescription& funct
   checkArguments(context, function.arguments->outputs, arguments, "outputs");
 }
 
-void requireFunction(const CheckContext& context, const std::string& name, const JsonPointer& pointer,
-                     const FunctionNames& names) {
-  if (names.contains(name)) return;
-  context.fail("snapshot.unknown-function", pointer, inQuotes(name) + " is no function of this snapshot");
-}
-
-void checkScopes(const CheckContext& context, const FunctionNames& names) {
-  const ScopesDescription& scopes = context.description.scopes;
-  const JsonPointer pointer(root, "scopes");
-  if (!scopes.executing.empty()) requireFunction(context, scopes.executing, {pointer, "executing"}, names);
-  forEach(scopes.active, pointer, "active",
-          [&](const ActiveScopeDescription& scope, const JsonPointer& here) {
-            requireFunction(context, scope.function, {here, "function"}, names);
-          });
-}
-
 void checkText(const CheckContext& context, const std::string& code, const JsonPointer& pointer) {
   if (code.empty()) return;
   // Parsed now, so that a mistake is told with its place in the file and not when the code first runs.
@@ -198,15 +182,12 @@ void checkNamespaces(const CheckContext& context) {
           });
 }
 
-void checkFunctionsAndScopes(const CheckContext& context) {
-  const auto& functions = context.description.functions;
+void checkFunctions(const CheckContext& context) {
   FunctionNames names;
-  forEach(functions, root, "functions", [&](const FunctionDescription& function, const JsonPointer& here) {
-    checkFunction(context, function, here, names);
-  });
-  // Only now: two functions may share a name, but not an identity, and scopes may use either.
-  for (const auto& function : functions) names.insert(function.name);
-  checkScopes(context, names);
+  forEach(context.description.functions, root, "functions",
+          [&](const FunctionDescription& function, const JsonPointer& here) {
+            checkFunction(context, function, here, names);
+          });
 }
 
 void checkSurroundings(const CheckContext& context) {
@@ -251,7 +232,7 @@ void checkDescription(const Description& description, const std::string& file) {
   checkClassReferences(context);
   checkSuperclassCycles(context);
   checkPrecedence(context);
-  checkFunctionsAndScopes(context);
+  checkFunctions(context);
   checkNamespaces(context);
   checkSurroundings(context);
   checkWorkspace(context);

@@ -59,7 +59,7 @@ void checkSuperclassCycles(const CheckContext& context);
 void checkPrecedence(const CheckContext& context);
 /// The namespaces that names are in, and those that are listed.
 void checkNamespaces(const CheckContext& context);
-void checkFunctionsAndScopes(const CheckContext& context);
+void checkFunctions(const CheckContext& context);
 /// Folders, packages, foreign classes, built-ins.
 void checkSurroundings(const CheckContext& context);
 /// Code is code.

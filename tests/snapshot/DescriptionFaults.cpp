@@ -38,7 +38,17 @@ Description goodWorld() {
 const embedded::ObjectValue unknownObject{"X", {}, {}};
 constexpr std::size_t huge = std::numeric_limits<std::size_t>::max();
 
+/// It executes, and another one is active.
+std::function<void(Description&)> scoped(const std::string& executing, const std::string& active) {
+  return [=](Description& world) {
+    world.scopes.executing = executing;
+    world.scopes.active.push_back({active, true});
+  };
+}
+
 const std::vector<Row> rows{
+    {"snapshot.unknown-function", "/scopes/executing", scoped("f", "lab.Pump.start")},
+    {"snapshot.unknown-function", "/scopes/active/0/function", scoped("lab.Pump.start", "lab.Pump.Flow")},
     {"snapshot.bad-level", "/classes/0/properties/0",
      [](Description& world) { world.classes[0].properties[0].get.level = 6; }},
     {"snapshot.bad-level", "/classes/0/properties/0",

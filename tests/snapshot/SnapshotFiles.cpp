@@ -63,6 +63,23 @@ TEST_F(SnapshotFiles, ThatArePipesOrDevices) {
   EXPECT_EQ(codeOf("/dev/zero"), "snapshot.unreadable");
 }
 
+// A file that executes may come and go: it is looked for when a host is made, and not when the snapshot is read.
+TEST_F(SnapshotFiles, ScopesMayBeCodeFiles) {
+  const auto file = folder_.write(
+      "files.json", R"({"format": 1, "currentFolder": ".", "scopes": {"executing": "helper", "active": [{"function": "helper"}]}})");
+  folder_.write("helper.k", "import lab.Pump");
+  EXPECT_NO_THROW(embedded::Host::load(file));
+  fs::remove(folder_ / "helper.k");
+  EXPECT_NO_THROW(embedded::readSnapshot(file));
+  try {
+    embedded::Host::load(file);
+    FAIL() << "accepted";
+  } catch (const embedded::SnapshotError& fault) {
+    EXPECT_EQ(fault.code() + fault.pointer(), "snapshot.unknown-function/scopes/executing");
+    EXPECT_EQ(fault.file(), file);
+  }
+}
+
 TEST_F(SnapshotFiles, FoldersAreRelativeToTheFile) {
   const auto file = folder_.write("world.json", R"({"format": 1, "currentFolder": "..", "path": [
       {"folder": "code/./x"}, {"folder": "/absolute"}]})");

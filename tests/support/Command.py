@@ -137,6 +137,7 @@ class CommandTest(unittest.TestCase):
             (self.snapshot('{"format": 1, "format": 1}', "twice.json"), "snapshot.duplicate-key"),
             (self.snapshot('{"format": 1, "klasses": []}', "unknown.json"), "snapshot.unknown-key"),
             (self.snapshot(cycle, "cycle.json"), "snapshot.superclass-cycle"),
+            (self.snapshot({"format": 1, "scopes": {"executing": "gone"}}, "scope.json"), "snapshot.unknown-function"),
         ]
 
     def check_bad_snapshots(self, *arguments, stdin=b""):

@@ -131,6 +131,10 @@ class NameReasons {
           namespaces.push_back(known.name.substr(0, known.name.size() - name_.size() - 1));
       }
     }
+    for (const std::u16string& builtin : session.builtinNames()) {
+      if (builtin.ends_with(u"." + name_))
+        namespaces.push_back(builtin.substr(0, builtin.size() - name_.size() - 1));
+    }
     return namespaces;
   }
 

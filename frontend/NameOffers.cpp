@@ -70,6 +70,24 @@ void offerClasses(RequestContext& request, CandidateList& candidates) {
   }
 }
 
+/// Those that the session documents, and the interpreter's own.
+Names builtinFunctions(RequestContext& request) {
+  const auto documented = getBuiltinFunctionNames();
+  Names names(documented.begin(), documented.end());
+  const Names own = request.session().builtinNames();
+  names.insert(names.end(), own.begin(), own.end());
+  return names;
+}
+
+/// All that can be called by a dotted name and is not hidden. Namespaces that hold nothing else are known by these alone.
+Names dottedFunctions(RequestContext& request) {
+  Names names = builtinFunctions(request);
+  for (SessionName& function : request.session().functionNames())
+    if (!function.hidden) names.push_back(std::move(function.name));
+  std::erase_if(names, [](const std::u16string& name) { return !isDotted(name); });
+  return names;
+}
+
 /// The outermost ones: what is inside them comes after a dot.
 void offerNamespaces(RequestContext& request, CandidateList& candidates) {
   // A set, because most names share their first part with others.
@@ -78,10 +96,8 @@ void offerNamespaces(RequestContext& request, CandidateList& candidates) {
     const std::u16string first = known.name.substr(0, known.name.find(u'.'));
     if (!known.hidden && !isExcludedNamespace(first)) outermost.insert(first);
   }
-  for (const SessionName& function : request.session().functionNames()) {
-    if (!function.hidden && isDotted(function.name))
-      outermost.insert(function.name.substr(0, function.name.find(u'.')));
-  }
+  for (const std::u16string& function : dottedFunctions(request))
+    outermost.insert(function.substr(0, function.find(u'.')));
   for (const std::u16string& name : outermost) {
     candidates.add({.label = name, .insertion = {}, .kind = Kind::Namespace});
   }
@@ -106,9 +122,7 @@ void offerFiles(CandidateList& candidates) {
 }
 
 void offerBuiltins(RequestContext& request, CandidateList& candidates) {
-  const auto documented = getBuiltinFunctionNames();
-  candidates.addNames(Names(documented.begin(), documented.end()), Kind::BuiltinFunction);
-  Names names = request.session().builtinNames();
+  Names names = builtinFunctions(request);
   std::erase_if(names, isDotted);
   candidates.addNames(names, Kind::BuiltinFunction);
 }
@@ -162,9 +176,10 @@ bool isExcludedNamespace(const std::u16string& name) {
   return whole.contains(name) || (name.starts_with(top) && belowTop.contains(name.substr(top.size())));
 }
 
-bool isFolderNamespace(RequestContext& request, const std::u16string& name) {
-  return std::ranges::any_of(namesBelow(request.session().functionNames(), name),
-                             [](const SessionName& function) { return !function.hidden; });
+bool holdsFunctions(RequestContext& request, const std::u16string& name) {
+  return std::ranges::any_of(dottedFunctions(request), [&](const std::u16string& function) {
+    return function.starts_with(name + u".");
+  });
 }
 
 void offerNamespace(RequestContext& request, const std::u16string& name, CandidateList& candidates) {
@@ -178,10 +193,19 @@ void offerNamespace(RequestContext& request, const std::u16string& name, Candida
   candidates.addNames(classes, Kind::Class);
   Names inner;
   getNamespaceNamespaceNames(name, inner);
-  for (const std::u16string& whole : inner) {
-    // Hosts may tell inner namespaces by their whole names.
-    const std::u16string last = lastPart(whole);
-    if (!isExcludedNamespace(name + u"." + last)) candidates.addNames({last}, Kind::Namespace);
+  // Hosts may tell inner namespaces by their whole names.
+  for (std::u16string& whole : inner) whole = lastPart(whole);
+  for (const std::u16string& function : dottedFunctions(request)) {
+    if (!function.starts_with(name + u".")) continue;
+    const std::size_t begin = name.size() + 1;
+    const std::size_t dot = function.find(u'.', begin);
+    if (dot != std::u16string::npos) inner.push_back(function.substr(begin, dot - begin));
+  }
+  std::erase_if(inner, [&](const std::u16string& last) { return isExcludedNamespace(name + u"." + last); });
+  candidates.addNames(inner, Kind::Namespace);
+  for (const std::u16string& function : builtinFunctions(request)) {
+    const bool isInside = function.starts_with(name + u".") && function.rfind(u'.') == name.size();
+    if (isInside) candidates.addNames({lastPart(function)}, Kind::BuiltinFunction);
   }
 }
 

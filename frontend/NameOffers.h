@@ -22,8 +22,9 @@ void offerKeywords(CandidateList& candidates);
 void offerNamespace(RequestContext& request, const std::u16string& name, CandidateList& candidates);
 void offerPackage(RequestContext& request, const std::u16string& name, CandidateList& candidates);
 
-/// A namespace that the class system does not know: a folder on the path with functions in it.
-bool isFolderNamespace(RequestContext& request, const std::u16string& name);
+/// Do functions that are not hidden have dotted names that begin so? The class system knows no namespaces that hold nothing
+/// but folders of the path, or built-in functions.
+bool holdsFunctions(RequestContext& request, const std::u16string& name);
 
 /// A namespace that completion leaves out, by its whole name.
 bool isExcludedNamespace(const std::u16string& name);

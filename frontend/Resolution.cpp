@@ -163,7 +163,7 @@ Resolution ofName(RequestContext& request, const std::vector<Part>& parts) {
   }
   if (!isPlain(parts)) return {};
   const std::u16string name = joined(parts, parts.size());
-  const bool isNamespace = KCOSIntrospection::isKCOSNamespace(name) || isFolderNamespace(request, name);
+  const bool isNamespace = KCOSIntrospection::isKCOSNamespace(name) || holdsFunctions(request, name);
   if (isNamespace) return {Resolution::Namespace, {}, {}, name};
   for (const SessionName& package : request.session().packageNames()) {
     if (package.name == name) return {Resolution::Package, {}, {}, name};

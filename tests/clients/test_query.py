@@ -325,7 +325,12 @@ ANSWERS = [
      {"result": True, "names": ["kept", "Wave", "smooth"]}),
     ("EvalcExpSuccessful", {"expression": "n + 1", "nlhs": 1}, {"result": True, "plhs": [4]}),
     ("EvalcExpSuccessful", {"expression": "disp(1)"}, {"result": True, "plhs": []}),
+    ("codeFailure", {}, {"result": None}),
     ("EvalcExpSuccessful", {"expression": "gone", "nlhs": 1}, {"result": False, "plhs": [None]}),
+    ("isKCOSClass", {"className": "gone"}, {"result": False}),
+    ("codeFailure", {}, {"result": {"id": "KORVAL:code:UndefinedName",
+                                    "message": '"gone" is no variable, function, class or namespace',
+                                    "source": "expression", "line": 1, "column": 1}}),
     ("EvalcExpSuccessful", {"expression": "m = 8; m", "nlhs": 1, "flag": True}, {"result": True, "plhs": [8]}),
     ("GetValueFromCurrentWorkspace", {"expression": "s.a.b"}, {"result": 7}),
     ("GetValueFromCurrentWorkspace", {"expression": "tool.Age"}, {"result": 42}),
@@ -521,8 +526,9 @@ class QueryTest(CommandTest):
         exported = {line.rpartition("::")[2] for line in lines if line and not line.startswith("#")}
         done = run("query", "--ops")
         self.assertEqual(done.returncode, 0)
-        self.assertEqual(sorted(done.stdout.decode().split()), sorted(exported))
-        self.assertEqual({op for op, _, _ in ANSWERS}, exported)
+        ops = exported | {"codeFailure"}
+        self.assertEqual(sorted(done.stdout.decode().split()), sorted(ops))
+        self.assertEqual({op for op, _, _ in ANSWERS}, ops)
 
     def test_errors_name_their_code_and_the_next_line_is_served(self):
         good = {"op": "isKCOSClass", "id": PUMP}

@@ -232,4 +232,8 @@ void handleAccept(Question& question) {
   depth.tell(during);
 }
 
+void handleCodeFailure(Question& question) {
+  question.ask([&] { return question.lastFailure(); });
+}
+
 }  // namespace tools::query

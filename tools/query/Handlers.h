@@ -24,4 +24,7 @@ void handlePlainFrame(Question& question);
 void handleFunctionFrame(Question& question);
 void handleAccept(Question& question);
 
+/// What the code that ran last failed with: no operation of the library tells it.
+void handleCodeFailure(Question& question);
+
 }  // namespace tools::query

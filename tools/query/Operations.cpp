@@ -1,4 +1,4 @@
-// The exported operations, one row each; packaging/operations.txt has the same list.
+// The exported operations, one row each; packaging/operations.txt has the same list, but for the session's own.
 
 #include <contextdata/KCOSContextData/ArgumentBlockMetadata.h>
 #include <contextdata/KCOSContextData/CompletionTables.h>
@@ -165,7 +165,10 @@ const std::vector<Operation>& operations() {
       {"FunctionExecutionFrame", handleFunctionFrame},
       {"accept", handleAccept},
       {"getWhatList", {form(getWhatList, "folder", late("names"), "kind")}},
-      {"getBuiltinFunctionNames", {form(getBuiltinFunctionNames)}}};
+      {"getBuiltinFunctionNames", {form(getBuiltinFunctionNames)}},
+
+      // The session's own
+      {"codeFailure", handleCodeFailure}};
   return all;
 }
 

@@ -158,7 +158,7 @@ Json Protocol::ask(const Json& request) {
   const Operation& operation = operationOf(arguments);
   const bool trace = arguments.flag("trace") || trace_;
   Json answer = Json::object();
-  Question question(arguments, host_, trace, answer);
+  Question question(arguments, host_, trace, lastFailure_, answer);
   operation.answer(question);
   question.finish();
   return answer;

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "embedded/Host.h"
@@ -39,6 +40,8 @@ class Protocol {
   const std::chrono::milliseconds patience_;
   Alarm alarm_;
   bool first_ = true;
+  /// Of the code that ran last.
+  std::optional<embedded::CodeFailure> lastFailure_;
 };
 
 }  // namespace tools::query

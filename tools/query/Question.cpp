@@ -107,6 +107,15 @@ struct Rendering {
     return found == nullptr ? Json() : jsonOf(found->getID().text());
   }
 
+  Json operator()(const std::optional<embedded::CodeFailure>& failure) const {
+    if (!failure) return nullptr;
+    return {{"id", jsonOf(failure->id)},
+            {"message", jsonOf(failure->message)},
+            {"source", jsonOf(failure->source)},
+            {"line", failure->line},
+            {"column", failure->column}};
+  }
+
   /// The dotted name of the namespace, or null.
   Json operator()(kcos::COSInterface* found) const {
     const kcos::COSNamespace* space = kcos::cosiToNamespace(found);
@@ -143,6 +152,8 @@ void Question::ask(const std::function<Result()>& call) {
   refused_ = host_.codeRecord().refused;
   failed_ = host_.codeRecord().failure;
   if (!failed_) failed_ = host_.codeFailure();
+  // What ran none leaves it as it is.
+  if (failed_ || host_.codeRecord().runs > 0) lastFailure_ = failed_;
   interrupted_ = host_.interruptRequested();
   // Only now: rendering asks the host, too.
   if (result) answer_["result"] = rendered(*result);
@@ -152,13 +163,7 @@ void Question::tell(const std::string& name, const Result& parameter) { answer_[
 
 void Question::finish() {
   if (interrupted_) answer_["status"] = "interrupted";
-  if (failed_) {
-    answer_["failed"] = {{"id", jsonOf(failed_->id)},
-                         {"message", jsonOf(failed_->message)},
-                         {"source", jsonOf(failed_->source)},
-                         {"line", failed_->line},
-                         {"column", failed_->column}};
-  }
+  if (failed_) answer_["failed"] = rendered(failed_);
   if (!refused_.empty()) {
     Json& refused = answer_["refused"] = Json::array();
     for (const std::string& what : refused_) refused.push_back(jsonOf(what));

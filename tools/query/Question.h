@@ -35,14 +35,15 @@ using Result =
                  KCOSContextData::AttributeSets, std::vector<KCOSContextData::PropertyInfo>,
                  std::vector<KCOSContextData::MethodInfo>, const KCOSContextData::ClassInfo*,
                  const KCOSContextData::PropertyVisitorMutable*, const KCOSContextData::MethodVisitorMutable*,
-                 kcos::COSClass*, kcos::COSInterface*>;
+                 kcos::COSClass*, kcos::COSInterface*, std::optional<embedded::CodeFailure>>;
 
 /// Arguments are read, the library is asked once, and then the out-parameters are told.
 class Question {
  public:
-  /// What is said goes to `answer`.
-  Question(const Arguments& arguments, embedded::Host& host, bool trace, Json& answer)
-      : arguments(arguments), host_(host), trace_(trace), answer_(answer) {}
+  /// What is said goes to `answer`. `lastFailure` is what code failed with when some ran last, of whatever question.
+  Question(const Arguments& arguments, embedded::Host& host, bool trace,
+           std::optional<embedded::CodeFailure>& lastFailure, Json& answer)
+      : arguments(arguments), host_(host), trace_(trace), lastFailure_(lastFailure), answer_(answer) {}
 
   const Arguments& arguments;
 
@@ -52,12 +53,15 @@ class Question {
   /// Tells what else there is to say.
   void finish();
 
+  /// What code failed with when some ran last; nothing when it did not fail.
+  const std::optional<embedded::CodeFailure>& lastFailure() const noexcept { return lastFailure_; }
   /// The execution frames that have been pushed, innermost first.
   std::vector<const IExecutionFrame*> frames() const { return host_.frames(); }
 
  private:
   embedded::Host& host_;
   const bool trace_;
+  std::optional<embedded::CodeFailure>& lastFailure_;
   Json& answer_;
   bool interrupted_ = false;
   std::vector<embedded::Call> log_;

@@ -122,8 +122,9 @@ class Reader {
 
   /// Do the first `count` tokens end with a dot and the name of a member in quotes: ".('any name')"?
   bool isQuotedMember(std::size_t count) const {
-    return count > 4 && is(count - 1, CloseParen) && tokens_[count - 2].is(TokenKind::Text) &&
-           is(count - 3, OpenParen) && is(count - 4, Dot);
+    if (count <= 4 || !is(count - 1, CloseParen) || !is(count - 3, OpenParen)) return false;
+    const Token& name = tokens_[count - 2];
+    return (name.is(TokenKind::Text) || name.is(TokenKind::String)) && is(count - 4, Dot);
   }
 
   /// Of an offset in such a name, or after it, in the line of the reader's cursor.

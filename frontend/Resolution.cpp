@@ -36,8 +36,9 @@ constexpr std::size_t mostParts = 100;
 /// Does the name of a member begin here that stands in parentheses and quotes?
 bool isQuotedMember(const std::vector<syntax::Token>& tokens, std::size_t at) {
   using enum syntax::Symbol;
+  using enum syntax::TokenKind;
   return at > 0 && at + 2 < tokens.size() && tokens[at - 1].is(Dot) && tokens[at].is(OpenParen) &&
-         tokens[at + 1].is(syntax::TokenKind::Text) && tokens[at + 2].is(CloseParen);
+         (tokens[at + 1].is(Text) || tokens[at + 1].is(String)) && tokens[at + 2].is(CloseParen);
 }
 
 /// Empty when the expression is no such chain, or too long.
@@ -54,7 +55,8 @@ std::vector<Part> partsOf(const std::u16string& expression) {
     } else if (syntax::isCloser(token.symbol)) {
       if (depth-- == 0) return {};
     } else if (syntax::isOpener(token.symbol)) {
-      if (parts.empty()) return {};
+      // "obj.(name)" is no code.
+      if (parts.empty() || (depth == 0 && tokens[at - 1].is(syntax::Symbol::Dot))) return {};
       const bool calls = token.is(syntax::Symbol::OpenParen);
       if (depth++ == 0) (calls ? parts.back().isCalled : parts.back().isUnpacked) = true;
     } else if (depth == 0 && token.isWord()) {

@@ -54,6 +54,8 @@ SESSION = {
          "properties": [{"name": "Age", "dependent": True, "getter": "40 + 2"}, {"name": "Kind", "value": "saw"}],
          "methods": ["cut", {"name": "fieldnames", "code": "{'Tip', 'Haft'}"}]},
         {"name": "kit.inner.Bit"},
+        {"name": "Odd", "properties": ["rate-now", "plain", {"name": "max-rate", "constant": True, "value": 9}],
+         "methods": [{"name": "re-set", "static": True}]},
     ],
     "functions": [{"name": "tune", "imports": ["lab.*"]}, {"name": "bare"},
                   {"name": "kit.clean", "arguments": {"inputs": [{"name": "dirt", "class": "double", "size": [1, ":"]}]}}],

@@ -103,9 +103,18 @@ class PromptScriptTest(CommandTest):
         self.assertEqual(run("complete", "kept.", "--snapshot", str(saved), "--json").stdout, before.stdout)
 
     def test_a_file_that_cannot_be_written(self):
-        done = self.prompt(f":save {self.folder}/none/x.json\nn\n")
-        self.assertEqual((done.returncode, done.stdout), (1, b"n = 3\n"))
-        self.assertIn(b"[snapshot.unwritable]", done.stderr)
+        pipe = self.folder / "pipe"
+        os.mkfifo(pipe)
+        kept = self.folder / "kept.json"
+        kept.write_text("old", encoding="utf-8")
+        kept.chmod(0o444)
+        for file, code in ((self.folder / "none/x.json", b"unwritable"), (pipe, b"unwritable"), ("/dev/null", b"unwritable"),
+                           (self.folder, b"directory"), (kept, b"unwritable")):
+            with self.subTest(file=file):
+                done = self.prompt(f":save {file}\nn\n")
+                self.assertEqual((done.returncode, done.stdout), (1, b"n = 3\n"))
+                self.assertIn(b"[snapshot." + code + b"]", done.stderr)
+        self.assertEqual(kept.read_text(encoding="utf-8"), "old")
 
     def test_an_interrupt_ends_a_script(self):
         with subprocess.Popen([COMMAND, "prompt", "--snapshot", self.session], stdin=subprocess.PIPE,

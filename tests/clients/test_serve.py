@@ -1,5 +1,6 @@
 """The subcommand `serve`: short exchanges from files, and what needs files, signals and time."""
 import json
+import os
 import subprocess
 import time
 import unittest
@@ -178,6 +179,47 @@ class ServeTest(CommandTest):
         good = client.take_notification("textDocument/publishDiagnostics", lambda given: given["uri"] == uri)
         self.assertEqual(good["diagnostics"], [])
         self.assertEqual(self.labels(client, "o"), ["other", "ones"])
+
+    def test_a_snapshot_that_is_no_file_any_more(self):
+        path = Path(self.snapshot({"format": 1, "workspace": [{"name": "one", "value": 1}]}, "one.json"))
+        client = self.serve(str(path))
+        client.start()
+
+        def became(code):
+            return client.take_notification("textDocument/publishDiagnostics", lambda given: given["uri"] == path.as_uri() and
+                                            [each["code"] for each in given["diagnostics"]] == code)
+        for make, remove, code in ((os.mkfifo, os.unlink, "snapshot.unreadable"), (os.mkdir, os.rmdir, "snapshot.directory"),
+                                   (lambda place: os.symlink("/dev/zero", place), os.unlink, "snapshot.unreadable")):
+            with self.subTest(code=code):
+                other = path.with_name("other")
+                make(other)
+                path.unlink()
+                other.rename(path)
+                became([code])
+                self.assertEqual(self.labels(client, "o"), ["one", "ones"])
+                remove(path)
+                self.snapshot({"format": 1, "workspace": [{"name": "one", "value": 1}]}, path.name)
+                became([])
+
+    def test_code_that_is_no_file(self):
+        folder = self.folder / "code"
+        folder.mkdir()
+        os.mkfifo(folder / "pipe.k")
+        (folder / "inner.k").mkdir()
+        (folder / "zero.k").symlink_to("/dev/zero")
+        client = self.serve(self.snapshot({"format": 1, "currentFolder": str(folder), "workspace": [
+            {"name": "c", "value": {"object": "C"}}], "classes": [{"name": "C", "properties": [
+                {"name": name, "getter": name} for name in ("pipe", "inner", "zero")]}]}, "code.json"))
+        client.start({"code": "allowed"})
+        for name in ("pipe", "inner", "zero"):
+            with self.subTest(name=name):
+                self.assertEqual(self.labels(client, f"c.{name}."), [])
+                self.assertIn("[KORVAL:code:UnreadableFile]", client.take_notification("window/logMessage")["message"])
+                # Whose own code it is, does not matter either.
+                uri = (folder / f"{name}.k").as_uri()
+                client.open(uri, "import lab.*\nc.pi")
+                items = client.ask("textDocument/completion", {"textDocument": {"uri": uri}, "position": {"line": 1, "character": 4}})
+                self.assertEqual([item["label"] for item in items["items"]], ["pipe"])
 
     def endless(self):
         """A server that runs code, and the parameters of a completion that ends on no machine before somebody gives up:

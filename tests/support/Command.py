@@ -128,11 +128,16 @@ class CommandTest(unittest.TestCase):
         whole = json.dumps(SESSION)
         unreadable = self.folder / "loop.json"
         unreadable.symlink_to(unreadable)
+        pipe = self.folder / "pipe.json"
+        if not pipe.exists():
+            os.mkfifo(pipe)
         cycle = {"format": 1, "classes": [{"name": "A", "superclasses": ["B"]}, {"name": "B", "superclasses": ["A"]}]}
         return [
             (str(self.folder / "missing.json"), "snapshot.missing-file"),
             (str(self.folder), "snapshot.directory"),
             (str(unreadable), "snapshot.unreadable"),
+            (str(pipe), "snapshot.unreadable"),
+            ("/dev/zero", "snapshot.unreadable"),
             (self.snapshot("", "empty.json"), "snapshot.empty"),
             (self.snapshot(whole[:len(whole) // 2], "half.json"), "snapshot.truncated"),
             (self.snapshot("[]", "list.json"), "snapshot.wrong-type"),

@@ -131,6 +131,10 @@ class KORVAL_HOST_API Host : public Inspection {
   /// Whose scope that name is, or null: a function (of several the first, unless the name has the component in front), a
   /// method or getter ("lab.Pump.start"), a code file of the path.
   const Kfh_KORVAL_fn* function(const std::string& name) const;
+  /// What an editor has open of that code, in its present state: until the next call these imports count for the scope of
+  /// that name, instead of those in the code that the host has. What is open may be no scope of the host yet. An empty name:
+  /// nothing is open.
+  void openCode(const std::string& name, const std::vector<std::string>& imports);
   /// The identity of the class whose method or getter that is; empty for everything else.
   std::string classOfFunction(const std::string& name) const;
 

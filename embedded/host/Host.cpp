@@ -111,6 +111,10 @@ Description Host::describe() const {
 
 const Kfh_KORVAL_fn* Host::function(const std::string& name) const { return session_->scopes.find(name); }
 
+void Host::openCode(const std::string& name, const std::vector<std::string>& imports) {
+  session_->scopes.open(name, imports);
+}
+
 std::string Host::classOfFunction(const std::string& name) const {
   const Kfh_KORVAL_fn* found = function(name);
   return found == nullptr || found->ownClass == nullptr ? std::string() : found->ownClass->names().id.text();

@@ -7,10 +7,32 @@
 namespace embedded {
 
 const Kfh_KORVAL_fn* Scopes::find(const std::string& name) {
+  if (open_ && openName_ == name) return &*open_;
   // In the order in which code finds what it calls: files come last.
   if (const Kfh_KORVAL_fn* found = world_.functions.find(name); found != nullptr) return found;
   if (const Kfh_KORVAL_fn* found = member(name); found != nullptr) return found;
   return file(name);
+}
+
+void Scopes::open(const std::string& name, const std::vector<std::string>& imports) {
+  // By address: the next one will have the same.
+  if (open_) imports_.erase(&*open_);
+  open_.reset();
+  openName_ = name;
+  const Class* ownClass = world_.classes.find(namespaceOf(name));
+  if (const Kfh_KORVAL_fn* known = find(name); known != nullptr) {
+    open_.emplace(*known);
+    // Its imports count no longer, and nobody runs the code of a scope.
+    open_->routine.reset();
+  } else if (name.empty() || imports.empty()) {
+    // What the host does not know is no scope, unless it has something to say.
+    return;
+  } else if (ownClass != nullptr) {
+    open_.emplace(name, *ownClass);
+  } else {
+    open_.emplace(FunctionDescription{.name = name});
+  }
+  open_->imports.insert(open_->imports.end(), imports.begin(), imports.end());
 }
 
 void Scopes::require(const ScopesDescription& described, const std::string& file) {

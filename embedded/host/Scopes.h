@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -20,6 +21,10 @@ class Scopes {
   /// Null when there is none of that name. What is returned lives as long as the host, and is the same each time, until the
   /// file behind it changes.
   const Kfh_KORVAL_fn* find(const std::string& name);
+
+  /// An editor has other code of that name than the host: until the next call that code has these imports, beside those of
+  /// the description. Of an empty name there is none. References to the scope that has been opened before end.
+  void open(const std::string& name, const std::vector<std::string>& imports);
 
   /// Throws SnapshotError when the description names a scope that `find` does not. `file` stands in the error.
   void require(const ScopesDescription& described, const std::string& file);
@@ -48,6 +53,8 @@ class Scopes {
   std::unordered_map<const Routine*, std::unique_ptr<const Kfh_KORVAL_fn>> byRoutine_;
   std::unordered_map<std::string, std::unique_ptr<const Kfh_KORVAL_fn>> withoutCode_;
   std::unordered_map<const Kfh_KORVAL_fn*, std::vector<std::string>> imports_;
+  std::string openName_;
+  std::optional<Kfh_KORVAL_fn> open_;
 };
 
 }  // namespace embedded

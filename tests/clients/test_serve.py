@@ -221,6 +221,22 @@ class ServeTest(CommandTest):
                 items = client.ask("textDocument/completion", {"textDocument": {"uri": uri}, "position": {"line": 1, "character": 4}})
                 self.assertEqual([item["label"] for item in items["items"]], ["pipe"])
 
+    def test_imports_of_an_open_file_instead_of_those_on_disk(self):
+        folder = self.folder / "code"
+        folder.mkdir()
+        (folder / "helper.k").write_text("import lab.*", encoding="utf-8")
+        client = self.serve(self.snapshot({"format": 1, "currentFolder": str(folder), "classes": [
+            {"name": name, "members": ["On"], "enumeration": True} for name in ("lab.Mode", "rig.State")]}, "code.json"))
+        client.start()
+        uri = (folder / "helper.k").as_uri()
+        for text, known in (("import lab.*", "Mode"), ("import rig.State", "State"), ("% import lab.*", "")):
+            for name in ("Mode", "State"):
+                with self.subTest(text=text, name=name):
+                    client.open(uri, f"{text}\n{name}.")
+                    where = {"textDocument": {"uri": uri}, "position": {"line": 1, "character": len(name) + 1}}
+                    items = client.ask("textDocument/completion", where)["items"]
+                    self.assertEqual([item["label"] for item in items], ["On"] if name == known else [])
+
     def endless(self):
         """A server that runs code, and the parameters of a completion that ends on no machine before somebody gives up:
         each step towards the limit multiplies large matrices."""

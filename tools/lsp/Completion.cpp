@@ -133,6 +133,7 @@ Json completion(Context& context, const Json& params) {
   const Status status = answer.outcome.status;
   context.completion.before = statement->text.substr(0, answer.begin);
   context.completion.scope = statement->scope;
+  context.completion.imports = statement->imports;
   context.completion.candidates = std::move(answer.candidates);
   return {{"isIncomplete", status == Status::Limited || status == Status::TimedOut},
           {"items", std::move(items)}};
@@ -150,6 +151,8 @@ Json resolve(Context& context, const Json& item) {
   // As if the candidate had been accepted, which is the position that is described.
   const std::size_t kept = latest.before.size() - (candidate.replacesDot ? 1 : 0);
   const std::u16string text = latest.before.substr(0, kept) + candidate.insertion;
+  // Another document may have been asked about meanwhile.
+  openScope(context, latest.scope, latest.imports);
   const auto hover = frontend::describe(context.session.session(), text, text.size(), latest.scope,
                                         context.abilities.options());
   context.client.logOutcome("resolve", hover.outcome);

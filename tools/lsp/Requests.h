@@ -52,6 +52,7 @@ struct LatestCompletion {
   /// The text before what the candidates replace.
   std::u16string before = {};
   frontend::Scope scope = {};
+  std::vector<std::string> imports = {};
   std::vector<frontend::Candidate> candidates = {};
 };
 

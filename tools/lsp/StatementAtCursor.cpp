@@ -18,14 +18,20 @@ using frontend::Scope;
 /// Names of classes as code of a namespace writes them; asked for when the first one is needed.
 class ClassNames {
  public:
-  ClassNames(frontend::Session& session, std::u16string inNamespace)
-      : session_(session), inNamespace_(std::move(inNamespace)) {}
+  ClassNames(frontend::Session& session, std::u16string inNamespace, const std::vector<std::string>& imports)
+      : session_(session), inNamespace_(std::move(inNamespace)), imports_(imports) {}
 
   /// The class as users name it; empty when there is none.
   std::u16string find(const std::string& name) {
     if (name.empty()) return {};
     if (names_.empty()) {
       for (frontend::SessionName& known : session_.classNames()) names_.insert(std::move(known.name));
+    }
+    for (const std::string& import : imports_) {
+      const std::size_t dot = import.rfind('.') + 1;
+      const bool isMeant = import.ends_with(".*") || import.substr(dot) == name;
+      if (const auto whole = wide(import.substr(0, dot) + name); isMeant && names_.contains(whole))
+        return whole;
     }
     const std::u16string plain = wide(name);
     const std::u16string inside = inNamespace_ + plain;
@@ -36,6 +42,7 @@ class ClassNames {
  private:
   frontend::Session& session_;
   const std::u16string inNamespace_;
+  const std::vector<std::string>& imports_;
   std::set<std::u16string> names_;
 };
 
@@ -152,13 +159,15 @@ std::vector<LocalName> namesNear(const Document& content, std::size_t statement,
 Scope scopeOf(frontend::Session& session, const std::string& uri, OpenDocument& document,
               std::size_t statement) {
   const FileName file(pathOf(uri));
-  ClassNames classes(session, file.inNamespace);
   const embedded::CodeOutline& outline = document.outlineAtHand();
+  ClassNames classes(session, file.inNamespace, outline.imports);
   const Beginning beginning{document.content.positionInCode(statement)};
   Scope scope;
   scope.className = file.className;
   const std::u16string outer = file.className.empty() ? file.inNamespace : file.className + u".";
   if (!file.stem.empty()) scope.function = outer + file.stem;
+  // A document without a file can import, too, and is then a scope under its own name.
+  if (file.stem.empty() && !outline.imports.empty()) scope.function = wide(uri);
   // Only a script sees variables of the workspace.
   scope.workspace = outline.functions.empty();
   if (const auto* function = functionAt(beginning, outline.functions)) {
@@ -204,7 +213,13 @@ std::optional<StatementAtCursor> statementAtCursor(Context& context, const Json&
   statement.text = content.slice(statement.start, content.lineStart(line) + content.line(line).size());
   statement.cursor = offset - statement.start;
   statement.scope = scopeOf(context.session.session(), uri, *document, statement.start);
+  statement.imports = document->outlineAtHand().imports;
+  openScope(context, statement.scope, statement.imports);
   return statement;
+}
+
+void openScope(Context& context, const Scope& scope, const std::vector<std::string>& imports) {
+  context.session.host().openCode(narrow(scope.function), imports);
 }
 
 }  // namespace tools::lsp

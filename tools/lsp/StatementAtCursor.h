@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "frontend/Request.h"
 #include "tools/lsp/Requests.h"
@@ -21,6 +22,8 @@ struct StatementAtCursor {
   std::size_t cursor = 0;
   /// Whose code it is, and what that has given values to before the statement.
   frontend::Scope scope;
+  /// Of the document as it is now, whatever has been saved.
+  std::vector<std::string> imports;
 
   /// A range of the text as the client counts.
   Range rangeOf(std::size_t begin, std::size_t end) const {
@@ -31,6 +34,9 @@ struct StatementAtCursor {
 /// What "textDocument" and "position" of a request mean; nothing for a document that is not open. Throws ResponseError
 /// for what is no position.
 std::optional<StatementAtCursor> statementAtCursor(Context& context, const Json& params);
+
+/// The host resolves names in that scope by these imports from now on.
+void openScope(Context& context, const frontend::Scope& scope, const std::vector<std::string>& imports);
 
 /// Asks the front end about it, in the name of the request. The client's log tells why an answer is not all there is.
 template <class Answer>

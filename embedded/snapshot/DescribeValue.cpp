@@ -82,10 +82,12 @@ struct ValueDescriber::ByKind {
     const bool described =
         value.object() != nullptr || className == namespaceObjectClass || describer.classes_.find(className);
     ObjectArray array{value.size(), className, {}, value.opaque() != nullptr || !described};
-    // Without elements nothing else tells which of several classes of one name it is.
+    // Where the name that users know means another class, by an alias for instance, only the identity tells which it is.
+    const kcos::COSInternedName id =
+        objects.elements.empty() ? objects.classId : objects.elements.front()->classId();
     const Class* named = describer.classes_.find(className);
-    if (objects.elements.empty() && named != nullptr && named->names().id != objects.classId)
-      array.className = objects.classId.text();
+    if (named != nullptr && id != kcos::COSInternedName() && named->names().id != id)
+      array.className = id.text();
     for (const ValuePtr& element : objects.elements) array.elements.push_back(describer.describe(*element));
     return {std::move(array)};
   }

@@ -66,7 +66,8 @@ TEST_F(SnapshotFiles, ThatArePipesOrDevices) {
 // A file that executes may come and go: it is looked for when a host is made, and not when the snapshot is read.
 TEST_F(SnapshotFiles, ScopesMayBeCodeFiles) {
   const auto file = folder_.write(
-      "files.json", R"({"format": 1, "currentFolder": ".", "scopes": {"executing": "helper", "active": [{"function": "helper"}]}})");
+      "files.json",
+      R"({"format": 1, "currentFolder": ".", "scopes": {"executing": "helper", "active": [{"function": "helper"}]}})");
   folder_.write("helper.k", "import lab.Pump");
   EXPECT_NO_THROW(embedded::Host::load(file));
   fs::remove(folder_ / "helper.k");

@@ -1,6 +1,7 @@
 #include <stdexcept>
 
 #include "host/Dispatcher.h"
+#include "host/Text.h"
 #include "tests/host/Rows.h"
 
 namespace {
@@ -112,6 +113,54 @@ TEST_F(InLab, MembersAnswerWhatThePlanSays) {
     ASSERT_NE(nullptr, dynamic_cast<kcos::COSOptimizedPropInfo*>(rate));
     EXPECT_TRUE(dynamic_cast<kcos::COSOptimizedPropInfo*>(rate)->hasCustomGetter());
   }
+}
+
+TEST_F(InLab, PropertiesWhoseReadingRunsCodeSaySo) {
+  if (!runs(Capability::GetMethods)) return;
+  // However they are declared: nothing else tells that reading them is no look at what is stored.
+  const kcos::COSClass& read = classNamed("Read");
+  const Names names = world::propertiesOf(read);
+  EXPECT_EQ(runs(Capability::Optimized) ? 2U : 1U, names.size());
+  for (const std::string& name : names) {
+    const kcos::COSInterfacePtr property = read.findProperty(named(name.substr(0, name.find('@'))));
+    const auto* record = dynamic_cast<kcos::COSOptimizedPropInfo*>(kcos::cosiToProp(property.get()));
+    ASSERT_NE(nullptr, record) << name;
+    EXPECT_TRUE(record->hasCustomGetter()) << name;
+  }
+}
+
+// What is imported counts alike, wherever it stands; code of a method is code in the namespace of its class.
+TEST_F(InLab, ScopesKnowWhatTheyImport) {
+  const std::string pump = classNamed("lab.Pump").getID().text();
+  const std::string color = classNamed("lab.Color").getID().text();
+  const auto meant = [](const char* name, const Kfh_KORVAL_fn* scope) {
+    return kcos::nameresolution::omResolveAnyClass(name, scope);
+  };
+  struct {
+    Capability needed;
+    const char16_t* scope;
+    bool knowsAll;
+  } const rows[] = {
+      {Capability::Imports, u"declares", false},
+      {Capability::CodeOfFunctions, u"writes", false},
+      {Capability::CodeFiles, u"filed", true},
+      {Capability::GetMethods, u"Read.level", false},
+      {Capability::ScopesOfMethods, u"Tools.tune", false},
+      {Capability::ScopesOfMethods, u"lab.Pump.start", true},
+  };
+  for (const auto& row : rows) {
+    if (!runs(row.needed)) continue;
+    SCOPED_TRACE(fl::i18n::to_string(row.scope));
+    const Kfh_KORVAL_fn* scope = Kdispatcher::getDispatcher()->findFunction(row.scope);
+    ASSERT_NE(nullptr, scope);
+    EXPECT_EQ(scope, Kdispatcher::getDispatcher()->findFunction(row.scope));
+    EXPECT_EQ(pump, meant("Pump", scope));
+    EXPECT_EQ(row.knowsAll ? color : "", meant("Color", scope));
+    EXPECT_EQ(color, meant("lab.Color", scope));
+    EXPECT_EQ("", meant("Nothing", scope));
+  }
+  for (const char16_t* name : {u"Tools.nothing", u"lab.Pump.flow", u"nothing", u"Tools."})
+    EXPECT_EQ(nullptr, Kdispatcher::getDispatcher()->findFunction(name)) << fl::i18n::to_string(name);
 }
 
 TEST_F(InLab, MethodsAreFoundByNameAndIteratorsAreFreshAndEnd) {

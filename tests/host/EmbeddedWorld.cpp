@@ -1,5 +1,6 @@
 #include "embedded/Host.h"
 #include "tests/host/World.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -31,6 +32,7 @@ embedded::ClassDescription describe(const world::PlannedClass& plan) {
     made.dependent = property.dependent;
     made.type = property.type;
     made.conversion = property.conversion;
+    made.getter = property.getter;
     if (property.validation)
       made.validation = {property.validation->className, property.validation->size,
                          property.validation->functions};
@@ -44,6 +46,7 @@ embedded::ClassDescription describe(const world::PlannedClass& plan) {
     made.name = method.name;
     made.isStatic = method.isStatic;
     made.hidden = method.hidden;
+    made.code = method.code;
   }
   for (const std::string& member : plan.members)
     result.members.push_back({member.substr(member.starts_with("~") ? 1 : 0), member.starts_with("~")});
@@ -52,11 +55,13 @@ embedded::ClassDescription describe(const world::PlannedClass& plan) {
 
 class EmbeddedWorld : public world::World {
  public:
-  explicit EmbeddedWorld(const embedded::Description& description) : host_(description) {}
+  EmbeddedWorld(std::unique_ptr<TempFolder> path, const embedded::Description& description)
+      : path_(std::move(path)), host_(description) {}
   void activate() override { active_.emplace(host_); }
   void deactivate() override { active_.reset(); }
 
  private:
+  std::unique_ptr<TempFolder> path_;
   embedded::Host host_;
   std::optional<embedded::Activation> active_;
 };
@@ -64,18 +69,24 @@ class EmbeddedWorld : public world::World {
 class EmbeddedHost : public world::TestedHost {
  public:
   std::set<Capability> capabilities() const override {
-    return {Capability::Aliases,       Capability::Components,
-            Capability::BrokenClasses, Capability::MissingNames,
-            Capability::Overloads,     Capability::Optimized,
-            Capability::CountsValues,  Capability::Validations,
-            Capability::FiniteValues,  Capability::ArgumentDeclarations,
-            Capability::Precedence};
+    using enum Capability;
+    return {Aliases,      Components,      BrokenClasses, MissingNames,         Overloads,  Optimized,
+            CountsValues, Validations,     FiniteValues,  ArgumentDeclarations, Precedence, GetMethods,
+            Imports,      CodeOfFunctions, CodeFiles,     ScopesOfMethods};
   }
 
   std::unique_ptr<world::World> build(const world::Plan& plan) override {
     embedded::Description description;
     for (const auto& oneClass : plan.classes) description.classes.push_back(describe(oneClass));
     for (const std::string& name : plan.functions) description.functions.emplace_back().name = name;
+    auto path = std::make_unique<TempFolder>();
+    description.path.push_back({.folder = path->path().string()});
+    for (const auto& [name, imports, code, isFile] : plan.importing) {
+      if (isFile)
+        path->write(name + ".k", code);
+      else
+        description.functions.push_back({.name = name, .imports = imports, .code = code});
+    }
     using Argument = embedded::ArgumentDescription;
     if (plan.declaresArguments)
       description.functions.push_back(
@@ -86,7 +97,7 @@ class EmbeddedHost : public world::TestedHost {
     for (const auto& [name, className] : plan.objects)
       description.workspace.push_back({name, {embedded::ObjectValue{className, {}, ""}}});
     description.workspace.push_back({"number", {embedded::DoubleArray{{}, {1, 2, 3}}}});
-    return std::make_unique<EmbeddedWorld>(description);
+    return std::make_unique<EmbeddedWorld>(std::move(path), description);
   }
 
   std::int64_t liveValues() const override { return embedded::Host::references().values; }

@@ -64,6 +64,19 @@ Plan planOfLab() {
                         {.name = "empty", .type = "empty", .values = {std::vector<world::PlannedValue>{}}},
                         {.name = "closed", .type = "closed", .values = {{1.0}}, .conversion = false}}});
   if (can(Capability::Precedence)) plan.classes[2].precedence = {"double", "lab.Color"};
+  if (can(Capability::GetMethods)) {
+    PlannedClass& read = plan.classes.emplace_back(PlannedClass{.name = "Read"});
+    read.properties = {{.name = "level", .getter = "import lab.Pump, 4"}};
+    if (can(Capability::Optimized))
+      read.properties.push_back({.name = "stored", .customGetter = false, .getter = "4"});
+  }
+  if (can(Capability::ScopesOfMethods))
+    plan.classes.push_back({.name = "Tools", .methods = {{.name = "tune", .code = "import lab.Pump"}}});
+  if (can(Capability::Imports)) plan.importing.push_back({.name = "declares", .imports = {"lab.Pump"}});
+  if (can(Capability::CodeOfFunctions))
+    plan.importing.push_back({.name = "writes", .code = "x = 1;\nimport lab.Pump"});
+  if (can(Capability::CodeFiles))
+    plan.importing.push_back({.name = "filed", .code = "import lab.*", .isFile = true});
   plan.declaresArguments = can(Capability::ArgumentDeclarations);
   plan.functions = {"lab.run", "plain"};
   plan.objects = {{"pump", "lab.Pump"}};

@@ -26,6 +26,11 @@ enum class Capability {
   FiniteValues,          // data types with a finite set of values
   ArgumentDeclarations,  // functions that declare their arguments
   Precedence,            // classes that take precedence over others
+  GetMethods,            // properties whose reading runs Korval code
+  Imports,               // functions that declare what they import
+  CodeOfFunctions,       // functions with Korval code, whose text imports
+  CodeFiles,             // functions that are files of the search path
+  ScopesOfMethods,       // methods, with code or without, that are scopes by their dotted names
 };
 
 struct PlannedValidation {
@@ -56,12 +61,22 @@ struct PlannedProperty {
   std::optional<PlannedValidation> validation = {};
   std::optional<std::vector<PlannedValue>> values = {};
   bool conversion = true;
+  std::string getter = "";  // Korval code; empty: reading returns what is stored
 };
 
 struct PlannedMethod {
   std::optional<std::string> name;
   bool isStatic = false;
   bool hidden = false;
+  std::string code = "";  // Korval code; empty: none
+};
+
+/// A function in no namespace.
+struct PlannedFunction {
+  std::string name;
+  std::vector<std::string> imports = {};
+  std::string code = "";
+  bool isFile = false;  // a code file, in a folder of the path
 };
 
 struct PlannedClass {
@@ -82,6 +97,7 @@ struct Plan {
   std::vector<PlannedClass> classes;
   /// Dotted names.
   std::vector<std::string> functions;
+  std::vector<PlannedFunction> importing;
   /// A function "lab.declared" takes "x", of class double and size [: 3] with the validators f and g, and "mode", by
   /// name, on or off; and it gives further outputs.
   bool declaresArguments = false;

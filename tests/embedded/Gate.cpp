@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <csignal>
 #include <cstring>
+#include <functional>
+#include <stdexcept>
 #include <thread>
 
 #include "embedded/Host.h"
@@ -310,6 +312,54 @@ TEST_F(Gate, TheInterruptComesBeforeTheFaultAndBothAreLogged) {
   host.clearInterrupt();
   EXPECT_EQ("kcos::COSClass::getClass(\"lab.Pump\")\n",
             logOf([&] { EXPECT_THROW(kcos::COSClass::getClass(pump), int); }));
+}
+
+// Whoever asks may swallow what is raised, as the library does by its rules: the host remembers it all the same.
+TEST_F(Gate, TheFirstFailureIsKeptUntilItIsForgotten) {
+  const std::vector<std::pair<std::string, std::function<void()>>> operations{
+      {"kcos::COSClass::getClass", [&] { kcos::COSClass::getClass(pump); }},
+      {"kcos::internal::makeInterned", [] { makeInterned("a"); }},
+      {"inGetValueFromCurrentWorkspace", [] { kxDropReference(inGetValueFromCurrentWorkspace("pump")); }},
+      {"omIsKCOS", [] { omIsKCOS(nullptr); }},
+  };
+  struct {
+    std::function<void()> raise;
+    std::string message;
+    bool isInterrupt;
+  } const kinds[] = {
+      {[] { throw foundation::core::except::Exception("a:b", "broken"); }, "broken [a:b]", false},
+      {[] { throw std::runtime_error("out of order"); }, "out of order", false},
+      {[] { throw 7; }, "the class system failed", false},
+      {[] { throw InterruptException(); }, "interrupted", true},
+  };
+  const auto fails = [&](const std::string& operation, const auto& ask, const auto& raise) {
+    host.setFault({operation, 1, false, raise});
+    EXPECT_ANY_THROW(ask()) << operation;
+    host.clearFault();
+  };
+  for (const auto& [operation, ask] : operations) {
+    for (const auto& kind : kinds) {
+      SCOPED_TRACE(operation + ": " + kind.message);
+      EXPECT_FALSE(host.failure());
+      fails(operation, ask, kind.raise);
+      // Neither what goes well nor what fails later is the first failure.
+      ask();
+      fails(
+          "fl::i18n::to_string", [] { fl::i18n::to_string(u"a"); }, [] { throw 8; });
+      ASSERT_TRUE(host.failure());
+      EXPECT_EQ(host.failure()->operation, operation);
+      EXPECT_EQ(host.failure()->message, kind.message);
+      EXPECT_EQ(host.failure()->isInterrupt, kind.isInterrupt);
+      host.clearFailure();
+    }
+  }
+  // Answers by the operation's own rules, errors of code and the user's interrupt are none.
+  EXPECT_THROW(kcos::COSIterator().nextElement(), kcos::ENoElements);
+  EXPECT_NE(0, inEvalExp(u"nothing.of.that.name", 0, nullptr, true, Tamsix::orvo::EvalSource::Query));
+  host.requestInterrupt();
+  EXPECT_THROW(kcos::COSClass::getClass(pump), InterruptException);
+  host.clearInterrupt();
+  EXPECT_FALSE(host.failure());
 }
 
 }  // namespace

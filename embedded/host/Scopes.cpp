@@ -19,14 +19,12 @@ void Scopes::open(const std::string& name, const std::vector<std::string>& impor
   if (open_) imports_.erase(&*open_);
   open_.reset();
   openName_ = name;
+  if (name.empty()) return;
   const Class* ownClass = world_.classes.find(namespaceOf(name));
   if (const Kfh_KORVAL_fn* known = find(name); known != nullptr) {
     open_.emplace(*known);
     // Its imports count no longer, and nobody runs the code of a scope.
     open_->routine.reset();
-  } else if (name.empty() || imports.empty()) {
-    // What the host does not know is no scope, unless it has something to say.
-    return;
   } else if (ownClass != nullptr) {
     open_.emplace(name, *ownClass);
   } else {

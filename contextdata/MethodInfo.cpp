@@ -1,7 +1,9 @@
 #include <contextdata/KCOSContextData/CompletionTables.h>
 #include <contextdata/KCOSContextData/MethodInfo.h>
 
+#include <algorithm>
 #include <set>
+#include <unordered_set>
 
 #include "host/Text.h"
 
@@ -9,7 +11,7 @@ namespace KCOSContextData {
 
 namespace {
 
-using ClassNames = std::set<std::string>;
+using ClassNames = std::unordered_set<std::string>;
 
 /// Built-in types, whose methods nobody completes. "unit16" and "in32" are meant as they are written: the
 /// classes that they resemble take part.
@@ -18,6 +20,11 @@ const ClassNames& builtinTypes() {
                                 "uint32",          "int64",  "uint64", "logical", "char",  "struct", "cell",
                                 "function_handle", "handle"};
   return names;
+}
+
+/// A table for many questions: one look at a hash costs less than several comparisons.
+std::unordered_set<std::u16string> hashed(const std::set<std::u16string>& names) {
+  return {names.begin(), names.end()};
 }
 
 ClassNames withNoDotMethodClasses(ClassNames names) {
@@ -38,8 +45,10 @@ const ClassNames& classesWithoutDotMethods() {
 
 bool MethodInfo::isOperatorOverload(const std::u16string& name) {
   // Kept, because the table hands out copies and this is asked once per method of a class.
-  static const std::set<std::u16string> operators = getKCOSMethodsExcludeSet();
-  return operators.contains(name);
+  static const std::unordered_set<std::u16string> operators = hashed(getKCOSMethodsExcludeSet());
+  static const std::size_t longest = std::ranges::max(operators, {}, &std::u16string::size).size();
+  // Most methods have longer names.
+  return name.size() <= longest && operators.contains(name);
 }
 
 bool MethodInfo::isOperatorOverload(const std::string& name) {

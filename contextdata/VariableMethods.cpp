@@ -1,4 +1,4 @@
-#include <contextdata/KCOSContextData/CompletionTables.h>
+#include <contextdata/KCOSContextData/MethodInfo.h>
 #include <contextdata/KCOSIntrospection.h>
 #include <contextdata/Workspace/Values.h>
 #include <contextdata/Workspace/VariableMethods.h>
@@ -13,11 +13,10 @@ std::vector<std::u16string> getMethodsForWSVariable(const std::u16string& name,
   } else {
     getOpaqueObjectMethods(value.get(), methods);
   }
-  const std::set<std::u16string> operators = KCOSContextData::getKCOSMethodsExcludeSet();
-  std::erase_if(methods,
-                [&](const std::u16string& method) { return method == name || operators.contains(method); });
-  // Such a name cannot be typed after an object and a dot: it would be read as two.
-  std::erase_if(methods,
-                [](const std::u16string& method) { return method.find(u'.') != std::u16string::npos; });
+  std::erase_if(methods, [&](const std::u16string& method) {
+    // A name with a dot cannot be typed after an object and a dot: it would be read as two.
+    return method == name || KCOSContextData::MethodInfo::isOperatorOverload(method) ||
+           method.find(u'.') != std::u16string::npos;
+  });
   return methods;
 }

@@ -10,7 +10,15 @@ namespace {
 /// Classes of the usual size fill a list of this capacity without another allocation.
 constexpr std::size_t usualNameCount = 32;
 
-std::string lastPart(const std::string& dottedName) { return dottedName.substr(dottedName.rfind('.') + 1); }
+std::string_view lastPart(std::string_view dottedName) {
+  return dottedName.substr(dottedName.rfind('.') + 1);
+}
+
+bool isAscii(std::string_view text) {
+  std::uint64_t all = 0;
+  forEachWord(text, [&](std::uint64_t word) { all |= word; });
+  return (all & 0x8080808080808080U) == 0;
+}
 
 bool isAccessible(const kcos::COSPropInfo& property) {
   return property.getMemberGetAccess() == kcos::PublicAccess ||
@@ -25,16 +33,23 @@ KCOSMethodNameVisitor::KCOSMethodNameVisitor(std::vector<std::u16string>* names,
 void KCOSMethodNameVisitor::visit(kcos::COSInterface* member) {
   const kcos::COSMethodInfo& method = *kcos::cosiToMethod(member);
   const kcos::COSClass& definingClass = *kcos::cosiClassOfMember(member);
-  const std::string methodName = memberName(method.getName());
+  name_ = memberName(method.getName());
+  // A walk meets the methods of a class one after the other, so that its name is read once for all of them.
+  if (std::exchange(definingClass_, &definingClass) != &definingClass)
+    constructorName_ = lastPart(memberName(definingClass.getDottedName()));
   // Before it is noted as seen: a constructor decides nothing for other methods of its name.
-  if (lastPart(memberName(definingClass.getDottedName())) == methodName) return;
+  if (name_ == constructorName_) return;
 
-  std::u16string name = fl::i18n::to_ustring(methodName, converter_);
   const bool isOffered = (selection_ == All || method.isStatic() == (selection_ == Static)) &&
                          method.isVisible() && method.getMemberAccess() == kcos::PublicAccess;
   // Also for a name that is not offered: it is the first method of a name that decides about all of them.
-  const bool isNew = seen_.insert(name).second;
-  if (isOffered && isNew) names_->push_back(std::move(name));
+  const bool isNew = isAscii(name_) ? seen_.insert(name_) : seen_.insert(converted(name_));
+  if (isOffered && isNew) names_->push_back(asciiName(name_, converter_));
+}
+
+/// Names are compared as they would be listed, and what is not ASCII is listed as something else.
+std::string KCOSMethodNameVisitor::converted(const std::string& name) const {
+  return fl::i18n::to_string(fl::i18n::to_ustring(name, converter_));
 }
 
 void appendMethodNames(kcos::COSClass* cls, std::vector<std::u16string>& names, std::uint32_t selection) {
@@ -53,7 +68,8 @@ void KCOSPropertyNameVisitor::visit(kcos::COSInterface* member) {
   const kcos::COSPropInfo& property = *kcos::cosiToProp(member);
   if (!isSelected(property) || !isAccessible(property) || !property.isVisible()) return;
   // Read last: a property without a name is an error only where it would be listed.
-  names_->push_back(asciiMemberName(property.getName(), converter_));
+  name_ = memberName(property.getName());
+  names_->push_back(asciiName(name_, converter_));
   if (dataTypes_ != nullptr) dataTypes_->push_back(property.getDataType());
 }
 

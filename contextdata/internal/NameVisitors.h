@@ -3,10 +3,10 @@
 // Visitors that list names of members only, without building records.
 
 #include <cstdint>
-#include <set>
 #include <string>
 #include <vector>
 
+#include "contextdata/internal/NameSet.h"
 #include "host/Classes.h"
 #include "host/Enumeration.h"
 #include "host/Text.h"
@@ -23,8 +23,15 @@ class KCOSMethodNameVisitor : public kcos::COSVisitor<kcos::COSInterface*> {
   void visit(kcos::COSInterface* member) override;
 
  private:
+  std::string converted(const std::string& name) const;
+
   std::vector<std::u16string>* names_;
-  std::set<std::u16string> seen_;
+  NameSet seen_;
+  /// The class of the method that was visited last, and what its constructors are called.
+  const kcos::COSClass* definingClass_ = nullptr;
+  std::string_view constructorName_;
+  /// The name that is visited: one text for all, because most of them are longer than a string holds in itself.
+  std::string name_;
   std::uint32_t selection_;
   fl::i18n::codecvt_ascii_to_ustring converter_;
 };
@@ -50,6 +57,8 @@ class KCOSPropertyNameVisitor : public kcos::COSVisitor<kcos::COSInterface*> {
 
   std::vector<std::u16string>* names_;
   std::vector<kcos::COSDataTypePtr>* dataTypes_;
+  /// The name that is visited: one text for all, because most of them are longer than a string holds in itself.
+  std::string name_;
   fl::i18n::codecvt_ascii_to_ustring converter_;
   std::uint32_t selection_;
 };

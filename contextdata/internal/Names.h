@@ -18,16 +18,20 @@ inline kcos::COSInternedName internedName(const std::string& name) {
   return name.empty() ? kcos::COSInternedName() : kcos::internal::makeInterned(name);
 }
 
-/// The text of a name that the class system hands out; a missing one is an error. Raised here, because what
-/// happens when a string is made from a null pointer is not to be left to whoever wrote the string.
-inline std::string memberName(const char* name) {
+/// A name that the class system hands out and keeps; a missing one is an error. Raised here, because what happens when a
+/// string is made from a null pointer is not to be left to whoever wrote the string.
+inline const char* memberName(const char* name) {
   if (name == nullptr) throw std::logic_error("basic_string: construction from null is not valid");
-  return std::string(name);
+  return name;
 }
 
-/// The same in UTF-16, by the ASCII conversion, which an empty name does not need: the host is not asked
-/// then.
+/// A name in UTF-16, by the ASCII conversion, which an empty name does not need: the host is not asked then.
+inline std::u16string asciiName(const std::string& name,
+                                const fl::i18n::codecvt_ascii_to_ustring& converter) {
+  return name.empty() ? std::u16string() : fl::i18n::to_ustring(name, converter);
+}
+
+/// The same of a name that the class system hands out.
 inline std::u16string asciiMemberName(const char* name, const fl::i18n::codecvt_ascii_to_ustring& converter) {
-  const std::string text = memberName(name);
-  return text.empty() ? std::u16string() : fl::i18n::to_ustring(text, converter);
+  return asciiName(memberName(name), converter);
 }

@@ -129,15 +129,15 @@ Questions memberNames() {
         contextData + operation, "name", {{"*", swallowed("false")}},
         [=](Answer& a) { return byName(name, a.names, a.flag); }, appendsAfter, setsFlagAfter));
   };
-  constexpr const char *access = "kcos::COSMethodInfo::getMemberAccess",
-                       *flag = "kcos::COSClass::getClassFlag";
+  constexpr const char* flag = "kcos::COSClass::getClassFlag";
   add("getClassConstantPropertyNames", "plant:lab.Pump", u"lab.Pump", getClassConstantPropertyNames,
       getClassConstantPropertyNames, conversion, flag);
   add("getClassPropertyNames", "plant:lab.Pump", u"lab.Pump", getClassPropertyNames, getClassPropertyNames,
       conversion, flag);
   add("getClassStaticMethodNames", "plant:lab.Pump", u"lab.Pump", getClassStaticMethodNames,
-      getClassStaticMethodNames, access);
-  add("getClassMethodNames", "plant:lab.Pump", u"lab.Pump", getClassMethodNames, getClassMethodNames, access);
+      getClassStaticMethodNames, conversion);
+  add("getClassMethodNames", "plant:lab.Pump", u"lab.Pump", getClassMethodNames, getClassMethodNames,
+      conversion);
   add("getClassEnumerationNames", "lab.Mode", u"lab.Mode", getClassEnumerationNames, getClassEnumerationNames,
       conversion);
   return all;

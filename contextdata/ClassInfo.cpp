@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory_resource>
 #include <string_view>
+#include <typeinfo>
 #include <unordered_set>
 #include <utility>
 
@@ -35,49 +37,180 @@ void dropFirstPrivateLevel(std::vector<std::int32_t>& levels) {
   if (first != levels.end()) levels.erase(first);
 }
 
-/// Appends the records of one superclass; takes over a first list as it is, for there may be many.
+/// Reads a class's own properties into the record's visitor.
+void collectProperties(const ClassInfo& record, const PropertyInfo::GetOptions& options) {
+  // First, so that a class without properties of its own keeps none of the query before.
+  record.propertyVisitor.clear(options);
+  kcos::COSClass* cls = kcos::COSClass::getClass(record.classId);
+  if (!isValid(cls) || cls->isEnumeration()) return;
+  cls->visitProperties(record.propertyVisitor);
+}
+
+void collectMethods(const ClassInfo& record) {
+  kcos::COSClass* cls = kcos::COSClass::getClass(record.classId);
+  if (!isValid(cls) || cls->isEnumeration()) return;
+  cls->visitMethods(record.methodVisitor);
+}
+
+/// Is the record's query the one of this library? Then a walk over its tree can go on in one list.
+bool isPlain(const ClassInfo& record) { return typeid(record) == typeid(ClassInfo); }
+
+/// The names that the classes below the one that is being read keep from being inherited. They are views of records in the
+/// visitors of those classes, which stay as they are until the names are dropped.
+class KeptNames {
+ public:
+  bool contain(std::u16string_view name) const { return !names_.empty() && names_.contains(name); }
+
+  /// Adds the names of a class's records for as long as its superclasses are read.
+  class Scope {
+   public:
+    explicit Scope(KeptNames& kept) : kept_(kept) {}
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+    ~Scope() {
+      for (const std::u16string_view name : added_) kept_.names_.erase(name);
+    }
+
+    template <class Record>
+    void add(const std::vector<Record>& records) {
+      added_.reserve(added_.size() + records.size());
+      for (const Record& record : records)
+        if (kept_.names_.insert(record.name).second) added_.push_back(record.name);
+    }
+
+   private:
+    KeptNames& kept_;
+    std::vector<std::u16string_view> added_;
+  };
+
+ private:
+  std::pmr::monotonic_buffer_resource arena_;
+  std::pmr::unordered_set<std::u16string_view> names_{&arena_};
+};
+
+/// Room for that many more at least; where a list grows class by class, for more than that.
 template <class Record>
-void append(std::vector<Record>& all, std::vector<Record> more) {
-  if (all.empty())
-    all = std::move(more);
-  else
-    std::ranges::move(more, std::back_inserter(all));
+void makeRoom(std::vector<Record>& all, std::size_t more) {
+  if (all.capacity() - all.size() < more) all.reserve(std::max(2 * all.capacity(), all.size() + more));
 }
 
-/// Removes the inherited properties that an own one replaces.
-void shadow(Properties& inherited, const PropertyVisitorMutable& own) {
-  if (inherited.empty()) return;
-  std::unordered_set<std::u16string_view> names;
-  // Hidden own properties replace inherited ones too, although they are not listed themselves.
-  names.reserve(own.properties.size() + own.hiddenProperties.size());
-  for (const PropertyInfo& property : own.properties) names.insert(property.name);
-  for (const PropertyInfo& property : own.hiddenProperties) names.insert(property.name);
-  std::erase_if(inherited, [&](const PropertyInfo& property) { return names.contains(property.name); });
-}
-
-/// A superclass that cannot answer adds nothing.
-Properties propertiesOrNone(const ClassInfo& superclass, const PropertyInfo::GetOptions& options) {
-  try {
-    return superclass.getProperties(options);
-  } catch (const Tamsix::System::InterruptException&) {
-    throw;
-  } catch (...) {
-    return {};
+/// One query for properties over a record and its tree: all records go into one list, so that the price of a class does not
+/// grow with what it inherits.
+class PropertyQuery {
+ public:
+  void add(const ClassInfo& record, const PropertyInfo::GetOptions& options) {
+    try {
+      collectProperties(record, options);
+    } catch (const Tamsix::System::InterruptException&) {
+      throw;
+    } catch (...) {
+      return;
+    }
+    Properties& own = record.propertyVisitor.properties;
+    dropKept(own);
+    if (!record.structure.superclasses.empty()) {
+      KeptNames::Scope scope(kept_);
+      scope.add(own);
+      // Hidden own properties replace inherited ones too, although they are not listed themselves.
+      scope.add(record.propertyVisitor.hiddenProperties);
+      // After the own ones: when these cannot be read, the superclasses are not asked at all.
+      addSuperclasses(record, options);
+    }
+    append(own);
+    own.clear();  // moved from: no half-empty records are left where a visitor's lists can be seen
   }
-}
+
+  void addSuperclasses(const ClassInfo& record, const PropertyInfo::GetOptions& options) {
+    PropertyInfo::GetOptions inheritedOptions = options;
+    dropFirstPrivateLevel(inheritedOptions.accessLevels);
+    for (const auto& superclass : record.structure.superclasses) addSuperclass(*superclass, inheritedOptions);
+  }
+
+  Properties take() { return std::move(all_); }
+
+ private:
+  /// A superclass that cannot answer adds nothing.
+  void addSuperclass(const ClassInfo& superclass, const PropertyInfo::GetOptions& options) {
+    const auto before = static_cast<std::ptrdiff_t>(all_.size());
+    try {
+      if (isPlain(superclass)) return add(superclass, options);
+      Properties answer = superclass.getProperties(options);
+      dropKept(answer);
+      append(answer);
+    } catch (const Tamsix::System::InterruptException&) {
+      throw;
+    } catch (...) {
+      all_.erase(all_.begin() + before, all_.end());
+    }
+  }
+
+  void dropKept(Properties& properties) const {
+    std::erase_if(properties, [&](const PropertyInfo& property) { return kept_.contain(property.name); });
+  }
+
+  void append(Properties& more) {
+    makeRoom(all_, more.size());
+    std::ranges::move(more, std::back_inserter(all_));
+  }
+
+  KeptNames kept_;
+  Properties all_;
+};
 
 /// Classes that derive from this one offer no methods after the dot.
 constexpr const char16_t* noDotMethodsMixin =
     u"korval.mixin.internal.indexing.DisallowCompletionOfDotMethodNames";
 
-/// Removes the inherited methods that an own hidden one masks. An own visible one masks nothing.
-void mask(Methods& inherited, const Methods& hidden) {
-  if (inherited.empty()) return;
-  std::unordered_set<std::u16string_view> names;
-  names.reserve(hidden.size());
-  for (const MethodInfo& method : hidden) names.insert(method.name);
-  std::erase_if(inherited, [&](const MethodInfo& method) { return names.contains(method.name); });
-}
+/// The same for methods, with rules of their own.
+class MethodQuery {
+ public:
+  void add(const ClassInfo& record, const MethodInfo::GetOptions& options) {
+    // Before anything is decided: the visitor's lists can be seen, and are those of this query also when it is
+    // refused.
+    record.methodVisitor.clear(options);
+    if (record.classId.isNull() || !isClassToCompleteMethodsFor(record.classId, options.context)) return;
+    if (options.context == MethodInfo::GetContext::AfterDot && record.isA(noDotMethodsMixin)) return;
+    try {
+      collectMethods(record);
+    } catch (const Tamsix::System::InterruptException&) {
+      throw;
+    } catch (...) {
+      return;
+    }
+    {
+      KeptNames::Scope scope(kept_);
+      // Only hidden ones mask; a visible one stands beside those of its name.
+      scope.add(record.methodVisitor.hiddenMethods);
+      addSuperclasses(record, options);
+    }
+    // Unlike the properties, the methods stay in the visitor, whose lists can be seen after a query.
+    append(record.methodVisitor.methods);
+  }
+
+  void addSuperclasses(const ClassInfo& record, const MethodInfo::GetOptions& options) {
+    MethodInfo::GetOptions inheritedOptions = options;
+    dropFirstPrivateLevel(inheritedOptions.access);
+    for (const auto& superclass : record.structure.superclasses) {
+      // No handler as for properties: what the query of a specialised superclass throws propagates.
+      if (isPlain(*superclass))
+        add(*superclass, inheritedOptions);
+      else
+        append(superclass->getMethods(inheritedOptions));
+    }
+  }
+
+  Methods take() { return std::move(all_); }
+
+ private:
+  void append(const Methods& more) {
+    makeRoom(all_, more.size());
+    std::ranges::copy_if(more, std::back_inserter(all_),
+                         [&](const MethodInfo& method) { return !kept_.contain(method.name); });
+  }
+
+  KeptNames kept_;
+  Methods all_;
+};
 
 NameSet converted(const std::vector<std::string>& names) {
   static const fl::i18n::codecvt_ascii_to_ustring converter;
@@ -174,30 +307,10 @@ const std::vector<std::int32_t>& ClassInfo::getDefaultAccessibility() const {
   return levels;
 }
 
-void ClassInfo::collectProperties(const PropertyInfo::GetOptions& options) const {
-  // First, so that a class without properties of its own keeps none of the query before.
-  propertyVisitor.clear(options);
-  kcos::COSClass* cls = kcos::COSClass::getClass(classId);
-  if (!isValid(cls) || cls->isEnumeration()) return;
-  cls->visitProperties(propertyVisitor);
-}
-
 std::vector<PropertyInfo> ClassInfo::getProperties(const PropertyInfo::GetOptions& options) const {
-  try {
-    collectProperties(options);
-  } catch (const Tamsix::System::InterruptException&) {
-    throw;
-  } catch (...) {
-    return {};
-  }
-  // After the own ones: when these cannot be read, the superclasses are not asked at all.
-  Properties all = getPropertiesOfSuperclasses(options);
-  shadow(all, propertyVisitor);
-  Properties& own = propertyVisitor.properties;
-  all.reserve(all.size() + own.size());
-  std::ranges::move(own, std::back_inserter(all));
-  own.clear();  // moved from: no half-empty records are left where a visitor's lists can be seen
-  return all;
+  PropertyQuery query;
+  query.add(*this, options);
+  return query.take();
 }
 
 std::vector<PropertyInfo> ClassInfo::getProperties(const std::vector<std::int32_t>& accessLevels,
@@ -210,40 +323,15 @@ std::vector<PropertyInfo> ClassInfo::getProperties(const std::vector<std::int32_
 
 std::vector<PropertyInfo> ClassInfo::getPropertiesOfSuperclasses(
     const PropertyInfo::GetOptions& options) const {
-  PropertyInfo::GetOptions inheritedOptions = options;
-  dropFirstPrivateLevel(inheritedOptions.accessLevels);
-  Properties all;
-  for (const auto& superclass : structure.superclasses) {
-    append(all, propertiesOrNone(*superclass, inheritedOptions));
-  }
-  return all;
-}
-
-void ClassInfo::collectMethods() const {
-  kcos::COSClass* cls = kcos::COSClass::getClass(classId);
-  if (!isValid(cls) || cls->isEnumeration()) return;
-  cls->visitMethods(methodVisitor);
+  PropertyQuery query;
+  query.addSuperclasses(*this, options);
+  return query.take();
 }
 
 std::vector<MethodInfo> ClassInfo::getMethods(const MethodInfo::GetOptions& options) const {
-  // Before anything is decided: the visitor's lists can be seen, and are those of this query also when it is
-  // refused.
-  methodVisitor.clear(options);
-  if (classId.isNull() || !isClassToCompleteMethodsFor(classId, options.context)) return {};
-  if (options.context == MethodInfo::GetContext::AfterDot && isA(noDotMethodsMixin)) return {};
-  try {
-    collectMethods();
-  } catch (const Tamsix::System::InterruptException&) {
-    throw;
-  } catch (...) {
-    return {};
-  }
-  // Unlike the properties, the methods stay in the visitor, whose lists can be seen after a query.
-  Methods all = getMethodsOfSuperclasses(options);
-  // With hidden methods included the visitor files them as visible ones, and visible ones mask nothing.
-  if (!options.includeHidden) mask(all, methodVisitor.hiddenMethods);
-  all.insert(all.end(), methodVisitor.methods.begin(), methodVisitor.methods.end());
-  return all;
+  MethodQuery query;
+  query.add(*this, options);
+  return query.take();
 }
 
 std::vector<MethodInfo> ClassInfo::getMethods(const std::vector<std::int32_t>& access,
@@ -257,14 +345,9 @@ std::vector<MethodInfo> ClassInfo::getMethods(const std::vector<std::int32_t>& a
 }
 
 std::vector<MethodInfo> ClassInfo::getMethodsOfSuperclasses(const MethodInfo::GetOptions& options) const {
-  MethodInfo::GetOptions inheritedOptions = options;
-  dropFirstPrivateLevel(inheritedOptions.access);
-  Methods all;
-  for (const auto& superclass : structure.superclasses) {
-    // No handler as for properties: what the query of a specialised superclass throws propagates.
-    append(all, superclass->getMethods(inheritedOptions));
-  }
-  return all;
+  MethodQuery query;
+  query.addSuperclasses(*this, options);
+  return query.take();
 }
 
 AttributeSets ClassInfo::getAttributes(bool argument) const {

@@ -17,20 +17,32 @@ std::string qualifiedName(const kcos::COSInternedName& classId) {
   if (cls == nullptr) return {};
   const std::string simpleName = memberName(cls->getSimpleName());
   const kcos::COSNamespace* enclosing = cls->getNamespace();
-  return enclosing == nullptr ? simpleName : memberName(enclosing->getDottedName()) + "." + simpleName;
+  return enclosing == nullptr ? simpleName
+                              : std::string(memberName(enclosing->getDottedName())) + "." + simpleName;
 }
 
-bool isConstructor(const std::string& methodName, const std::string& className) {
-  return methodName == className || className.ends_with("." + methodName);
+/// Its name is the class's, or what stands after a dot of it.
+bool isConstructor(std::string_view methodName, std::string_view className) {
+  if (!className.ends_with(methodName)) return false;
+  className.remove_suffix(methodName.size());
+  return className.empty() || className.ends_with('.');
 }
 
 }  // namespace
 
-MethodVisitorMutable::MethodVisitorMutable(const ClassInfo* ownerRecord) : owner(ownerRecord) { clear({}); }
+MethodVisitorMutable::MethodVisitorMutable(const ClassInfo* ownerRecord)
+    : owner(ownerRecord),
+      access{kcos::PublicAccess},
+      accessingClass(nullptr),
+      context(MethodInfo::GetContext::None),
+      includeConstructors(false),
+      includeOperatorOverloads(false),
+      includeHidden(false) {}
 
 MethodVisitorMutable::~MethodVisitorMutable() = default;
 
 void MethodVisitorMutable::clear() {
+  walk_ = {};
   methods.clear();
   hiddenMethods.clear();
 }
@@ -50,25 +62,37 @@ void MethodVisitorMutable::visit(kcos::COSInterface* member) {
 }
 
 void MethodVisitorMutable::visit(kcos::COSInterfacePtr member, kcos::COSMethodInfo* method) {
-  // The name is read first: a missing one is an error also of a method that another class defines.
-  const std::string name = memberName(method->getName());
-  if (!isDefinedBy(member.get(), owner->classId)) return;
-  // The member's class is the owner, as the lines above have made sure.
-  const std::string className = qualifiedName(owner->classId);
-  const bool isOfLevel = std::ranges::find(access, std::int32_t{method->getMemberAccess()}) != access.end();
-  if (!isOfLevel && !hasAccessingClass(method)) return;
+  // The name is read first: a missing one is an error also of a method that another class defines. Those are most of what a
+  // deep class is visited with, so that nothing else is done for them.
+  const char* name = memberName(method->getName());
+  if (isDefinedBy(member.get(), owner->classId, walk_.met)) collect(*method, name);
+}
 
+void MethodVisitorMutable::collect(kcos::COSMethodInfo& method, const char* name) {
+  // The member's class is the owner, as the lines above have made sure.
+  if (!walk_.ownerName) walk_.ownerName = {qualifiedName(owner->classId)};
+  OwnerName& ownerName = *walk_.ownerName;
+  const bool isOfLevel = std::ranges::find(access, std::int32_t{method.getMemberAccess()}) != access.end();
+  if (!isOfLevel && !hasAccessingClass(&method)) return;
+
+  name_ = name;
   // A hidden method masks inherited ones wherever it stands and whatever it is called, so it is filed before
   // the position and the name are looked at.
-  const bool isHidden = !includeHidden && !method->isVisible();
+  const bool isHidden = !includeHidden && !method.isVisible();
   if (!isHidden) {
     // By the name within the namespace, while the query itself has asked by the identity: components differ
     // there.
-    if (!isClassToCompleteMethodsFor(internedName(className), context)) return;
-    if (!includeConstructors && isConstructor(name, className)) return;
-    if (!includeOperatorOverloads && MethodInfo::isOperatorOverload(name)) return;
+    if (!ownerName.takesPart)
+      ownerName.takesPart = isClassToCompleteMethodsFor(internedName(ownerName.narrow), context);
+    if (!*ownerName.takesPart) return;
+    if (!includeConstructors && isConstructor(name_, ownerName.narrow)) return;
   }
-  MethodInfo record{fl::i18n::to_ustring(name), fl::i18n::to_ustring(className), method->isStatic()};
+  MethodInfo record;
+  record.name = fl::i18n::to_ustring(name_);
+  if (!isHidden && !includeOperatorOverloads && MethodInfo::isOperatorOverload(record.name)) return;
+  if (!ownerName.wide) ownerName.wide = fl::i18n::to_ustring(ownerName.narrow);
+  record.definingClass = *ownerName.wide;
+  record.isStatic = method.isStatic();
   (isHidden ? hiddenMethods : methods).push_back(std::move(record));
 }
 

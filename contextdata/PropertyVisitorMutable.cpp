@@ -19,8 +19,8 @@ namespace {
 using Levels = std::vector<std::int32_t>;
 using Value = boost::intrusive_ptr<kxArray_tag>;
 
-Levels levelsOf(const kcos::COSPropInfo& property, const Levels& accessorKinds) {
-  Levels levels;
+Levels levelsOf(const kcos::COSPropInfo& property, const Levels& accessorKinds, Levels levels) {
+  levels.clear();
   // In the order of the kinds, and once per mention: hosts see which level is asked for, and how often.
   for (const std::int32_t kind : accessorKinds) {
     if (kind == PropertyInfo::GetOptions::Read) levels.push_back(property.getMemberGetAccess());
@@ -134,27 +134,13 @@ std::string collectType(const kcos::COSDataTypePtr& dataType, PropertyInfo& prop
   return type;
 }
 
-bool hasTrueAttribute(const kcos::COSInterfacePtr& member, const std::string& attributeName) {
-  const kcos::COSInternedName name = internedName(attributeName);
+bool hasTrueAttribute(kcos::COSInterfacePtr member, const kcos::COSInternedName& name) {
   const kcos::COSAttribute* attribute = member->findAttribute(name);
   if (attribute == nullptr) return false;
   const kcos::COSDataTypePtr dataType = attribute->getDataType();
   // Attributes of other types have no yes or no to read.
   if (!dataType || dataType.getID().text() != "logical scalar") return false;
   return member->getAttributeValue(name, COSGetPublicClient());
-}
-
-/// Does reading run code? When in doubt, yes.
-bool hasCustomGetter(const kcos::COSInterfacePtr& member, const kcos::COSOptimizedPropInfo* optimized) {
-  try {
-    if (optimized != nullptr && optimized->hasCustomGetter()) return true;
-    return std::ranges::any_of(getAttributesToTreatAsHavingCustomGetters(),
-                               [&](const std::string& name) { return hasTrueAttribute(member, name); });
-  } catch (const Tamsix::System::InterruptException&) {
-    throw;
-  } catch (...) {
-    return true;
-  }
 }
 
 bool optimizedFlag(const kcos::COSOptimizedPropInfo* optimized) {
@@ -169,15 +155,19 @@ bool optimizedFlag(const kcos::COSOptimizedPropInfo* optimized) {
 
 }  // namespace
 
-PropertyVisitorMutable::PropertyVisitorMutable(const ClassInfo* ownerRecord) : owner(ownerRecord) {
-  clear({});
-}
+PropertyVisitorMutable::PropertyVisitorMutable(const ClassInfo* ownerRecord)
+    : owner(ownerRecord),
+      accessLevels{kcos::PublicAccess},
+      accessorKinds{PropertyInfo::GetOptions::Read, PropertyInfo::GetOptions::Write},
+      accessingClass(nullptr),
+      includeHidden(false) {}
 
 PropertyVisitorMutable::~PropertyVisitorMutable() = default;
 
 void PropertyVisitorMutable::clear() {
   properties.clear();
   hiddenProperties.clear();
+  walk_ = {};
 }
 
 void PropertyVisitorMutable::clear(const PropertyInfo::GetOptions& options) {
@@ -193,26 +183,64 @@ void PropertyVisitorMutable::visit(kcos::COSInterface* member) {
 }
 
 void PropertyVisitorMutable::visit(kcos::COSInterfacePtr member, kcos::COSPropInfo* property) {
-  // The name is read first: a missing one is an error also of a property that another class defines.
-  const std::string name = memberName(property->getName());
-  if (!isDefinedBy(member.get(), owner->classId)) return;
-  const Levels levels = levelsOf(*property, accessorKinds);
-  if (std::ranges::find_first_of(levels, accessLevels) == levels.end() && !hasAccessingClass(property))
+  // The name is read first: a missing one is an error also of a property that another class defines. Those are most of what
+  // a deep class is visited with, so that nothing else is done for them.
+  const char* name = memberName(property->getName());
+  if (isDefinedBy(member.get(), owner->classId, walk_.met)) collect(member, *property, name);
+}
+
+void PropertyVisitorMutable::collect(kcos::COSInterfacePtr member, kcos::COSPropInfo& property,
+                                     const char* name) {
+  levels_ = levelsOf(property, accessorKinds, std::move(levels_));
+  if (std::ranges::find_first_of(levels_, accessLevels) == levels_.end() && !hasAccessingClass(&property))
     return;
 
   PropertyInfo record;
   std::string type;
-  if (const kcos::COSDataTypePtr dataType = property->getDataType()) type = collectType(dataType, record);
-  record.name = fl::i18n::to_ustring(name);
+  if (const kcos::COSDataTypePtr dataType = property.getDataType()) type = collectType(dataType, record);
+  name_ = name;
+  record.name = fl::i18n::to_ustring(name_);
   record.type = fl::i18n::to_ustring(type);
-  record.isDependent = property->isDependent();
+  record.isDependent = property.isDependent();
   // The wider record is optional: without it the flag counts as set, and only attributes tell of a get
   // method.
-  const auto* optimized = dynamic_cast<const kcos::COSOptimizedPropInfo*>(property);
+  const auto* optimized = optimizedRecord(property);
   record.hasCustomGetter = hasCustomGetter(member, optimized);
   record.optimizedPropertyFlag = optimizedFlag(optimized);
-  std::vector<PropertyInfo>& list = includeHidden || property->isVisible() ? properties : hiddenProperties;
+  std::vector<PropertyInfo>& list = includeHidden || property.isVisible() ? properties : hiddenProperties;
   list.push_back(std::move(record));
+}
+
+const kcos::COSOptimizedPropInfo* PropertyVisitorMutable::optimizedRecord(const kcos::COSPropInfo& property) {
+  const std::type_info* type = &typeid(property);
+  if (type == walk_.otherType) return nullptr;
+  if (type == walk_.optimizedType) return static_cast<const kcos::COSOptimizedPropInfo*>(&property);
+  const auto* optimized = dynamic_cast<const kcos::COSOptimizedPropInfo*>(&property);
+  if (optimized == nullptr) {
+    walk_.otherType = type;
+  } else if (optimized == static_cast<const kcos::COSOptimizedPropInfo*>(&property)) {
+    // Only then: a record may have the wider one beside this part of itself.
+    walk_.optimizedType = type;
+  }
+  return optimized;
+}
+
+/// Does reading run code? When in doubt, yes.
+bool PropertyVisitorMutable::hasCustomGetter(kcos::COSInterfacePtr member,
+                                             const kcos::COSOptimizedPropInfo* optimized) {
+  try {
+    if (optimized != nullptr && optimized->hasCustomGetter()) return true;
+    const std::vector<std::string>& names = getAttributesToTreatAsHavingCustomGetters();
+    for (std::size_t at = 0; at < names.size(); ++at) {
+      if (at == walk_.getterAttributes.size()) walk_.getterAttributes.push_back(internedName(names[at]));
+      if (hasTrueAttribute(member, walk_.getterAttributes[at])) return true;
+    }
+    return false;
+  } catch (const Tamsix::System::InterruptException&) {
+    throw;
+  } catch (...) {
+    return true;
+  }
 }
 
 bool PropertyVisitorMutable::hasAccessingClass(kcos::COSPropInfo* property) const {

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 
-#include "host/Classes.h"
-
 namespace KCOSContextData {
 
 // The check may name another class than the one that is checked; only whether there is one counts here.
@@ -23,11 +21,6 @@ bool isClassToCompleteMethodsFor(kcos::COSInternedName classId, const MethodInfo
     default:
       return false;
   }
-}
-
-bool isDefinedBy(kcos::COSInterface* member, const kcos::COSInternedName& classId) {
-  const kcos::COSClass* definingClass = kcos::cosiClassOfMember(member);
-  return definingClass != nullptr && definingClass->getID() == classId;
 }
 
 bool isGranted(const kcos::COSExtendedAccess& access, const ClassInfo& accessingClass) {

@@ -130,7 +130,7 @@ Questions methodQueries() {
     kcos::COSClass::getID 3 2 1    kcos::COSMethodBase::getName 3 2 1    kcos::COSClass::getSimpleName 1 1 1
     kcos::COSClass::getNamespace 1 1 1    kcos::COSNamespace::getDottedName 1 1 1
     kcos::COSMethodInfo::getMemberAccess 1 1 1    kcos::COSMethodInfo::isVisible 1 1 1
-    kcos::COSMethodInfo::isStatic 1 1 1    kcos::internal::makeInterned 1 1 1    fl::i18n::to_ustring 3 3 3)");
+    kcos::COSMethodInfo::isStatic 1 1 1    kcos::internal::makeInterned 1 1 1    fl::i18n::to_ustring 2 2 2)");
   return {ofRecord("ClassInfo::getMethods", "levels", "info.Child", levels,
                    [](const ClassInfo& record) { return namesOf(record.getMethods({0}, any, nullptr)); }),
           ofRecord("ClassInfo::getMethodsOfSuperclasses", "", "info.Base", {{"*", swallowedButInterrupt("")}},

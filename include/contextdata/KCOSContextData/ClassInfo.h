@@ -127,8 +127,6 @@ class CONTEXTDATA_API ClassInfo {
  private:
   static std::vector<std::shared_ptr<ClassInfo>> readSuperclasses(const kcos::COSInternedName& classId);
   static std::vector<std::shared_ptr<ClassInfo>> superclassesOrNone(const kcos::COSInternedName& classId);
-  void collectProperties(const PropertyInfo::GetOptions& options) const;
-  void collectMethods() const;
 };
 
 }  // namespace KCOSContextData

@@ -4,12 +4,16 @@
 
 #include <contextdata/Export.h>
 #include <contextdata/KCOSContextData/MethodInfo.h>
+#include <contextdata/KCOSContextData/PropertyVisitorMutable.h>
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "host/Enumeration.h"
 #include "host/Members.h"
+#include "host/Names.h"
 
 namespace KCOSContextData {
 
@@ -44,6 +48,27 @@ class CONTEXTDATA_API MethodVisitorMutable : public kcos::COSVisitor<kcos::COSIn
   /// Filled only while hidden methods are not included like others. Hidden methods come here whatever they are
   /// called and wherever the query is for, as long as they are accessible.
   std::vector<MethodInfo> hiddenMethods;
+
+ private:
+  void collect(kcos::COSMethodInfo& method, const char* name);
+
+  /// The owner's name within its namespace; each form is made when the first method of a walk needs it.
+  struct OwnerName {
+    std::string narrow;
+    /// Whether its methods take part in the query's position.
+    std::optional<bool> takesPart = {};
+    std::optional<std::u16string> wide = {};
+  };
+
+  /// What one walk finds out once for all its methods.
+  struct Walk {
+    DefiningClasses met = {};
+    std::optional<OwnerName> ownerName = {};
+  };
+
+  Walk walk_;
+  /// The name of the method that is visited: one text for all, because many are longer than a string holds in itself.
+  std::string name_;
 };
 
 }  // namespace KCOSContextData

@@ -6,12 +6,21 @@
 #include <contextdata/KCOSContextData/PropertyInfo.h>
 
 #include <cstdint>
+#include <string>
+#include <typeinfo>
 #include <vector>
 
 #include "host/Enumeration.h"
 #include "host/Members.h"
+#include "host/Names.h"
 
 namespace KCOSContextData {
+
+/// Of the classes whose members a walk has met: the one that it is about, and the last other one.
+struct DefiningClasses {
+  const kcos::COSClass* own = nullptr;
+  const kcos::COSClass* other = nullptr;
+};
 
 /// Part of a ClassInfo, which has the class system walk the class with it. Slot order: the destructor, then
 /// the two visits. A visit appends one record or none; what the class system throws propagates, and then
@@ -44,6 +53,27 @@ class CONTEXTDATA_API PropertyVisitorMutable : public kcos::COSVisitor<kcos::COS
   std::vector<PropertyInfo> properties;
   /// Filled only while hidden properties are not included like others.
   std::vector<PropertyInfo> hiddenProperties;
+
+ private:
+  void collect(kcos::COSInterfacePtr member, kcos::COSPropInfo& property, const char* name);
+  const kcos::COSOptimizedPropInfo* optimizedRecord(const kcos::COSPropInfo& property);
+  bool hasCustomGetter(kcos::COSInterfacePtr member, const kcos::COSOptimizedPropInfo* optimized);
+
+  /// What one walk finds out once for all its properties.
+  struct Walk {
+    DefiningClasses met = {};
+    /// The dynamic types that were found last to be optimised and not to be; a class system has two or three.
+    const std::type_info* optimizedType = nullptr;
+    const std::type_info* otherType = nullptr;
+    /// The attributes that count as a get method; empty before the first property that is asked for them.
+    std::vector<kcos::COSInternedName> getterAttributes = {};
+  };
+
+  Walk walk_;
+  // Kept from property to property for their room: the access levels, and the name, which is often longer than a string
+  // holds in itself.
+  std::vector<std::int32_t> levels_;
+  std::string name_;
 };
 
 }  // namespace KCOSContextData

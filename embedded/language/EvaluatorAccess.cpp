@@ -277,7 +277,9 @@ ValuePtr Evaluator::withField(const ValuePtr& base, Selectors accesses, ValuePtr
                                                        " elements cannot be assigned to");
   interpreter_.step(whole->as<Structures>()->fields.size());
   Structures structures = *whole->as<Structures>();
-  const std::size_t place = structures.indexOf(name);
+  // Not by the index: one would be made for this copy alone, and fields may not be added to a structure that has one.
+  const auto place =
+      static_cast<std::size_t>(std::ranges::find(structures.fields, name) - structures.fields.begin());
   if (place == structures.fields.size()) {
     structures.fields.push_back(name);
     structures.values.emplace_back();

@@ -88,8 +88,16 @@ struct BytesOf {
 
 }  // namespace
 
-std::size_t Structures::indexOf(std::string_view field) const noexcept {
-  return static_cast<std::size_t>(std::ranges::find(fields, field) - fields.begin());
+std::size_t FieldIndex::find(const std::vector<std::string>& fields, std::string_view field) {
+  constexpr std::size_t few = 8;  // are looked through faster
+  if (fields.size() <= few)
+    return static_cast<std::size_t>(std::ranges::find(fields, field) - fields.begin());
+  if (places_.empty()) {
+    places_.reserve(fields.size());
+    for (std::size_t at = 0; at < fields.size(); ++at) places_.emplace(fields[at], at);
+  }
+  const auto found = places_.find(field);
+  return found == places_.end() ? fields.size() : found->second;
 }
 
 Value::Value(Size size, Content content, DimensionForm form)

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -35,15 +36,32 @@ struct Strings {
   std::vector<std::optional<std::u16string>> elements;  // without a value: missing
 };
 
+/// Where the fields of one structure stand, by their names. Made at the first question. It refers to the texts of its
+/// structure, and therefore is not copied with it.
+class FieldIndex {
+ public:
+  FieldIndex() = default;
+  FieldIndex(const FieldIndex&) noexcept {}
+  FieldIndex(FieldIndex&&) = default;
+  FieldIndex& operator=(FieldIndex) = delete;
+
+  std::size_t find(const std::vector<std::string>& fields, std::string_view field);
+
+ private:
+  std::unordered_map<std::string_view, std::size_t> places_;
+};
+
 struct Structures {
-  /// Where the field stands among the fields; after the last one when there is none of that name.
-  std::size_t indexOf(std::string_view field) const noexcept;
+  /// Where the field stands among the fields, which do not change any more; after the last one when there is none of that
+  /// name.
+  std::size_t indexOf(std::string_view field) const { return index.find(fields, field); }
 
   std::vector<std::string> fields;
   /// Element by element. Null is an empty array, which is made only when it is lent.
   mutable std::vector<ValuePtr> values;
   std::string className = {};                   // of structure-based objects
   mutable std::vector<const char*> names = {};  // the fields, as they are lent
+  mutable FieldIndex index = {};
 };
 
 /// Knows its class by name only, so that it outlives the host.

@@ -2,7 +2,10 @@
 
 #include <utf8.h>
 
+#include <algorithm>
+#include <cstring>
 #include <string_view>
+#include <utility>
 
 namespace embedded::snapshot {
 
@@ -14,24 +17,54 @@ constexpr std::size_t longestCharacter = 4;
 // And the byte order mark.
 constexpr std::string_view whiteSpace = " \t\r\n\xEF\xBB\xBF";
 
+bool isAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
+
+/// Where the text ceases to be UTF-8. Nearly all of it is ASCII, which is passed over eight bytes at a time.
+std::size_t endOfUtf8(std::string_view text) {
+  std::size_t at = 0;
+  while (at < text.size()) {
+    std::uint64_t word = 0;
+    if (text.size() - at >= sizeof(word)) {
+      std::memcpy(&word, text.data() + at, sizeof(word));
+      if ((word & 0x8080808080808080U) == 0) {
+        at += sizeof(word);
+        continue;
+      }
+    }
+    if (isAscii(text[at])) {
+      ++at;
+      continue;
+    }
+    // No character goes beyond an ASCII byte.
+    const std::string_view others(text.data() + at, std::ranges::find_if(text.substr(at), isAscii));
+    const auto valid =
+        static_cast<std::size_t>(utf8::find_invalid(others.begin(), others.end()) - others.begin());
+    at += valid;
+    if (valid < others.size()) return at;
+  }
+  return at;
+}
+
 }  // namespace
 
 TextSource::TextSource(std::istream& stream, std::string file, std::uintmax_t total,
                        const LoadProgress& progress)
     : stream_(stream), file_(std::move(file)), total_(total), progress_(progress) {}
 
-void TextSource::advance() {
-  count(chunk_[position_]);
-  ++position_;
-}
-
-bool TextSource::atEnd() {
-  if (position_ == end_) fill();
+bool TextSource::hasNoMore() {
+  fill();
   exhausted_ = position_ == end_;
   return exhausted_;
 }
 
+TextSource::Place TextSource::place() const {
+  Place place = before_;
+  place.advance(std::string_view(chunk_).substr(0, position_));
+  return place;
+}
+
 void TextSource::fill() {
+  before_.advance(std::string_view(chunk_).substr(0, end_));
   // What is left is the beginning of a character that the chunk before has cut.
   chunk_.erase(0, end_);
   const std::size_t left = chunk_.size();
@@ -50,7 +83,7 @@ void TextSource::fill() {
 }
 
 void TextSource::requireUtf8() {
-  end_ = static_cast<std::size_t>(utf8::find_invalid(chunk_.begin(), chunk_.end()) - chunk_.begin());
+  end_ = endOfUtf8(chunk_);
   // The last bytes may be the beginning of a character that the next chunk completes.
   const bool moreToCome = !stream_.eof() && chunk_.size() - end_ < longestCharacter;
   if (end_ < chunk_.size() && !moreToCome) refuseBytes(end_);
@@ -58,23 +91,28 @@ void TextSource::requireUtf8() {
 
 void TextSource::refuseBytes(std::size_t position) {
   // As if it had been read, so that the place is that of the bad byte.
-  for (std::size_t at = 0; at <= position; ++at) count(chunk_[at]);
+  position_ = position + 1;
   throw SnapshotError("snapshot.not-utf8", file_, "",
-                      "line " + std::to_string(line_) + ", column " + std::to_string(column_) +
+                      "line " + std::to_string(line()) + ", column " + std::to_string(column()) +
                           ": the text is not UTF-8, as a snapshot must be");
 }
 
-void TextSource::count(char byte) {
-  // Only the next character is on the next line: the break itself belongs to the one that it ends.
-  if (lineEnded_) {
-    ++line_;
-    column_ = 0;
+void TextSource::Place::advance(std::string_view text) {
+  if (blank) blank = text.find_first_not_of(whiteSpace) == std::string_view::npos;
+  while (!text.empty()) {
+    // Only the next character is on the next line: the break itself belongs to the one that it ends.
+    if (std::exchange(lineEnded, false)) {
+      ++line;
+      column = 0;
+    }
+    const std::size_t end = text.find('\n');
+    lineEnded = end != std::string_view::npos;
+    const std::string_view rest = text.substr(0, lineEnded ? end + 1 : end);
+    // Columns count characters, not bytes.
+    column += static_cast<std::size_t>(
+        std::ranges::count_if(rest, [](char byte) { return (byte & 0xC0) != 0x80; }));
+    text.remove_prefix(rest.size());
   }
-  blank_ = blank_ && whiteSpace.find(byte) != std::string_view::npos;
-  lineEnded_ = byte == '\n';
-  // Columns count characters, not bytes.
-  const bool continues = (byte & 0xC0) == 0x80;
-  if (!continues) ++column_;
 }
 
 }  // namespace embedded::snapshot

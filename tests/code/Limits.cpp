@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "host/Exceptions.h"
-#include "tests/code/Allocations.h"
+#include "tests/support/Allocations.h"
 #include "tests/code/CodeWorld.h"
 #include "tests/support/Growth.h"
 #include "tests/support/Table.h"

@@ -2,7 +2,7 @@
 
 #include "embedded/Inspection.h"
 #include "host/Arrays.h"
-#include "tests/code/Allocations.h"
+#include "tests/support/Allocations.h"
 #include "tests/code/CodeWorld.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/code/Allocations.h"
+#include "tests/support/Allocations.h"
 
 #include <malloc.h>
 
@@ -9,6 +9,7 @@
 
 namespace {
 
+std::atomic<std::size_t> made = 0;
 std::atomic<std::size_t> now = 0;
 std::atomic<std::size_t> before = 0;
 std::atomic<std::size_t> most = 0;
@@ -21,6 +22,7 @@ constinit thread_local bool fails = false;
 void* operator new(std::size_t size) {
   void* memory = fails ? nullptr : std::malloc(std::max<std::size_t>(size, 1));
   if (memory == nullptr) throw std::bad_alloc();
+  ++made;
   const std::size_t taken = now += ::malloc_usable_size(memory);
   if (taken > most) most = taken;
   return memory;
@@ -42,6 +44,8 @@ void operator delete(void* memory) noexcept {
 void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
 
 namespace allocations {
+
+std::size_t count() { return made; }
 
 Peak::Peak() { most = before = now.load(); }
 std::size_t Peak::bytes() const { return most - before; }

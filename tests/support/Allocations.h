@@ -4,6 +4,9 @@
 
 namespace allocations {
 
+/// How many there have been so far, in the whole process.
+std::size_t count();
+
 /// The most bytes that have been allocated at a time since this was made, beyond those before.
 class Peak {
  public:

@@ -87,7 +87,7 @@ class CompleteTest(CommandTest):
         self.assertNotIn(b"read\n", self.complete("pump.Pressure.", "--code", "allowed").stdout)
 
     def test_a_deadline(self):
-        session = {"format": 1, "classes": [{"name": "C", "properties": [{"name": "p", "getter": "while true, end"}]}],
+        session = {"format": 1, "classes": [{"name": "C", "properties": [{"name": "p", "getter": "while true, properties(obj); end"}]}],
                    "workspace": [{"name": "c", "value": {"object": "C"}}]}
         answer = self.answer("c.p.", "--code", "allowed", "--timeout", "50", snapshot=self.snapshot(session))
         self.assertEqual((answer["status"], answer["candidates"]), ("timed-out", []))

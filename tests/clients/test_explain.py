@@ -41,6 +41,7 @@ class ExplainTest(CommandTest):
         self.check_bad_snapshots("explain", "pump.", "Flow")
 
     def test_an_interrupt(self):
+        # Listing members until the limit of steps takes a thousand times what loading takes: one of the pauses is right.
         session = self.snapshot({"format": 1, "workspace": [{"name": "c", "value": {"object": "C"}}],
                                  "classes": [{"name": "C", "properties": [{"name": "p", "getter": "while true, properties(obj); end"},
                                                                           *(f"q{number}" for number in range(50))]}]})

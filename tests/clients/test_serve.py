@@ -238,8 +238,8 @@ class ServeTest(CommandTest):
                     self.assertEqual([item["label"] for item in items], ["On"] if name == known else [])
 
     def endless(self):
-        """A server that runs code, and the parameters of a completion that ends on no machine before somebody gives up:
-        each step towards the limit multiplies large matrices."""
+        """A server that runs code, and the parameters of a completion that takes thousands of times what a request and its
+        cancellation take, on every machine: each step towards the limit lists the members of an object."""
         getter = "while true, properties(obj); end"
         client = self.serve(self.snapshot({
             "format": 1, "classes": [{"name": "C", "properties": [{"name": "p", "getter": getter}]}],

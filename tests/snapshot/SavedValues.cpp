@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <boost/algorithm/string/replace.hpp>
+#include <boost/algorithm/string.hpp>
 #include <nlohmann/json.hpp>
 
 #include "host/Arrays.h"
@@ -27,6 +27,18 @@ std::string savedValue(const std::string& value) {
   const std::string text = saved(embedded::readSnapshotText(withVariable(value), "world"));
   EXPECT_EQ(saved(embedded::readSnapshotText(text, "saved")), text) << value;
   return Json::parse(text).at("workspace").at(0).at("value").dump();
+}
+
+/// Its class, its size, what it prints, and what more code finds in it.
+TEST(SavedValues, AreInTheSessionWhatTheTextSays) {
+  for (const auto& [value, more, expected] : rowsOf<3>("tests/snapshot/values.rows", "in the session")) {
+    World live(withVariable(value));
+    const std::string code = "disp(class(v))\ndisp(size(v))\nv\n" + more;
+    inEvalExp(wide(code), 0, nullptr, true, Tamsix::orvo::EvalSource::Query);
+    std::string printed = narrow(live.host.takeOutput());
+    boost::replace_all(printed, "\n", "; ");
+    EXPECT_EQ(boost::trim_right_copy_if(printed, boost::is_any_of("; ")), expected) << value;
+  }
 }
 
 TEST(SavedValues, AreWhatTheyWere) {

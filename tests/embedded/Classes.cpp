@@ -9,10 +9,10 @@
 #include <chrono>
 #include <filesystem>
 
-#include "embedded/Host.h"
 #include "tests/support/Growth.h"
 #include "tests/support/Table.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/World.h"
 
 namespace {
 
@@ -21,16 +21,23 @@ using embedded::Description;
 using embedded::WalkOrder;
 using kcos::internal::makeInterned;
 
-ClassDescription& addClass(Description& description, std::string name, std::vector<std::string> superclasses,
-                           WalkOrder order = WalkOrder::OwnFirst, std::string component = "") {
-  ClassDescription& made = description.classes.emplace_back();
-  made.name = std::move(name);
-  made.component = std::move(component);
-  made.superclasses = std::move(superclasses);
-  made.order = order;
-  made.properties.emplace_back().name = "p";
-  made.methods.emplace_back().name = "m";
-  return made;
+ClassDescription& addClass(Description& description, const std::string& name,
+                           const std::vector<std::string>& superclasses,
+                           WalkOrder order = WalkOrder::OwnFirst) {
+  return description.classes.emplace_back(ClassDescription{.name = name,
+                                                           .superclasses = superclasses,
+                                                           .order = order,
+                                                           .properties = {{.name = "p"}},
+                                                           .methods = {{.name = "m"}}});
+}
+
+/// The classes deep0, deep1, ..., each below the one before.
+Description chain(int length, WalkOrder order = WalkOrder::OwnFirst) {
+  Description description;
+  for (int depth = 0; depth < length; ++depth)
+    addClass(description, "deep" + std::to_string(depth),
+             std::vector<std::string>(depth > 0 ? 1 : 0, "deep" + std::to_string(depth - 1)), order);
+  return description;
 }
 
 const kcos::COSClass& classNamed(const std::string& name) {
@@ -58,16 +65,13 @@ TEST(Walks, FollowTheOrderOfEachClass) {
     addClass(description, "B", {"A"}, order(left));
     addClass(description, "C", {"A"}, order(right));
     addClass(description, "D", {"B", "C"}, order(bottom));
-    embedded::Host host(description);
-    const embedded::Activation active(host);
+    World world(description);
     Owners properties, methods, found;
     classNamed("D").visitProperties(properties);
     classNamed("D").visitMethods(methods);
     auto iterator = classNamed("D").findMethods(makeInterned("m"));
     while (iterator.hasMoreElements()) found.visit(iterator.nextElement().get());
-    EXPECT_EQ(walk, properties.names);
-    EXPECT_EQ(walk, methods.names);
-    EXPECT_EQ(walk, found.names);
+    EXPECT_EQ(walk + "|" + walk + "|" + walk, properties.names + "|" + methods.names + "|" + found.names);
     kcos::COSInterface* property = classNamed("D").findProperty(makeInterned("p")).get();
     EXPECT_STREQ("D", kcos::cosiClassOfMember(property)->getDottedName())
         << "the own one, whatever the order";
@@ -75,11 +79,7 @@ TEST(Walks, FollowTheOrderOfEachClass) {
 }
 
 TEST(Walks, DeepAndBraidedWorldsAreWalkedOnce) {
-  Description description;
-  addClass(description, "deep0", {});
-  for (int depth = 1; depth < 500; ++depth)
-    addClass(description, "deep" + std::to_string(depth), {"deep" + std::to_string(depth - 1)},
-             WalkOrder::InheritedFirst);
+  Description description = chain(500, WalkOrder::InheritedFirst);
   addClass(description, "top0", {});
   for (int level = 1; level <= 12; ++level) {
     const std::string number = std::to_string(level), above = "top" + std::to_string(level - 1);
@@ -87,8 +87,7 @@ TEST(Walks, DeepAndBraidedWorldsAreWalkedOnce) {
     addClass(description, "right" + number, {above});
     addClass(description, "top" + number, {"left" + number, "right" + number});
   }
-  embedded::Host host(description);
-  const embedded::Activation active(host);
+  World world(description);
   for (const auto& [name, count, base] :
        {std::tuple("deep499", 500U, "deep0"), std::tuple("top12", 37U, "top0")}) {
     Owners owners;
@@ -116,13 +115,7 @@ TEST(Walks, TenThousandLevelsFitOnTheStack) {
 #else
   constexpr std::size_t stack = std::size_t{32} << 20U;
 #endif
-  Description description;
-  for (int depth = 0; depth < 10000; ++depth) {
-    ClassDescription& made = description.classes.emplace_back();
-    made.name = "deep" + std::to_string(depth);
-    if (depth > 0) made.superclasses = {"deep" + std::to_string(depth - 1)};
-  }
-  embedded::Host host(description);
+  embedded::Host host(chain(10000));
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
   ASSERT_EQ(pthread_attr_setstacksize(&attributes, stack), 0);
@@ -130,10 +123,7 @@ TEST(Walks, TenThousandLevelsFitOnTheStack) {
   ASSERT_EQ(pthread_create(&thread, &attributes, climb, &host), 0);
   pthread_join(thread, nullptr);
   pthread_attr_destroy(&attributes);
-  description.classes.push_back(description.classes.back());
-  description.classes.back().name = "deep10000";
-  description.classes.back().superclasses = {"deep9999"};
-  EXPECT_THROW(embedded::Host{description}, embedded::SnapshotError);
+  EXPECT_THROW(embedded::Host{chain(10001)}, embedded::SnapshotError);
 }
 
 /// Classes of 18 properties each in a hundred namespaces.
@@ -152,52 +142,21 @@ TEST(Walks, TenThousandClassesAreBuiltInLinearTime) {
   const Description some = manyClasses(1250);
   const Description many = manyClasses(10000);
   EXPECT_TRUE(isLinear([&] { embedded::Host built(some); }, [&] { embedded::Host built(many); }));
-  embedded::Host host(many);
-  const embedded::Activation active(host);
+  World world(many);
   Owners owners;
   classNamed("n99.C9999").visitProperties(owners);
   EXPECT_EQ(19U, owners.count);
 }
 
-/// Two components share names; "lab.Pump" is known by an alias too.
-Description sharedNames() {
-  Description description;
-  addClass(description, "lab.Pump", {}, WalkOrder::OwnFirst, "acme").aliases = {"OldPump"};
-  addClass(description, "lab.Pump", {});
-  addClass(description, "lab.Pump", {}, WalkOrder::OwnFirst, "beta");
-  addClass(description, "Tank", {}, WalkOrder::OwnFirst, "acme");
-  addClass(description, "Tank", {}, WalkOrder::OwnFirst, "beta");
-  addClass(description, "other.Tank", {});
-  description.functions = {{.name = "plain"},
-                           {.name = "ofBeta", .component = "beta"},
-                           {.name = "lab.inside"},
-                           {.name = "one", .imports = {"lab.Pump", "none.Tank", "other.Tank"}},
-                           {.name = "all", .component = "acme", .imports = {"other.*", "lab.*"}},
-                           {.name = "exact", .imports = {"beta:lab.Pump"}},
-                           {.name = "/home/lab.k/start"}};
-  return description;
-}
+/// Components share names; "lab.Pump" is known by an alias too; functions and methods with code, and inherited ones.
+const char* const sharedNames = "tests/embedded/names.json";
 
 TEST(Resolution, FollowsImportsThenTheScopeThenTheNameItself) {
-  embedded::Host host(sharedNames());
-  const embedded::Activation active(host);
+  World world(worldFile(sharedNames));
   for (const auto& [name, scope, identity] :
        rowsOf<3>("tests/embedded/tables.rows", "Resolution.FollowsImportsThenTheScopeThenTheNameItself"))
-    EXPECT_EQ(identity, kcos::nameresolution::omResolveAnyClass(name, host.function(scope)))
+    EXPECT_EQ(identity, kcos::nameresolution::omResolveAnyClass(name, world.host.function(scope)))
         << name << " in " << scope;
-}
-
-/// The same with code: functions of two components, methods with code, without, inherited, and a getter.
-Description sharedNamesWithCode(const std::string& folder) {
-  Description description = sharedNames();
-  description.functions.push_back({.name = "tool", .component = "beta", .code = "import other.*\n1"});
-  description.functions.push_back({.name = "tool", .component = "acme", .code = "1"});
-  ClassDescription& rig = addClass(description, "lab.Rig", {}, WalkOrder::OwnFirst, "beta");
-  rig.methods.push_back({.name = "run", .code = "import other.*\n1"});
-  rig.properties.push_back({.name = "read", .getter = "import other.Tank\n1"});
-  addClass(description, "lab.Crane", {"lab.Rig"}, WalkOrder::OwnFirst, "acme");
-  description.path.push_back({.folder = folder});
-  return description;
 }
 
 TEST(Resolution, CodeIsAScopeWhereverItStands) {
@@ -206,8 +165,10 @@ TEST(Resolution, CodeIsAScopeWhereverItStands) {
   folder.write("+lab/tool.k", "y = 1");
   folder.write("@Box/open.k", "import lab.Pump\n1");
   folder.write("broken.k", "x = )\nimport other.Tank % code that is broken somewhere imports all the same");
-  embedded::Host host(sharedNamesWithCode(folder.path().string()));
-  const embedded::Activation active(host);
+  Description description = worldFile(sharedNames);
+  description.path.push_back({.folder = folder.path().string()});
+  World world(description);
+  embedded::Host& host = world.host;
   for (const auto& [name, scope, identity, ofClass] :
        rowsOf<4>("tests/embedded/tables.rows", "Resolution.CodeIsAScopeWhereverItStands")) {
     const Kfh_KORVAL_fn* found = host.function(scope);
@@ -229,8 +190,7 @@ TEST(Resolution, CodeIsAScopeWhereverItStands) {
 }
 
 TEST(Resolution, NamesThatUsersSee) {
-  embedded::Host host(sharedNames());
-  const embedded::Activation active(host);
+  World world(worldFile(sharedNames));
   using namespace kcos::nameresolution;
   for (const auto& [name, seen, qualified] :
        {std::tuple("acme:lab.Pump", "lab.Pump", true), std::tuple("OldPump", "lab.Pump", false),

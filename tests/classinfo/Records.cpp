@@ -105,10 +105,8 @@ TEST_F(Records, AFailingSuperclassListClearsThatLevelOnly) {
     return text;
   };
   const std::string getClass = "kcos::COSClass::getClass", superclasses = "kcos::COSClass::getSuperclasses";
-  EXPECT_EQ(failing(superclasses, 1), "Sub/Sub/Sub");
-  EXPECT_EQ(failing(superclasses, 2), "Sub/Sub/Sub lab.C");
-  EXPECT_EQ(failing(superclasses, 3), "Sub/Sub/Sub lab.C A B R");
-  EXPECT_EQ(failing(superclasses, 5), "Sub/Sub/Sub lab.C A R B");
+  for (const auto& [call, left] : tableOf<2>("1 | ; 2 | lab.C; 3 | lab.C A B R; 5 | lab.C A R B"))
+    EXPECT_EQ(failing(superclasses, std::stoi(call)), "Sub/Sub/Sub" + (left.empty() ? "" : " " + left));
   EXPECT_EQ(failing(getClass, 1), "Sub/Sub/Sub");
   // What a nested record throws outside of its own list clears the list that it stands in.
   EXPECT_EQ(failing("kcos::nameresolution::getUserVisibleClassName", 3), "Sub/Sub/Sub lab.C");
@@ -118,22 +116,23 @@ TEST(Slots, AreInTheirOrder) {
   using Properties = std::vector<PropertyInfo> (ClassInfo::*)(const PropertyInfo::GetOptions&) const;
   using Methods = std::vector<MethodInfo> (ClassInfo::*)(const MethodInfo::GetOptions&) const;
   EXPECT_TRUE(std::has_virtual_destructor_v<ClassInfo>);  // the first two
-  EXPECT_EQ(slotOf(static_cast<Properties>(&ClassInfo::getProperties)), 2);
-  EXPECT_EQ(slotOf(static_cast<Methods>(&ClassInfo::getMethods)), 3);
-  EXPECT_EQ(slotOf(&ClassInfo::getAttributes), 4);
-  EXPECT_EQ(slotOf(static_cast<bool (ClassInfo::*)(const std::u16string&) const>(&ClassInfo::isA)), 5);
-  EXPECT_EQ(slotOf(static_cast<bool (ClassInfo::*)(kcos::COSInternedName) const>(&ClassInfo::isA)), 6);
-  EXPECT_EQ(slotOf(&ClassInfo::getDefaultAccessibility), 7);
-  using PropertyVisit = void (PropertyVisitorMutable::*)(kcos::COSInterfacePtr, kcos::COSPropInfo*);
-  using MethodVisit = void (MethodVisitorMutable::*)(kcos::COSInterfacePtr, kcos::COSMethodInfo*);
-  EXPECT_EQ(slotOf(static_cast<void (PropertyVisitorMutable::*)(kcos::COSInterface*)>(
-                &PropertyVisitorMutable::visit)),
-            2);
-  EXPECT_EQ(slotOf(static_cast<PropertyVisit>(&PropertyVisitorMutable::visit)), 3);
-  EXPECT_EQ(
-      slotOf(static_cast<void (MethodVisitorMutable::*)(kcos::COSInterface*)>(&MethodVisitorMutable::visit)),
-      2);
-  EXPECT_EQ(slotOf(static_cast<MethodVisit>(&MethodVisitorMutable::visit)), 3);
+  EXPECT_EQ((std::vector<long>{
+                slotOf(static_cast<Properties>(&ClassInfo::getProperties)),
+                slotOf(static_cast<Methods>(&ClassInfo::getMethods)), slotOf(&ClassInfo::getAttributes),
+                slotOf(static_cast<bool (ClassInfo::*)(const std::u16string&) const>(&ClassInfo::isA)),
+                slotOf(static_cast<bool (ClassInfo::*)(kcos::COSInternedName) const>(&ClassInfo::isA)),
+                slotOf(&ClassInfo::getDefaultAccessibility)}),
+            (std::vector<long>{2, 3, 4, 5, 6, 7}));
+  const auto ofVisits = []<class Visitor, class Info>(void (Visitor::*one)(kcos::COSInterface*),
+                                                      void (Visitor::*two)(kcos::COSInterfacePtr, Info*)) {
+    return std::vector<long>{slotOf(one), slotOf(two)};
+  };
+  EXPECT_EQ((ofVisits.operator()<PropertyVisitorMutable, kcos::COSPropInfo>(&PropertyVisitorMutable::visit,
+                                                                            &PropertyVisitorMutable::visit)),
+            (std::vector<long>{2, 3}));
+  EXPECT_EQ((ofVisits.operator()<MethodVisitorMutable, kcos::COSMethodInfo>(&MethodVisitorMutable::visit,
+                                                                            &MethodVisitorMutable::visit)),
+            (std::vector<long>{2, 3}));
 }
 
 TEST(RecordsAlone, FieldsStandInTheirOrder) {

@@ -50,14 +50,13 @@ TEST(HostOperations, CallsPassErrorsOrTrapThem) {
   ValuePtr pump = world.host.variable("pump");
   kxArray_tag* arguments[] = {pump.get()};
   kxArray_tag* result = nullptr;
-  const auto call = [&](const char* name) { inCallFcn(1, &result, 1, arguments, name); };
-  const std::vector<std::pair<const char*, const char*>> rows{
-      {"properties", "cell"}, {"fieldnames", "cell"}, {"methods", "cell"}, {"size", "double"},
-      {"class", "char"},      {"describe", "char"},   {"inner", "double"}};
-  for (const auto& [name, className] : rows) {
+  const auto call = [&](const std::string& name) { inCallFcn(1, &result, 1, arguments, name.c_str()); };
+  for (const auto& [name, className] : tableOf<2>("properties | cell; fieldnames | cell; methods | cell; "
+                                                  "size | double; class | char; describe | char; "
+                                                  "inner | double")) {
     call(name);
     EXPECT_EQ(classOf(ValuePtr(result, false)), className) << name;
-    ValuePtr same(inCallMethodSingleInputSingleOutput(pump.get(), name, 1), false);
+    ValuePtr same(inCallMethodSingleInputSingleOutput(pump.get(), name.c_str(), 1), false);
     EXPECT_EQ(classOf(same), className) << name;
   }
   EXPECT_EQ(thrownBy([&] { call("nix"); }), "KORVAL:code:UndefinedName");
@@ -68,20 +67,19 @@ TEST(HostOperations, CallsPassErrorsOrTrapThem) {
   EXPECT_EQ(world.host.codeFailure()->id, "KORVAL:code:NoCode");
   EXPECT_EQ(shown(world.host.takeOutput()), "") << "an error that is a status is not printed as well";
   const ValuePtr package(matrix::create(u"old"), false);
-  kxArray_tag* name[] = {package.get()};
+  const ValuePtr function(matrix::create(u"korval.metadata.Namespace.getAllNamespaces"), false);
+  kxArray_tag *name[] = {package.get()}, *named[] = {function.get()};
   ASSERT_EQ(inCallFcnWithTrap(1, &result, 1, name, "findpackage", true), 0);
   const ValuePtr found(result, false);
   const ValuePtr classes(kxGetPropertyShared(found.get(), 0, "Classes"), false);
-  EXPECT_EQ(kxGetNumberOfElements(classes.get()), 2U);
-  EXPECT_EQ(matrix::get_ustring(ValuePtr(kxGetPropertyShared(classes.get(), 1, "Name"), false).get()), u"B");
-  EXPECT_EQ(thrownBy([&] { kxGetPropertyShared(classes.get(), 2, "Name"); }), "KORVAL:code:Index");
-  const ValuePtr function(matrix::create(u"korval.metadata.Namespace.getAllNamespaces"), false);
-  kxArray_tag* named[] = {function.get()};
   inFullFevalFcn(1, &result, 1, named);
   const ValuePtr namespaces(result, false);
+  EXPECT_EQ(kxGetNumberOfElements(classes.get()), 2U);
   EXPECT_EQ(kxGetNumberOfElements(namespaces.get()), 1U);
+  EXPECT_EQ(matrix::get_ustring(ValuePtr(kxGetPropertyShared(classes.get(), 1, "Name"), false).get()), u"B");
   EXPECT_EQ(matrix::get_ustring(ValuePtr(kxGetTypeProperty(namespaces.get(), 0, "Name"), false).get()),
             u"lab");
+  EXPECT_EQ(thrownBy([&] { kxGetPropertyShared(classes.get(), 2, "Name"); }), "KORVAL:code:Index");
   EXPECT_EQ(thrownBy([&] { inFullFevalFcn(1, &result, 1, arguments); }), "KORVAL:host:NoFunctionName");
 }
 
@@ -97,12 +95,9 @@ TEST(HostOperations, PropertiesAreReadAsThePublicClient) {
   EXPECT_EQ(read(pumps, 0, "Double"), 2);
   EXPECT_EQ(read(pumps, 1, "Flow"), 3);
   EXPECT_EQ(*kxGetDoubles(ValuePtr(kxGetTypeProperty(pump.get(), 0, "Secret"), false).get()), 1);
-  const std::vector<std::pair<const char*, const char*>> rows{{"Secret", "KORVAL:code:AccessDenied"},
-                                                              {"Failing", "lab:broken"},
-                                                              {"nix", "KORVAL:code:NoSuchMember"},
-                                                              {"Silent", "KORVAL:code:NoValue"}};
-  for (const auto& row : rows)
-    EXPECT_EQ(thrownBy([&] { kxGetPropertyShared(pump.get(), 0, row.first); }), row.second) << row.first;
+  for (const auto& [name, error] : tableOf<2>("Secret | KORVAL:code:AccessDenied; Failing | lab:broken; "
+                                              "nix | KORVAL:code:NoSuchMember; Silent | KORVAL:code:NoValue"))
+    EXPECT_EQ(thrownBy([&] { kxGetPropertyShared(pump.get(), 0, name.c_str()); }), error) << name;
   world.host.setCodeLimits({.steps = 10});
   for (int time = 0; time < 20; ++time)
     EXPECT_EQ(read(pumps, 0, "Flow"), 1) << "no code runs, and none is limited";
@@ -123,20 +118,21 @@ TEST(HostOperations, OneGuardStandsBeforeAllCode) {
       {[&] { ValuePtr(kxGetPropertyShared(pump.get(), 0, "Flow"), false); }, false},
       {[&] { ValuePtr(kxGetTypeProperty(pump.get(), 0, "Flow"), false); }, false},
       {[&] { inValidInterpreterAvailable(); }, false}};
-  for (std::size_t at = 0; at < rows.size(); ++at) {
-    const auto& [ask, runsCode] = rows[at];
+  for (const auto& [ask, runsCode] : rows) {
+    SCOPED_TRACE(&ask - &rows[0].first);
+    const std::size_t count = runsCode ? 1 : 0;
+    const auto& record = [&]() -> const auto& { return world.host.codeRecord(); };
     world.host.clearCodeRecord();
     world.host.startLog();
     ask();
-    EXPECT_EQ(embedded::Host::ranKorvalCode(world.host.takeLog()), runsCode) << at;
-    EXPECT_EQ(world.host.codeRecord().runs, runsCode ? 1U : 0U) << at;
+    EXPECT_EQ(embedded::Host::ranKorvalCode(world.host.takeLog()), runsCode);
     world.host.setCodePolicy(CodePolicy::Refused);
-    EXPECT_EQ(thrownBy(ask), runsCode ? "KORVAL:host:CodeRefused" : "") << at;
-    EXPECT_EQ(world.host.codeRecord().refusals, runsCode ? 1U : 0U) << at;
-    EXPECT_EQ(world.host.codeRecord().refused.size(), runsCode ? 1U : 0U) << at;
+    EXPECT_EQ(thrownBy(ask), runsCode ? "KORVAL:host:CodeRefused" : "");
+    EXPECT_EQ((std::vector{record().runs, record().refusals, record().refused.size()}),
+              std::vector(3, count));
     trapCode(world.host);
     if (runsCode)
-      EXPECT_DEATH(ask(), "Korval code was about to run") << at;
+      EXPECT_DEATH(ask(), "Korval code was about to run");
     else
       ask();
     world.host.setRefusalObserver({});
@@ -205,14 +201,11 @@ TEST(CodeFiles, AreFunctionsScriptsAndMethods) {
     "classes": [{"name": "lab.Pump", "properties": ["Flow"],
                  "methods": [{"name": "Pump", "code": "function o = Pump(f) o.Flow = f; end"}]}],
     "workspace": [{"name": "old", "value": {"struct": {"a": 1}, "class": "Older"}}]})");
-  EXPECT_EQ(world.value("twice(4)"), "8");
-  EXPECT_EQ(world.value("seed = 6; script; made"), "made = 6");
-  EXPECT_EQ(world.value("pack.inner + 1"), "6");
-  EXPECT_EQ(world.value("size(old), methods(old), ismethod(old, 'size')"), "[2 3]\n{'size'}\ntrue");
-  EXPECT_EQ(world.value("broken"), "!KORVAL:code:Syntax 1:7");
-  EXPECT_EQ(world.host.codeFailure()->source, (folder / "broken.k").string());
-  EXPECT_EQ(world.value("failing"), "!KORVAL:code:UndefinedName 3:3");
-  EXPECT_EQ(world.host.codeFailure()->source, (folder / "failing.k").string());
+  for (const auto& [text, printed, file] : rowsOf<3>("tests/code/texts.rows", "code files")) {
+    EXPECT_EQ(world.value(text), printed);
+    const auto failure = world.host.codeFailure();
+    EXPECT_EQ(failure ? std::filesystem::path(failure->source).filename() : "", file) << text;
+  }
   folder.write("twice.k", "function r = twice(x) r = 'changed'; end");
   std::filesystem::last_write_time(folder / "twice.k",
                                    std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));

@@ -13,6 +13,7 @@
 #include "host/Interpreter.h"
 #include "host/Text.h"
 #include "tests/support/Table.h"
+#include "tests/support/World.h"
 
 namespace {
 
@@ -63,15 +64,13 @@ TEST(Activations, NestAndBelongToTheirThread) {
 }
 
 TEST(Members, AreNamedByTheValuesOfTheirClassOnly) {
-  Description description = withClass("A");
-  description.classes.push_back({.name = "B", .members = {{"Red"}}});
-  description.classes[0].members = {{"Red"}};
-  description.workspace = {{"red", {embedded::ObjectValue{"A", {}, "Red"}}},
-                           {"bare", {embedded::ObjectValue{"A", {}, ""}}}};
-  Host host(description);
-  const Activation active(host);
+  World world(
+      R"({"format": 1, "classes": [{"name": "A", "members": ["Red"]}, {"name": "B", "members": ["Red"]}],
+    "workspace": [{"name": "red", "value": {"object": "A", "member": "Red"}},
+                  {"name": "bare", "value": {"object": "A"}}]})");
   const auto memberOf = [&](const char* name, const char* value) {
-    return kcos::COSClass::getClass(makeInterned(name))->getEnumerationMemberName(host.variable(value).get());
+    return kcos::COSClass::getClass(makeInterned(name))
+        ->getEnumerationMemberName(world.host.variable(value).get());
   };
   EXPECT_EQ("Red", memberOf("A", "red"));
   EXPECT_THROW(memberOf("A", "bare"), foundation::core::except::Exception);

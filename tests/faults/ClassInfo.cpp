@@ -1,8 +1,6 @@
 #include <contextdata/KCOSContextData/ClassInfo.h>
 
 #include <memory>
-#include <sstream>
-#include <tuple>
 
 #include "host/Classes.h"
 #include "tests/faults/FaultLoop.h"
@@ -37,101 +35,27 @@ Question ofRecord(const std::string& operation, const std::string& form, const s
   return asks(n + operation, form, rules, [=] { return ask(*record); });
 }
 
-/// A query asks info.Child, then info.Base, then info.Root: what fails at one level leaves what the levels before have.
-/// The table names host operations, each with how often every level asks it.
-Rules byLevel(const std::string& table, Rules rules = {}) {
-  std::istringstream text(table);
-  for (std::string hostOperation; text >> hostOperation;) {
-    std::size_t call = 0, times = 0;
-    for (const char* left : {"", "c", "b c"})
-      for (text >> times; times > 0; --times)
-        rules.push_back({hostOperation, swallowedButInterrupt(left), ++call});
-  }
-  return rules;
-}
-
-// A failure clears the list of the record whose list is being read, and of no other; what a nested record throws
-// outside of its own list is a failure of the list around it. The table has for each call what is left then.
 Questions constructors() {
-  Rules nested{{"kcos::nameresolution::getUserVisibleClassName", propagates, 1},
-               {"fl::i18n::to_ustring", propagates, 1}};
-  const std::string left[] = {"info.Child", "info.Child info.Base", "info.Child info.Base info.Root"};
-  for (const auto& [hostOperation, first, calls] :
-       std::vector<std::tuple<std::string, std::size_t, std::string>>{
-           {"kcos::nameresolution::getUserVisibleClassName", 2, "01"},
-           {"fl::i18n::to_ustring", 2, "01"},
-           {"kcos::COSClass::getClass", 1, "00112"},
-           {"kcos::COSClass::getID", 1, "01"},
-           {"kcos::COSClass::getSuperclasses", 1, "012"},
-           {"kcos::COSEnumerator::hasMoreElements", 1, "0110"},
-           {"kcos::COSEnumerator::nextElement", 1, "01"}})
-    for (std::size_t call = 0; call < calls.size(); ++call)
-      nested.push_back(
-          {hostOperation, swallowedButInterrupt("info.Child: " + left[calls[call] - '0']), first + call});
-  const Reaction alone = swallowedButInterrupt("info.Root: info.Root");
-  return {asks(n + "ClassInfo::ClassInfo", "identifier", nested,
+  return {asks(n + "ClassInfo::ClassInfo", "identifier", rulesOf("ClassInfo identifier"),
                [id = idOf("info.Child")] { return shownStructure(ClassInfo(id)); }),
-          asks(n + "ClassInfo::ClassInfo", "value",
-               {{"kcos::internal::makeInterned", swallowed(": "), 1},
-                {"kcos::COSClass::getClass", swallowed(": "), 1},
-                {"kcos::COSClass::getClass", alone, 2},
-                {"kcos::COSClass::getSuperclasses", alone},
-                {"*", propagates}},
+          asks(n + "ClassInfo::ClassInfo", "value", rulesOf("ClassInfo value"),
                [] { return shownStructure(ClassInfo(variable("root").get())); })};
 }
 
-Rules rulesOfFlags() {
-  const std::string finite = "finite(1 u Running)", end = " typed() ";
-  const auto one = swallowedButInterrupt(finite + "g fast()u" + end);
-  const auto two = swallowedButInterrupt(finite + " fast()gu" + end);
-  const auto three = swallowedButInterrupt(finite + " fast()u typed()g ");
-  const std::string makeInterned = "kcos::internal::makeInterned", find = "kcos::COSInterface::findAttribute";
-  return {{"*", swallowedButInterrupt("")},
-          {"omGetStringConversion", swallowed("finite(1 Running) fast()u" + end)},
-          {"kcos::COSOptimizedPropInfo::getOptimizedFlag", swallowedButInterrupt(finite + " fast()" + end)},
-          {"kcos::COSOptimizedPropInfo::hasCustomGetter", two},
-          {"kcos::COSAttribute::getDataType", two},
-          {"kcos::COSDataTypePtr::getID", two, 3},
-          {"COSGetPublicClient", two},
-          {"kcos::COSInterface::getAttributeValue", two},
-          {makeInterned, one, 2},
-          {makeInterned, two, 3},
-          {makeInterned, three, 4},
-          {find, one, 1},
-          {find, two, 2},
-          {find, three, 3}};
-}
-
 Questions propertyQueries() {
-  const Rules getter{{"kcos::internal::makeInterned", swallowedButInterrupt("r b c")},
-                     {"kcos::COSInterface::findAttribute", swallowedButInterrupt("r b c")}};
-  const Rules levels = byLevel(R"(
-    kcos::COSClass::getClass 1 1 1    kcos::COSClass::checkClass 1 1 1    kcos::COSClass::isEnumeration 1 1 1
-    kcos::COSClass::visitProperties 1 1 1    kcos::cosiToProp 3 2 1    kcos::cosiClassOfMember 3 2 1
-    kcos::COSClass::getID 3 2 1    kcos::COSPropT::getName 3 2 1    kcos::COSPropT::getMemberGetAccess 1 1 1
-    kcos::COSPropT::getMemberSetAccess 1 1 1    kcos::COSPropT::getDataType 1 1 1
-    kcos::COSPropT::isDependent 1 1 1    kcos::COSPropT::isVisible 1 1 1    fl::i18n::to_ustring 2 2 2)",
-                               getter);
   const Rules inherited{{"kcos::internal::makeInterned", swallowedButInterrupt("r")},
                         {"kcos::COSInterface::findAttribute", swallowedButInterrupt("r")},
                         {"*", swallowedButInterrupt("")}};
-  return {ofRecord("ClassInfo::getProperties", "options", "info.Rich", rulesOfFlags(),
+  return {ofRecord("ClassInfo::getProperties", "options", "info.Rich", rulesOf("getProperties options"),
                    [](const ClassInfo& record) { return shownInFull(record.getProperties({})); }),
-          ofRecord("ClassInfo::getProperties", "levels", "info.Child", levels,
+          ofRecord("ClassInfo::getProperties", "levels", "info.Child", rulesOf("getProperties levels"),
                    [](const ClassInfo& record) { return namesOf(record.getProperties({0}, nullptr)); }),
           ofRecord("ClassInfo::getPropertiesOfSuperclasses", "", "info.Base", inherited,
                    [](const ClassInfo& record) { return namesOf(record.getPropertiesOfSuperclasses({})); })};
 }
 
 Questions methodQueries() {
-  const Rules levels = byLevel(R"(
-    kcos::COSClass::getClass 2 2 2    kcos::COSClass::checkClass 1 1 1    kcos::COSClass::isEnumeration 1 1 1
-    kcos::COSClass::visitMethods 1 1 1    kcos::cosiToMethod 3 2 1    kcos::cosiClassOfMember 3 2 1
-    kcos::COSClass::getID 3 2 1    kcos::COSMethodBase::getName 3 2 1    kcos::COSClass::getSimpleName 1 1 1
-    kcos::COSClass::getNamespace 1 1 1    kcos::COSNamespace::getDottedName 1 1 1
-    kcos::COSMethodInfo::getMemberAccess 1 1 1    kcos::COSMethodInfo::isVisible 1 1 1
-    kcos::COSMethodInfo::isStatic 1 1 1    kcos::internal::makeInterned 1 1 1    fl::i18n::to_ustring 2 2 2)");
-  return {ofRecord("ClassInfo::getMethods", "levels", "info.Child", levels,
+  return {ofRecord("ClassInfo::getMethods", "levels", "info.Child", rulesOf("getMethods levels"),
                    [](const ClassInfo& record) { return namesOf(record.getMethods({0}, any, nullptr)); }),
           ofRecord("ClassInfo::getMethodsOfSuperclasses", "", "info.Base", {{"*", swallowedButInterrupt("")}},
                    [](const ClassInfo& record) {
@@ -140,12 +64,8 @@ Questions methodQueries() {
 }
 
 Questions structureQueries() {
-  const Rules levels = byLevel(R"(
-    kcos::COSClass::getClass 1 1 1    kcos::COSClass::getAttributeNames1 1 1 1
-    kcos::COSClass::getAttributeNames2 1 1 1    kcos::COSClass::getAttributeNames3 1 1 1
-    kcos::COSClass::getAttributeNames4 1 1 1    fl::i18n::to_ustring(codecvt_ascii_to_ustring) 1 1 1)");
   return {
-      ofRecord("ClassInfo::getAttributes", "", "info.Child", levels,
+      ofRecord("ClassInfo::getAttributes", "", "info.Child", rulesOf("getAttributes levels"),
                [](const ClassInfo& record) { return shownList(record.getAttributes(true).attributeList1); }),
       ofRecord("ClassInfo::isA", "", "info.Child", {},
                [](const ClassInfo& record) { return shown(record.isA(u"info.Root")); }),

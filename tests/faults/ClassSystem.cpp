@@ -13,7 +13,6 @@ using namespace KCOSIntrospection;
 using Names = std::vector<std::u16string>;
 
 const std::string contextData = "KCOSContextData::", introspection = "KCOSIntrospection::";
-constexpr const char* makeInterned = "kcos::internal::makeInterned";
 constexpr const char* getClass = "kcos::COSClass::getClass";
 constexpr const char* toString = "fl::i18n::to_string";
 constexpr const char* call = "inCallFcn";
@@ -29,11 +28,6 @@ struct WithoutComponents {
   WithoutComponents() { activeWorld()->setComponents(false); }
   ~WithoutComponents() { activeWorld()->setComponents(true); }
 };
-
-/// Looking up a class that must be valid swallows what interning its name and the look-up throw, and nothing else.
-Rules validLookUp(const std::string& answer) {
-  return {{makeInterned, swallowed(answer), 1}, {getClass, swallowed(answer)}, {"*", propagates}};
-}
 
 Questions identifiers() {
   const std::string type = contextData + "ResolvedClassID::", constructor = type + "ResolvedClassID";
@@ -76,16 +70,17 @@ Questions lookUps() {
   return {
       asks(n + "getCOSClass", "identifier", {{"*", swallowedButInterrupt("null")}},
            [=] { return textOf(getCOSClass(pump)); }),
-      asks(n + "getCOSClass", "value", validLookUp("null"),
+      asks(n + "getCOSClass", "value", rulesOf("validLookUp null"),
            [] { return textOf(getCOSClass(variable("pump").get())); }),
-      asks(n + "getCOSClass", "name", validLookUp("null"), [=] { return textOf(getCOSClass(name)); }),
+      asks(n + "getCOSClass", "name", rulesOf("validLookUp null"), [=] { return textOf(getCOSClass(name)); }),
       asks(n + "isKCOSClass", "identifier", {{"*", swallowedButInterrupt("false")}},
            [=] { return isKCOSClass(pump); }),
-      asks(n + "isKCOSClass", "name", validLookUp("false"), [=] { return isKCOSClass(name); }),
-      asks(n + "isKCOSObject", "", validLookUp("false"), [] { return isKCOSObject(variable("pump").get()); }),
-      asks(n + "hasMethod", "value", validLookUp("false"),
+      asks(n + "isKCOSClass", "name", rulesOf("validLookUp false"), [=] { return isKCOSClass(name); }),
+      asks(n + "isKCOSObject", "", rulesOf("validLookUp false"),
+           [] { return isKCOSObject(variable("pump").get()); }),
+      asks(n + "hasMethod", "value", rulesOf("validLookUp false"),
            [] { return hasMethod(variable("pump").get(), "start"); }),
-      asks(n + "hasProperty", "", validLookUp("false"),
+      asks(n + "hasProperty", "", rulesOf("validLookUp false"),
            [] { return hasProperty(variable("pump").get(), "Flow"); }),
       asks(n + "hasMethod", "identifier", ofIdentifier,
            [=](Answer& a) { return hasMethod(pump, "make", a.flag); }),
@@ -93,7 +88,7 @@ Questions lookUps() {
            [=](Answer& a) { return hasMethod(name, "make", a.flag); }),
       asks(n + "isKCOSClassDerivedFrom", "identifiers", ofIdentifier,
            [=] { return isKCOSClassDerivedFrom(pump, device); }),
-      asks(n + "isKCOSClassDerivedFrom", "names", validLookUp("false"),
+      asks(n + "isKCOSClassDerivedFrom", "names", rulesOf("validLookUp false"),
            [=] { return isKCOSClassDerivedFrom(name, u"lab.Device"); }),
       asks(n + "getClassName", "", [] { return getClassName(variable("pump").get()); }),
       asks(n + "getConstructorName", "", noCalls, [=] { return getConstructorName(name); }),
@@ -166,35 +161,22 @@ Questions objects() {
     const FunctionMetadata found = getArgumentBlockMetadata(u"lab.tune", u"tune");
     return std::to_string(found.flags) + (found.inputArguments && found.outputArguments ? " both" : "");
   };
-  const auto methodsOf = [](const std::string& name, const Rules& rules) {
-    return asks("getMethodsForWSVariable", name, rules,
+  const auto methodsOf = [](const std::string& name) {
+    return asks("getMethodsForWSVariable", name, rulesOf("getMethodsForWSVariable " + name),
                 [name] { return shownList(getMethodsForWSVariable(u"Pump", variable(name))); });
   };
-  // An object whose class cannot be looked up is asked itself; one whose class is gone a moment later has no methods.
-  const std::string asked = "start make stop Device reset list";
-  return {
-      asks(n + "callFunctionOnObject", "",
-           {{call, swallowed("false")}, {results, swallowed("false")}, {"*", propagates}},
-           [](Answer& a) { return callFunctionOnObject(variable("own").get(), "properties", a.names); }),
-      asks(n + "getObjectPropertyNames", "own answer",
-           {{call, swallowed("p")}, {results, swallowed("p")}, {"*", propagates}}, propertyNames),
-      // The names of the class are listed whatever becomes of the call, but not when looking the class up fails.
-      asks(
-          n + "getObjectPropertyNames", "class walk",
-          {{call, ignored}, {makeInterned, swallowed(""), 1}, {getClass, swallowed("")}, {"*", propagates}},
-          [](Answer& a) { getObjectPropertyNames(variable("failing").get(), a.names); }, conversion),
-      asks(n + "isNoDotMethodClass", "", [] { return isNoDotMethodClass(variable("far").get()); }),
-      asks(contextData + "getArgumentBlockMetadata", "", metadata),
-      methodsOf("pump", {{makeInterned, swallowed(asked), 1},
-                         {makeInterned, swallowed(""), 2},
-                         {getClass, swallowed(asked), 1},
-                         {getClass, swallowed(""), 2},
-                         {"*", propagates}}),
-      methodsOf("far", {{makeInterned, ignored},
-                        {getClass, ignored},
-                        {call, swallowed("")},
-                        {results, swallowed("")},
-                        {"*", propagates}})};
+  return {asks(n + "callFunctionOnObject", "",
+               {{call, swallowed("false")}, {results, swallowed("false")}, {"*", propagates}},
+               [](Answer& a) { return callFunctionOnObject(variable("own").get(), "properties", a.names); }),
+          asks(n + "getObjectPropertyNames", "own answer",
+               {{call, swallowed("p")}, {results, swallowed("p")}, {"*", propagates}}, propertyNames),
+          asks(
+              n + "getObjectPropertyNames", "class walk", rulesOf("getObjectPropertyNames class walk"),
+              [](Answer& a) { getObjectPropertyNames(variable("failing").get(), a.names); }, conversion),
+          asks(n + "isNoDotMethodClass", "", [] { return isNoDotMethodClass(variable("far").get()); }),
+          asks(contextData + "getArgumentBlockMetadata", "", metadata),
+          methodsOf("pump"),
+          methodsOf("far")};
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include "host/Exceptions.h"
 #include "tests/support/State.h"
+#include "tests/support/Table.h"
 #include "tests/support/World.h"
 
 namespace faults {
@@ -176,6 +177,26 @@ std::size_t failEveryCall(embedded::Host& host, const Question& question) {
     }
   }
   return happened;
+}
+
+Rules rulesOf(const std::string& table) {
+  const std::map<std::string, Reaction> plain{
+      {"propagates", propagates}, {"ignored", ignored}, {"open", open}};
+  const auto reactionOf = [&](const std::string& text) {
+    if (plain.contains(text)) return plain.at(text);
+    const std::size_t colon = text.find(':');
+    const std::string answer = text.substr(std::min(text.size(), colon + 2));
+    return text.starts_with("swallowed:") ? swallowed(answer) : swallowedButInterrupt(answer);
+  };
+  const auto rows = rowsOf("tests/faults/rules.rows", table);
+  Rules rules;
+  for (std::size_t at = 1; at < rows.size(); ++at)
+    for (std::size_t column = 1; column < rows[0].size(); ++column) {
+      std::istringstream calls(rows[at].at(column));
+      for (std::string call; calls >> call;)
+        rules.push_back({rows[at][0], reactionOf(rows[0][column]), call == "all" ? 0 : std::stoul(call)});
+    }
+  return rules;
 }
 
 Questions joined(std::initializer_list<Questions> parts) {

@@ -75,6 +75,8 @@ using Rules = std::vector<Rule>;
 using Questions = std::vector<Question>;
 
 inline const Rules allPropagate{{"*", propagates}};
+/// A table of tests/faults/rules.rows.
+Rules rulesOf(const std::string& table);
 /// Of a question that asks nothing of the host.
 inline const Rules noCalls{};
 

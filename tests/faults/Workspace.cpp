@@ -10,9 +10,6 @@ namespace {
 
 using Names = std::vector<std::u16string>;
 
-constexpr const char* makeInterned = "kcos::internal::makeInterned";
-constexpr const char* getClass = "kcos::COSClass::getClass";
-constexpr const char* readProperty = "kxGetPropertyShared";
 constexpr const char* results = "results in their slots";
 
 Questions sizes() {
@@ -25,15 +22,7 @@ Questions sizes() {
     };
     return asks("getSizeFromKxArray", name, rules, ask);
   };
-  const Reaction unknown = swallowed("");
-  // The kind of the value is asked first, and that of the answer of its class after the call.
-  const Rules ofMethod{{"kxGetClassID", propagates, 1},
-                       {"kxGetClassID", unknown, 2},
-                       {"inCallMethodSingleInputSingleOutput", unknown},
-                       {"kxIsEmpty", unknown},
-                       {"kxGetNumberOfElements", unknown},
-                       {"kxGetDoubles", unknown},
-                       {"*", propagates}};
+  const Rules ofMethod = rulesOf("getSizeFromKxArray method");
   return {sizeOf("number", allPropagate), sizeOf("sized", ofMethod), sizeOf("silent", ofMethod),
           sizeOf("far", ofMethod), sizeOf("pair", ofMethod)};
 }
@@ -80,30 +69,12 @@ Questions frames() {
           asks("FunctionExecutionFrame::accept", "", accept)};
 }
 
-/// What is undone afterwards may fail without a trace; what failing to flush and to pop does is open.
-Rules withUndoing(Rules rules) {
-  rules.insert(rules.begin(), {{"matrix::getErrorMode", ignored, 2},
-                               {"matrix::setErrorMode", ignored, 2},
-                               {"services::io::KLStream::flush", open},
-                               {"services::io::KLStream::pop", open}});
-  return rules;
-}
-
-Rules evaluationsSwallowed() {
-  Rules rules;
-  for (const char* operation :
-       {"inValidInterpreterAvailable", "services::io::KLStream::KLOut", "services::io::KLStream::KLErr",
-        "services::io::KLStream::push", "matrix::getErrorMode", "matrix::setErrorMode", "inEvalExp", results})
-    rules.push_back({operation, swallowed("false")});
-  rules.push_back({"*", propagates});
-  return withUndoing(rules);
-}
-
 Questions evaluations() {
   const auto valueOf = [](const std::u16string& expression, const Rules& rules) {
     return asks("GetValueFromCurrentWorkspace", shown(expression), rules,
                 [expression] { return GetValueFromCurrentWorkspace(expression) != nullptr; });
   };
+  const Rules evaluation = rulesOf("EvalcExpSuccessful");
   const auto evaluateForValue = [] {
     kxArray_tag* value = nullptr;
     const struct Drop {
@@ -112,63 +83,18 @@ Questions evaluations() {
     } drop{value};
     return EvalcExpSuccessful(u"record.c", 1, &value, true);
   };
-  return {
-      asks("EvalcExpSuccessful", "printing", withUndoing(allPropagate),
-           [] { return EvalcExpSuccessful(u"disp('x'); 1", 0, nullptr, false); }),
-      asks("EvalcExpSuccessful", "value", withUndoing(allPropagate), evaluateForValue),
-      asks("IsPKXPackage", "", withUndoing(allPropagate), [] { return IsPKXPackage(u"old"); }),
-      valueOf(u"number", allPropagate), valueOf(u"record.a.b", allPropagate),
-      valueOf(u"record(1).c", evaluationsSwallowed()),
-      // What the walk does not find out about an object the evaluation finds out. Interning the name of a member,
-      // after that of its class, is no part of the look-up of the class.
-      valueOf(u"pump.Flow", {{makeInterned, propagates, 3},
-                             {makeInterned, propagates, 5},
-                             {makeInterned, ignored},
-                             {getClass, ignored},
-                             {readProperty, ignored},
-                             {"*", propagates}}),
-      valueOf(u"far.host", {{"inCallFcn", ignored},
-                            {results, ignored},
-                            {makeInterned, ignored},
-                            {getClass, ignored},
-                            {readProperty, ignored},
-                            {"*", propagates}})};
-}
-
-/// The folder is listed three times; whatever fails in a visit of the search path costs the names of that listing.
-Rules ofListings() {
-  struct Listing {
-    const char* hostOperation;
-    std::size_t callsOfEach;
-  };
-  const std::string left[] = {"A B f x.kexa64 Cls true", "A B f f.k Cls true", "A B f f.k x.kexa64 true"};
-  Rules rules;
-  for (const Listing& listing :
-       {Listing{"KsearchPath::visitItems", 1}, Listing{"KpathItem::getService", 2},
-        Listing{"KpathItem::getLocation", 2}, Listing{"KnameComparer::equal", 2},
-        Listing{"foundation::storage::vfs::AbsoluteIRI::getName", 2}, Listing{"KpathItem::getKind", 1},
-        Listing{"foundation::storage::vfs::CanonicalAbsoluteIRI::getParent", 1},
-        Listing{"Kdispatcher::GetCurrentWorkingFolder", 1}, Listing{"KcurrentWorkingFolder::get", 1},
-        Listing{"foundation::storage::vfs::Folder::getLocation", 1},
-        Listing{"Tamsix::PathManagement::GetStringFromIRI", 1}, Listing{"fl::filesystem::status", 1},
-        Listing{"ioGetDirList", 1}}) {
-    for (std::size_t call = 0; call < 3 * listing.callsOfEach; ++call)
-      rules.push_back(
-          {listing.hostOperation, swallowedButInterrupt(left[call / listing.callsOfEach]), call + 1});
-  }
-  // The first dispatcher of a listing is asked for the path, the second, in the visit, for the current folder.
-  for (std::size_t at = 0; at < 3; ++at)
-    rules.push_back({"Kdispatcher::getDispatcher", swallowedButInterrupt(left[at]), 2 * at + 2});
-  return rules;
+  return {asks("EvalcExpSuccessful", "printing", evaluation,
+               [] { return EvalcExpSuccessful(u"disp('x'); 1", 0, nullptr, false); }),
+          asks("EvalcExpSuccessful", "value", evaluation, evaluateForValue),
+          asks("IsPKXPackage", "", evaluation, [] { return IsPKXPackage(u"old"); }),
+          valueOf(u"number", allPropagate),
+          valueOf(u"record.a.b", allPropagate),
+          valueOf(u"record(1).c", rulesOf("GetValueFromCurrentWorkspace evaluation")),
+          valueOf(u"pump.Flow", rulesOf("GetValueFromCurrentWorkspace pump.Flow")),
+          valueOf(u"far.host", rulesOf("GetValueFromCurrentWorkspace far.host"))};
 }
 
 Questions folders() {
-  Rules ofPackage = ofListings();
-  // In the order of the reads: the classes, their names, the functions, their names.
-  std::size_t read = 0;
-  for (const char* left : {"f ", "B f ", "A f ", "A B ", "A B "})
-    ofPackage.push_back({readProperty, swallowed(left + std::string("f.k x.kexa64 Cls true")), ++read});
-  ofPackage.push_back({"*", propagates});
   const auto packageStrings = [] {
     Names names;
     const bool any = PKXContextData::getPackageStrings(u"old", names);
@@ -181,13 +107,9 @@ Questions folders() {
     const auto names = getBuiltinFunctionNames();
     return names.size() == 2 && names.contains(u"sin") && names.contains(u"cos");
   };
-  return {asks("PKXContextData::getPackageStrings", "", ofPackage, packageStrings),
+  return {asks("PKXContextData::getPackageStrings", "", rulesOf("getPackageStrings"), packageStrings),
           listing("current folder", u"", allPropagate),
-          // Only getting the path stands before the visit.
-          listing("folder on the path", u"@old",
-                  {{"Kdispatcher::getDispatcher", propagates, 1},
-                   {"Kdispatcher::GetCurrentPath", propagates},
-                   {"*", swallowedButInterrupt("")}}),
+          listing("folder on the path", u"@old", rulesOf("getWhatList folder on the path")),
           asks("getBuiltinFunctionNames", "", builtins)};
 }
 

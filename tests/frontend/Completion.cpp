@@ -10,11 +10,6 @@
 namespace {
 
 using frontend::Completion;
-using frontend::Status;
-
-Completion complete(frontend::Session& session, const LineCase& line, const frontend::Options& options) {
-  return frontend::complete(session, line.text, line.cursor, line.where(), options);
-}
 
 /// Columns that are empty are left out.
 std::string rowOf(const frontend::Candidate& candidate) {
@@ -35,22 +30,13 @@ TEST(Completion, OffersWhatItsCasesSay) {
   EXPECT_GT(cases.size(), 90U);
   for (const LineCase& line : cases) {
     SCOPED_TRACE(line.place);
-    const Completion completion = complete(world.session, line, line.options());
+    const Completion completion =
+        complete(world.session, line.text, line.cursor, line.where(), line.options());
     EXPECT_EQ(shownRows(completion), line.expected);
     EXPECT_EQ(nameOf(completion.outcome.status), line.status);
     EXPECT_EQ(completion.outcome.reason.empty(), line.status == "complete");
     EXPECT_LE(completion.begin, completion.end);
     EXPECT_EQ(completion.end, line.cursor);
-  }
-}
-
-TEST(Completion, RunsNoCodeUnderThePolicyNever) {
-  CaseWorld world;
-  TrappedSession session(*world.host);
-  for (const LineCase& line : lineCases("completion.txt")) {
-    frontend::Options options = line.options();
-    options.policy = frontend::CodePolicy::Never;
-    EXPECT_NE(complete(session, line, options).outcome.status, Status::Failed) << line.place;
   }
 }
 

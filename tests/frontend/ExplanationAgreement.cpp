@@ -32,12 +32,10 @@ class Seeded {
     Description world;
     for (int at = 0, count = below(4) + 2; at < count; ++at) addClass(world, at);
     world.classes.push_back({.name = mixin});
-    for (const ClassDescription& made : world.classes) {
-      if (made.broken) continue;
-      embedded::ObjectValue object{.className = made.name, .properties = {}};
-      if (made.enumeration) object.member = "m";
-      world.workspace.push_back({"o" + made.name.substr(0, 2), {object}});
-    }
+    for (const ClassDescription& made : world.classes)
+      if (!made.broken)
+        world.workspace.push_back({"o" + made.name.substr(0, 2),
+                                   {embedded::ObjectValue{made.name, {}, made.enumeration ? "m" : ""}}});
     return world;
   }
 
@@ -66,9 +64,8 @@ class Seeded {
     property.set = oneIn(3) ? embedded::Access{5, {}} : access(world, to);
     property.hidden = oneIn(3);
     if (oneIn(4)) property.getter = "1";
-    const bool isKnown =
-        std::ranges::any_of(to.properties, [&](const auto& other) { return other.name == property.name; });
-    if (!isKnown) to.properties.push_back(property);
+    if (std::ranges::count(to.properties, property.name, &embedded::PropertyDescription::name) == 0)
+      to.properties.push_back(property);
     to.methods.push_back({.name = oneIn(6) ? to.name : names[below(5)],
                           .access = access(world, to),
                           .isStatic = oneIn(3),
@@ -106,12 +103,13 @@ class Checked {
     for (const ClassDescription& asked : world_.classes) {
       const auto lines = linesOf(asked);
       for (const Line& line : lines)
-        for (const std::string& caller : callers())
+        for (const std::string& caller : andClasses({""}))
           for (const bool hidden : {false, true}) check(asked, line, lines, caller, hidden);
     }
   }
 
   std::map<Rule, std::size_t> counts;
+  std::size_t followed = 0;
 
  private:
   std::vector<Line> linesOf(const ClassDescription& asked) const {
@@ -123,18 +121,13 @@ class Checked {
     return lines;
   }
 
-  std::vector<std::string> callers() const {
-    std::vector<std::string> names{""};
-    for (const ClassDescription& made : world_.classes) names.push_back(made.name);
-    return names;
-  }
-
   void check(const ClassDescription& asked, const Line& line, const std::vector<Line>& lines,
              const std::string& caller, bool hidden) {
     frontend::Options options = options_;
     options.hidden = hidden;
     const auto offered = offers(line, caller, options);
-    for (const std::string& name : namesToAsk()) {
+    for (const std::string& name : andClasses({"a", "b", "c", "plus", "subsref", "m", "h", "nowhere"})) {
+      if (name == mixin) continue;  // Names in a namespace are not offered by themselves.
       SCOPED_TRACE(shown(line.text) + " " + name + ", class '" + caller + "'" + (hidden ? ", hidden" : ""));
       const Explanation explanation =
           frontend::explain(session_, line.text, line.cursor, wide(name), scopeOf(caller), options);
@@ -143,7 +136,7 @@ class Checked {
       ASSERT_FALSE(explanation.reasons.empty());
       for (const frontend::Reason& reason : explanation.reasons) ++counts[reason.rule];
       if (caller.empty()) limitAndType(explanation, line, options);
-      if (!explanation.isOffered) followReasons(asked, explanation, wide(name), line, lines, caller, options);
+      if (!explanation.isOffered) followReasons(asked, explanation, name, line, lines, caller, options);
     }
   }
 
@@ -171,47 +164,38 @@ class Checked {
   }
 
   /// Does what the reasons say is in the way, and looks whether the name comes.
-  void followReasons(const ClassDescription& asked, const Explanation& explanation,
-                     const std::u16string& name, const Line& line, const std::vector<Line>& lines,
-                     const std::string& caller, frontend::Options options) {
-    const bool exists = declares(asked, name);
+  void followReasons(const ClassDescription& asked, const Explanation& explanation, const std::string& name,
+                     const Line& line, const std::vector<Line>& lines, const std::string& caller,
+                     frontend::Options options) {
+    const auto [declarers, listed] = declared(asked, name);
+    const auto classes = tree(asked);
     const bool isUnknown = has(explanation, Rule::NotInThisClass) || has(explanation, Rule::Unknown);
-    EXPECT_EQ(exists, !isUnknown) << reasonsOf(explanation);
+    EXPECT_EQ(declarers.empty(), isUnknown) << reasonsOf(explanation);
     if (isUnknown) return;
-    if (has(explanation, Rule::NotOfferedHere)) return expectNothingHelps(asked, name, lines);
-    const std::pair<Rule, bool> facts[] = {{Rule::Constructor, isConstructor(asked, name)},
-                                           {Rule::Operator, name == u"plus" || name == u"subsref"},
-                                           {Rule::Mixin, derives(asked, mixin)},
-                                           {Rule::ExclusionTable, derives(asked, "table")},
-                                           {Rule::ShadowedBy, declarers(asked, name).size() > 1}};
-    for (const auto& [rule, isSo] : facts) EXPECT_TRUE(isSo || !has(explanation, rule)) << nameOf(rule);
-    for (const Rule rule : {Rule::Constructor, Rule::Operator, Rule::Mixin, Rule::ExclusionTable})
-      if (has(explanation, rule)) return;
+    const std::tuple<Rule, bool, bool> facts[] = {{Rule::Constructor, true, classes.contains(name)},
+                                                  {Rule::Operator, true, name == "plus" || name == "subsref"},
+                                                  {Rule::Mixin, true, classes.contains(mixin)},
+                                                  {Rule::ExclusionTable, true, classes.contains("table")},
+                                                  {Rule::ShadowedBy, false, declarers.size() > 1}};
+    bool isFinal = false;
+    for (const auto& [rule, ends, isSo] : facts) {
+      EXPECT_TRUE(isSo || !has(explanation, rule)) << nameOf(rule);
+      isFinal = isFinal || (ends && has(explanation, rule));
+    }
+    if (isFinal) return;
     options.hidden = options.hidden || has(explanation, Rule::Hidden);
     std::set<std::string> asking{caller};
-    if (has(explanation, Rule::AccessLevel)) asking = declarers(asked, name);
-    if (has(explanation, Rule::AccessList)) asking = listed(asked, name);
+    if (has(explanation, Rule::AccessLevel)) asking = declarers;
+    if (has(explanation, Rule::AccessList)) asking = listed;
     const bool isElsewhere = has(explanation, Rule::Position);
     const auto isOffered = [&](const Line& other) {
-      if (isElsewhere == (other.text == line.text)) return false;
-      return std::ranges::any_of(
-          asking, [&](const std::string& who) { return offers(other, who, options).contains(name); });
+      return isElsewhere != (other.text == line.text) && std::ranges::any_of(asking, [&](const auto& who) {
+               return offers(other, who, options).contains(wide(name));
+             });
     };
     EXPECT_TRUE(std::ranges::any_of(lines, isOffered) || (isElsewhere && lines.size() == 1))
         << reasonsOf(explanation);
     if (asking != std::set{caller} || isElsewhere || !options.hidden) ++followed;
-  }
-
-  /// Wherever, whoever and however it is asked.
-  void expectNothingHelps(const ClassDescription& asked, const std::u16string& name,
-                          const std::vector<Line>& lines) {
-    frontend::Options options = options_;
-    options.hidden = true;
-    for (const Line& line : lines) {
-      if (line.cursor == 0 && isConstructor(asked, name)) continue;  // There it is the name of the class.
-      for (const std::string& caller : declarers(asked, name))
-        EXPECT_FALSE(offers(line, caller, options).contains(name)) << caller;
-    }
   }
 
   const std::set<std::u16string>& offers(const Line& line, const std::string& caller,
@@ -230,55 +214,34 @@ class Checked {
   }
 
   /// The class and its ancestors.
-  void collect(const ClassDescription& from, std::set<std::string>& names) const {
-    names.insert(from.name);
-    for (const std::string& superclass : from.superclasses) collect(named(superclass), names);
-  }
   std::set<std::string> tree(const ClassDescription& from) const {
-    std::set<std::string> names;
-    collect(from, names);
+    std::set<std::string> names{from.name};
+    for (const std::string& superclass : from.superclasses) names.merge(tree(named(superclass)));
     return names;
   }
-  bool derives(const ClassDescription& from, const std::string& name) const {
-    return tree(from).contains(name);
-  }
-  bool isConstructor(const ClassDescription& asked, const std::u16string& name) const {
-    const auto names = tree(asked);
-    return std::ranges::any_of(names, [&](const std::string& known) { return wide(known) == name; });
-  }
 
-  template <class Use>
-  void eachDeclaration(const ClassDescription& asked, const std::u16string& name, Use use) const {
+  /// The classes of the tree that declare a member of that name, and those that the member grants access.
+  std::pair<std::set<std::string>, std::set<std::string>> declared(const ClassDescription& asked,
+                                                                   const std::string& name) const {
+    std::set<std::string> declarers, listed;
     for (const std::string& at : tree(asked)) {
       const ClassDescription& here = named(at);
-      for (const auto& property : here.properties)
-        if (wide(*property.name) == name) use(here, property.get), use(here, property.set);
-      for (const auto& method : here.methods)
-        if (wide(*method.name) == name) use(here, method.access);
-      for (const auto& member : here.members)
-        if (wide(*member.name) == name) use(here, embedded::Access{});
+      const auto use = [&](const auto& members, auto... accesses) {
+        for (const auto& member : members) {
+          if (member.name != name) continue;
+          declarers.insert(here.name);
+          (listed.insert((member.*accesses).classes.begin(), (member.*accesses).classes.end()), ...);
+        }
+      };
+      use(here.properties, &embedded::PropertyDescription::get, &embedded::PropertyDescription::set);
+      use(here.methods, &embedded::MethodDescription::access);
+      use(here.members);
     }
-  }
-  std::set<std::string> declarers(const ClassDescription& asked, const std::u16string& name) const {
-    std::set<std::string> names;
-    eachDeclaration(asked, name, [&](const ClassDescription& here, const auto&) { names.insert(here.name); });
-    return names;
-  }
-  std::set<std::string> listed(const ClassDescription& asked, const std::u16string& name) const {
-    std::set<std::string> names;
-    eachDeclaration(asked, name, [&](const ClassDescription&, const embedded::Access& access) {
-      names.insert(access.classes.begin(), access.classes.end());
-    });
-    return names;
-  }
-  bool declares(const ClassDescription& asked, const std::u16string& name) const {
-    return !declarers(asked, name).empty();
+    return {declarers, listed};
   }
 
-  std::vector<std::string> namesToAsk() const {
-    std::vector<std::string> names{"a", "b", "c", "plus", "subsref", "m", "h", "nowhere"};
-    for (const ClassDescription& made : world_.classes)
-      if (made.name != mixin) names.push_back(made.name);
+  std::vector<std::string> andClasses(std::vector<std::string> names) const {
+    for (const ClassDescription& made : world_.classes) names.push_back(made.name);
     return names;
   }
 
@@ -298,9 +261,6 @@ class Checked {
   frontend::Options options_;
   std::set<std::string> variables_;
   std::map<std::tuple<std::u16string, std::string, bool>, std::set<std::u16string>> offers_;
-
- public:
-  std::size_t followed = 0;
 };
 
 /// Small worlds in which each rule is met, the rare ones too.

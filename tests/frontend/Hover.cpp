@@ -16,40 +16,6 @@ using frontend::Candidate;
 using frontend::Hover;
 using frontend::SignatureHelp;
 
-std::string joined(const std::vector<std::string>& parts) {
-  std::string text;
-  for (const std::string& part : parts)
-    if (!part.empty()) text += (text.empty() ? "" : ", ") + part;
-  return text;
-}
-
-template <class Texts>
-std::string line(const std::string& head, const Texts& texts) {
-  std::vector<std::string> parts;
-  for (const auto& text : texts) parts.push_back(shown(text));
-  return parts.empty() ? "" : head + ": " + joined(parts) + "\n";
-}
-
-std::string shownSubject(const Candidate& subject) {
-  static const char* const levels[] = {"public", "protected", "private", "immutable", "listed"};
-  const std::string size = shown(subject.size);
-  const std::string facts =
-      joined({size + (size.empty() || subject.type.empty() ? "" : " ") + shown(subject.type),
-              subject.declaringClass.empty() ? "" : "of " + shown(subject.declaringClass),
-              subject.access ? levels[*subject.access] : "", subject.isConstant ? "constant" : "",
-              subject.isHidden ? "hidden" : "",
-              subject.readRunsCode && subject.kind == frontend::Kind::Property ? "reading runs code" : ""});
-  return std::string(nameOf(subject.kind)) + " " + shown(subject.label) + ":" + (facts.empty() ? "" : " ") +
-         facts + "\n";
-}
-
-std::string shownHover(const Hover& hover) {
-  if (hover.isUnknown) return "unknown\n";
-  return shownSubject(hover.subject) + line("above", hover.superclasses) +
-         line("values", hover.possibleValues) + line("checked", hover.validators) +
-         (hover.signature ? "signature: " + shown(hover.signature->text()) + "\n" : "");
-}
-
 TEST(Hover, SaysWhatANameIs) {
   CaseWorld world;
   std::size_t known = 0;

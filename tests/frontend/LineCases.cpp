@@ -26,6 +26,33 @@ std::string readCases(const std::string& file) {
   return text;
 }
 
+std::string joined(const std::vector<std::string>& parts) {
+  std::string text;
+  for (const std::string& part : parts)
+    if (!part.empty()) text += (text.empty() ? "" : ", ") + part;
+  return text;
+}
+
+template <class Texts>
+std::string line(const std::string& head, const Texts& texts) {
+  std::vector<std::string> parts;
+  for (const auto& text : texts) parts.push_back(shown(text));
+  return parts.empty() ? "" : head + ": " + joined(parts) + "\n";
+}
+
+std::string shownSubject(const frontend::Candidate& subject) {
+  static const char* const levels[] = {"public", "protected", "private", "immutable", "listed"};
+  const std::string size = shown(subject.size);
+  const std::string facts =
+      joined({size + (size.empty() || subject.type.empty() ? "" : " ") + shown(subject.type),
+              subject.declaringClass.empty() ? "" : "of " + shown(subject.declaringClass),
+              subject.access ? levels[*subject.access] : "", subject.isConstant ? "constant" : "",
+              subject.isHidden ? "hidden" : "",
+              subject.readRunsCode && subject.kind == frontend::Kind::Property ? "reading runs code" : ""});
+  return std::string(nameOf(subject.kind)) + " " + shown(subject.label) + ":" + (facts.empty() ? "" : " ") +
+         facts + "\n";
+}
+
 }  // namespace
 
 std::vector<LineCase> lineCases(const std::string& file) {
@@ -63,5 +90,14 @@ frontend::Options LineCase::options() const {
   return options;
 }
 
-CaseWorld::CaseWorld()
-    : host(embedded::Host::load(sourceFile("tests/cases/world.json"))), active(*host), session(*host) {}
+std::string shownHover(const frontend::Hover& hover) {
+  if (hover.isUnknown) return "unknown\n";
+  return shownSubject(hover.subject) + line("above", hover.superclasses) +
+         line("values", hover.possibleValues) + line("checked", hover.validators) +
+         (hover.signature ? "signature: " + shown(hover.signature->text()) + "\n" : "");
+}
+
+CaseWorld::CaseWorld(std::unique_ptr<embedded::Host> made)
+    : host(made ? std::move(made) : embedded::Host::load(sourceFile("tests/cases/world.json"))),
+      active(*host),
+      session(*host) {}

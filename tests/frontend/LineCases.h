@@ -6,6 +6,7 @@
 
 #include "embedded/Host.h"
 #include "frontend/Completion.h"
+#include "frontend/Hover.h"
 #include "tests/support/Trap.h"
 #include "tools/session/HostSession.h"
 
@@ -28,9 +29,12 @@ struct LineCase {
 
 std::vector<LineCase> lineCases(const std::string& file);
 
-/// The world that the cases ask about, as a session.
+/// Everything that a hover says, in lines.
+std::string shownHover(const frontend::Hover& hover);
+
+/// A host as a session; by default with the world that the cases ask about.
 struct CaseWorld {
-  CaseWorld();
+  explicit CaseWorld(std::unique_ptr<embedded::Host> made = nullptr);
   std::unique_ptr<embedded::Host> host;
   embedded::Activation active;
   tools::HostSession session;

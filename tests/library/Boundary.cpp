@@ -23,22 +23,19 @@ using Tamsix::System::InterruptException;
 constexpr const char* empty = R"({"format": 1})";
 
 template <class Caught>
-void expectCaughtAs() {
+bool isCaughtAs() {
   try {
     ResolvedClassID::fromLegacyString("no.Such");
-    ADD_FAILURE() << "nothing was thrown";
   } catch (const Caught& caught) {
-    ASSERT_EQ(typeid(caught), typeid(BadName));
-    EXPECT_EQ(dynamic_cast<const BadName&>(caught).className, "no.Such");
+    return typeid(caught) == typeid(BadName) && dynamic_cast<const BadName&>(caught).className == "no.Such";
   }
+  return false;
 }
 
 TEST(Boundary, BadClassNamesAreCaughtByEveryBase) {
   World world(empty);
-  expectCaughtAs<BadName>();
-  expectCaughtAs<IInternalException>();
-  expectCaughtAs<IException>();
-  expectCaughtAs<boost::exception>();
+  EXPECT_TRUE(isCaughtAs<BadName>() && isCaughtAs<IInternalException>());
+  EXPECT_TRUE(isCaughtAs<IException>() && isCaughtAs<boost::exception>());
 }
 
 TEST(Boundary, BadClassNamesKeepTypeAndContentWhenCopied) {

@@ -8,18 +8,14 @@
 
 namespace {
 
-/// A chain of classes C0 < C1 < ...; the last one derives from `top`.
-std::string chain(std::size_t length, const std::string& top) {
-  std::string text = R"({"format": 1, "classes": [)";
-  for (std::size_t index = 0; index < length; ++index) {
-    const std::string superclass =
-        index + 1 < length ? "\"C" + std::to_string(index + 1) + '"' : (top.empty() ? "" : '"' + top + '"');
-    text += (index ? "," : "") + std::string(R"({"name": "C)") + std::to_string(index) +
-            R"(", "properties": ["p)" + std::to_string(index) + R"("], "superclasses": [)" + superclass +
-            "]}";
-  }
-  return text + R"(], "workspace": [{"name": "x", "value": {"object": "C0", "properties": {"p)" +
-         std::to_string(length - 1) + R"(": 1}}}]})";
+/// A chain of classes C0 < C1 < ...; the last one derives from `top`, in quotes.
+std::string chain(std::size_t length, const std::string& top, const std::string& more = "") {
+  const std::string last = std::to_string(length - 1);
+  return R"({"format": 1, "classes": [)" +
+         repeated(R"({"name": "C#", "properties": ["p#"], "superclasses": ["C@"]})", length - 1) +
+         R"(, {"name": "C)" + last + R"(", "properties": ["p)" + last + R"("], "superclasses": [)" + top +
+         R"(]}], "workspace": [{"name": "x", "value": {"object": "C0", "properties": {"p)" + last +
+         R"(": 1}}})" + more + "]}";
 }
 
 TEST(BigWorlds, AChainOfTenThousandSuperclassesIsFineAndNoLongerOne) {
@@ -32,12 +28,10 @@ TEST(BigWorlds, AChainOfTenThousandSuperclassesIsFineAndNoLongerOne) {
 
 TEST(BigWorlds, ObjectsOfDeepClassesHaveWhatTheyInherit) {
   const auto withObjects = [](const std::string& property) {
-    std::string text = chain(2000, "");
-    text.resize(text.size() - 2);
-    for (int index = 0; index < 2000; ++index)
-      text += R"(, {"name": "v)" + std::to_string(index) + R"(", "value": {"object": "C)" +
-              std::to_string(index) + R"(", "properties": {")" + property + "\": 1}}}";
-    return text + "]}";
+    return chain(2000, "",
+                 "," + repeated(R"({"name": "v#", "value": {"object": "C#", "properties": {")" + property +
+                                    R"(": 1}}})",
+                                2000));
   };
   EXPECT_FALSE(faultOfText(withObjects("p1999")));
   const auto fault = faultOfText(withObjects("p1998"));
@@ -46,7 +40,7 @@ TEST(BigWorlds, ObjectsOfDeepClassesHaveWhatTheyInherit) {
 }
 
 TEST(BigWorlds, ALongCycleIsFoundAndNamed) {
-  const auto fault = faultOfText(chain(20000, "C5"));
+  const auto fault = faultOfText(chain(20000, "\"C5\""));
   ASSERT_TRUE(fault);
   EXPECT_EQ(fault->code(), "snapshot.superclass-cycle");
   EXPECT_EQ(fault->pointer(), "/classes/19999/superclasses/0");
@@ -56,18 +50,12 @@ TEST(BigWorlds, ALongCycleIsFoundAndNamed) {
 
 // Every class derives from both classes of the next layer: 2 to the 40th ways lead to the top.
 TEST(BigWorlds, ManyWaysToOneClassAreOneClass) {
-  constexpr std::size_t layers = 40;
-  std::string text;
-  for (std::size_t layer = 0; layer < layers; ++layer) {
-    const std::string next = std::to_string(layer + 1);
-    const std::string superclasses =
-        layer + 1 < layers ? "\"A" + next + "\", \"B" + next + "\"" : std::string();
-    for (const char* side : {"A", "B"}) {
-      text += (text.empty() ? "" : ",") + std::string(R"({"name": ")") + side + std::to_string(layer) +
-              R"(", "superclasses": [)" + superclasses + "]}";
-    }
-  }
-  const std::string world = R"({"format": 1, "classes": [)" + text + "]";
+  const std::string world =
+      R"({"format": 1, "classes": [)" +
+      repeated(
+          R"({"name": "A#", "superclasses": ["A@", "B@"]}, {"name": "B#", "superclasses": ["A@", "B@"]})",
+          39) +
+      R"(, {"name": "A39"}, {"name": "B39"}])";
   EXPECT_FALSE(faultOfText(world + R"(, "workspace": [{"name": "x", "value": {"object": "A0"}}]})"));
   const auto fault = faultOfText(
       world + R"(, "workspace": [{"name": "x", "value": {"object": "A0", "properties": {"q": 1}}}]})");
@@ -75,20 +63,16 @@ TEST(BigWorlds, ManyWaysToOneClassAreOneClass) {
   EXPECT_EQ(fault->code(), "snapshot.unknown-property");
 }
 
-/// Classes of 20 properties each, most of them with a superclass.
-std::string manyMembers(int classes) {
-  std::string text = R"({"format": 1, "classes": [)";
-  for (int index = 0; index < classes; ++index) {
-    text += (index ? ",\n" : "") + std::string(R"({"name": "lab.Class)") + std::to_string(index) + '"';
-    if (index >= 100) text += R"(, "superclasses": ["lab.Class)" + std::to_string(index / 3) + "\"]";
-    text += R"(, "properties": [)";
-    for (int member = 0; member < 20; ++member) {
-      text += (member ? "," : "") + std::string(R"({"name": "Property)") + std::to_string(member) +
-              R"(", "access": "protected", "hidden": false, "type": "double"})";
-    }
-    text += "]}";
-  }
-  return text + "]}";
+/// Classes of 20 properties each, a quarter of them with superclasses.
+std::string manyMembers(std::size_t classes) {
+  const std::string members =
+      R"("properties": [)" +
+      repeated(R"({"name": "Property#", "access": "protected", "hidden": false, "type": "double"})", 20) +
+      "]";
+  const std::string part = R"({"name": "lab.A#", )" + members + R"(}, {"name": "lab.B#", )" + members + R"(},
+    {"name": "lab.C#", )" + members +
+                           R"(}, {"name": "lab.D#", "superclasses": ["lab.A#", "lab.C#"], )" + members + "}";
+  return R"({"format": 1, "classes": [)" + repeated(part, classes / 4) + "]}";
 }
 
 TEST(BigWorlds, ManyMembersAreReadInLinearTime) {

@@ -40,18 +40,11 @@ class Sessions {
 
   /// Few, so that names meet: as identities, aliases and names that users know.
   std::string name() {
-    static const std::vector<std::string> odds{"ä.B",          "",    "a..b", "1x", "if",
-                                               "margin-start", "a b", "c:",   ":",  "."};
-    if (odd(40)) return odds[below(odds.size())];
+    static const char* const odds[] = {"ä.B", "", "a..b", "1x", "if", "margin-start", "a b", "c:", ":", "."};
+    if (odd(40)) return odds[below(std::size(odds))];
     const std::string simple(1, static_cast<char>('A' + below(4)));
-    switch (below(6)) {
-      case 0:
-        return "n." + simple;
-      case 1:
-        return component() + ":" + simple;
-      default:
-        return simple;
-    }
+    const std::string before[] = {"n.", component() + ":", "", "", "", ""};
+    return before[below(6)] + simple;
   }
   std::string component() { return std::vector<std::string>{"", "c", "d"}[below(3)]; }
 
@@ -60,33 +53,28 @@ class Sessions {
     if (const std::string own = component(); !own.empty()) made["component"] = own;
     for (const char* key : {"aliases", "superclasses", "superclasses", "precedence"})
       if (below(4) == 0) made[key].push_back(name());
-    if (below(3) == 0) made["order"] = "inherited-first";
-    if (below(5) == 0) made["enumeration"] = true;
-    if (below(2) == 0) made["members"] = {"One", name()};
-    if (below(2) == 0) made["properties"] = {"p", {{"name", name()}, {"type", name()}, {"get", {name()}}}};
-    if (below(2) == 0) made["methods"] = {"m", {{"name", name()}, {"static", true}}};
+    const std::tuple<std::size_t, const char*, json> more[] = {
+        {3, "order", "inherited-first"},
+        {5, "enumeration", true},
+        {2, "members", {"One", name()}},
+        {2, "properties", {"p", {{"name", name()}, {"type", name()}, {"get", {name()}}}}},
+        {2, "methods", {"m", {{"name", name()}, {"static", true}}}}};
+    for (const auto& [oneIn, key, value] : more)
+      if (odd(oneIn)) made[key] = value;
     return made;
   }
 
   json value(int depth) {
-    switch (below(depth > 3 ? 2 : 7)) {
-      case 0:
-        return 1;
-      case 1:
-        return {{"object", name()}, {"properties", {{"p", 1}}}};
-      case 2:
-        return {{"object", name()}, {"member", "One"}};
-      case 3:
-        return {{"class", name()}};
-      case 4:
-        return {{"objects", json::array()}, {"class", name()}};
-      case 5: {
-        const std::string className = name();
-        return {{"objects", json::array({{{"object", className}}})}, {"class", className}};
-      }
-      default:
-        return {{"cell", {value(depth + 1), value(depth + 1)}}};
-    }
+    if (depth <= 3 && below(4) == 0) return {{"cell", {value(depth + 1), value(depth + 1)}}};
+    const std::string className = name();
+    const json object = {{"object", className}};
+    const json values[] = {1,
+                           {{"object", className}, {"properties", {{"p", 1}}}},
+                           {{"object", className}, {"member", "One"}},
+                           {{"class", className}},
+                           {{"objects", json::array()}, {"class", className}},
+                           {{"objects", json::array({object})}, {"class", className}}};
+    return values[below(6)];
   }
 
   std::mt19937_64 random_;

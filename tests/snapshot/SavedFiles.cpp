@@ -3,17 +3,12 @@
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 #include "tests/snapshot/Saved.h"
-#include "tests/support/TempFolder.h"
-#include "tests/support/World.h"
 
 namespace {
 
@@ -38,6 +33,12 @@ class SavedFiles : public testing::Test {
   }
   std::size_t filesLeft() const {
     return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_.path()), {}));
+  }
+
+  /// From now on no file may grow beyond a few bytes.
+  static void limitFiles() {
+    const rlimit limit{20, 20};
+    setrlimit(RLIMIT_FSIZE, &limit);
   }
 
   const TempFolder folder_;
@@ -72,7 +73,7 @@ TEST_F(SavedFiles, NameTheFolderOfTheProcess) {
 
 TEST_F(SavedFiles, ReplaceWhatIsThere) {
   const fs::path file = folder_ / "a.json", link = folder_ / "link.json";
-  std::ofstream(file) << "old";
+  folder_.write("a.json", "old");
   fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
   fs::create_symlink("a.json", link);
   embedded::writeSnapshot(description_, link);
@@ -86,34 +87,26 @@ TEST_F(SavedFiles, ReplaceWhatIsThere) {
 TEST_F(SavedFiles, AreAtNoTimeReadableByMoreThanTheOldOne) {
   const fs::path file = folder_.write("a.json", "old");
   fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
-  const pid_t child = fork();
-  if (child == 0) {
-    const rlimit limit{20, 20};
-    setrlimit(RLIMIT_FSIZE, &limit);  // the first byte too many ends the process
+  const std::string end = inChild([&] {
     umask(0);
-    embedded::writeSnapshot(description_, file);
-    _exit(0);
-  }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  ASSERT_TRUE(WIFSIGNALED(status));
-  const fs::path left = file.string() + "." + std::to_string(child) + ".new";
-  EXPECT_EQ(fs::status(left).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    limitFiles();  // the first byte too many ends the process
+    return codeOf(file);
+  });
+  EXPECT_EQ(end, "ended by a signal");
+  ASSERT_EQ(filesLeft(), 3U);
+  for (const auto& left : fs::directory_iterator(folder_.path()))
+    EXPECT_TRUE(left.is_directory() || left.status().permissions() == fs::status(file).permissions()) << left;
   EXPECT_EQ(contentsOf(file), "old");
   embedded::writeSnapshot(description_, file);
-  EXPECT_FALSE(fs::exists(left)) << "the next save cleans up";
-  EXPECT_EQ(filesLeft(), 2U);
+  EXPECT_EQ(filesLeft(), 2U) << "the next save cleans up";
 }
 
 TEST_F(SavedFiles, LeaveWhatIsNotLeftFromASave) {
-  const fs::path file = folder_ / "a.json";
-  const int other = open((folder_ / "a.json.77.new").c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
+  for (const char* name : {"a.json.77.new", "a.json.78.new", "a.json.x7.new", "a.json..new", "b.json.77.new"})
+    folder_.write(name, "");
+  const int other = open((folder_ / "a.json.77.new").c_str(), O_WRONLY | O_CLOEXEC);
   ASSERT_EQ(flock(other, LOCK_EX), 0) << "another save, which runs";
-  folder_.write("a.json.x7.new", "");
-  folder_.write("a.json..new", "");
-  folder_.write("b.json.77.new", "");
-  folder_.write("a.json.78.new", "");
-  embedded::writeSnapshot(description_, file);
+  embedded::writeSnapshot(description_, folder_ / "a.json");
   EXPECT_FALSE(fs::exists(folder_ / "a.json.78.new"));
   EXPECT_TRUE(fs::exists(folder_ / "a.json.77.new"));
   EXPECT_EQ(filesLeft(), 6U);
@@ -128,33 +121,26 @@ TEST_F(SavedFiles, ThatAreReadOnlyStay) {
 }
 
 TEST_F(SavedFiles, ThatCannotBeWritten) {
-  EXPECT_EQ(codeOf(folder_ / "missing/deeper/a.json"), "snapshot.unwritable");
-  std::ofstream(folder_ / "file") << "x";
-  EXPECT_EQ(codeOf(folder_ / "file/a.json"), "snapshot.unwritable");
-  EXPECT_EQ(codeOf("/proc/a.json"), "snapshot.unwritable");
-  EXPECT_EQ(codeOf(""), "snapshot.unwritable");
-  EXPECT_EQ(codeOf(folder_ / ""), "snapshot.directory");
-  EXPECT_EQ(codeOf(folder_.path()), "snapshot.directory");
-  EXPECT_EQ(codeOf("/dev/null"), "snapshot.unwritable");
+  folder_.write("file", "x");
   fs::create_symlink("nowhere/at/all", folder_ / "dangling");
-  EXPECT_EQ(codeOf(folder_ / "dangling"), "snapshot.unwritable");
+  for (const fs::path& file :
+       {folder_ / "missing/deeper/a.json", folder_ / "file/a.json", folder_ / "dangling",
+        fs::path("/proc/a.json"), fs::path(), fs::path("/dev/null")})
+    EXPECT_EQ(codeOf(file), "snapshot.unwritable") << file;
+  for (const fs::path& file : {folder_ / "", folder_.path()})
+    EXPECT_EQ(codeOf(file), "snapshot.directory") << file;
   EXPECT_TRUE(fs::is_character_file("/dev/null"));
   EXPECT_EQ(filesLeft(), 3U);
 }
 
-// The limit is that of a child, whose file may not grow beyond it.
 TEST_F(SavedFiles, LeaveTheOldOneWhenTheDiskIsFull) {
   const fs::path file = folder_.write("a.json", "old");
-  const pid_t child = fork();
-  if (child == 0) {
+  const std::string code = inChild([&] {
     signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{20, 20};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    _exit(codeOf(file) == "snapshot.unwritable" ? 0 : 1);
-  }
-  int status = -1;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_EQ(status, 0);
+    limitFiles();
+    return codeOf(file).substr(9);  // as much as a file may still hold
+  });
+  EXPECT_EQ(code, "unwritable");
   EXPECT_EQ(contentsOf(file), "old");
   EXPECT_EQ(filesLeft(), 2U);
 }
@@ -173,15 +159,11 @@ TEST_F(SavedFiles, LeaveTheOldOneWhenTheDescriptionIsBad) {
       {{embedded::FunctionHandleValue{"a..b"}}, "snapshot.bad-name", "/workspace/0/value/handle"}};
   for (const auto& [value, code, pointer] : values) {
     description_.workspace = {{"culprit", value}};
-    try {
-      embedded::writeSnapshot(description_, file);
-      ADD_FAILURE() << code;
-    } catch (const embedded::SnapshotError& fault) {
-      EXPECT_EQ(fault.code(), code);
-      EXPECT_EQ(fault.pointer(), pointer);
-      EXPECT_EQ(fault.file(), file.string());
-      EXPECT_NE(fault.reason().find("\"culprit\""), std::string::npos) << fault.what();
-    }
+    EXPECT_EQ(codeOf(file), code);
+    const auto fault = faultOfSaving([&] { return description_; });
+    ASSERT_TRUE(fault) << code;
+    EXPECT_EQ(fault->pointer(), pointer);
+    EXPECT_NE(fault->reason().find("\"culprit\""), std::string::npos) << fault->what();
   }
   description_.workspace.clear();
   description_.builtins = {"\xC3("};

@@ -1,30 +1,18 @@
 #include <malloc.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 
+#include "tests/support/Memory.h"
 #include "tests/workspace/Queries.h"
 
 namespace {
 
 using namespace workspace;
 
-#if defined(__SANITIZE_ADDRESS__)
-// Freed memory stays resident there, and leaks are found otherwise: only the references are counted.
-constexpr bool memoryIsComparable = false;
-#elif defined(__has_feature)
-constexpr bool memoryIsComparable = !__has_feature(address_sanitizer);
-#else
-constexpr bool memoryIsComparable = true;
-#endif
-
-std::size_t residentBytes() {
+std::size_t bytesInUse() {
   ::malloc_trim(0);
-  std::size_t total = 0, resident = 0;
-  std::ifstream("/proc/self/statm") >> total >> resident;
-  return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  return residentBytes("VmRSS");
 }
 
 std::uint64_t queryCount() {
@@ -45,7 +33,7 @@ TEST_F(Soak, OfMixedQueriesKeepsMemoryFlat) {
       const Row& row = rows[at % rows.size()];
       answerTo(*host_, row, valueFor(row));
     }
-    return std::pair(residentBytes(), embedded::Host::references().values);
+    return std::pair(bytesInUse(), embedded::Host::references().values);
   };
   // Both ends are in the same place of the table.
   const std::uint64_t first = 10'000 - 10'000 % rows.size(), last = queryCount() - queryCount() % rows.size();

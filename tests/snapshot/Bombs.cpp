@@ -14,12 +14,15 @@ namespace {
 constexpr std::size_t textSize = memoryIsComparable ? 1'000'000 : 30'000;
 constexpr std::size_t most = 20 * textSize + (std::size_t{64} << 20U);
 
-/// What stands before, the part that is repeated up to the size, and what stands after.
+/// What stands before, the repeated part in which "#" is a number, and what stands after.
 std::string bomb(const std::string& before, const std::string& part, const std::string& after,
                  std::size_t size = textSize) {
-  std::size_t count = size / (part.size() + 6);
-  while (repeated(part, count).size() < size) count += count / 4 + 1;
-  return before + repeated(part, count) + after;
+  std::string text = before;
+  for (int number = 0; text.size() < size; ++number) {
+    if (number > 0) text += ',';
+    for (const char character : part) character == '#' ? text += std::to_string(number) : text += character;
+  }
+  return text + after;
 }
 
 /// What becomes of a file.

@@ -47,7 +47,8 @@ Description chain(Size size, AddMember addMember) {
     for (const std::string& name : names) addMember(made, name);
     above = made.name;
   }
-  world.workspace.push_back({"object", ValueDescription{embedded::ObjectValue{lastClass, {}, {}, {}, false}}});
+  world.workspace.push_back(
+      {"object", ValueDescription{embedded::ObjectValue{lastClass, {}, {}, {}, false}}});
   return world;
 }
 

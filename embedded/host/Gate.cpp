@@ -105,7 +105,7 @@ const PlannedAnswer* Gate::attend(Operation operation, Arguments arguments) {
   // Relaxed everywhere: the flags carry no other data with them, and one call later is soon enough.
   const unsigned reasons = attention.load(std::memory_order_relaxed);
   // Logged first, because a call that fails has been made. An interrupt leaves a planned fault for the next
-  // call.
+  // call. What cannot fail is logged at most, and without a log allocates nothing: it may be giving memory back.
   if ((reasons & Logging) != 0) log_.push_back({operation, logged(arguments)});
   if ((reasons & Interrupt) != 0 && heedsInterrupt(operation)) throw Tamsix::System::InterruptException();
   if ((reasons & Fault) == 0 || !isDue(operation, arguments)) return nullptr;

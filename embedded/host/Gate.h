@@ -216,10 +216,8 @@ class Asked {
       noexcept(ruleOf(operation) == Rule::NoThrow) {
     using Answer =
         std::conditional_t<isFixed<operation>, std::invoke_result_t<Body>, typename TypeOf<operation>::type>;
-    // What cannot fail is logged at most.
-    constexpr unsigned heeded = ruleOf(operation) == Rule::NoThrow ? Logging | NoHost : ~0U;
     Entrance& gate = *activeGate;
-    if ((gate.attention.load(std::memory_order_relaxed) & heeded) != 0) [[unlikely]]
+    if (gate.attention.load(std::memory_order_relaxed) != 0) [[unlikely]]
       return std::apply(
           [&](Kept<Kinds>... arguments) -> Answer {
             return attended<operation, Answer, Body, Kinds...>(body, arguments...);

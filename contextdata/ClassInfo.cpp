@@ -3,13 +3,11 @@
 
 #include <algorithm>
 #include <iterator>
-#include <memory_resource>
-#include <string_view>
 #include <typeinfo>
-#include <unordered_set>
 #include <utility>
 
 #include "contextdata/internal/ClassRules.h"
+#include "contextdata/internal/NameTable.h"
 #include "host/Classes.h"
 #include "host/Exceptions.h"
 #include "host/Text.h"
@@ -55,37 +53,67 @@ void collectMethods(const ClassInfo& record) {
 /// Is the record's query the one of this library? Then a walk over its tree can go on in one list.
 bool isPlain(const ClassInfo& record) { return typeid(record) == typeid(ClassInfo); }
 
-/// The names that the classes below the one that is being read keep from being inherited. They are views of records in the
-/// visitors of those classes, which stay as they are until the names are dropped.
+/// The names that the classes below the one that is being read keep from being inherited.
 class KeptNames {
  public:
-  bool contain(std::u16string_view name) const { return !names_.empty() && names_.contains(name); }
+  using Numbers = std::vector<std::uint32_t>;
 
-  /// Adds the names of a class's records for as long as its superclasses are read.
+  template <class Record>
+  bool contain(const Record& record) {
+    return !kept_.empty() && kept_[numberOf(record.name)] != 0;
+  }
+
+  /// Removes the records whose names are kept.
+  template <class Record>
+  void drop(std::vector<Record>& records) {
+    if (!kept_.empty()) std::erase_if(records, [&](const Record& record) { return contain(record); });
+  }
+
+  /// The same, and adds the numbers of the other records' names.
+  template <class Record>
+  void drop(std::vector<Record>& records, Numbers& others) {
+    others.reserve(others.size() + records.size());
+    std::erase_if(records, [&](const Record& record) {
+      const std::uint32_t number = numberOf(record.name);
+      if (kept_[number] == 0) others.push_back(number);
+      return kept_[number] != 0;
+    });
+  }
+
+  template <class Record>
+  void addNumbers(const std::vector<Record>& records, Numbers& numbers) {
+    for (const Record& record : records) numbers.push_back(numberOf(record.name));
+  }
+
+  /// Keeps the names of a class for as long as its superclasses are read.
   class Scope {
    public:
-    explicit Scope(KeptNames& kept) : kept_(kept) {}
+    Scope(KeptNames& names, Numbers numbers) : names_(names), numbers_(std::move(numbers)) {
+      // A name may be kept already, by a class below, which goes on to keep it afterwards.
+      std::erase_if(numbers_,
+                    [&](std::uint32_t number) { return std::exchange(names_.kept_[number], 1) != 0; });
+    }
     Scope(const Scope&) = delete;
     Scope& operator=(const Scope&) = delete;
     ~Scope() {
-      for (const std::u16string_view name : added_) kept_.names_.erase(name);
-    }
-
-    template <class Record>
-    void add(const std::vector<Record>& records) {
-      added_.reserve(added_.size() + records.size());
-      for (const Record& record : records)
-        if (kept_.names_.insert(record.name).second) added_.push_back(record.name);
+      for (const std::uint32_t number : numbers_) names_.kept_[number] = 0;
     }
 
    private:
-    KeptNames& kept_;
-    std::vector<std::u16string_view> added_;
+    KeptNames& names_;
+    Numbers numbers_;
   };
 
  private:
-  std::pmr::monotonic_buffer_resource arena_;
-  std::pmr::unordered_set<std::u16string_view> names_{&arena_};
+  std::uint32_t numberOf(const std::u16string& name) {
+    const std::uint32_t number = table_.numberOf(name);
+    if (number == kept_.size()) kept_.push_back(0);
+    return number;
+  }
+
+  NameTable table_;
+  /// By number.
+  std::vector<char> kept_;
 };
 
 /// Room for that many more at least; where a list grows class by class, for more than that.
@@ -107,12 +135,14 @@ class PropertyQuery {
       return;
     }
     Properties& own = record.propertyVisitor.properties;
-    dropKept(own);
-    if (!record.structure.superclasses.empty()) {
-      KeptNames::Scope scope(kept_);
-      scope.add(own);
+    if (record.structure.superclasses.empty()) {
+      kept_.drop(own);
+    } else {
+      KeptNames::Numbers names;
+      kept_.drop(own, names);
       // Hidden own properties replace inherited ones too, although they are not listed themselves.
-      scope.add(record.propertyVisitor.hiddenProperties);
+      kept_.addNumbers(record.propertyVisitor.hiddenProperties, names);
+      const KeptNames::Scope scope(kept_, std::move(names));
       // After the own ones: when these cannot be read, the superclasses are not asked at all.
       addSuperclasses(record, options);
     }
@@ -135,17 +165,13 @@ class PropertyQuery {
     try {
       if (isPlain(superclass)) return add(superclass, options);
       Properties answer = superclass.getProperties(options);
-      dropKept(answer);
+      kept_.drop(answer);
       append(answer);
     } catch (const Tamsix::System::InterruptException&) {
       throw;
     } catch (...) {
       all_.erase(all_.begin() + before, all_.end());
     }
-  }
-
-  void dropKept(Properties& properties) const {
-    std::erase_if(properties, [&](const PropertyInfo& property) { return kept_.contain(property.name); });
   }
 
   void append(Properties& more) {
@@ -178,9 +204,10 @@ class MethodQuery {
       return;
     }
     {
-      KeptNames::Scope scope(kept_);
       // Only hidden ones mask; a visible one stands beside those of its name.
-      scope.add(record.methodVisitor.hiddenMethods);
+      KeptNames::Numbers names;
+      kept_.addNumbers(record.methodVisitor.hiddenMethods, names);
+      const KeptNames::Scope scope(kept_, std::move(names));
       addSuperclasses(record, options);
     }
     // Unlike the properties, the methods stay in the visitor, whose lists can be seen after a query.
@@ -205,7 +232,7 @@ class MethodQuery {
   void append(const Methods& more) {
     makeRoom(all_, more.size());
     std::ranges::copy_if(more, std::back_inserter(all_),
-                         [&](const MethodInfo& method) { return !kept_.contain(method.name); });
+                         [&](const MethodInfo& method) { return !kept_.contain(method); });
   }
 
   KeptNames kept_;

@@ -122,16 +122,13 @@ std::string collectValidation(const kcos::COSValidationType& validation, Propert
   return className;
 }
 
-/// Fills everything that follows from the data type; returns the type's name.
-std::string collectType(const kcos::COSDataTypePtr& dataType, PropertyInfo& property) {
-  std::string type;
-  if (const kcos::COSValidationType* validation = kcos::COSValidationType::get(dataType)) {
+/// Fills everything that follows from the data type.
+void collectType(const kcos::COSDataTypePtr& dataType, PropertyInfo& property, std::string& type) {
+  if (const kcos::COSValidationType* validation = kcos::COSValidationType::get(dataType))
     type = collectValidation(*validation, property);
-  }
   if (type.empty()) type = dataType.getID().text();
   // A value that the type allows may be refused by a validation function, so with these none is listed.
   if (property.validationFunctions.empty()) collectPossibleValues(dataType, property);
-  return type;
 }
 
 bool hasTrueAttribute(kcos::COSInterfacePtr member, const kcos::COSInternedName& name) {
@@ -195,20 +192,31 @@ void PropertyVisitorMutable::collect(kcos::COSInterfacePtr member, kcos::COSProp
   if (std::ranges::find_first_of(levels_, accessLevels) == levels_.end() && !hasAccessingClass(&property))
     return;
 
-  PropertyInfo record;
-  std::string type;
-  if (const kcos::COSDataTypePtr dataType = property.getDataType()) type = collectType(dataType, record);
-  name_ = name;
-  record.name = fl::i18n::to_ustring(name_);
-  record.type = fl::i18n::to_ustring(type);
+  // Where it belongs if it is not hidden, which is asked last.
+  PropertyInfo& record = properties.emplace_back();
+  try {
+    fill(record, member, property, name);
+    if (includeHidden || property.isVisible()) return;
+    hiddenProperties.push_back(std::move(record));
+  } catch (...) {
+    properties.pop_back();
+    throw;
+  }
+  properties.pop_back();
+}
+
+void PropertyVisitorMutable::fill(PropertyInfo& record, kcos::COSInterfacePtr member,
+                                  kcos::COSPropInfo& property, const char* name) {
+  type_.clear();
+  if (const kcos::COSDataTypePtr dataType = property.getDataType()) collectType(dataType, record, type_);
+  record.name = fl::i18n::to_ustring(name_ = name);
+  record.type = fl::i18n::to_ustring(type_);
   record.isDependent = property.isDependent();
   // The wider record is optional: without it the flag counts as set, and only attributes tell of a get
   // method.
   const auto* optimized = optimizedRecord(property);
   record.hasCustomGetter = hasCustomGetter(member, optimized);
   record.optimizedPropertyFlag = optimizedFlag(optimized);
-  std::vector<PropertyInfo>& list = includeHidden || property.isVisible() ? properties : hiddenProperties;
-  list.push_back(std::move(record));
 }
 
 const kcos::COSOptimizedPropInfo* PropertyVisitorMutable::optimizedRecord(const kcos::COSPropInfo& property) {

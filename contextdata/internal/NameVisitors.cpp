@@ -43,13 +43,15 @@ void KCOSMethodNameVisitor::visit(kcos::COSInterface* member) {
   const bool isOffered = (selection_ == All || method.isStatic() == (selection_ == Static)) &&
                          method.isVisible() && method.getMemberAccess() == kcos::PublicAccess;
   // Also for a name that is not offered: it is the first method of a name that decides about all of them.
-  const bool isNew = isAscii(name_) ? seen_.insert(name_) : seen_.insert(converted(name_));
+  const std::uint32_t next = seen_.size();
+  const bool isNew = seen_.numberOf(isAscii(name_) ? std::string_view(name_) : converted(name_)) == next;
   if (isOffered && isNew) names_->push_back(asciiName(name_, converter_));
 }
 
 /// Names are compared as they would be listed, and what is not ASCII is listed as something else.
-std::string KCOSMethodNameVisitor::converted(const std::string& name) const {
-  return fl::i18n::to_string(fl::i18n::to_ustring(name, converter_));
+std::string_view KCOSMethodNameVisitor::converted(const std::string& name) {
+  listed_ = fl::i18n::to_string(fl::i18n::to_ustring(name, converter_));
+  return listed_;
 }
 
 void appendMethodNames(kcos::COSClass* cls, std::vector<std::u16string>& names, std::uint32_t selection) {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "contextdata/internal/NameSet.h"
+#include "contextdata/internal/NameTable.h"
 #include "host/Classes.h"
 #include "host/Enumeration.h"
 #include "host/Text.h"
@@ -23,15 +23,16 @@ class KCOSMethodNameVisitor : public kcos::COSVisitor<kcos::COSInterface*> {
   void visit(kcos::COSInterface* member) override;
 
  private:
-  std::string converted(const std::string& name) const;
+  std::string_view converted(const std::string& name);
 
   std::vector<std::u16string>* names_;
-  NameSet seen_;
+  NameTable seen_;
   /// The class of the method that was visited last, and what its constructors are called.
   const kcos::COSClass* definingClass_ = nullptr;
   std::string_view constructorName_;
   /// The name that is visited: one text for all, because most of them are longer than a string holds in itself.
   std::string name_;
+  std::string listed_;
   std::uint32_t selection_;
   fl::i18n::codecvt_ascii_to_ustring converter_;
 };

@@ -56,6 +56,8 @@ class CONTEXTDATA_API PropertyVisitorMutable : public kcos::COSVisitor<kcos::COS
 
  private:
   void collect(kcos::COSInterfacePtr member, kcos::COSPropInfo& property, const char* name);
+  void fill(PropertyInfo& record, kcos::COSInterfacePtr member, kcos::COSPropInfo& property,
+            const char* name);
   const kcos::COSOptimizedPropInfo* optimizedRecord(const kcos::COSPropInfo& property);
   bool hasCustomGetter(kcos::COSInterfacePtr member, const kcos::COSOptimizedPropInfo* optimized);
 
@@ -70,10 +72,11 @@ class CONTEXTDATA_API PropertyVisitorMutable : public kcos::COSVisitor<kcos::COS
   };
 
   Walk walk_;
-  // Kept from property to property for their room: the access levels, and the name, which is often longer than a string
+  // Kept from property to property for their room: the access levels, and the texts, which are often longer than a string
   // holds in itself.
   std::vector<std::int32_t> levels_;
   std::string name_;
+  std::string type_;
 };
 
 }  // namespace KCOSContextData

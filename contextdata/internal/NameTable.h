@@ -29,25 +29,34 @@ void forEachWord(std::string_view text, Action action) {
   }
 }
 
-/// A growing set of names with texts of its own, so that callers need not keep theirs. One name of each method that a walk
-/// meets goes through it, which decides what a list of methods costs: so it is a table that is probed in a row, with a hash
-/// of words, in an arena that begins inside the object. A name costs no allocation of its own, and few names none at all.
-class NameSet {
+/// Numbers names in the order in which they come; their texts are copied, so that callers need not keep theirs. Each member
+/// that a walk collects goes through it, which decides what a query costs: so it is probed in a row, with a hash of words,
+/// in an arena that begins inside the object. A name costs no allocation of its own, and few names none at all.
+class NameTable {
  public:
-  NameSet() { slots_.resize(64); }
-  NameSet(const NameSet&) = delete;
-  NameSet& operator=(const NameSet&) = delete;
+  NameTable() { slots_.resize(64); }
+  NameTable(const NameTable&) = delete;
+  NameTable& operator=(const NameTable&) = delete;
 
-  /// Is the name new?
-  bool insert(std::string_view name) {
+  /// How many names there are; the number of the next one.
+  std::uint32_t size() const noexcept { return count_; }
+
+  /// The number of a name, which is added when it has not come before.
+  std::uint32_t numberOf(std::string_view name) {
     const std::uint32_t hash = hashOf(name);
     std::size_t at = hash & (slots_.size() - 1);  // their number is a power of two
-    for (; slots_[at].text != nullptr; at = (at + 1) & (slots_.size() - 1))
-      if (slots_[at].hash == hash && name == std::string_view(slots_[at].text, slots_[at].size)) return false;
-    slots_[at] = {kept(name), static_cast<std::uint32_t>(name.size()), hash};
+    for (; slots_[at].text != nullptr; at = (at + 1) & (slots_.size() - 1)) {
+      const Slot& slot = slots_[at];
+      if (slot.hash == hash && name == std::string_view(slot.text, slot.size)) return slot.number;
+    }
+    slots_[at] = {kept(name), static_cast<std::uint32_t>(name.size()), hash, count_};
     // At least half of the slots stay free, so that runs stay short.
     if (++count_ * 2 > slots_.size()) grow();
-    return true;
+    return count_ - 1;
+  }
+  std::uint32_t numberOf(std::u16string_view name) {
+    return numberOf(
+        std::string_view(reinterpret_cast<const char*>(name.data()), name.size() * sizeof(char16_t)));
   }
 
  private:
@@ -56,6 +65,7 @@ class NameSet {
     const char* text = nullptr;
     std::uint32_t size = 0;
     std::uint32_t hash = 0;
+    std::uint32_t number = 0;
   };
 
   static std::uint32_t hashOf(std::string_view name) noexcept {
@@ -85,8 +95,8 @@ class NameSet {
     return text;
   }
 
-  std::array<std::byte, 2048> few_;
+  std::array<std::byte, 3072> few_;
   std::pmr::monotonic_buffer_resource arena_{few_.data(), few_.size()};
   std::pmr::vector<Slot> slots_{&arena_};
-  std::size_t count_ = 0;
+  std::uint32_t count_ = 0;
 };

@@ -125,27 +125,46 @@ class Collector {
     std::erase(inheritedLevels_, kcos::PrivateAccess);
   }
 
-  std::size_t collect(const ClassInfo& record) {
-    const auto [known, isNew] = positions_.emplace(record.classId, classes_.size());
-    const std::size_t at = known->second;
-    if (!isNew) return at;
+  /// The record's class first, then the ancestors as they are met on the way up.
+  void collect(const ClassInfo& record) {
+    struct Step {
+      const ClassInfo* record;
+      std::size_t at;
+      std::size_t nextSuperclass = 0;
+    };
+    // Not by recursion: a tree can be deeper than the stack.
+    std::vector<Step> way{{&record, add(record)}};
+    while (!way.empty()) {
+      Step& step = way.back();
+      const auto& superclasses = step.record->structure.superclasses;
+      if (step.nextSuperclass == superclasses.size()) {
+        way.pop_back();
+        continue;
+      }
+      const ClassInfo& superclass = *superclasses[step.nextSuperclass++];
+      const auto known = positions_.find(superclass.classId);
+      const bool isNew = known == positions_.end();
+      const std::size_t found = isNew ? add(superclass) : known->second;
+      classes_[step.at].superclasses.push_back(found);
+      if (isNew) way.push_back({&superclass, found});
+    }
+  }
+
+  Classes take() { return std::move(classes_); }
+
+ private:
+  std::size_t add(const ClassInfo& record) {
+    const std::size_t at = classes_.size();
+    positions_.emplace(record.classId, at);
     classes_.push_back(ownDescription(record, at == 0 ? levels_ : inheritedLevels_));
     // Constructors are not inherited.
     if (at > 0) {
       std::erase_if(classes_[at].methods,
                     [](const MethodDescription& method) { return method.isConstructor; });
     }
-    for (const auto& superclass : record.structure.superclasses) {
-      // On a line of its own: collecting may make the list of classes grow, and move what is in it.
-      const std::size_t found = collect(*superclass);
-      classes_[at].superclasses.push_back(found);
-    }
     return at;
   }
 
-  Classes take() { return std::move(classes_); }
-
- private:
   const Levels& levels_;
   Levels inheritedLevels_;
   std::map<kcos::COSInternedName, std::size_t> positions_;

@@ -95,9 +95,9 @@ kcos::COSEnumeration<kcos::COSInternedName> Class::getSuperclasses() const {
       [this]() -> kcos::COSEnumeration<kcos::COSInternedName> {
         // An absent sequence, not an empty one: clients have to cope with both.
         if (parts_.superclasses.empty()) return {};
-        std::vector<kcos::COSInternedName> names;
-        for (const Class* superclass : parts_.superclasses) names.push_back(superclass->names_.id);
-        return enumerate(std::move(names));
+        return enumerate<kcos::COSInternedName>(parts_.superclasses.size(), [this](std::size_t at) {
+          return parts_.superclasses[at]->names_.id;
+        });
       });
 }
 
@@ -117,9 +117,8 @@ void Class::visitMethods(kcos::COSVisitor<kcos::COSInterface*>& visitor) const {
 
 kcos::COSIterator Class::getEnumerationMembers() const {
   return asked<Operation::getEnumerationMembers>(names_.id).answer([this] {
-    std::vector<kcos::COSInterfacePtr> members;
-    for (const auto& member : members_) members.emplace_back(member.get());
-    return enumerate(std::move(members));
+    return enumerate<kcos::COSInterfacePtr>(
+        members_.size(), [this](std::size_t at) { return kcos::COSInterfacePtr(members_[at].get()); });
   });
 }
 

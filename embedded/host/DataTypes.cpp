@@ -14,14 +14,10 @@ kcos::COSEnumeration<kcos::COSValidationDimension> Validation::getDimensions() c
       [this]() -> kcos::COSEnumeration<kcos::COSValidationDimension> {
         // Absent, not empty, here and below: clients have to cope with both.
         if (description_.size.empty()) return {};
-        std::vector<kcos::COSValidationDimension> dimensions;
-        for (const std::optional<std::size_t>& extent : description_.size) {
-          if (extent)
-            dimensions.emplace_back(std::uint64_t{*extent});
-          else
-            dimensions.emplace_back(u':');
-        }
-        return enumerate(std::move(dimensions));
+        return enumerate<kcos::COSValidationDimension>(description_.size.size(), [this](std::size_t at) {
+          const std::optional<std::size_t>& extent = description_.size[at];
+          return extent ? kcos::COSValidationDimension(std::uint64_t{*extent}) : u':';
+        });
       });
 }
 
@@ -29,9 +25,9 @@ kcos::COSEnumeration<kcos::COSValidationFunction> Validation::getFunctions() con
   return asked<Operation::validationGetFunctions>().answer(
       [this]() -> kcos::COSEnumeration<kcos::COSValidationFunction> {
         if (description_.functions.empty()) return {};
-        std::vector<kcos::COSValidationFunction> functions;
-        for (const std::string& name : description_.functions) functions.push_back({name});
-        return enumerate(std::move(functions));
+        return enumerate<kcos::COSValidationFunction>(description_.functions.size(), [this](std::size_t at) {
+          return kcos::COSValidationFunction{description_.functions[at]};
+        });
       });
 }
 
@@ -43,9 +39,8 @@ kcos::COSEnumeration<const kcos::COSPossibleValue*> DataType::getPossibleValues(
   return asked<Operation::getPossibleValues>(id_).answer(
       [this]() -> kcos::COSEnumeration<const kcos::COSPossibleValue*> {
         if (!values_ || values_->empty()) return {};
-        std::vector<const kcos::COSPossibleValue*> all;
-        for (const kcos::COSPossibleValue& value : *values_) all.push_back(&value);
-        return enumerate(std::move(all));
+        return enumerate<const kcos::COSPossibleValue*>(values_->size(),
+                                                        [this](std::size_t at) { return &(*values_)[at]; });
       });
 }
 

@@ -75,9 +75,13 @@ struct Rendering {
     for (const auto& superclass : record->structure.superclasses) {
       superclasses.push_back((*this)(superclass.get()));
     }
-    return {{"name", jsonOf(record->structure.name)},
-            {"superclasses", std::move(superclasses)},
-            {"classId", jsonOf(record->classId.text())}};
+    Json answer = Json::object();
+    // An object that grows copies what it holds, and here that would be the whole tree above, at every level.
+    answer.get_ref<Json::object_t&>().reserve(3);
+    answer["name"] = jsonOf(record->structure.name);
+    answer["superclasses"] = std::move(superclasses);
+    answer["classId"] = jsonOf(record->classId.text());
+    return answer;
   }
 
   Json operator()(const KCOSContextData::PropertyVisitorMutable* visitor) const {

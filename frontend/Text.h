@@ -42,6 +42,13 @@ inline bool isName(std::u16string_view name) {
          syntax::keywordOf(name) == syntax::Keyword::None;
 }
 
+/// Names one after the other, with dots between them.
+inline bool isDottedName(std::u16string_view name) {
+  const std::size_t dot = name.find(u'.');
+  if (dot == std::u16string_view::npos) return isName(name);
+  return isName(name.substr(0, dot)) && isDottedName(name.substr(dot + 1));
+}
+
 inline std::u16string decimal(std::size_t number) { return wide(std::to_string(number)); }
 
 }  // namespace frontend

@@ -34,14 +34,25 @@ void offerTexts(const Names& texts, const CursorContext& context, const std::u16
   }
 }
 
-/// As they are typed outside of texts. Members of enumerations are also found by their own name.
-void offerLiterals(const Names& values, const std::u16string& prefix, const std::u16string& type,
-                   CandidateList& candidates) {
+/// Numbers, as they are typed outside of texts.
+void offerNumbers(const Names& values, const std::u16string& type, CandidateList& candidates) {
   std::size_t order = 0;
   for (const std::u16string& value : values) {
-    const bool isWhole = matchOf(candidates.typed(), prefix + value) != Match::None;
-    candidates.add({.label = isWhole ? prefix + value : value,
-                    .insertion = prefix + value,
+    candidates.add({.label = value, .insertion = value, .kind = Kind::Value, .order = order++},
+                   [type](Candidate& candidate) { candidate.type = type; });
+  }
+}
+
+/// Members of an enumeration, after the name of their class; they are also found by their own name.
+void offerMembersOf(const std::u16string& type, const Names& values, CandidateList& candidates) {
+  // Code cannot write the name of every class, nor that of every member as it stands.
+  if (!isDottedName(type)) return;
+  std::size_t order = 0;
+  for (const std::u16string& value : values) {
+    const std::u16string whole = type + u"." + value;
+    const bool isWhole = matchOf(candidates.typed(), whole) != Match::None;
+    candidates.add({.label = isWhole ? whole : value,
+                    .insertion = isMemberName(value) ? whole : type + u".('" + escaped(value, u'\'') + u"')",
                     .kind = Kind::Value,
                     .order = order++},
                    [type](Candidate& candidate) { candidate.type = type; });
@@ -60,9 +71,9 @@ void offerValuesOf(const RequestContext& request, const PropertyInfo& property, 
   const bool isInText = context.kind == CursorContext::Text;
   if (property.possibleValuesKind == PropertyInfo::NumericPossibleValues) {
     // A number typed with quotes would be a text.
-    if (!isInText) offerLiterals(property.possibleValues, u"", property.type, candidates);
+    if (!isInText) offerNumbers(property.possibleValues, property.type, candidates);
   } else if (isEnumeration(request, property.type)) {
-    if (!isInText) offerLiterals(property.possibleValues, property.type + u".", property.type, candidates);
+    if (!isInText) offerMembersOf(property.type, property.possibleValues, candidates);
   } else {
     offerTexts(property.possibleValues, context, property.type, candidates);
   }
@@ -76,9 +87,9 @@ void offerValuesOf(const RequestContext& request, const Argument& argument, cons
                    CandidateList& candidates) {
   const bool isInText = context.kind == CursorContext::Text;
   if (isEnumeration(request, argument.className)) {
-    if (!isInText) offerLiterals(argument.values, argument.className + u".", argument.className, candidates);
+    if (!isInText) offerMembersOf(argument.className, argument.values, candidates);
   } else if (!argument.values.empty() && std::ranges::all_of(argument.values, isNumber)) {
-    if (!isInText) offerLiterals(argument.values, u"", argument.className, candidates);
+    if (!isInText) offerNumbers(argument.values, argument.className, candidates);
   } else {
     offerTexts(argument.values, context, argument.className, candidates);
   }

@@ -103,12 +103,12 @@ Json write(Writer& writer, const std::u16string& value);
 Json write(Writer& writer, const ValueDescription& value);
 Json write(Writer& writer, const Description& value);
 
-/// About how much memory another element of a list takes: in the description, whose lists grow by doubling, and in the
-/// session that is made of it. Measured; tests/snapshot/Bombs.cpp holds every shape against its text.
+/// About how much memory another element of a list takes: in the description and in the session that is made of it.
+/// Measured; tests/snapshot/Bombs.cpp holds every shape against its text.
 template <class Element>
-constexpr std::size_t memoryOf = 4 * sizeof(Element);
+constexpr std::size_t memoryOf = 3 * sizeof(Element);
 template <>
-inline constexpr std::size_t memoryOf<ValueDescription> = 2 * sizeof(ValueDescription) + 270;
+inline constexpr std::size_t memoryOf<ValueDescription> = sizeof(ValueDescription) + 270;
 template <>
 inline constexpr std::size_t memoryOf<std::optional<ValueDescription>> = memoryOf<ValueDescription>;
 template <>
@@ -116,15 +116,15 @@ inline constexpr std::size_t memoryOf<PropertyValue> = 2 * sizeof(PropertyValue)
 template <>
 inline constexpr std::size_t memoryOf<OpaqueMethod> = memoryOf<PropertyValue>;
 template <>
-inline constexpr std::size_t memoryOf<PropertyDescription> = 2 * sizeof(PropertyDescription) + 270;
+inline constexpr std::size_t memoryOf<PropertyDescription> = sizeof(PropertyDescription) + 270;
 template <>
-inline constexpr std::size_t memoryOf<MethodDescription> = 2 * sizeof(MethodDescription) + 200;
+inline constexpr std::size_t memoryOf<MethodDescription> = sizeof(MethodDescription) + 200;
 template <>
-inline constexpr std::size_t memoryOf<ClassDescription> = 2 * sizeof(ClassDescription) + 1100;
+inline constexpr std::size_t memoryOf<ClassDescription> = sizeof(ClassDescription) + 1100;
 template <>
 inline constexpr std::size_t memoryOf<PathItemDescription> = 2000;  // four paths of folders, which are split
 template <>
-inline constexpr std::size_t memoryOf<FunctionDescription> = 2 * sizeof(FunctionDescription) + 600;
+inline constexpr std::size_t memoryOf<FunctionDescription> = sizeof(FunctionDescription) + 600;
 
 /// The text of an event, or an error that says what was expected.
 std::string& requireText(Reader& reader, Event& event, const std::string& expected);
@@ -188,7 +188,9 @@ class ListHandler final : public Handler {
   explicit ListHandler(std::vector<Element>& list) : list_(list) {}
 
   void value(Reader& reader, Event& event) override {
-    reader.need(memoryOf<Element>);
+    // While a long list grows, what it has outgrown is there too.
+    constexpr std::size_t isLong = 4096;
+    reader.need(memoryOf<Element> + (list_.size() < isLong ? 0 : sizeof(Element)));
     if constexpr (std::is_same_v<Element, bool>) {
       bool element = false;
       read(reader, event, element);
@@ -197,6 +199,8 @@ class ListHandler final : public Handler {
       read(reader, event, list_.emplace_back());
     }
   }
+  // Lists grow by doubling, and most of a session stands in lists.
+  void end(Reader& /*reader*/) override { list_.shrink_to_fit(); }
 
  private:
   std::vector<Element>& list_;

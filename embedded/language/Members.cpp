@@ -182,6 +182,9 @@ ValuePtr classConstant(Interpreter& interpreter, const Class& oneClass, const st
   if (property == nullptr || property->content().set.level != ConstantAccess) return nullptr;
   if (!mayUse(interpreter, property->content().get, *property->definingClass(), asking))
     failAccess(interpreter, "Reading", name);
+  // A get method wants an object, and there is none: it gets a new one.
+  if (property->content().getter != nullptr)
+    return readObject(interpreter, newObject(oneClass), name, asking);
   return declaredValue(interpreter, property->content());
 }
 

@@ -44,6 +44,8 @@ struct DescribeOptions {
   /// Words for levels, or "all".
   std::vector<std::string> access{"public"};
   bool hidden = false;
+  /// How long to look; 0: as long as it takes.
+  std::size_t milliseconds = 10'000;
 };
 
 /// What a class is and offers.

@@ -2,15 +2,18 @@
 #include <contextdata/KCOSIntrospection.h>
 
 #include <algorithm>
+#include <chrono>
 #include <string>
 #include <vector>
 
+#include "host/Exceptions.h"
 #include "host/Members.h"
 #include "host/Text.h"
 #include "tools/commands/Answer.h"
 #include "tools/commands/Commands.h"
 #include "tools/render/ClassDescription.h"
 #include "tools/render/Text.h"
+#include "tools/session/Alarm.h"
 
 namespace tools {
 
@@ -38,8 +41,23 @@ std::vector<std::int32_t> levelsOf(const DescribeOptions& options) {
   return levels;
 }
 
+/// A class of diamonds has more ways to its ancestors than anybody waits for.
+frontend::ClassTree treeOf(const DescribeOptions& options, embedded::Host& host) {
+  Alarm alarm(host);
+  if (options.milliseconds > 0)
+    alarm.set(std::chrono::steady_clock::now() + std::chrono::milliseconds(options.milliseconds));
+  try {
+    return frontend::describeClass(classOf(options.className), levelsOf(options), options.hidden);
+  } catch (const Tamsix::System::InterruptException&) {
+    // The user's own interrupt is told by whoever handles it.
+    if (!alarm.stop()) throw;
+    throw AnswerError{"describe.timed-out",
+                      "stopped after " + std::to_string(options.milliseconds) + " ms (--timeout)"};
+  }
+}
+
 Answer answerOf(const DescribeOptions& options, embedded::Host& host) {
-  const auto tree = frontend::describeClass(classOf(options.className), levelsOf(options), options.hidden);
+  const auto tree = treeOf(options, host);
   // The library may have swallowed it, and what it returns then is not the whole class.
   if (const auto& failure = host.failure())
     throw AnswerError{"describe.failed", failure->operation + ": " + failure->message};

@@ -115,6 +115,7 @@ void addDescribe(CLI::App& app, int& status) {
       ->check(CLI::IsMember(levels))
       ->type_name("LEVEL,...");
   command.add_flag("--hidden", options->hidden, "Show hidden members too");
+  addPatience(command, options->milliseconds, "Stop looking after so many milliseconds");
   command.callback([options, &status] { status = tools::runDescribe(*options); });
 }
 

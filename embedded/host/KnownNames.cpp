@@ -17,14 +17,20 @@ std::string nameAfterPrefix(const fs::path& folder) {
   return name.empty() ? name : name.substr(1);
 }
 
-void addCodeFiles(const fs::path& folder, const std::string& prefix, std::vector<KnownName>& names) {
+/// How deep packages are looked for in packages: links may lead back to where they stand.
+constexpr int deepestPackage = 8;
+
+void addCodeFiles(const fs::path& folder, const std::string& prefix, std::vector<KnownName>& names,
+                  int depth = 0) {
   for (const fs::path& entry : entriesOf(folder)) {
     const std::string name = entry.stem().string();
     std::error_code failure;  // not looked at: what is gone by now is no file
     if (entry.extension() == ".k" && !name.empty() && fs::is_regular_file(entry, failure))
       names.push_back({prefix + name});
-    // One level: code does not find functions of packages inside packages either.
-    if (prefix.empty() && name.starts_with('+')) addCodeFiles(entry, name.substr(1) + ".", names);
+    // The whole name of the folder, which may have a dot in it.
+    const std::string folderName = entry.filename().string();
+    if (depth < deepestPackage && folderName.starts_with('+'))
+      addCodeFiles(entry, prefix + folderName.substr(1) + ".", names, depth + 1);
   }
 }
 

@@ -15,6 +15,26 @@ namespace {
 
 constexpr std::uintmax_t longestFile = 4U << 20U;
 
+/// "+lab/+tools" for "lab.tools".
+std::filesystem::path packageFolder(std::string_view package) {
+  std::filesystem::path folder;
+  while (!package.empty()) {
+    const std::size_t dot = std::min(package.find('.'), package.size());
+    folder /= "+" + std::string(package.substr(0, dot));
+    package.remove_prefix(std::min(dot + 1, package.size()));
+  }
+  return folder;
+}
+
+/// Where the package is, when the item of the path is the outermost of its folders; empty when it is not.
+std::filesystem::path packageIn(const PathItemDescription& item, const std::string& package) {
+  const std::filesystem::path folder = packageFolder(package);
+  const std::filesystem::path own(item.folder);
+  if (item.kind != PathItemDescription::Package || folder.empty() || *folder.begin() != own.filename())
+    return {};
+  return own.parent_path() / folder;
+}
+
 }  // namespace
 
 CodeFiles::CodeFiles(const Description& description, const Interpreter& interpreter)
@@ -32,26 +52,25 @@ const Routine* CodeFiles::function(const std::string& dottedName) {
   const std::string package(namespaceOf(dottedName));
   const std::string file = std::string(simpleNameOf(dottedName)) + ".k";
   for (const Path& folder : folders_)
-    if (const Routine* found =
-            read(package.empty() ? folder / file : folder / ("+" + package) / file, package))
-      return found;
+    if (const Routine* found = read(folder / packageFolder(package) / file, package)) return found;
   for (const PathItemDescription& item : special_)
-    if (item.kind == PathItemDescription::Package && !package.empty() &&
-        Path(item.folder).filename() == "+" + package)
-      if (const Routine* found = read(Path(item.folder) / file, package)) return found;
+    if (const Path folder = packageIn(item, package); !folder.empty())
+      if (const Routine* found = read(folder / file, package)) return found;
   return nullptr;
 }
 
 bool CodeFiles::isPackage(const std::string& name) const {
   std::error_code failure;
   // `failure` is not looked at: a folder that cannot be asked about is no package.
-  const std::string folderName = "+" + name;
+  const Path ofPackage = packageFolder(name);
   return std::ranges::any_of(folders_,
                              [&](const Path& folder) {
-                               return std::filesystem::is_directory(folder / folderName, failure);
+                               return std::filesystem::is_directory(folder / ofPackage, failure);
                              }) ||
          std::ranges::any_of(special_, [&](const PathItemDescription& item) {
-           return item.kind == PathItemDescription::Package && Path(item.folder).filename() == folderName;
+           const Path folder = packageIn(item, name);
+           return !folder.empty() &&
+                  (folder == item.folder || std::filesystem::is_directory(folder, failure));
          });
 }
 

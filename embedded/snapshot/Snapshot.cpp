@@ -94,16 +94,101 @@ class JsonEvents final : public nlohmann::json_sax<json> {
   const TextSource& source_;
 };
 
+/// Looks for the place of a JSON pointer in a text that has been read before.
+class PlaceSearch final : public nlohmann::json_sax<json> {
+ public:
+  PlaceSearch(const TextSource& source, std::string pointer)
+      : source_(source), pointer_(std::move(pointer)) {}
+
+  /// Of the value, or of the innermost one around it that the text has; 0 for none.
+  std::size_t line() const { return line_; }
+
+  bool null() override { return value(); }
+  bool boolean(bool) override { return value(); }
+  bool number_integer(number_integer_t) override { return value(); }
+  bool number_unsigned(number_unsigned_t) override { return value(); }
+  bool number_float(number_float_t, const string_t&) override { return value(); }
+  bool string(string_t&) override { return value(); }
+  bool binary(binary_t&) override { return false; }
+  bool start_object(std::size_t) override { return begin(false); }
+  bool start_array(std::size_t) override { return begin(true); }
+  bool end_object() override { return end(); }
+  bool end_array() override { return end(); }
+  bool key(string_t& name) override {
+    way_.back().step = name;
+    return true;
+  }
+  bool parse_error(std::size_t, const std::string&, const json::exception&) override { return false; }
+
+ private:
+  struct Level {
+    bool array;
+    std::size_t next = 0;
+    std::string step = {};
+  };
+
+  /// False ends the search.
+  bool value() {
+    if (!way_.empty() && way_.back().array) way_.back().step = std::to_string(way_.back().next++);
+    std::string here;
+    for (const Level& level : way_) snapshot::appendStep(here, level.step);
+    if (here == pointer_ || pointer_.starts_with(here + "/")) line_ = source_.line();
+    return here != pointer_;
+  }
+  bool begin(bool array) {
+    if (!value()) return false;
+    way_.push_back({array});
+    return true;
+  }
+  bool end() {
+    way_.pop_back();
+    return true;
+  }
+
+  const TextSource& source_;
+  const std::string pointer_;
+  std::vector<Level> way_;
+  std::size_t line_ = 0;
+};
+
+// Nothing but blanks may follow the snapshot.
+constexpr bool strict = true;
+constexpr bool ignoreComments = true;
+
+/// 0: the text has no such place any more.
+std::size_t lineOf(const std::string& pointer, const std::string& file, std::istream& stream) {
+  const LoadProgress none;
+  TextSource source(stream, file, 0, none);
+  PlaceSearch search(source, pointer);
+  try {
+    json::sax_parse(TextIterator(source), TextIterator(), &search, nlohmann::detail::input_format_t::json,
+                    strict, ignoreComments);
+  } catch (const SnapshotError&) {
+    // Somebody has written another file meanwhile; what was wrong with the one before is told all the same.
+  }
+  return search.line();
+}
+
+/// What is wrong with a description only the whole of it tells, when its text has been read; so the text is read once more
+/// for the line.
+void check(const Description& description, const std::string& file,
+           const std::function<std::unique_ptr<std::istream>()>& open) {
+  try {
+    checkDescription(description, file);
+  } catch (const SnapshotError& error) {
+    const std::size_t line = lineOf(error.pointer(), file, *open());
+    if (line == 0) throw;
+    throw SnapshotError(error.code(), error.file(), error.pointer(),
+                        "line " + std::to_string(line) + ": " + error.reason());
+  }
+}
+
 Description read(TextSource& source) {
   Description description;
   Reader reader(source, std::make_unique<RootHandler>(description));
   JsonEvents events(reader, source);
-  // Nothing but blanks may follow the snapshot.
-  constexpr bool strict = true;
-  constexpr bool ignoreComments = true;
   json::sax_parse(TextIterator(source), TextIterator(), &events, nlohmann::detail::input_format_t::json,
                   strict, ignoreComments);
-  checkDescription(description, source.file());
   return description;
 }
 
@@ -149,6 +234,7 @@ Description readSnapshot(const std::filesystem::path& file, const LoadProgress& 
   const auto size = std::filesystem::file_size(file, sizeUnknown);
   TextSource source(stream, file.string(), sizeUnknown ? 0 : size, progress);
   Description description = read(source);
+  check(description, file.string(), [&] { return std::make_unique<std::ifstream>(file, std::ios::binary); });
   placeFolders(description, file);
   return description;
 }
@@ -157,7 +243,9 @@ Description readSnapshotText(std::string_view text, const std::string& name) {
   std::istringstream stream{std::string(text)};
   const LoadProgress none;
   TextSource source(stream, name, text.size(), none);
-  return read(source);
+  Description description = read(source);
+  check(description, name, [&] { return std::make_unique<std::istringstream>(std::string(text)); });
+  return description;
 }
 
 }  // namespace embedded

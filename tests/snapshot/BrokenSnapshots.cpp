@@ -60,6 +60,9 @@ TEST(BrokenSnapshots, NameTheLineOfTheCulprit) {
   const std::vector<std::pair<std::string, std::string>> rows{
       {"{\"format\": 1,\n\n\"flag\": 2}", "line 3: "},
       {"{\"format\": 7\n}", "line 1: "},
+      {"{\"format\": 1, \"classes\": [{\"name\": \"A\"},\n{\"name\":\n\"Gr\u00f6\u00dfe\"}]}", "line 3: "},
+      {"{\"format\": 1, \"workspace\": [\n{\"name\": \"x\", \"value\":\n{\"object\": \"None\"}}]}",
+       "line 3: "},
       {"{\"format\":\r\n7\r\n}", "line 2: "},
       {"// \n/* \n */ {\n\"components\": true\n}", "line 5: "},
   };

@@ -167,10 +167,6 @@ Names methodNames() {
 
 Names namesAfterDot() { return getMethodsForWSVariable(u"object", GetValueFromCurrentWorkspace(u"object")); }
 
-std::string rowName(const std::string& work, Size size) {
-  return work + "/" + std::to_string(size.members) + "/" + std::to_string(size.depth);
-}
-
 }  // namespace
 
 void addLibraryRows(std::vector<Row>& rows) {
@@ -200,6 +196,7 @@ void addLibraryRows(std::vector<Row>& rows) {
 std::vector<Row> allRows() {
   std::vector<Row> rows;
   addLibraryRows(rows);
+  addFrontEndRows(rows);
   return rows;
 }
 

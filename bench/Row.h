@@ -29,5 +29,6 @@ struct Row {
 std::vector<Row> allRows();
 
 void addLibraryRows(std::vector<Row>& rows);
+void addFrontEndRows(std::vector<Row>& rows);
 
 }  // namespace bench

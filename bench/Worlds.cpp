@@ -9,6 +9,10 @@ using embedded::ClassDescription;
 using embedded::Description;
 using embedded::ValueDescription;
 
+std::string rowName(const std::string& work, Size size) {
+  return work + "/" + std::to_string(size.members) + "/" + std::to_string(size.depth);
+}
+
 std::string memberName(std::size_t number) {
   constexpr std::array<std::size_t, 13> lengths{12, 6, 18, 9, 15, 7, 17, 10, 14, 8, 16, 11, 13};
   const std::size_t length = lengths[number % lengths.size()];
@@ -52,21 +56,26 @@ Description chain(Size size, AddMember addMember) {
   return world;
 }
 
-}  // namespace
-
-Description chainOfProperties(Size size) {
-  return chain(size, [](ClassDescription& made, const std::string& name) {
-    auto& property = made.properties.emplace_back();
-    property.name = name;
-    property.type = "double";
-    // Every fourth one with a declared size.
-    if (made.properties.size() % 4 == 0) property.validation = {{"double", {1, std::nullopt}, {}}};
-  });
+void addProperty(ClassDescription& made, const std::string& name) {
+  auto& property = made.properties.emplace_back();
+  property.name = name;
+  property.type = "double";
+  // Every fourth one with a declared size.
+  if (made.properties.size() % 4 == 0) property.validation = {{"double", {1, std::nullopt}, {}}};
 }
 
-Description chainOfMethods(Size size) {
-  return chain(
-      size, [](ClassDescription& made, const std::string& name) { made.methods.emplace_back().name = name; });
+void addMethod(ClassDescription& made, const std::string& name) { made.methods.emplace_back().name = name; }
+
+}  // namespace
+
+Description chainOfProperties(Size size) { return chain(size, addProperty); }
+Description chainOfMethods(Size size) { return chain(size, addMethod); }
+
+Description chainOfMembers(Size size) {
+  return chain(size, [](ClassDescription& made, const std::string& name) {
+    // By the name, so that what is redeclared stays what it is.
+    (name[0] % 2 == 0 ? addProperty : addMethod)(made, name);
+  });
 }
 
 Description nestedStructure(std::size_t fields, std::size_t levels) {

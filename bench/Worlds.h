@@ -16,6 +16,9 @@ struct Size {
   std::size_t depth = 1;
 };
 
+/// "work/members/depth"
+std::string rowName(const std::string& work, Size size);
+
 /// Distinct names of 6 to 18 characters, 12 on average.
 std::string memberName(std::size_t number);
 
@@ -26,6 +29,8 @@ inline const char* const lastClass = "bench.Last";
 /// root redeclares a quarter of the names of the one above. An object of the last one is in the variable "object".
 embedded::Description chainOfProperties(Size size);
 embedded::Description chainOfMethods(Size size);
+/// Half of the members are properties, half methods.
+embedded::Description chainOfMembers(Size size);
 
 /// A structure of `fields` fields, each of which is the structure below it in the field "next", `levels` deep; in the
 /// variable "structure".

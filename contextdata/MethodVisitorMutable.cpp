@@ -87,9 +87,18 @@ void MethodVisitorMutable::collect(kcos::COSMethodInfo& method, const char* name
     if (!*ownerName.takesPart) return;
     if (!includeConstructors && isConstructor(name_, ownerName.narrow)) return;
   }
+  // Operators are known by the wide name, which a decision needs for nothing else.
+  if (onlyDecides && (isHidden || includeOperatorOverloads)) {
+    (isHidden ? isHiddenAccepted : isAccepted) = true;
+    return;
+  }
   MethodInfo record;
   record.name = fl::i18n::to_ustring(name_);
   if (!isHidden && !includeOperatorOverloads && MethodInfo::isOperatorOverload(record.name)) return;
+  if (onlyDecides) {
+    isAccepted = true;
+    return;
+  }
   if (!ownerName.wide) ownerName.wide = fl::i18n::to_ustring(ownerName.narrow);
   record.definingClass = *ownerName.wide;
   record.isStatic = method.isStatic();

@@ -16,18 +16,7 @@ namespace KCOSContextData {
 
 namespace {
 
-using Levels = std::vector<std::int32_t>;
 using Value = boost::intrusive_ptr<kxArray_tag>;
-
-Levels levelsOf(const kcos::COSPropInfo& property, const Levels& accessorKinds, Levels levels) {
-  levels.clear();
-  // In the order of the kinds, and once per mention: hosts see which level is asked for, and how often.
-  for (const std::int32_t kind : accessorKinds) {
-    if (kind == PropertyInfo::GetOptions::Read) levels.push_back(property.getMemberGetAccess());
-    if (kind == PropertyInfo::GetOptions::Write) levels.push_back(property.getMemberSetAccess());
-  }
-  return levels;
-}
 
 void addText(const Value& value, PropertyInfo& property) {
   // A text does not go among numbers: the kind that came first stays.
@@ -188,9 +177,11 @@ void PropertyVisitorMutable::visit(kcos::COSInterfacePtr member, kcos::COSPropIn
 
 void PropertyVisitorMutable::collect(kcos::COSInterfacePtr member, kcos::COSPropInfo& property,
                                      const char* name) {
-  levels_ = levelsOf(property, accessorKinds, std::move(levels_));
-  if (std::ranges::find_first_of(levels_, accessLevels) == levels_.end() && !hasAccessingClass(&property))
+  if (!qualifies(property)) return;
+  if (onlyDecides) {
+    isAccepted = true;
     return;
+  }
 
   // Where it belongs if it is not hidden, which is asked last.
   PropertyInfo& record = properties.emplace_back();
@@ -254,6 +245,20 @@ bool PropertyVisitorMutable::hasCustomGetter(kcos::COSInterfacePtr member,
 bool PropertyVisitorMutable::hasAccessingClass(kcos::COSPropInfo* property) const {
   return accessingClass != nullptr && (isGranted(property->getExtendedGetAccess(), *accessingClass) ||
                                        isGranted(property->getExtendedSetAccess(), *accessingClass));
+}
+
+bool PropertyVisitorMutable::qualifies(kcos::COSPropInfo& property) const {
+  const auto isListed = [this](std::int32_t level) {
+    return std::ranges::find(accessLevels, level) != accessLevels.end();
+  };
+  bool isOfLevel = false;
+  // In the order of the kinds, and once per mention, whatever the others say: hosts see which level is asked for, and how
+  // often.
+  for (const std::int32_t kind : accessorKinds) {
+    if (kind == PropertyInfo::GetOptions::Read && isListed(property.getMemberGetAccess())) isOfLevel = true;
+    if (kind == PropertyInfo::GetOptions::Write && isListed(property.getMemberSetAccess())) isOfLevel = true;
+  }
+  return isOfLevel || hasAccessingClass(&property);
 }
 
 }  // namespace KCOSContextData

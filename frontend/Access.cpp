@@ -4,10 +4,8 @@
 
 #include <algorithm>
 #include <iterator>
-#include <unordered_map>
-#include <utility>
 
-#include "frontend/Declarations.h"
+#include "frontend/Text.h"
 
 namespace frontend {
 
@@ -23,28 +21,14 @@ bool sharesAncestor(const ClassInfo& caller, const ClassInfo& asked) {
 
 bool isWider(const std::vector<std::int32_t>& levels) { return levels.size() > 1; }
 
-void dropRepeated(std::vector<PropertyInfo>& properties) {
-  // An ancestor that is inherited in several ways has its members listed once for each.
-  std::unordered_set<std::u16string> seen;
-  seen.reserve(properties.size());
-  std::erase_if(properties, [&](const PropertyInfo& property) { return !seen.insert(property.name).second; });
-}
-
-/// Of methods that are defined anew the new one stays, where the first one stood.
-void dropRepeated(std::vector<MethodInfo>& methods) {
-  std::unordered_map<std::u16string, MethodInfo*> kept;
-  std::vector<MethodInfo> first;
-  kept.reserve(methods.size());
-  // Room for all, because `kept` points into it.
-  first.reserve(methods.size());
-  for (MethodInfo& method : methods) {
-    MethodInfo*& known = kept[method.name];
-    if (known == nullptr)
-      known = &first.emplace_back(std::move(method));
-    else if (KCOSIntrospection::isKCOSClassDerivedFrom(method.definingClass, known->definingClass))
-      *known = std::move(method);
-  }
-  methods = std::move(first);
+/// The access levels at which code of the caller may use members of the class: public, to code of the class and of those
+/// that derive from it, or share an ancestor with it, protected; to its own code private.
+std::vector<std::int32_t> usableLevels(const ClassInfo* caller, const ClassInfo& asked) {
+  if (caller == nullptr || asked.classId.isNull()) return {kcos::PublicAccess};
+  if (caller->classId == asked.classId)
+    return {kcos::PublicAccess, kcos::ProtectedAccess, kcos::PrivateAccess};
+  if (sharesAncestor(*caller, asked)) return {kcos::PublicAccess, kcos::ProtectedAccess};
+  return {kcos::PublicAccess};
 }
 
 /// Code of a class that shares an ancestor with the class, but does not derive from it, may use what both inherit.
@@ -61,78 +45,159 @@ bool isOwnCode(const ClassInfo* caller, const ClassInfo& asked) {
   return caller != nullptr && !asked.classId.isNull() && asked.isA(caller->classId);
 }
 
-template <class Infos>
-void addUnknown(const Infos& more, Infos& infos) {
-  const auto known = namesOf(infos);
-  std::ranges::copy_if(more, std::back_inserter(infos),
-                       [&](const auto& info) { return !known.contains(info.name); });
+/// Without what is listed only where hidden ones are.
+template <class Members>
+Members listed(Members members, bool includeHidden) {
+  if (!includeHidden)
+    std::erase_if(members, [](const auto& member) { return member.isHidden || member.isMasked; });
+  return members;
 }
 
-/// A class whose methods are not completed in this context offers none to its own code either.
-bool takesPart(const ClassInfo& asked, MethodInfo::GetContext context) {
-  const std::vector<std::int32_t> every = {kcos::PublicAccess,  kcos::ProtectedAccess,
-                                           kcos::PrivateAccess, kcos::ImmutableAccess,
-                                           kcos::ListedAccess,  kcos::ConstantAccess};
-  return !asked.getMethods({every, nullptr, context, true, true, true}).empty();
+/// Which names are among the members.
+template <class Members>
+std::vector<bool> namesOf(const Members& members, const MemberNames& names) {
+  std::vector<bool> among(names.size());
+  for (const auto& member : members) among[member.name] = true;
+  return among;
+}
+
+void dropRepeated(OfferedProperties& properties, const MemberNames& names) {
+  // An ancestor that is inherited in several ways has its members listed once for each.
+  std::vector<bool> seen(names.size());
+  std::erase_if(properties, [&](const OfferedProperty& property) {
+    const bool isRepeated = seen[property.name];
+    seen[property.name] = true;
+    return isRepeated;
+  });
+}
+
+/// Which of two classes derives from the other. Members of one class come together, so that the last answer often serves.
+class Derivation {
+ public:
+  bool holds(const ClassInfo* derived, const ClassInfo* base) {
+    if (derived == derived_ && base == base_) return holds_;
+    derived_ = derived;
+    base_ = base;
+    const kcos::COSClass* cls = kcos::COSClass::getClass(derived->classId);
+    return holds_ = cls != nullptr && cls->isDerivedFrom(base->classId);
+  }
+
+ private:
+  const ClassInfo* derived_ = nullptr;
+  const ClassInfo* base_ = nullptr;
+  bool holds_ = false;
+};
+
+/// Of methods that are defined anew the new one stays, where the first one stood.
+void dropRepeated(OfferedMethods& methods, const MemberNames& names) {
+  std::vector<OfferedMethod*> kept(names.size());
+  Derivation derivation;
+  auto end = methods.begin();
+  for (OfferedMethod& method : methods) {
+    OfferedMethod*& known = kept[method.name];
+    if (known == nullptr) {
+      *end = method;
+      known = &*end++;
+    } else if (derivation.holds(method.declares, known->declares)) {
+      *known = method;
+    }
+  }
+  methods.erase(end, methods.end());
+}
+
+template <class Members>
+void addUnknown(const Members& more, const MemberNames& names, Members& members) {
+  const auto known = namesOf(members, names);
+  std::ranges::copy_if(more, std::back_inserter(members),
+                       [&](const auto& member) { return !known[member.name]; });
+}
+
+/// Drops what neither everybody may use nor code of the caller because of its own ancestors.
+template <class Members>
+void dropOthers(const ClassInfo& caller, const Members& forEverybody, const MemberNames& names,
+                Members& members) {
+  const auto others = namesOf(forEverybody, names);
+  std::erase_if(members, [&](const auto& member) {
+    return !others[member.name] && !caller.isA(member.declares->classId);
+  });
 }
 
 }  // namespace
 
-std::vector<std::int32_t> usableLevels(const ClassInfo* caller, const ClassInfo& asked) {
-  if (caller == nullptr || asked.classId.isNull()) return {kcos::PublicAccess};
-  if (caller->classId == asked.classId)
-    return {kcos::PublicAccess, kcos::ProtectedAccess, kcos::PrivateAccess};
-  if (sharesAncestor(*caller, asked)) return {kcos::PublicAccess, kcos::ProtectedAccess};
-  return {kcos::PublicAccess};
-}
+UsableMembers::UsableMembers(RequestContext& request, const ClassInfo& asked, const std::u16string& only)
+    : request_(request), asked_(asked), only_(narrow(only)), offered_(asked, names_, only_) {}
 
-std::vector<PropertyInfo> usableProperties(RequestContext& request, const ClassInfo& asked,
-                                           bool includeHidden) {
+OfferedProperties UsableMembers::properties(bool includeHidden) {
   using Options = PropertyInfo::GetOptions;
-  const ClassInfo* caller = request.caller();
-  Options options{usableLevels(caller, asked), {Options::Read, Options::Write}, caller, includeHidden};
-  std::vector<PropertyInfo> properties = asked.getProperties(options);
-  if (isBystander(caller, asked, options.accessLevels)) {
-    const DeclaringClasses declaring(asked, options);
+  const ClassInfo* caller = request_.caller();
+  Options options{usableLevels(caller, asked_), {Options::Read, Options::Write}, caller, true};
+  OfferedProperties properties = listed(offered_.properties(options), includeHidden);
+  // Before it is asked who declares it: the first of a name counts.
+  dropRepeated(properties, names_);
+  if (isBystander(caller, asked_, options.accessLevels)) {
     // What is offered to everybody stays, wherever it is declared.
     options.accessLevels = {kcos::PublicAccess};
-    const auto others = namesOf(asked.getProperties(options));
-    std::erase_if(properties, [&](const PropertyInfo& property) {
-      if (others.contains(property.name)) return false;
-      const ClassInfo* declares = declaring.of(property.name);
-      return declares == nullptr || !caller->isA(declares->classId);
-    });
+    dropOthers(*caller, listed(offered_.properties(options), includeHidden), names_, properties);
   }
-  if (isOwnCode(caller, asked)) {
+  if (isOwnCode(caller, asked_)) {
     // The library does not list what is private in a superclass, but code of that superclass may use it.
     options.accessLevels = ownLevels();
-    addUnknown(LoneRecord(*caller).getProperties(options), properties);
+    const OfferedProperties own = listed(ofCaller().properties(options), includeHidden);
+    addUnknown(own, names_, properties);
+    dropRepeated(properties, names_);
   }
-  dropRepeated(properties);
   return properties;
 }
 
-std::vector<MethodInfo> usableMethods(RequestContext& request, const ClassInfo& asked,
-                                      MethodInfo::GetContext context, bool includeHidden) {
-  const ClassInfo* caller = request.caller();
-  const Lenience& lenience = request.lenience();
+OfferedMethods UsableMembers::methods(MethodInfo::GetContext context, bool includeHidden) {
+  const ClassInfo* caller = request_.caller();
+  const Lenience& lenience = request_.lenience();
   if (lenience.anyContext) context = MethodInfo::GetContext::Any;
-  MethodInfo::GetOptions options{usableLevels(caller, asked), caller,       context, lenience.constructors,
-                                 lenience.operators,          includeHidden};
-  std::vector<MethodInfo> methods = asked.getMethods(options);
-  if (isBystander(caller, asked, options.access)) {
+  MethodInfo::GetOptions options{usableLevels(caller, asked_), caller, context, lenience.constructors,
+                                 lenience.operators,           true};
+  OfferedMethods methods = listed(offered_.methods(options), includeHidden);
+  if (isBystander(caller, asked_, options.access)) {
     options.access = {kcos::PublicAccess};
-    const auto others = namesOf(asked.getMethods(options));
-    std::erase_if(methods, [&](const MethodInfo& method) {
-      return !others.contains(method.name) && !caller->isA(method.definingClass);
-    });
+    dropOthers(*caller, listed(offered_.methods(options), includeHidden), names_, methods);
   }
-  if (isOwnCode(caller, asked) && takesPart(asked, context)) {
+  if (isOwnCode(caller, asked_) && takesPart(context)) {
     options.access = ownLevels();
-    addUnknown(LoneRecord(*caller).getMethods(options), methods);
+    const OfferedMethods own = listed(ofCaller().methods(options), includeHidden);
+    addUnknown(own, names_, methods);
   }
-  dropRepeated(methods);
+  dropRepeated(methods, names_);
   return methods;
+}
+
+OfferedProperties UsableMembers::constants() {
+  return offered_.properties({{kcos::ConstantAccess}, {PropertyInfo::GetOptions::Write}, nullptr, true});
+}
+
+OfferedMethods UsableMembers::publicMethods() {
+  return offered_.methods({{kcos::PublicAccess}, nullptr, MethodInfo::GetContext::Any, false, false, true});
+}
+
+OfferedMembers& UsableMembers::ofCaller() {
+  if (!ofCaller_) ofCaller_.emplace(caller_.emplace(*request_.caller()), names_, only_);
+  return *ofCaller_;
+}
+
+/// A class whose methods are not completed in this context offers none to its own code either.
+bool UsableMembers::takesPart(MethodInfo::GetContext context) {
+  const std::vector<std::int32_t> every = {kcos::PublicAccess,  kcos::ProtectedAccess,
+                                           kcos::PrivateAccess, kcos::ImmutableAccess,
+                                           kcos::ListedAccess,  kcos::ConstantAccess};
+  return !offered_.methods({every, nullptr, context, true, true, true}).empty();
+}
+
+std::optional<PropertyInfo> usableProperty(RequestContext& request, const ClassInfo& asked,
+                                           const std::u16string& name) {
+  // No members at all without a name, which would ask for all of them.
+  if (name.empty()) return {};
+  // On a line of its own: what is offered points into it.
+  UsableMembers usable(request, asked, name);
+  const OfferedProperties properties = usable.properties(true);
+  return properties.empty() ? std::nullopt : recordOf(properties.front());
 }
 
 }  // namespace frontend

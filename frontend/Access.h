@@ -5,38 +5,54 @@
 #include <contextdata/KCOSContextData/ClassInfo.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
+#include "frontend/Declarations.h"
+#include "frontend/OfferedMembers.h"
 #include "frontend/RequestContext.h"
 
 namespace frontend {
 
-/// The names of properties or methods.
-template <class Infos>
-std::unordered_set<std::u16string> namesOf(const Infos& infos) {
-  std::unordered_set<std::u16string> names;
-  names.reserve(infos.size());
-  for (const auto& info : infos) names.insert(info.name);
-  return names;
-}
+class UsableMembers {
+ public:
+  /// Members of the class, own and inherited, that code of the scope may use; with a name, those of that name. Request and
+  /// record outlive this.
+  UsableMembers(RequestContext& request, const KCOSContextData::ClassInfo& asked,
+                const std::u16string& only = {});
 
-/// The access levels at which code of the caller may use members of the class: public, to code of the class and of those
-/// that derive from it, or share an ancestor with it, protected; to its own code private.
-std::vector<std::int32_t> usableLevels(const KCOSContextData::ClassInfo* caller,
-                                       const KCOSContextData::ClassInfo& asked);
+  /// What it may read or write; hidden ones among them when they are requested. In the library's order, each name once;
+  /// last what is private to the code of an ancestor that asks.
+  OfferedProperties properties(bool includeHidden);
+  /// The same for methods that are completed in this context. Of one that is defined anew it is the new one.
+  OfferedMethods methods(KCOSContextData::MethodInfo::GetContext context, bool includeHidden);
 
-/// The properties of the class, own and inherited, that code of the scope may read or write; hidden ones among them when
-/// they are requested. In the library's order, each name once; last what is private to the code of an ancestor that asks.
-std::vector<KCOSContextData::PropertyInfo> usableProperties(RequestContext& request,
+  /// What everybody may write only once: constants are written by nobody, which is a level of its own.
+  OfferedProperties constants();
+  /// Public methods of any context, but constructors and operators, hidden ones among them.
+  OfferedMethods publicMethods();
+
+  const MemberNames& names() const noexcept { return names_; }
+
+ private:
+  /// What the asking class itself declares, asked without its superclasses.
+  OfferedMembers& ofCaller();
+  bool takesPart(KCOSContextData::MethodInfo::GetContext context);
+
+  RequestContext& request_;
+  const KCOSContextData::ClassInfo& asked_;
+  const std::string only_;
+  MemberNames names_;
+  OfferedMembers offered_;
+  std::optional<LoneRecord> caller_;
+  std::optional<OfferedMembers> ofCaller_;
+};
+
+/// The record of the property of that name, hidden or not, that code of the scope may use; none when there is none, or when
+/// it cannot be read.
+std::optional<KCOSContextData::PropertyInfo> usableProperty(RequestContext& request,
                                                             const KCOSContextData::ClassInfo& asked,
-                                                            bool includeHidden);
-
-/// The same for methods that are completed in this context. Of one that is defined anew it is the new one.
-std::vector<KCOSContextData::MethodInfo> usableMethods(RequestContext& request,
-                                                       const KCOSContextData::ClassInfo& asked,
-                                                       KCOSContextData::MethodInfo::GetContext context,
-                                                       bool includeHidden);
+                                                            const std::u16string& name);
 
 }  // namespace frontend

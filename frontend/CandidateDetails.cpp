@@ -4,11 +4,10 @@
 #include <contextdata/Workspace/Values.h>
 
 #include <boost/algorithm/string/join.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <cstddef>
-#include <utility>
 #include <vector>
 
-#include "frontend/Access.h"
 #include "frontend/Text.h"
 
 namespace frontend {
@@ -34,17 +33,24 @@ std::u16string ownSizeOf(const kxArray_tag* value) {
   return sizeText(heldDimensions(value));
 }
 
-kcos::COSPropInfo* ownProperty(const ClassInfo& record, const std::u16string& name) {
-  const kcos::COSClass* found = classObjectOf(record);
-  const kcos::COSInternedName member = ResolvedClassID::fromKnownResolvedClassID(name);
-  const kcos::COSInterfacePtr property = found == nullptr ? nullptr : found->findProperty(member);
-  return property ? kcos::cosiToProp(property.get()) : nullptr;
-}
-
 /// What a property reads as that was never given a value: nobody has put this there, so it says nothing of size and type.
 bool isNothing(const kxArray_tag* value) {
-  return kxGetClassID(value) == StorageCode::DoubleArray &&
-         heldDimensions(value) == std::vector<std::size_t>{0, 0};
+  if (kxGetClassID(value) != StorageCode::DoubleArray) return false;
+  if (kxHasCompactDimensions(value)) return kxGetRowCount(value) == 0 && kxGetColumnCount(value) == 0;
+  return heldDimensions(value) == std::vector<std::size_t>{0, 0};
+}
+
+void describeStored(const RequestContext& request, const char* property, const kxArray_tag* object,
+                    Candidate& candidate) {
+  // Each object of an array stores a value of its own.
+  if (!kxIsScalar(object)) return;
+  const boost::intrusive_ptr<kxArray_tag> stored(kxGetTypeProperty(object, 0, property), false);
+  if (!stored || isNothing(stored.get())) return;
+  Candidate found;
+  describeValue(request, stored.get(), found);
+  if (!found.size.empty()) candidate.size = found.size;
+  // What the class declares says more than what happens to be stored.
+  if (candidate.type.empty() || candidate.type == u"any") candidate.type = found.type;
 }
 
 }  // namespace
@@ -71,65 +77,30 @@ void describeValue(const RequestContext& request, const kxArray_tag* value, Cand
   candidate.size = sizeOf(request, value);
 }
 
-void describeMethod(const MethodInfo& method, Candidate& candidate) {
-  candidate.declaringClass = method.definingClass;
-  candidate.isStatic = method.isStatic;
+void describeMethod(const OfferedMethod& method, Candidate& candidate) {
+  const auto record = recordOf(method);
+  if (!record) return;
+  candidate.declaringClass = record->definingClass;
+  candidate.isStatic = record->isStatic;
   candidate.readRunsCode = true;
-  // The library's record has no level, so the class's own object is asked.
-  const kcos::COSClass* defining = KCOSIntrospection::getCOSClass(method.definingClass);
-  if (defining == nullptr) return;
-  const kcos::COSInternedName name = ResolvedClassID::fromKnownResolvedClassID(method.name);
-  auto methods = defining->findMethods(name);
-  if (!methods.hasMoreElements()) return;
-  candidate.access = kcos::cosiToMethod(methods.nextElement().get())->getMemberAccess();
+  candidate.access = method.info->getMemberAccess();
 }
 
-PropertyDetails::PropertyDetails(RequestContext& request, const ClassInfo& record,
-                                 boost::intrusive_ptr<kxArray_tag> value)
-    : request_(request), record_(record), value_(std::move(value)) {}
-
-/// The nearest class whose property the caller may use; else it is one that only the caller's own code may use.
-const ClassInfo& PropertyDetails::declaring(const std::u16string& property) {
-  using Options = PropertyInfo::GetOptions;
-  // Without superclasses no other class can have declared it.
-  if (record_.structure.superclasses.empty()) return record_;
-  const ClassInfo* caller = request_.caller();
-  if (!declaring_) {
-    declaring_.emplace(record_,
-                       Options{usableLevels(caller, record_), {Options::Read, Options::Write}, caller, true});
-  }
-  if (const ClassInfo* found = declaring_->of(property)) return *found;
-  return caller != nullptr && record_.isA(caller->classId) ? *caller : record_;
-}
-
-void PropertyDetails::describe(const PropertyInfo& property, Candidate& candidate) {
-  const ClassInfo& declares = declaring(property.name);
-  candidate.declaringClass = declares.structure.name;
-  candidate.type = property.type;
-  candidate.size = sizeText(property.sizeStrings);
-  candidate.readRunsCode = property.hasCustomGetter;
-  if (const kcos::COSPropInfo* own = ownProperty(declares, property.name)) {
-    candidate.access = own->getMemberGetAccess();
-    candidate.writeAccess = own->getMemberSetAccess();
-    candidate.isConstant = own->getMemberSetAccess() == kcos::ConstantAccess;
-  }
+void describeProperty(const RequestContext& request, const OfferedProperty& property,
+                      const kxArray_tag* value, Candidate& candidate) {
+  const auto record = recordOf(property);
+  if (!record) return;
+  candidate.declaringClass = property.declares->structure.name;
+  candidate.type = record->type;
+  candidate.size = sizeText(record->sizeStrings);
+  candidate.readRunsCode = record->hasCustomGetter;
+  candidate.access = property.info->getMemberGetAccess();
+  candidate.writeAccess = property.info->getMemberSetAccess();
+  candidate.isConstant = candidate.writeAccess == kcos::ConstantAccess;
   // A getter is not run for a detail, whatever the policy: the list would cost one call of user code per candidate.
-  if (value_ && !property.hasCustomGetter && request_.options().policy != CodePolicy::Never) {
-    describeStored(property, candidate);
+  if (value != nullptr && !record->hasCustomGetter && request.options().policy != CodePolicy::Never) {
+    describeStored(request, property.info->getName(), value, candidate);
   }
-}
-
-void PropertyDetails::describeStored(const PropertyInfo& property, Candidate& candidate) const {
-  // Each object of an array stores a value of its own.
-  if (!kxIsScalar(value_.get())) return;
-  const boost::intrusive_ptr<kxArray_tag> stored(kxGetTypeProperty(value_.get(), 0, narrow(property.name)),
-                                                 false);
-  if (!stored || isNothing(stored.get())) return;
-  Candidate found;
-  describeValue(request_, stored.get(), found);
-  if (!found.size.empty()) candidate.size = found.size;
-  // What the class declares says more than what happens to be stored.
-  if (candidate.type.empty() || candidate.type == u"any") candidate.type = found.type;
 }
 
 }  // namespace frontend

@@ -23,14 +23,14 @@ char16_t lower(char16_t character) {
   return isUpper(character) ? static_cast<char16_t>(character - u'A' + u'a') : character;
 }
 
-bool beginsIgnoringCase(const std::u16string& name, const std::u16string& typed) {
+bool beginsIgnoringCase(std::u16string_view name, std::u16string_view typed) {
   return typed.size() <= name.size() &&
          std::equal(typed.begin(), typed.end(), name.begin(),
                     [](auto left, auto right) { return lower(left) == lower(right); });
 }
 
 /// A hump begins a word of the name: "getClassInfo", "get_class", "level2".
-bool isHump(const std::u16string& name, std::size_t at) {
+bool isHump(std::u16string_view name, std::size_t at) {
   if (at == 0) return true;
   if (isUpper(name[at])) return !isUpper(name[at - 1]) || (at + 1 < name.size() && !isUpper(name[at + 1]));
   if (isDigit(name[at])) return !isDigit(name[at - 1]);
@@ -38,7 +38,7 @@ bool isHump(const std::u16string& name, std::size_t at) {
 }
 
 /// Each typed character is the next one of the name, or begins a later hump; the first one is the name's first.
-bool fitsHumps(const std::u16string& typed, const std::u16string& name) {
+bool fitsHumps(std::u16string_view typed, std::u16string_view name) {
   if (typed.empty() || typed.size() > name.size() || lower(typed[0]) != lower(name[0])) return false;
   // All readings are followed at once, for there may be exponentially many: after which characters of the name what has
   // been read so far can end.
@@ -142,7 +142,7 @@ void offerAt(RequestContext& request, CursorContext context, const Extent& exten
   candidates.finish(extent, completion);
 }
 
-Match matchOf(const std::u16string& typed, const std::u16string& name) {
+Match matchOf(std::u16string_view typed, std::u16string_view name) {
   // From the best on: a text that begins a name also fits its humps.
   if (typed == name) return Match::Exact;
   if (name.starts_with(typed)) return Match::Prefix;

@@ -13,6 +13,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frontend/Request.h"
@@ -59,7 +60,7 @@ enum class Match {
 const char* nameOf(Match match);
 
 /// How `typed` fits `name`. Everything begins with the empty text.
-Match matchOf(const std::u16string& typed, const std::u16string& name);
+Match matchOf(std::u16string_view typed, std::u16string_view name);
 
 struct Candidate {
   std::u16string label;

@@ -2,7 +2,6 @@
 
 #include <contextdata/KCOSIntrospection.h>
 
-#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -93,39 +92,6 @@ LoneRecord::LoneRecord(const ClassInfo& record)
     : ClassInfo(ResolvedClassID::fromKnownResolvedClassID(std::string())) {
   structure.name = record.structure.name;
   classId = record.classId;
-}
-
-DeclaringClasses::DeclaringClasses(const ClassInfo& record, PropertyInfo::GetOptions options)
-    : record_(record), options_(std::move(options)), grants_(&record) {
-  // The visitor takes its options in this way only; it lists nothing here.
-  grants_.clear(options_);
-}
-
-const ClassInfo* DeclaringClasses::of(const std::u16string& property) const {
-  const kcos::COSInternedName name = ResolvedClassID::fromKnownResolvedClassID(property);
-  return find(record_, name, options_.accessLevels);
-}
-
-bool DeclaringClasses::declares(const ClassInfo& record, const kcos::COSInternedName& property,
-                                const std::vector<std::int32_t>& levels) const {
-  const kcos::COSClass* asked = classObjectOf(record);
-  const kcos::COSInterfacePtr found = asked == nullptr ? nullptr : asked->findProperty(property);
-  if (!found || kcos::cosiClassOfMember(found.get())->getID() != record.classId) return false;
-  kcos::COSPropInfo* own = kcos::cosiToProp(found.get());
-  return std::ranges::count(levels, own->getMemberGetAccess()) > 0 ||
-         std::ranges::count(levels, own->getMemberSetAccess()) > 0 || grants_.hasAccessingClass(own);
-}
-
-const ClassInfo* DeclaringClasses::find(const ClassInfo& record, const kcos::COSInternedName& property,
-                                        const std::vector<std::int32_t>& levels) const {
-  if (declares(record, property, levels)) return &record;
-  // What is private in a superclass is not inherited.
-  std::vector<std::int32_t> inherited = levels;
-  std::erase(inherited, kcos::PrivateAccess);
-  for (const auto& superclass : record.structure.superclasses) {
-    if (const ClassInfo* found = find(*superclass, property, inherited)) return found;
-  }
-  return nullptr;
 }
 
 }  // namespace frontend

@@ -35,26 +35,4 @@ class LoneRecord : public KCOSContextData::ClassInfo {
   explicit LoneRecord(const KCOSContextData::ClassInfo& record);
 };
 
-/// Which class of a record's tree declares a property that the record offers.
-class DeclaringClasses {
- public:
-  /// Under these options; the record outlives this.
-  DeclaringClasses(const KCOSContextData::ClassInfo& record,
-                   KCOSContextData::PropertyInfo::GetOptions options);
-  /// The nearest one whose property qualifies; null when none does.
-  const KCOSContextData::ClassInfo* of(const std::u16string& property) const;
-
- private:
-  bool declares(const KCOSContextData::ClassInfo& record, const kcos::COSInternedName& property,
-                const std::vector<std::int32_t>& levels) const;
-  const KCOSContextData::ClassInfo* find(const KCOSContextData::ClassInfo& record,
-                                         const kcos::COSInternedName& property,
-                                         const std::vector<std::int32_t>& levels) const;
-
-  const KCOSContextData::ClassInfo& record_;
-  const KCOSContextData::PropertyInfo::GetOptions options_;
-  /// Knows whom a property grants access.
-  KCOSContextData::PropertyVisitorMutable grants_;
-};
-
 }  // namespace frontend

@@ -99,11 +99,10 @@ class Describing {
   void describeDeclaration(RequestContext& request) {
     const auto id = classOf(resolve(request, cursorContext_.base));
     if (!id) return;
-    for (const PropertyInfo& property : usableProperties(request, ClassInfo(*id), true)) {
-      if (property.name != subject_.last) continue;
-      hover_.possibleValues = property.possibleValues;
-      hover_.validators = property.validationFunctions;
-    }
+    const auto property = usableProperty(request, ClassInfo(*id), subject_.last);
+    if (!property) return;
+    hover_.possibleValues = property->possibleValues;
+    hover_.validators = property->validationFunctions;
   }
 
   void describeClass(const std::optional<ResolvedClassID>& id) {

@@ -40,13 +40,35 @@ Names listOf(const ResolvedClassID& id, List list) {
 
 /// A class's record, what it offers, and what describes that; kept as long as the list of candidates.
 struct Described {
-  Described(RequestContext& request, const ResolvedClassID& id, ValuePtr value)
-      : record(id), details(request, record, std::move(value)) {}
+  Described(RequestContext& asking, const ResolvedClassID& id, ValuePtr described)
+      : request(asking), record(id), value(std::move(described)), usable(asking, record) {}
+
+  class Properties final : public CandidateList::Source {
+   public:
+    explicit Properties(const Described& described) : described_(described) {}
+    void describe(std::size_t at, Candidate& candidate) override {
+      describeProperty(described_.request, list[at], described_.value.get(), candidate);
+    }
+    OfferedProperties list;
+
+   private:
+    const Described& described_;
+  };
+
+  class Methods final : public CandidateList::Source {
+   public:
+    void describe(std::size_t at, Candidate& candidate) override { describeMethod(list[at], candidate); }
+    OfferedMethods list;
+  };
+
+  const RequestContext& request;
   const ClassInfo record;
-  PropertyDetails details;
-  std::vector<PropertyInfo> properties;
-  std::vector<MethodInfo> methods;
-  std::vector<MethodInfo> publicMethods;
+  const ValuePtr value;
+  UsableMembers usable;
+  Properties properties{*this};
+  Methods methods;
+  /// Read for the first detail of those that are known by name only.
+  OfferedMethods publicMethods;
 };
 
 class ClassMembers {
@@ -59,7 +81,7 @@ class ClassMembers {
         candidates_(candidates) {}
 
   void offerObject() {
-    offerProperties([](const std::u16string&) { return std::optional(Kind::Property); });
+    offerProperties([](std::uint32_t) { return std::optional(Kind::Property); });
     if (isEnumeration()) candidates_.addInOrder(listOf(id_, getClassPropertyNames), Kind::Property);
     offerDynamicProperties();
     offerMethods(MethodInfo::GetContext::AfterDot);
@@ -67,9 +89,10 @@ class ClassMembers {
   }
 
   void offerClass() {
-    const auto constants = namesOf(constantProperties());
-    offerProperties([&](const std::u16string& name) {
-      return constants.contains(name) ? std::optional(Kind::Constant) : std::nullopt;
+    std::vector<bool> constants;
+    offerProperties([&](std::uint32_t name) {
+      if (constants.empty()) constants = constantNames();
+      return constants[name] ? std::optional(Kind::Constant) : std::nullopt;
     });
     offerMethods(MethodInfo::GetContext::Any, Kind::StaticMethod);
     if (isEnumeration()) {
@@ -86,64 +109,61 @@ class ClassMembers {
   /// `kindOf` tells the kind of a property, or that it is left out.
   template <class KindOf>
   void offerProperties(KindOf kindOf) {
-    const auto ask = [&](bool hidden) { return usableProperties(request_, described_->record, hidden); };
-    const auto hidden =
-        readMembers(described_->properties, ask, [&] { return hasProperty(candidates_.typed()); });
-    const auto& properties = described_->properties;
-    for (std::size_t at = 0; at < properties.size(); ++at) {
-      const std::optional<Kind> kind = kindOf(properties[at].name);
-      if (!kind) continue;
-      candidates_.add({.label = properties[at].name,
-                       .insertion = {},
-                       .kind = *kind,
-                       .isHidden = hidden.contains(properties[at].name),
-                       .order = at},
-                      [described = described_, at](Candidate& candidate) {
-                        described->details.describe(described->properties[at], candidate);
-                      });
+    const auto ask = [&](bool hidden) { return usable().properties(hidden); };
+    const auto isHidden =
+        readMembers(described_->properties.list, ask, [&] { return hasProperty(candidates_.typed()); });
+    const OfferedProperties& list = described_->properties.list;
+    for (std::size_t at = 0; at < list.size(); ++at) {
+      if (const std::optional<Kind> kind = kindOf(list[at].name))
+        offer(list[at].name, *kind, isHidden, described_->properties, at);
     }
   }
 
   void offerMethods(MethodInfo::GetContext context, Kind kind) {
-    const auto ask = [&](bool hidden) {
-      return usableMethods(request_, described_->record, context, hidden);
-    };
-    const auto hidden = readMembers(described_->methods, ask, [&] { return hasMethod(candidates_.typed()); });
-    const auto& methods = described_->methods;
-    for (std::size_t at = 0; at < methods.size(); ++at) {
-      if (methods[at].isStatic != (kind == Kind::StaticMethod)) continue;
-      candidates_.add({.label = methods[at].name,
-                       .insertion = {},
-                       .kind = kind,
-                       .isHidden = hidden.contains(methods[at].name),
-                       .order = at},
-                      [described = described_, at](Candidate& candidate) {
-                        describeMethod(described->methods[at], candidate);
-                      });
+    const auto ask = [&](bool hidden) { return usable().methods(context, hidden); };
+    const auto isHidden =
+        readMembers(described_->methods.list, ask, [&] { return hasMethod(candidates_.typed()); });
+    const OfferedMethods& list = described_->methods.list;
+    for (std::size_t at = 0; at < list.size(); ++at) {
+      if (list[at].info->isStatic() == (kind == Kind::StaticMethod))
+        offer(list[at].name, kind, isHidden, described_->methods, at);
     }
   }
 
-  /// Reads what is offered; returns the names among it that are hidden. Hidden members need another question, which is
-  /// asked only where one may be shown.
-  template <class Infos, class Ask, class IsTypedMember>
-  std::unordered_set<std::u16string> readMembers(Infos& infos, Ask ask, IsTypedMember isTypedMember) const {
-    infos = ask(false);
-    const bool isShown = candidates_.includesHidden() || (isUnknown(infos) && isTypedMember());
+  void offer(std::uint32_t name, Kind kind, const std::vector<bool>& isHidden, CandidateList::Source& source,
+             std::size_t at) {
+    candidates_.add({.label = usable().names()[name],
+                     .kind = kind,
+                     .isHidden = !isHidden.empty() && isHidden[name],
+                     .order = at,
+                     .source = &source,
+                     .at = at});
+  }
+
+  /// Reads what is offered; returns which names among it are hidden, nothing when none is. Hidden members need another
+  /// question, which is asked only where one may be shown.
+  template <class Members, class Ask, class IsTypedMember>
+  std::vector<bool> readMembers(Members& members, Ask ask, IsTypedMember isTypedMember) const {
+    members = ask(false);
+    const bool isShown = candidates_.includesHidden() || (isUnknown(members) && isTypedMember());
     if (!isShown) return {};
-    // The library does not say which members are hidden: they are those that only the second list has.
-    const auto visible = namesOf(std::exchange(infos, ask(true)));
-    auto hidden = namesOf(infos);
-    std::erase_if(hidden, [&](const std::u16string& name) { return visible.contains(name); });
-    return hidden;
+    // A name is hidden that only the second list has: a member of it may be, and another one not.
+    const Members visible = std::exchange(members, ask(true));
+    std::vector<bool> isHidden(usable().names().size(), true);
+    for (const auto& member : visible) isHidden[member.name] = false;
+    return isHidden;
   }
 
   /// Something is typed that is none of these.
-  template <class Infos>
-  bool isUnknown(const Infos& infos) const {
+  template <class Members>
+  bool isUnknown(const Members& members) const {
     const std::u16string& typed = candidates_.typed();
-    return !typed.empty() &&
-           std::ranges::none_of(infos, [&](const auto& info) { return info.name == typed; });
+    return !typed.empty() && std::ranges::none_of(members, [&](const auto& member) {
+      return usable().names()[member.name] == typed;
+    });
   }
+
+  UsableMembers& usable() const { return described_->usable; }
 
   bool hasProperty(const std::u16string& name) const {
     const kcos::COSClass* found = KCOSIntrospection::getCOSClass(id_);
@@ -176,10 +196,11 @@ class ClassMembers {
     }
   }
 
-  /// Constants are written by nobody, which the library tells as an access level of its own.
-  std::vector<PropertyInfo> constantProperties() const {
-    return described_->record.getProperties(
-        {{kcos::ConstantAccess}, {PropertyInfo::GetOptions::Write}, nullptr, true});
+  std::vector<bool> constantNames() const {
+    const OfferedProperties constants = usable().constants();
+    std::vector<bool> among(usable().names().size());
+    for (const OfferedProperty& constant : constants) among[constant.name] = true;
+    return among;
   }
 
   /// A record of an enumeration offers nothing of its own.
@@ -195,7 +216,7 @@ class ClassMembers {
     if (!request_.mayUse(CodePolicy::Allowed, u"what the object says of its properties")) return;
     Names names;
     KCOSIntrospection::getObjectPropertyNames(value_.get(), names);
-    candidates_.addInOrder(names, Kind::Property, {}, described_->properties.size());
+    candidates_.addInOrder(names, Kind::Property, {}, described_->properties.list.size());
   }
 
   /// What completes after a variable, whoever asks. A record offers all of it but for enumerations.
@@ -218,9 +239,11 @@ class ClassMembers {
       });
     }
     // What the record has listed already is not listed again.
-    const auto known = namesOf(described_->methods);
+    const OfferedMethods& listed = described_->methods.list;
+    std::unordered_set<std::u16string_view> known;
+    for (const OfferedMethod& method : listed) known.insert(usable().names()[method.name]);
     std::erase_if(names, [&](const std::u16string& name) { return known.contains(name); });
-    candidates_.addInOrder(names, Kind::Method, describePublicMethod(), described_->methods.size());
+    candidates_.addInOrder(names, Kind::Method, describePublicMethod(), listed.size());
   }
 
   bool isNoDotClass() const {
@@ -232,12 +255,10 @@ class ClassMembers {
   /// Fills in the details of methods that are known by name only.
   CandidateList::Details describePublicMethod() const {
     return [described = described_](Candidate& candidate) {
-      const MethodInfo::GetOptions all{
-          {kcos::PublicAccess}, nullptr, MethodInfo::GetContext::Any, false, false, true};
-      // Read for the first detail, and kept for the others.
-      if (described->publicMethods.empty()) described->publicMethods = described->record.getMethods(all);
-      for (const MethodInfo& method : described->publicMethods) {
-        if (method.name == candidate.label) return describeMethod(method, candidate);
+      if (described->publicMethods.empty()) described->publicMethods = described->usable.publicMethods();
+      for (const OfferedMethod& method : described->publicMethods) {
+        if (described->usable.names()[method.name] == candidate.label)
+          return describeMethod(method, candidate);
       }
       candidate.declaringClass = described->record.structure.name;
     };

@@ -10,6 +10,7 @@
 #include "frontend/CandidateList.h"
 #include "frontend/Declarations.h"
 #include "frontend/MemberOffers.h"
+#include "frontend/OfferedMembers.h"
 #include "frontend/Text.h"
 
 namespace frontend {
@@ -17,9 +18,6 @@ namespace frontend {
 using namespace KCOSContextData;
 
 namespace {
-
-/// Classes that derive from this one offer no methods after the dot.
-const std::u16string mixin = u"korval.mixin.internal.indexing.DisallowCompletionOfDotMethodNames";
 
 /// A class in whose code a name may be offered that is not offered elsewhere.
 struct Caller {
@@ -127,7 +125,7 @@ class MemberReasons {
     static const auto table = getNoDotMethodClassesExcludeSet();
     const std::u16string& asked = record_.structure.name;
     // Before the table: a class may be left out on both grounds, and the mixin is its author's own choice.
-    if (record_.isA(mixin)) return {Rule::Mixin, asked + u" derives from " + mixin};
+    if (record_.isA(noDotMethodsMixin)) return {Rule::Mixin, asked + u" derives from " + noDotMethodsMixin};
     const auto found =
         std::ranges::find_if(table, [this](const std::u16string& name) { return record_.isA(name); });
     if (found == table.end()) return {Rule::ExclusionTable, u"methods of " + asked + u", a built-in type"};

@@ -81,10 +81,8 @@ Resolution declared(const RequestContext& request, const std::u16string& classNa
 Resolution declaredMember(RequestContext& request, const ResolvedClassID& id, const std::u16string& name) {
   const ClassInfo record(id);
   // Hidden ones too: whoever has typed the name of one means it.
-  for (const PropertyInfo& property : usableProperties(request, record, true)) {
-    if (property.name == name) return declared(request, property.type);
-  }
-  return {};
+  const auto property = usableProperty(request, record, name);
+  return property ? declared(request, property->type) : Resolution();
 }
 
 Resolution declaredPath(RequestContext& request, Resolution from, const std::vector<Part>& parts,

@@ -124,9 +124,8 @@ void offerTargetValues(RequestContext& request, const CursorContext& context, Ca
   const auto id = classOf(object);
   // Of a class itself only constants are there, to which nothing is assigned.
   if (!id || object.kind == Resolution::Class) return;
-  for (const PropertyInfo& property : usableProperties(request, ClassInfo(*id), true)) {
-    if (property.name == name) return offerValuesOf(request, property, context, candidates);
-  }
+  if (const auto property = usableProperty(request, ClassInfo(*id), name))
+    offerValuesOf(request, *property, context, candidates);
 }
 
 void offerArguments(RequestContext& request, const CursorContext& context, CandidateList& candidates) {

@@ -48,6 +48,11 @@ class CONTEXTDATA_API MethodVisitorMutable : public kcos::COSVisitor<kcos::COSIn
   /// Filled only while hidden methods are not included like others. Hidden methods come here whatever they are
   /// called and wherever the query is for, as long as they are accessible.
   std::vector<MethodInfo> hiddenMethods;
+  /// A visit makes no record; it sets `isAccepted` when it would make one, and `isHiddenAccepted` when that would be among
+  /// the hidden ones. Neither is ever reset. For whoever needs the records of few methods only.
+  bool onlyDecides = false;
+  bool isAccepted = false;
+  bool isHiddenAccepted = false;
 
  private:
   void collect(kcos::COSMethodInfo& method, const char* name);

@@ -53,8 +53,13 @@ class CONTEXTDATA_API PropertyVisitorMutable : public kcos::COSVisitor<kcos::COS
   std::vector<PropertyInfo> properties;
   /// Filled only while hidden properties are not included like others.
   std::vector<PropertyInfo> hiddenProperties;
+  /// A visit makes no record; it sets `isAccepted` when it would make one, and never resets it. For whoever needs the
+  /// records of few properties only.
+  bool onlyDecides = false;
+  bool isAccepted = false;
 
  private:
+  bool qualifies(kcos::COSPropInfo& property) const;
   void collect(kcos::COSInterfacePtr member, kcos::COSPropInfo& property, const char* name);
   void fill(PropertyInfo& record, kcos::COSInterfacePtr member, kcos::COSPropInfo& property,
             const char* name);
@@ -72,9 +77,7 @@ class CONTEXTDATA_API PropertyVisitorMutable : public kcos::COSVisitor<kcos::COS
   };
 
   Walk walk_;
-  // Kept from property to property for their room: the access levels, and the texts, which are often longer than a string
-  // holds in itself.
-  std::vector<std::int32_t> levels_;
+  // Kept from property to property for their room: many texts are longer than a string holds in itself.
   std::string name_;
   std::string type_;
 };

@@ -13,10 +13,6 @@ using namespace KCOSIntrospection;
 using Names = std::vector<std::u16string>;
 
 const std::string contextData = "KCOSContextData::", introspection = "KCOSIntrospection::";
-constexpr const char* getClass = "kcos::COSClass::getClass";
-constexpr const char* toString = "fl::i18n::to_string";
-constexpr const char* call = "inCallFcn";
-constexpr const char* results = "results in their slots";
 constexpr const char* conversion = "fl::i18n::to_ustring(codecvt_ascii_to_ustring)";
 
 ResolvedClassID idOf(const std::string& name) { return ResolvedClassID::fromKnownResolvedClassID(name); }
@@ -34,15 +30,11 @@ Questions identifiers() {
   const auto inContext = [] { return textOf(ResolvedClassID(u"nowhere", u"Pump")); };
   const auto inScope = [] { return textOf(ResolvedClassID(activeWorld()->function("lab.tune"), u"Pump")); };
   const auto switchedOff = [](auto ask) { return [ask] { return WithoutComponents(), ask(); }; };
-  const Rules asTyped{{toString, propagates}, {"*", swallowedButInterrupt("Pump")}};
-  const Rules asTypedWithSwitch{{toString, propagates},
-                                {"Tamsix::KorvalComponents::ComponentFeature::IsOn", propagates},
-                                {"*", swallowedButInterrupt("Pump")}};
   const ResolvedClassID pump = idOf("plant:lab.Pump");
   Questions all{
-      asks(constructor, "context", asTyped, inContext),
-      asks(constructor, "context, switch off", asTyped, switchedOff(inContext)),
-      asks(constructor, "scope", asTypedWithSwitch, inScope),
+      asks(constructor, "context", inContext),
+      asks(constructor, "context, switch off", switchedOff(inContext)),
+      asks(constructor, "scope", inScope),
       asks(constructor, "scope, switch off", switchedOff(inScope)),
       asks(constructor, "object", [] { return textOf(ResolvedClassID(variable("pump").get())); }),
       asks(type + "getComponentQualifiedName", "", [=] { return pump.getComponentQualifiedName(); }),
@@ -66,32 +58,22 @@ Questions lookUps() {
   const std::u16string name = u"lab.Pump";
   // Made before the questions are asked, so that only the questions are logged.
   const ResolvedClassID pump = idOf("plant:lab.Pump"), device = idOf("plant:lab.Device");
-  const Rules ofIdentifier{{getClass, swallowedButInterrupt("false")}, {"*", propagates}};
   return {
-      asks(n + "getCOSClass", "identifier", {{"*", swallowedButInterrupt("null")}},
-           [=] { return textOf(getCOSClass(pump)); }),
-      asks(n + "getCOSClass", "value", rulesOf("validLookUp null"),
-           [] { return textOf(getCOSClass(variable("pump").get())); }),
-      asks(n + "getCOSClass", "name", rulesOf("validLookUp null"), [=] { return textOf(getCOSClass(name)); }),
-      asks(n + "isKCOSClass", "identifier", {{"*", swallowedButInterrupt("false")}},
-           [=] { return isKCOSClass(pump); }),
-      asks(n + "isKCOSClass", "name", rulesOf("validLookUp false"), [=] { return isKCOSClass(name); }),
-      asks(n + "isKCOSObject", "", rulesOf("validLookUp false"),
-           [] { return isKCOSObject(variable("pump").get()); }),
-      asks(n + "hasMethod", "value", rulesOf("validLookUp false"),
-           [] { return hasMethod(variable("pump").get(), "start"); }),
-      asks(n + "hasProperty", "", rulesOf("validLookUp false"),
-           [] { return hasProperty(variable("pump").get(), "Flow"); }),
-      asks(n + "hasMethod", "identifier", ofIdentifier,
-           [=](Answer& a) { return hasMethod(pump, "make", a.flag); }),
-      asks(n + "hasMethod", "name", {{"*", swallowedButInterrupt("false")}},
-           [=](Answer& a) { return hasMethod(name, "make", a.flag); }),
-      asks(n + "isKCOSClassDerivedFrom", "identifiers", ofIdentifier,
-           [=] { return isKCOSClassDerivedFrom(pump, device); }),
-      asks(n + "isKCOSClassDerivedFrom", "names", rulesOf("validLookUp false"),
+      asks(n + "getCOSClass", "identifier", [=] { return textOf(getCOSClass(pump)); }),
+      asks(n + "getCOSClass", "value", [] { return textOf(getCOSClass(variable("pump").get())); }),
+      asks(n + "getCOSClass", "name", [=] { return textOf(getCOSClass(name)); }),
+      asks(n + "isKCOSClass", "identifier", [=] { return isKCOSClass(pump); }),
+      asks(n + "isKCOSClass", "name", [=] { return isKCOSClass(name); }),
+      asks(n + "isKCOSObject", "", [] { return isKCOSObject(variable("pump").get()); }),
+      asks(n + "hasMethod", "value", [] { return hasMethod(variable("pump").get(), "start"); }),
+      asks(n + "hasProperty", "", [] { return hasProperty(variable("pump").get(), "Flow"); }),
+      asks(n + "hasMethod", "identifier", [=](Answer& a) { return hasMethod(pump, "make", a.flag); }),
+      asks(n + "hasMethod", "name", [=](Answer& a) { return hasMethod(name, "make", a.flag); }),
+      asks(n + "isKCOSClassDerivedFrom", "identifiers", [=] { return isKCOSClassDerivedFrom(pump, device); }),
+      asks(n + "isKCOSClassDerivedFrom", "names",
            [=] { return isKCOSClassDerivedFrom(name, u"lab.Device"); }),
       asks(n + "getClassName", "", [] { return getClassName(variable("pump").get()); }),
-      asks(n + "getConstructorName", "", noCalls, [=] { return getConstructorName(name); }),
+      asks(n + "getConstructorName", "", [=] { return getConstructorName(name); }),
       asks(n + "getNamespaceInterface", "", [] { return getNamespaceInterface(u"lab") != nullptr; }),
       asks(n + "isKCOSNamespace", "", [] { return isKCOSNamespace(u"lab"); })};
 }
@@ -99,7 +81,7 @@ Questions lookUps() {
 // The tables ask nothing of the host: there is no call that could fail, which the loop finds out by itself.
 Questions tables() {
   const auto sizeOf = [](const std::string& operation, auto table) {
-    return asks(contextData + operation, "", noCalls, [table] { return table().size(); });
+    return asks(contextData + operation, "", [table] { return table().size(); });
   };
   return {sizeOf("getKCOSMethodsExcludeSet", getKCOSMethodsExcludeSet),
           sizeOf("getVX2KorvalNamespacesExcludeSet", getVX2KorvalNamespacesExcludeSet),
@@ -117,12 +99,11 @@ Questions memberNames() {
                        const std::string& setsFlagAfter = "") {
     all.push_back(asks(
         contextData + operation, "identifier",
-        {{getClass, swallowedButInterrupt("false")}, {"*", propagates}},
         [=, id = idOf(id)](Answer& a) { return byIdentifier(id, a.names, a.flag); }, appendsAfter,
         setsFlagAfter));
     all.push_back(asks(
-        contextData + operation, "name", {{"*", swallowed("false")}},
-        [=](Answer& a) { return byName(name, a.names, a.flag); }, appendsAfter, setsFlagAfter));
+        contextData + operation, "name", [=](Answer& a) { return byName(name, a.names, a.flag); },
+        appendsAfter, setsFlagAfter));
   };
   constexpr const char* flag = "kcos::COSClass::getClassFlag";
   add("getClassConstantPropertyNames", "plant:lab.Pump", u"lab.Pump", getClassConstantPropertyNames,
@@ -141,8 +122,7 @@ Questions memberNames() {
 Questions namespaces() {
   const auto listing = [](const std::string& operation, bool (*list)(const std::u16string&, Names&)) {
     return asks(
-        contextData + operation, "", allPropagate, [list](Answer& a) { return list(u"ws", a.names); },
-        conversion);
+        contextData + operation, "", [list](Answer& a) { return list(u"ws", a.names); }, conversion);
   };
   return {listing("getNamespaceFunctionNames", getNamespaceFunctionNames),
           listing("getNamespaceClassNames", getNamespaceClassNames),
@@ -162,16 +142,14 @@ Questions objects() {
     return std::to_string(found.flags) + (found.inputArguments && found.outputArguments ? " both" : "");
   };
   const auto methodsOf = [](const std::string& name) {
-    return asks("getMethodsForWSVariable", name, rulesOf("getMethodsForWSVariable " + name),
+    return asks("getMethodsForWSVariable", name,
                 [name] { return shownList(getMethodsForWSVariable(u"Pump", variable(name))); });
   };
   return {asks(n + "callFunctionOnObject", "",
-               {{call, swallowed("false")}, {results, swallowed("false")}, {"*", propagates}},
                [](Answer& a) { return callFunctionOnObject(variable("own").get(), "properties", a.names); }),
-          asks(n + "getObjectPropertyNames", "own answer",
-               {{call, swallowed("p")}, {results, swallowed("p")}, {"*", propagates}}, propertyNames),
+          asks(n + "getObjectPropertyNames", "own answer", propertyNames),
           asks(
-              n + "getObjectPropertyNames", "class walk", rulesOf("getObjectPropertyNames class walk"),
+              n + "getObjectPropertyNames", "class walk",
               [](Answer& a) { getObjectPropertyNames(variable("failing").get(), a.names); }, conversion),
           asks(n + "isNoDotMethodClass", "", [] { return isNoDotMethodClass(variable("far").get()); }),
           asks(contextData + "getArgumentBlockMetadata", "", metadata),

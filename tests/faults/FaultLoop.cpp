@@ -102,6 +102,18 @@ const Reaction* reactionOf(const Question& question, const FaultPoint& point) {
   return ofOperation != nullptr ? ofOperation : general;
 }
 
+/// Nothing when the text names none.
+std::optional<Reaction> reactionNamed(const std::string& text) {
+  if (text == "propagates") return Reaction();
+  if (text == "ignored") return Reaction{"", "", Reaction::Ignored};
+  if (text == "open") return Reaction{"", "", Reaction::Open};
+  const std::size_t colon = text.find(':');
+  const std::string kind = text.substr(0, colon), answer = text.substr(std::min(text.size(), colon + 2));
+  if (kind == "swallowed") return Reaction{answer, answer};
+  if (kind == "but interrupt") return Reaction{{}, answer};
+  return {};
+}
+
 void expectSame(const Answer& answer, const Answer& expected) {
   EXPECT_EQ(answer.result, expected.result);
   EXPECT_EQ(shownList(answer.names), shownList(expected.names));
@@ -179,22 +191,21 @@ std::size_t failEveryCall(embedded::Host& host, const Question& question) {
   return happened;
 }
 
-Rules rulesOf(const std::string& table) {
-  const std::map<std::string, Reaction> plain{
-      {"propagates", propagates}, {"ignored", ignored}, {"open", open}};
-  const auto reactionOf = [&](const std::string& text) {
-    if (plain.contains(text)) return plain.at(text);
-    const std::size_t colon = text.find(':');
-    const std::string answer = text.substr(std::min(text.size(), colon + 2));
-    return text.starts_with("swallowed:") ? swallowed(answer) : swallowedButInterrupt(answer);
-  };
-  const auto rows = rowsOf("tests/faults/rules.rows", table);
-  Rules rules;
+std::vector<Rule> rulesOf(const std::string& operation, const std::string& form) {
+  static const auto stated = rowsOf<2>("tests/faults/rules.rows", "questions");
+  const std::string name = operation + (form.empty() ? "" : " ") + form;
+  const auto row = std::ranges::find(stated, name, [](const auto& cells) { return cells[0]; });
+  if (row == stated.end()) return {{"*", Reaction()}};
+  if ((*row)[1] == "no calls") return {};
+  if (const auto reaction = reactionNamed((*row)[1])) return {{"*", *reaction}};
+  const auto rows = rowsOf("tests/faults/rules.rows", (*row)[1]);
+  std::vector<Rule> rules;
   for (std::size_t at = 1; at < rows.size(); ++at)
     for (std::size_t column = 1; column < rows[0].size(); ++column) {
       std::istringstream calls(rows[at].at(column));
       for (std::string call; calls >> call;)
-        rules.push_back({rows[at][0], reactionOf(rows[0][column]), call == "all" ? 0 : std::stoul(call)});
+        rules.push_back(
+            {rows[at][0], reactionNamed(rows[0][column]).value(), call == "all" ? 0 : std::stoul(call)});
     }
   return rules;
 }

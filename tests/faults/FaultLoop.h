@@ -42,12 +42,6 @@ struct Reaction {
   Effect effect = Stated;
 };
 
-inline const Reaction propagates{};
-inline const Reaction ignored{"", "", Reaction::Ignored};
-inline const Reaction open{"", "", Reaction::Open};
-inline Reaction swallowed(const std::string& answer) { return {answer, answer}; }
-inline Reaction swallowedButInterrupt(const std::string& answer) { return {{}, answer}; }
-
 /// The reaction to failures of one host operation ("*": of all that have no rule of their own), at the n-th of its calls
 /// or at any (0).
 struct Rule {
@@ -71,14 +65,10 @@ struct Question {
   std::string setsFlagAfter = {};
 };
 
-using Rules = std::vector<Rule>;
 using Questions = std::vector<Question>;
 
-inline const Rules allPropagate{{"*", propagates}};
-/// A table of tests/faults/rules.rows.
-Rules rulesOf(const std::string& table);
-/// Of a question that asks nothing of the host.
-inline const Rules noCalls{};
+/// What tests/faults/rules.rows states for the question.
+std::vector<Rule> rulesOf(const std::string& operation, const std::string& form);
 
 inline std::string asText(const std::string& text) { return text; }
 inline std::string asText(const std::u16string& text) { return shown(text); }
@@ -87,7 +77,7 @@ inline std::string asText(unsigned long number) { return std::to_string(number);
 
 /// A question whose result is what `ask` returns. It takes the answer when it fills more than that, or returns nothing.
 template <class Ask>
-Question asks(const std::string& operation, const std::string& form, const Rules& rules, Ask ask,
+Question asks(const std::string& operation, const std::string& form, Ask ask,
               const std::string& appendsAfter = "", const std::string& setsFlagAfter = "") {
   const auto fill = [ask](Answer& answer) {
     if constexpr (std::invocable<Ask>)
@@ -97,11 +87,7 @@ Question asks(const std::string& operation, const std::string& form, const Rules
     else
       answer.result = asText(ask(answer));
   };
-  return {operation, form, fill, rules, appendsAfter, setsFlagAfter};
-}
-template <class Ask>
-Question asks(const std::string& operation, const std::string& form, Ask ask) {
-  return asks(operation, form, allPropagate, ask);
+  return {operation, form, fill, rulesOf(operation, form), appendsAfter, setsFlagAfter};
 }
 
 Questions joined(std::initializer_list<Questions> parts);

@@ -10,37 +10,31 @@ namespace {
 
 using Names = std::vector<std::u16string>;
 
-constexpr const char* results = "results in their slots";
-
 Questions sizes() {
-  const auto sizeOf = [](const std::string& name, const Rules& rules) {
+  const auto sizeOf = [](const std::string& name) {
     const auto ask = [name] {
       std::string all;
       for (const unsigned long extent : getSizeFromKxArray(variable(name).get()))
         all += std::to_string(extent) + " ";
       return all;
     };
-    return asks("getSizeFromKxArray", name, rules, ask);
+    return asks("getSizeFromKxArray", name, ask);
   };
-  const Rules ofMethod = rulesOf("getSizeFromKxArray method");
-  return {sizeOf("number", allPropagate), sizeOf("sized", ofMethod), sizeOf("silent", ofMethod),
-          sizeOf("far", ofMethod), sizeOf("pair", ofMethod)};
+  return {sizeOf("number"), sizeOf("sized"), sizeOf("silent"), sizeOf("far"), sizeOf("pair")};
 }
 
 Questions values() {
   const auto listing = [](const std::string& operation, void (*list)(const kxArray_tag*, Names&)) {
-    return asks(operation, "", {{"inCallFcn", swallowed("")}, {results, swallowed("")}, {"*", propagates}},
-                [list](Answer& a) { list(variable("far").get(), a.names); });
+    return asks(operation, "", [list](Answer& a) { list(variable("far").get(), a.names); });
   };
-  return {asks("makeSharedPtr", "", noCalls,
-               [] { return makeSharedPtr(variable("number").detach()) != nullptr; }),
-          asks("getSharedProperty", "", {{"*", swallowed("false")}},
+  return {asks("makeSharedPtr", "", [] { return makeSharedPtr(variable("number").detach()) != nullptr; }),
+          asks("getSharedProperty", "",
                [] { return getSharedProperty(variable("sized").get(), "Read", 0) != nullptr; }),
           asks("isObjectOrIsOpaque", "", [] { return isObjectOrIsOpaque(variable("far").get()); }),
           asks("getStringsFromKxarray", "",
                [](Answer& a) { return getStringsFromKxarray(variable("texts").get(), a.names); }),
           asks(
-              "StructContextData::getStructFieldNames", "", allPropagate,
+              "StructContextData::getStructFieldNames", "",
               [](Answer& a) { StructContextData::getStructFieldNames(variable("record").get(), a.names); },
               "fl::i18n::to_ustring(codecvt_ascii_to_ustring)"),
           listing("getOpaqueObjectProperties", getOpaqueObjectProperties),
@@ -70,11 +64,10 @@ Questions frames() {
 }
 
 Questions evaluations() {
-  const auto valueOf = [](const std::u16string& expression, const Rules& rules) {
-    return asks("GetValueFromCurrentWorkspace", shown(expression), rules,
+  const auto valueOf = [](const std::u16string& expression) {
+    return asks("GetValueFromCurrentWorkspace", shown(expression),
                 [expression] { return GetValueFromCurrentWorkspace(expression) != nullptr; });
   };
-  const Rules evaluation = rulesOf("EvalcExpSuccessful");
   const auto evaluateForValue = [] {
     kxArray_tag* value = nullptr;
     const struct Drop {
@@ -83,15 +76,15 @@ Questions evaluations() {
     } drop{value};
     return EvalcExpSuccessful(u"record.c", 1, &value, true);
   };
-  return {asks("EvalcExpSuccessful", "printing", evaluation,
+  return {asks("EvalcExpSuccessful", "printing",
                [] { return EvalcExpSuccessful(u"disp('x'); 1", 0, nullptr, false); }),
-          asks("EvalcExpSuccessful", "value", evaluation, evaluateForValue),
-          asks("IsPKXPackage", "", evaluation, [] { return IsPKXPackage(u"old"); }),
-          valueOf(u"number", allPropagate),
-          valueOf(u"record.a.b", allPropagate),
-          valueOf(u"record(1).c", rulesOf("GetValueFromCurrentWorkspace evaluation")),
-          valueOf(u"pump.Flow", rulesOf("GetValueFromCurrentWorkspace pump.Flow")),
-          valueOf(u"far.host", rulesOf("GetValueFromCurrentWorkspace far.host"))};
+          asks("EvalcExpSuccessful", "value", evaluateForValue),
+          asks("IsPKXPackage", "", [] { return IsPKXPackage(u"old"); }),
+          valueOf(u"number"),
+          valueOf(u"record.a.b"),
+          valueOf(u"record(1).c"),
+          valueOf(u"pump.Flow"),
+          valueOf(u"far.host")};
 }
 
 Questions folders() {
@@ -100,17 +93,15 @@ Questions folders() {
     const bool any = PKXContextData::getPackageStrings(u"old", names);
     return shownList(names) + " " + shown(any);
   };
-  const auto listing = [](const std::string& form, const std::u16string& folder, const Rules& rules) {
-    return asks("getWhatList", form, rules, [folder](Answer& a) { getWhatList(folder, a.names, ".k"); });
+  const auto listing = [](const std::string& form, const std::u16string& folder) {
+    return asks("getWhatList", form, [folder](Answer& a) { getWhatList(folder, a.names, ".k"); });
   };
   const auto builtins = [] {
     const auto names = getBuiltinFunctionNames();
     return names.size() == 2 && names.contains(u"sin") && names.contains(u"cos");
   };
-  return {asks("PKXContextData::getPackageStrings", "", rulesOf("getPackageStrings"), packageStrings),
-          listing("current folder", u"", allPropagate),
-          listing("folder on the path", u"@old", rulesOf("getWhatList folder on the path")),
-          asks("getBuiltinFunctionNames", "", builtins)};
+  return {asks("PKXContextData::getPackageStrings", "", packageStrings), listing("current folder", u""),
+          listing("folder on the path", u"@old"), asks("getBuiltinFunctionNames", "", builtins)};
 }
 
 }  // namespace

@@ -22,64 +22,79 @@ const auto* const rowCount = ::testing::AddGlobalTestEnvironment(new RowCount);
 bool can(Capability capability) { return testedHost().capabilities().contains(capability); }
 
 Plan planOfLab() {
-  const std::string device = can(Capability::Components) ? "acme" : "";
+  using Argument = embedded::ArgumentDescription;
+  using Object = embedded::ObjectValue;
+  using Text = embedded::CharacterRow;
   Plan plan;
-  plan.classes = {
+  auto& classes = plan.world.classes;
+  auto& functions = plan.world.functions;
+  const auto numbers = [](const std::vector<double>& all) {
+    return embedded::ValueDescription{embedded::DoubleArray{{}, all}};
+  };
+  classes = {
       {.name = "Base",
        .properties = {{.name = "id"}, {.name = "shared"}},
        .methods = {{.name = "start"}, {.name = "stop", .isStatic = true}}},
       {.name = "Other", .properties = {{.name = "other"}}, .methods = {{.name = "start"}}},
       {.name = "lab.Pump",
-       .component = device,
+       .component = can(Capability::Components) ? "acme" : "",
        .superclasses = {"Base", "Other"},
        .flag = true,
-       .properties =
-           {{.name = "flow", .getAccess = 0, .setAccess = 2, .type = "double", .grantedTo = {"Base"}},
-            {.name = "shared", .hidden = true, .dependent = true}},
+       .properties = {{.name = "flow", .get = {0, {"Base"}}, .set = {2}, .type = "double"},
+                      {.name = "shared", .hidden = true, .dependent = true}},
        .methods = {{.name = "start"}, {.name = "hide", .hidden = true}}},
       {.name = "lab.small.Valve", .superclasses = {"lab.Pump"}},
-      {.name = "lab.Color", .members = {"Red", "~Secret", "Red"}},
+      {.name = "lab.Color", .enumeration = true, .members = {{"Red"}, {"Secret", true}, {"Red"}}},
   };
-  if (can(Capability::Aliases)) plan.classes[2].aliases = {"OldPump"};
-  if (can(Capability::Overloads)) plan.classes[2].methods.push_back({.name = "start", .isStatic = true});
-  if (can(Capability::BrokenClasses)) plan.classes.push_back({.name = "Broken", .broken = true});
+  functions = {{.name = "lab.run"}, {.name = "plain"}};
+  plan.world.workspace = {{"pump", {Object{"lab.Pump", {}}}}, {"number", numbers({1, 2, 3})}};
+  if (can(Capability::Aliases)) classes[2].aliases = {"OldPump"};
+  if (can(Capability::Overloads)) classes[2].methods.push_back({.name = "start", .isStatic = true});
+  if (can(Capability::Precedence)) classes[2].precedence = {"double", "lab.Color"};
+  if (can(Capability::BrokenClasses)) classes.push_back({.name = "Broken", .broken = true});
   if (can(Capability::MissingNames))
-    plan.classes.push_back({.name = "Nameless", .properties = {{.name = {}}}, .methods = {{.name = {}}}});
+    classes.push_back({.name = "Nameless", .properties = {{.name = {}}}, .methods = {{.name = {}}}});
   if (can(Capability::Optimized))
-    plan.classes.push_back({.name = "Fast", .properties = {{.name = "rate", .customGetter = true}}});
+    classes.push_back({.name = "Fast", .properties = {{.name = "rate", .optimized = {{true}}}}});
   if (can(Capability::Validations))
-    plan.classes.push_back(
+    classes.push_back(
         {.name = "Sized",
          .properties = {{.name = "both", .type = "t", .validation = {{"double", {1, {}, 0}, {"f", "g"}}}},
                         {.name = "none", .type = "t", .validation = {{"", {}, {}}}},
                         {.name = "plain", .type = "t"}}});
-  if (can(Capability::FiniteValues))
-    plan.classes.push_back(
+  if (can(Capability::FiniteValues)) {
+    const std::vector<embedded::ValueDescription> none, mixed{numbers({2.5}),
+                                                              {Text{u"text"}},
+                                                              {Text{u""}},
+                                                              {Object{"lab.Color", {}, "Red"}},
+                                                              {Object{"Base", {}, "", u"shown"}},
+                                                              {Object{"Base", {}}},
+                                                              {Object{"Base", {}, "", {}, true}}};
+    classes.push_back(
         {.name = "Finite",
-         .properties = {{.name = "mixed",
-                         .type = "mixed",
-                         .values = {{2.5, u"text", u"", world::PlannedObject{"lab.Color", "Red"},
-                                     world::PlannedObject{"Base", "", u"shown"}, world::PlannedObject{"Base"},
-                                     world::PlannedObject{"Base", "", {}, true}}}},
-                        {.name = "empty", .type = "empty", .values = {std::vector<world::PlannedValue>{}}},
-                        {.name = "closed", .type = "closed", .values = {{1.0}}, .conversion = false}}});
-  if (can(Capability::Precedence)) plan.classes[2].precedence = {"double", "lab.Color"};
+         .properties = {
+             {.name = "mixed", .type = "mixed", .values = mixed},
+             {.name = "empty", .type = "empty", .values = none},
+             {.name = "closed", .type = "closed", .values = {{numbers({1})}}, .conversion = false}}});
+  }
   if (can(Capability::GetMethods)) {
-    PlannedClass& read = plan.classes.emplace_back(PlannedClass{.name = "Read"});
+    embedded::ClassDescription& read = classes.emplace_back();
+    read.name = "Read";
     read.properties = {{.name = "level", .getter = "import lab.Pump, 4"}};
     if (can(Capability::Optimized))
-      read.properties.push_back({.name = "stored", .customGetter = false, .getter = "4"});
+      read.properties.push_back({.name = "stored", .optimized = {{false}}, .getter = "4"});
   }
   if (can(Capability::ScopesOfMethods))
-    plan.classes.push_back({.name = "Tools", .methods = {{.name = "tune", .code = "import lab.Pump"}}});
-  if (can(Capability::Imports)) plan.importing.push_back({.name = "declares", .imports = {"lab.Pump"}});
+    classes.push_back({.name = "Tools", .methods = {{.name = "tune", .code = "import lab.Pump"}}});
+  if (can(Capability::Imports)) functions.push_back({.name = "declares", .imports = {"lab.Pump"}});
   if (can(Capability::CodeOfFunctions))
-    plan.importing.push_back({.name = "writes", .code = "x = 1;\nimport lab.Pump"});
-  if (can(Capability::CodeFiles))
-    plan.importing.push_back({.name = "filed", .code = "import lab.*", .isFile = true});
-  plan.declaresArguments = can(Capability::ArgumentDeclarations);
-  plan.functions = {"lab.run", "plain"};
-  plan.objects = {{"pump", "lab.Pump"}};
+    functions.push_back({.name = "writes", .code = "x = 1;\nimport lab.Pump"});
+  if (can(Capability::CodeFiles)) plan.files = {{"filed", "import lab.*"}};
+  if (can(Capability::ArgumentDeclarations))
+    functions.push_back({.name = "lab.declared",
+                         .arguments = {{.inputs = {{"x", Argument::Positional, "double", {{}, 3}, {"f", "g"}},
+                                                   {"mode", Argument::NameValue, "", {}, {}, {"on", "off"}}},
+                                        .furtherOutputs = true}}});
   return plan;
 }
 

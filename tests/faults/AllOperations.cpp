@@ -1,25 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <set>
 #include <string>
 
 #include "host/Exceptions.h"
 #include "tests/faults/FaultLoop.h"
+#include "tests/support/Table.h"
 #include "tests/support/Trap.h"
-#include "tests/support/World.h"
 
 namespace {
-
-/// The one list of exported operations.
-std::set<std::string> exportedOperations() {
-  std::ifstream file(sourceFile("packaging/operations.txt"));
-  std::set<std::string> names;
-  for (std::string line; std::getline(file, line);) {
-    if (!line.empty() && line.front() != '#') names.insert(line);
-  }
-  return names;
-}
 
 class FaultLoop : public testing::Test {
  protected:
@@ -30,9 +19,10 @@ class FaultLoop : public testing::Test {
 };
 
 TEST_F(FaultLoop, HasAQuestionForEveryExportedOperation) {
-  std::set<std::string> asked;
+  std::set<std::string> asked, exported;
   for (const faults::Question& question : faults::allQuestions()) asked.insert(question.operation);
-  EXPECT_EQ(asked, exportedOperations());
+  for (const auto& [operation] : rowsOf<1>("packaging/operations.txt")) exported.insert(operation);
+  EXPECT_EQ(asked, exported);
 }
 
 TEST_F(FaultLoop, EveryCallFailsInEveryWay) {

@@ -43,33 +43,22 @@ std::vector<BrokenText> everyBrokenText() {
 TEST(BrokenSnapshots, HaveACodeAPlaceAndAReason) {
   for (const auto& broken : everyBrokenText()) {
     SCOPED_TRACE(broken.text.substr(0, 200));
-    const auto fault = faultOfText(broken.text);
-    ASSERT_TRUE(fault) << "accepted";
-    EXPECT_EQ(fault->code(), broken.code) << fault->what();
-    if (broken.code != "snapshot.too-deep") {
-      EXPECT_EQ(fault->pointer(), broken.pointer);
-    }
-    EXPECT_NE(fault->reason().find(broken.reason), std::string::npos) << fault->reason();
-    EXPECT_EQ(fault->file(), "world.json");
-    EXPECT_NE(std::string(fault->what()).find("[" + broken.code), std::string::npos);
-    EXPECT_EQ(std::string(fault->what()).rfind("world.json: ", 0), 0U);
+    const Fault fault = faultOfText(broken.text);
+    EXPECT_EQ(fault.code, broken.code) << fault.what;
+    if (broken.code != "snapshot.too-deep")  // the reader gives up at whichever place it is
+      EXPECT_EQ(fault.shown, broken.code + (broken.pointer.empty() ? "" : " " + broken.pointer));
+    EXPECT_NE(fault.reason.find(broken.reason), std::string::npos) << fault.reason;
+    EXPECT_EQ(fault.file, "world.json");
+    EXPECT_NE(fault.what.find("[" + broken.code), std::string::npos);
+    EXPECT_TRUE(fault.what.starts_with("world.json: "));
   }
 }
 
 TEST(BrokenSnapshots, NameTheLineOfTheCulprit) {
-  const std::vector<std::pair<std::string, std::string>> rows{
-      {"{\"format\": 1,\n\n\"flag\": 2}", "line 3: "},
-      {"{\"format\": 7\n}", "line 1: "},
-      {"{\"format\": 1, \"classes\": [{\"name\": \"A\"},\n{\"name\":\n\"Gr\u00f6\u00dfe\"}]}", "line 3: "},
-      {"{\"format\": 1, \"workspace\": [\n{\"name\": \"x\", \"value\":\n{\"object\": \"None\"}}]}",
-       "line 3: "},
-      {"{\"format\":\r\n7\r\n}", "line 2: "},
-      {"// \n/* \n */ {\n\"components\": true\n}", "line 5: "},
-  };
-  for (const auto& [text, line] : rows) {
-    const auto fault = faultOfText(text);
-    ASSERT_TRUE(fault) << text;
-    EXPECT_EQ(fault->reason().rfind(line, 0), 0U) << fault->reason();
+  for (const auto& [text, line] :
+       rowsOf<2>("tests/snapshot/tables.rows", "BrokenSnapshots.NameTheLineOfTheCulprit")) {
+    const std::string reason = faultOfText(text).reason;
+    EXPECT_TRUE(reason.starts_with(line)) << text << ": " << reason;
   }
 }
 
@@ -77,21 +66,19 @@ TEST(BrokenSnapshots, NameTheLineOfTheCulprit) {
 TEST(BrokenSnapshots, TruncatedAtEveryByte) {
   const std::string whole =
       completed("object", R"("properties": {"a": {"structs": [{"s": "ä€😀"}]}}, "member": "m")");
-  ASSERT_FALSE(faultOfText(whole));
+  EXPECT_EQ(faultOfText(whole).shown, "");
   for (std::size_t length = 0; length < whole.size(); ++length) {
-    const auto fault = faultOfText(whole.substr(0, length));
-    ASSERT_TRUE(fault) << length;
+    const Fault fault = faultOfText(whole.substr(0, length));
     const std::set<std::string> expected{"snapshot.empty", "snapshot.truncated", "snapshot.not-utf8"};
-    EXPECT_TRUE(expected.contains(fault->code())) << length << ": " << fault->what();
+    EXPECT_TRUE(expected.contains(fault.code)) << length << ": " << fault.what;
   }
 }
 
 TEST(BrokenSnapshots, LongCulpritsAreCut) {
   const std::string name(1000000, 'n');
-  const auto fault = faultOfText(completed("oneClass", R"("superclasses": [")" + name + "\"]"));
-  ASSERT_TRUE(fault);
-  EXPECT_EQ(fault->code(), "snapshot.unknown-class");
-  EXPECT_LT(fault->reason().size(), 300U);
+  const Fault fault = faultOfText(completed("oneClass", R"("superclasses": [")" + name + "\"]"));
+  EXPECT_EQ(fault.shown, "snapshot.unknown-class /classes/0/superclasses/0");
+  EXPECT_LT(fault.reason.size(), 300U);
 }
 
 /// The codes in the first column of the page's tables.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <boost/algorithm/string/replace.hpp>
-#include <optional>
 #include <string>
 
 #include "embedded/Host.h"
@@ -16,12 +15,22 @@ inline std::string repeated(const std::string& part, std::size_t count) {
   return text;
 }
 
-/// What is wrong with a text, or nothing.
-inline std::optional<embedded::SnapshotError> faultOfText(const std::string& text) {
+/// Code and place ("code /place", or the code alone), and what else a fault says; all empty where there is none.
+struct Fault {
+  std::string shown, code, reason, file, what;
+};
+
+template <class Act>
+Fault faultOf(Act act) {
   try {
-    embedded::readSnapshotText(text, "world.json");
+    act();
   } catch (const embedded::SnapshotError& fault) {
-    return fault;
+    const std::string place = fault.pointer().empty() ? "" : " " + fault.pointer();
+    return {fault.code() + place, fault.code(), fault.reason(), fault.file(), fault.what()};
   }
-  return std::nullopt;
+  return {};
+}
+
+inline Fault faultOfText(const std::string& text) {
+  return faultOf([&] { embedded::readSnapshotText(text, "world.json"); });
 }

@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "embedded/Host.h"
+#include "tests/snapshot/Faults.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -19,14 +19,9 @@ using Steps = std::vector<std::pair<std::uintmax_t, std::uintmax_t>>;
 class SnapshotFiles : public testing::Test {
  protected:
   static std::string codeOf(const fs::path& file) {
-    try {
-      embedded::readSnapshot(file);
-    } catch (const embedded::SnapshotError& fault) {
-      EXPECT_EQ(fault.file(), file.string());
-      EXPECT_EQ(fault.pointer(), "");
-      return fault.code();
-    }
-    return "";
+    const Fault fault = faultOf([&] { embedded::readSnapshot(file); });
+    EXPECT_EQ(fault.file, fault.shown.empty() ? "" : file.string());
+    return fault.shown;
   }
 
   const TempFolder folder_;
@@ -72,13 +67,9 @@ TEST_F(SnapshotFiles, ScopesMayBeCodeFiles) {
   EXPECT_NO_THROW(embedded::Host::load(file));
   fs::remove(folder_ / "helper.k");
   EXPECT_NO_THROW(embedded::readSnapshot(file));
-  try {
-    embedded::Host::load(file);
-    FAIL() << "accepted";
-  } catch (const embedded::SnapshotError& fault) {
-    EXPECT_EQ(fault.code() + fault.pointer(), "snapshot.unknown-function/scopes/executing");
-    EXPECT_EQ(fault.file(), file);
-  }
+  const Fault fault = faultOf([&] { embedded::Host::load(file); });
+  EXPECT_EQ(fault.shown, "snapshot.unknown-function /scopes/executing");
+  EXPECT_EQ(fault.file, file);
 }
 
 TEST_F(SnapshotFiles, FoldersAreRelativeToTheFile) {

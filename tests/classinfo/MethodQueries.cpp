@@ -15,10 +15,6 @@ using Context = MethodInfo::GetContext;
 using Options = MethodInfo::GetOptions;
 
 struct MethodQueries : testing::Test {
-  static std::string of(const std::string& id, const Options& options) {
-    return namesOf(Record(id).getMethods(options));
-  }
-
   World world{worldFile("tests/classinfo/methods.json")};
 };
 
@@ -34,33 +30,19 @@ TEST_F(MethodQueries, ByClassAndPosition) {
 }
 
 TEST_F(MethodQueries, ConstructorsOperatorsAndHiddenOnes) {
-  const auto any = [](bool constructors, bool operators, bool hidden) {
-    return Options{.context = Context::Any,
-                   .includeConstructors = constructors,
-                   .includeOperatorOverloads = operators,
-                   .includeHidden = hidden};
-  };
-  EXPECT_EQ(of("a.b.C", any(true, false, false)), "Base bar make C b.C a.b.C .C bC bar bar");
-  EXPECT_EQ(of("a.b.C", any(false, true, false)), "bar plus make .C bC bar bar");
-  EXPECT_EQ(of("a.b.C", any(false, false, true)), "foo bar make .C bC foo bar bar");
-  EXPECT_EQ(of("a.b.C", any(false, true, true)), "foo bar plus make .C bC foo bar bar minus");
-  EXPECT_EQ(of("MasksOperator", any(false, true, false)), "foo bar make");
-  EXPECT_EQ(of("MasksOperator", any(false, true, true)), "foo bar plus make plus");
-  EXPECT_EQ(of("MasksSecretly", {.access = {0, 2}, .context = Context::Any}), "bar make");
-}
-
-TEST_F(MethodQueries, AccessByLevelAndClass) {
-  const Record base("Base"), left("Left"), right("Right");
-  const Options inherited{.access = {2, 2}, .context = Context::Any};
-  EXPECT_EQ(of("a.b.C", {.access = {2}, .context = Context::Any}), "own");
-  EXPECT_EQ(of("a.b.C", inherited), "own own");
-  EXPECT_EQ(namesOf(Record("Diamond").getMethodsOfSuperclasses(inherited)), "");
-  EXPECT_EQ(of("Diamond", {.access = {2, 2, 2}, .context = Context::Any}), "own own");
-  EXPECT_EQ(of("Base", {.access = {}, .context = Context::Any}), "");
-  for (const auto& [accessing, expected] : std::vector<std::pair<const Record*, std::string>>{
-           {nullptr, ""}, {&base, "forBase"}, {&left, "forBase also"}, {&right, "forBase"}})
-    EXPECT_EQ(of("Granting", {.access = {9}, .accessingClass = accessing, .context = Context::AfterDot}),
-              expected);
+  for (const auto& [id, levels, accessing, more, expected] :
+       rowsOf<5>("tests/classinfo/tables.rows", "MethodQueries.ConstructorsOperatorsAndHiddenOnes")) {
+    const Record accessor(accessing);
+    const Options options{.access = levelsOf(levels),
+                          .accessingClass = accessing.empty() ? nullptr : &accessor,
+                          .context = Context::Any,
+                          .includeConstructors = more.find("constructors") != std::string::npos,
+                          .includeOperatorOverloads = more.find("operators") != std::string::npos,
+                          .includeHidden = more.find("hidden") != std::string::npos};
+    EXPECT_EQ(namesOf(Record(id).getMethods(options)), expected) << id << " " << levels << " " << more;
+  }
+  EXPECT_EQ(namesOf(Record("Diamond").getMethodsOfSuperclasses({.access = {2, 2}, .context = Context::Any})),
+            "");
 }
 
 TEST_F(MethodQueries, RecordsSayWhereAndWhetherStatic) {
@@ -92,25 +74,17 @@ TEST_F(MethodQueries, HiddenOnesAreFiledWithoutAPosition) {
 }
 
 TEST(MethodNames, OperatorsAndClassesThatTakePart) {
-  for (const char* name : {"plus", "subsref", "vertcat", "colon", "subsindex"}) {
-    EXPECT_TRUE(MethodInfo::isOperatorOverload(std::string(name))) << name;
-    EXPECT_TRUE(MethodInfo::isOperatorOverload(wide(name))) << name;
-  }
-  for (const char* name : {"Plus", "display", "", "plus "}) {
-    EXPECT_FALSE(MethodInfo::isOperatorOverload(std::string(name))) << name;
-    EXPECT_FALSE(MethodInfo::isOperatorOverload(wide(name))) << name;
-  }
-  for (const auto& [names, before, after] : std::vector<std::tuple<const char*, bool, bool>>{
-           {"double single int8 uint8 int16 unit16 in32 uint32 int64 uint64 logical char struct cell "
-            "function_handle handle",
-            false, false},
-           {"table timetable tall datetime duration categorical korval.io.KorFile", true, false},
-           {"uint16 int32 Double string lab.double double.x", true, true}}) {
+  for (const Cells& row : rowsOf("tests/classinfo/tables.rows", "MethodNames.Operators"))
+    for (std::size_t at = 1; at < row.size(); ++at) {
+      EXPECT_EQ(shown(MethodInfo::isOperatorOverload(row[at])), row[0]) << row[at];
+      EXPECT_EQ(shown(MethodInfo::isOperatorOverload(wide(row[at]))), row[0]) << row[at];
+    }
+  for (const auto& [before, after, names] : rowsOf<3>("tests/classinfo/tables.rows", "MethodNames.Classes")) {
     std::vector<std::string> all;
     for (const std::string& name : boost::split(all, names, boost::is_space())) {
       const auto id = kcos::internal::makeInterned(name);
-      EXPECT_EQ(MethodInfo::isClassToCompleteMethodsForBeforeDot(id), before) << name;
-      EXPECT_EQ(MethodInfo::isClassToCompleteMethodsForAfterDot(id), after) << name;
+      EXPECT_EQ(shown(MethodInfo::isClassToCompleteMethodsForBeforeDot(id)), before) << name;
+      EXPECT_EQ(shown(MethodInfo::isClassToCompleteMethodsForAfterDot(id)), after) << name;
     }
   }
   EXPECT_TRUE(MethodInfo::isClassToCompleteMethodsForBeforeDot({}));

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <boost/algorithm/string/split.hpp>
-
 #include "tests/classinfo/Shown.h"
 #include "tests/support/Table.h"
 
@@ -41,30 +39,14 @@ TEST(Properties, TypeSizeAndFunctions) { expectRows("Properties.TypeSizeAndFunct
 
 TEST(Properties, KindsOfPossibleValues) { expectRows("Properties.KindsOfPossibleValues"); }
 
-TEST(Properties, NumbersBeyond32BitsDoNoHarm) {
-  for (const char* number :
-       {R"(["NaN"])", R"(["Inf"])", R"(["-Inf"])", "1e300", "-1e300", "2147483648", "-2147483649"}) {
-    World world = worldWith(R"("type": "t", "values": [)" + std::string(number) + ", 7]");
-    const auto properties = Record("C").getProperties({});
-    ASSERT_EQ(properties.size(), 1U) << number;
-    EXPECT_EQ(shown(properties[0].possibleValues.back()), "7") << number;
-  }
-}
-
 TEST(Properties, GettersAndTheSecondFlag) { expectRows("Properties.GettersAndTheSecondFlag"); }
 
 // What throws in the query of the getter or of the second flag counts as yes, and nothing else does.
 TEST(Properties, FailuresOfTheTwoFlagsCountAsYes) {
   World world = worldWith(R"("type": "t", "optimized": {},
     "attributes": [{"name": "QRDGetSet", "type": "logical scalar", "value": false}])");
-  for (const auto& [operation, expected] : std::vector<std::pair<std::string, std::string>>{
-           {"kcos::COSOptimizedPropInfo::hasCustomGetter", "t getter unflagged"},
-           {"kcos::COSInterface::findAttribute", "t getter unflagged"},
-           {"kcos::COSInterface::getAttributeValue", "t getter unflagged"},
-           {"COSGetPublicClient", "t getter unflagged"},
-           {"kcos::COSOptimizedPropInfo::getOptimizedFlag", "t"},
-           {"kcos::COSPropT::isDependent", "nothing"},
-           {"kcos::COSPropT::isVisible", "nothing"}}) {
+  for (const auto& [operation, expected] :
+       rowsOf<2>("tests/classinfo/tables.rows", "Properties.FailuresOfTheTwoFlagsCountAsYes")) {
     world.host.setFault({operation, 1, false, [] { throw 42; }});
     const auto properties = Record("C").getProperties({});
     EXPECT_TRUE(world.host.clearFault()) << operation;
@@ -98,37 +80,17 @@ std::string extentsOf(const std::vector<std::u16string>& texts) {
   return all;
 }
 
-// The texts of a row stand between "|".
+// None of it needs an active host.
 TEST(SizeStrings, OneEntry) {
-  const std::pair<std::u16string, std::string> rows[]{
-      {u"0|000| 0", "0"},
-      {u"7|007| 7 |\t\n7\v|\f\r7", "7"},
-      {u"18446744073709551614", "18446744073709551614"},
-      {u":|n|Inf|NaN|e3|a_1Z|Z9|18446744073709551615", "any"},
-      {u" : | n|n |::|_n|n-1|n m|\u00e9|n\u00e9||  |1 2|+1|-1|2.5|1e3|3n|\u00a03|\uff13|\u0663", ""},
-      {u"18446744073709551616|99999999999999999999", ""},
-      {{u'3', u'\0', u'|', u'\0', u'3', u'|', u'n', u'\0'}, ""}};
-  for (const auto& [row, expected] : rows) {
-    std::vector<std::u16string> texts;
-    for (const std::u16string& text : boost::split(texts, row, [](char16_t unit) { return unit == u'|'; })) {
-      EXPECT_EQ(extentsOf({text}), expected) << shown(text);
-      EXPECT_EQ(extentsOf({u"2", text, u"n"}), expected.empty() ? "" : "2," + expected + ",any")
-          << shown(text);
+  for (const Cells& row : rowsOf("tests/classinfo/tables.rows", "SizeStrings.OneEntry"))
+    for (std::size_t at = 1; at < row.size(); ++at) {
+      const std::string &expected = row[0], text = row[at].substr(0, 50);
+      EXPECT_EQ(extentsOf({wide(row[at])}), expected) << text;
+      EXPECT_EQ(extentsOf({u"2", wide(row[at]), u"n"}), expected.empty() ? "" : "2," + expected + ",any")
+          << text;
     }
-  }
   EXPECT_EQ(extentsOf({}), "");
+  EXPECT_EQ(extentsOf(std::vector<std::u16string>(100000, u"1")).size(), 199999U);
 }
-
-TEST(SizeStrings, LongOnes) {
-  EXPECT_EQ(extentsOf({std::u16string(1000000, u'9')}), "");
-  EXPECT_EQ(extentsOf({std::u16string(1000000, u'n')}), "any");
-  EXPECT_EQ(extentsOf({std::u16string(1000000, u'0') + u"5"}), "5");
-  EXPECT_EQ(extentsOf({std::u16string(1000000, u' ') + u"5"}), "5");
-  EXPECT_EQ(KCOSContextData::PropertyInfo::castSizeStringToIntegers(std::vector<std::u16string>(100000, u"1"))
-                .size(),
-            100000U);
-}
-
-TEST(SizeStrings, NeedNoActiveHost) { EXPECT_EQ(extentsOf({u" 3 ", u":"}), "3,any"); }
 
 }  // namespace

@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <iterator>
-#include <sstream>
-
 #include "tests/classinfo/Shown.h"
 #include "tests/support/Table.h"
 
@@ -13,11 +10,6 @@ namespace {
 using KCOSContextData::PropertyInfo;
 using Options = PropertyInfo::GetOptions;
 using Levels = std::vector<std::int32_t>;
-
-Levels levelsOf(const std::string& text) {
-  std::istringstream words(text);
-  return {std::istream_iterator<std::int32_t>(words), {}};
-}
 
 struct PropertyQueries : testing::Test {
   static std::string of(const std::string& id, const Options& options = {}) {
@@ -48,30 +40,20 @@ TEST_F(PropertyQueries, AccessByLevelAndKind) {
 }
 
 TEST_F(PropertyQueries, AccessByClassWhateverTheKind) {
-  const Record root("Root"), a("A"), d("c:D"), nobody("nobody");
-  const KCOSContextData::ClassInfo empty(nullptr);
-  for (const auto& [accessing, expected] :
-       std::vector<std::pair<const KCOSContextData::ClassInfo*, std::string>>{
-           {nullptr, ""},
-           {&root, "forRoot"},
-           {&a, "forA readA writeA forRoot"},
-           {&d, "forA readA writeA forRoot"},
-           {&nobody, ""},
-           {&empty, ""}}) {
+  for (const auto& [id, expected] :
+       rowsOf<2>("tests/classinfo/tables.rows", "PropertyQueries.AccessByClassWhateverTheKind")) {
+    const Record record(id);  // of no class for the empty one
+    const Record* accessing = id == "nobody at all" ? nullptr : &record;
     for (const Levels& kinds : {Levels{0, 1}, Levels{0}, Levels{1}, Levels{}, Levels{5}})
-      EXPECT_EQ(of("Access", {{9}, kinds, accessing, false}), expected) << kinds.size();
-    EXPECT_EQ(namesOf(Record("Access").getProperties({9}, accessing)), expected);
+      EXPECT_EQ(of("Access", {{9}, kinds, accessing, false}), expected) << id << kinds.size();
+    EXPECT_EQ(namesOf(Record("Access").getProperties({9}, accessing)), expected) << id;
   }
 }
 
 TEST_F(PropertyQueries, OneEntryOfLevelTwoIsDroppedPerGeneration) {
-  World family(R"({"format": 1, "classes": [
-    {"name": "G", "properties": [{"name": "g", "access": "private"}]},
-    {"name": "P", "superclasses": ["G"], "properties": [{"name": "p", "access": "private"}]},
-    {"name": "C", "superclasses": ["P"], "properties": [{"name": "c", "access": "private"}]}]})");
   for (const auto& [levels, expected] :
-       tableOf<2>("0 | ; 2 | c; 2 2 | p c; 2 2 2 | g p c; 9 2 0 2 2 2 | g p c"))
-    EXPECT_EQ(of("C", {.accessLevels = levelsOf(levels)}), expected) << levels;
+       rowsOf<2>("tests/classinfo/tables.rows", "PropertyQueries.OneEntryOfLevelTwoIsDroppedPerGeneration"))
+    EXPECT_EQ(of("Child", {.accessLevels = levelsOf(levels)}), expected) << levels;
 }
 
 TEST_F(PropertyQueries, TheHiddenListStaysUntilTheNextQuery) {

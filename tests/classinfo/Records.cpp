@@ -25,9 +25,6 @@ struct Records : testing::Test {
     return shown(record.structure.name) + "/" + textOf(record.classId) + "/" +
            shownList(record.structure.getSuperclasses());
   }
-  std::string ofVariable(const std::string& name) const {
-    return about(ClassInfo(world.host.variable(name).get()));
-  }
 
   World world{worldFile("tests/classinfo/records.json")};
 };
@@ -42,11 +39,9 @@ TEST_F(Records, NamesAndIdentities) {
 }
 
 TEST_F(Records, OfValues) {
-  EXPECT_EQ(ofVariable("c"), "c:lab.C/c:lab.C/c:lab.C A R B R");
-  EXPECT_EQ(ofVariable("sub"), "Sub/Sub/Sub lab.C A R B R");
-  EXPECT_EQ(ofVariable("broken"), "/null/");
-  EXPECT_EQ(ofVariable("number"), "/null/");
-  EXPECT_EQ(about(ClassInfo(static_cast<const kxArray_tag*>(nullptr))), "/null/");
+  // A name that no variable has stands for no value.
+  for (const auto& [name, expected] : rowsOf<2>("tests/classinfo/tables.rows", "Records.OfValues"))
+    EXPECT_EQ(about(ClassInfo(world.host.variable(name).get())), expected) << name;
   const boost::intrusive_ptr<kxArray_tag> number = world.host.variable("number");
   EXPECT_EQ(world.asked([&] { ClassInfo record(number.get()); }), "omIsKCOS");
   // A record of a value bears the identity's text, its superclasses the names that users know.
@@ -57,18 +52,15 @@ TEST_F(Records, OfValues) {
 }
 
 TEST_F(Records, IsA) {
-  const Record sub("Sub"), nick("Nick");
-  const ClassInfo empty(nullptr);
-  const auto id = kcos::internal::makeInterned;
-  for (const char16_t* name : {u"Sub", u"lab.C", u"A", u"B", u"R"}) EXPECT_TRUE(sub.isA(name));
-  for (const char16_t* name : {u"", u"sub", u"C", u"c:lab.C", u"r"}) EXPECT_FALSE(sub.isA(name));
-  for (const char* name : {"Sub", "c:lab.C", "A", "R"}) EXPECT_TRUE(sub.isA(id(name))) << name;
-  EXPECT_FALSE(sub.isA(id("lab.C")) || sub.isA(id("Nick")) || sub.isA(kcos::COSInternedName()));
-  EXPECT_TRUE(nick.isA(id("Nick")) && nick.isA(u"lab.C"));
-  EXPECT_FALSE(nick.isA(id("c:lab.C")));
-  EXPECT_EQ(namesOf(nick.getProperties({})), "");
-  EXPECT_TRUE(empty.isA(u"") && empty.isA(kcos::COSInternedName()));
-  EXPECT_FALSE(empty.isA(u"A") || empty.isA(id("A")));
+  for (const auto& [id, name, byName, byIdentity] : rowsOf<4>("tests/classinfo/tables.rows", "Records.IsA")) {
+    const Record record(id);
+    EXPECT_EQ(shown(record.isA(wide(name))), byName) << id << " " << name;
+    EXPECT_EQ(shown(record.isA(kcos::internal::makeInterned(name))), byIdentity) << id << " " << name;
+  }
+  const Record sub("Sub");
+  EXPECT_FALSE(sub.isA(kcos::COSInternedName()));
+  EXPECT_TRUE(Record("").isA(kcos::COSInternedName()));
+  EXPECT_EQ(namesOf(Record("Nick").getProperties({})), "");
   EXPECT_EQ(world.asked([&] { sub.isA(u"nobody"), sub.isA(kcos::COSInternedName()); }), "");
 }
 
@@ -78,10 +70,8 @@ TEST_F(Records, Attributes) {
     return shownList(sets.attributeList1) + "/" + shownList(sets.attributeList2) + "/" +
            shownList(sets.attributeList3) + "/" + shownList(sets.attributeList4);
   };
-  EXPECT_EQ(all(Record("c:lab.C"), false), "both c r/2//4");
-  EXPECT_EQ(all(Record("Sub"), true), "both c r/2/late/4");
-  EXPECT_EQ(all(Record("R"), true), "both r//late/4");
-  EXPECT_EQ(all(Record("nobody"), true), "///");
+  for (const auto& [id, argument, expected] : rowsOf<3>("tests/classinfo/tables.rows", "Records.Attributes"))
+    EXPECT_EQ(all(Record(id), argument == "true"), expected) << id;
   Record inheritor("nobody");  // of an unknown class the superclasses still count
   inheritor.structure.superclasses = Record("A").structure.superclasses;
   EXPECT_EQ(all(inheritor, false), "both r///4");
@@ -98,41 +88,29 @@ TEST_F(Records, Attributes) {
 }
 
 TEST_F(Records, AFailingSuperclassListClearsThatLevelOnly) {
-  const auto failing = [&](const std::string& operation, int call) {
-    world.host.setFault({operation, static_cast<std::uint64_t>(call), false, [] { throw 42; }});
-    const std::string text = about(Record("Sub"));
+  for (const auto& [operation, call, expected] :
+       rowsOf<3>("tests/classinfo/tables.rows", "Records.AFailingSuperclassListClearsThatLevelOnly")) {
+    world.host.setFault({operation, std::stoul(call), false, [] { throw 42; }});
+    EXPECT_EQ(about(Record("Sub")), expected) << operation << call;
     EXPECT_TRUE(world.host.clearFault()) << operation << call;
-    return text;
-  };
-  const std::string getClass = "kcos::COSClass::getClass", superclasses = "kcos::COSClass::getSuperclasses";
-  for (const auto& [call, left] : tableOf<2>("1 | ; 2 | lab.C; 3 | lab.C A B R; 5 | lab.C A R B"))
-    EXPECT_EQ(failing(superclasses, std::stoi(call)), "Sub/Sub/Sub" + (left.empty() ? "" : " " + left));
-  EXPECT_EQ(failing(getClass, 1), "Sub/Sub/Sub");
-  // What a nested record throws outside of its own list clears the list that it stands in.
-  EXPECT_EQ(failing("kcos::nameresolution::getUserVisibleClassName", 3), "Sub/Sub/Sub lab.C");
+  }
 }
 
 TEST(Slots, AreInTheirOrder) {
-  using Properties = std::vector<PropertyInfo> (ClassInfo::*)(const PropertyInfo::GetOptions&) const;
-  using Methods = std::vector<MethodInfo> (ClassInfo::*)(const MethodInfo::GetOptions&) const;
+  using Properties = PropertyVisitorMutable;
+  using Methods = MethodVisitorMutable;
   EXPECT_TRUE(std::has_virtual_destructor_v<ClassInfo>);  // the first two
-  EXPECT_EQ((std::vector<long>{
-                slotOf(static_cast<Properties>(&ClassInfo::getProperties)),
-                slotOf(static_cast<Methods>(&ClassInfo::getMethods)), slotOf(&ClassInfo::getAttributes),
-                slotOf(static_cast<bool (ClassInfo::*)(const std::u16string&) const>(&ClassInfo::isA)),
-                slotOf(static_cast<bool (ClassInfo::*)(kcos::COSInternedName) const>(&ClassInfo::isA)),
-                slotOf(&ClassInfo::getDefaultAccessibility)}),
-            (std::vector<long>{2, 3, 4, 5, 6, 7}));
-  const auto ofVisits = []<class Visitor, class Info>(void (Visitor::*one)(kcos::COSInterface*),
-                                                      void (Visitor::*two)(kcos::COSInterfacePtr, Info*)) {
-    return std::vector<long>{slotOf(one), slotOf(two)};
-  };
-  EXPECT_EQ((ofVisits.operator()<PropertyVisitorMutable, kcos::COSPropInfo>(&PropertyVisitorMutable::visit,
-                                                                            &PropertyVisitorMutable::visit)),
-            (std::vector<long>{2, 3}));
-  EXPECT_EQ((ofVisits.operator()<MethodVisitorMutable, kcos::COSMethodInfo>(&MethodVisitorMutable::visit,
-                                                                            &MethodVisitorMutable::visit)),
-            (std::vector<long>{2, 3}));
+  EXPECT_EQ(
+      slotOf<std::vector<PropertyInfo>(const PropertyInfo::GetOptions&) const>(&ClassInfo::getProperties), 2);
+  EXPECT_EQ(slotOf<std::vector<MethodInfo>(const MethodInfo::GetOptions&) const>(&ClassInfo::getMethods), 3);
+  EXPECT_EQ(slotOf(&ClassInfo::getAttributes), 4);
+  EXPECT_EQ(slotOf<bool(const std::u16string&) const>(&ClassInfo::isA), 5);
+  EXPECT_EQ(slotOf<bool(kcos::COSInternedName) const>(&ClassInfo::isA), 6);
+  EXPECT_EQ(slotOf(&ClassInfo::getDefaultAccessibility), 7);
+  EXPECT_EQ(slotOf<void(kcos::COSInterface*)>(&Properties::visit), 2);
+  EXPECT_EQ(slotOf<void(kcos::COSInterfacePtr, kcos::COSPropInfo*)>(&Properties::visit), 3);
+  EXPECT_EQ(slotOf<void(kcos::COSInterface*)>(&Methods::visit), 2);
+  EXPECT_EQ(slotOf<void(kcos::COSInterfacePtr, kcos::COSMethodInfo*)>(&Methods::visit), 3);
 }
 
 TEST(RecordsAlone, FieldsStandInTheirOrder) {

@@ -9,3 +9,9 @@ long slotOf(Operation operation) {
   std::memcpy(&offset, &operation, sizeof offset);
   return (offset & ~1L) / static_cast<long>(sizeof(void*));
 }
+
+/// The same of the overload that has that type.
+template <class Type, class Class>
+long slotOf(Type Class::*operation) {
+  return slotOf<Type Class::*>(operation);
+}

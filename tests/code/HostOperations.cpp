@@ -51,9 +51,7 @@ TEST(HostOperations, CallsPassErrorsOrTrapThem) {
   kxArray_tag* arguments[] = {pump.get()};
   kxArray_tag* result = nullptr;
   const auto call = [&](const std::string& name) { inCallFcn(1, &result, 1, arguments, name.c_str()); };
-  for (const auto& [name, className] : tableOf<2>("properties | cell; fieldnames | cell; methods | cell; "
-                                                  "size | double; class | char; describe | char; "
-                                                  "inner | double")) {
+  for (const auto& [name, className] : rowsOf<2>("tests/code/texts.rows", "calls")) {
     call(name);
     EXPECT_EQ(classOf(ValuePtr(result, false)), className) << name;
     ValuePtr same(inCallMethodSingleInputSingleOutput(pump.get(), name.c_str(), 1), false);
@@ -95,8 +93,7 @@ TEST(HostOperations, PropertiesAreReadAsThePublicClient) {
   EXPECT_EQ(read(pumps, 0, "Double"), 2);
   EXPECT_EQ(read(pumps, 1, "Flow"), 3);
   EXPECT_EQ(*kxGetDoubles(ValuePtr(kxGetTypeProperty(pump.get(), 0, "Secret"), false).get()), 1);
-  for (const auto& [name, error] : tableOf<2>("Secret | KORVAL:code:AccessDenied; Failing | lab:broken; "
-                                              "nix | KORVAL:code:NoSuchMember; Silent | KORVAL:code:NoValue"))
+  for (const auto& [name, error] : rowsOf<2>("tests/code/texts.rows", "properties"))
     EXPECT_EQ(thrownBy([&] { kxGetPropertyShared(pump.get(), 0, name.c_str()); }), error) << name;
   world.host.setCodeLimits({.steps = 10});
   for (int time = 0; time < 20; ++time)
@@ -190,17 +187,9 @@ TEST(HostOperations, TheHostHasTextWhileTheCodeRuns) {
 
 TEST(CodeFiles, AreFunctionsScriptsAndMethods) {
   const TempFolder folder;
-  folder.write("twice.k",
-               "function r = twice(x)\n r = helper(x) + x;\nend\nfunction r = helper(x)\n r = x;\nend");
-  folder.write("script.k", "import lab.Pump\nmade = Pump(seed).Flow;");
-  folder.write("broken.k", "x = (1\n");
-  folder.write("failing.k", "function failing()\n\n  nix();\nend");
-  folder.write("+pack/inner.k", "function r = inner() r = 5; end");
-  folder.write("@Older/size.k", "function r = size(obj) r = [2 3]; end");
-  code::World world(R"({"format": 1, "path": [{"folder": ")" + folder.path().string() + R"("}],
-    "classes": [{"name": "lab.Pump", "properties": ["Flow"],
-                 "methods": [{"name": "Pump", "code": "function o = Pump(f) o.Flow = f; end"}]}],
-    "workspace": [{"name": "old", "value": {"struct": {"a": 1}, "class": "Older"}}]})");
+  std::filesystem::copy(sourceFile("tests/code/files"), folder.path(),
+                        std::filesystem::copy_options::recursive);
+  code::World world(embedded::readSnapshot(folder / "world.json"));
   for (const auto& [text, printed, file] : rowsOf<3>("tests/code/texts.rows", "code files")) {
     EXPECT_EQ(world.value(text), printed);
     const auto failure = world.host.codeFailure();

@@ -61,8 +61,6 @@ TEST(Outlines, OfEveryBeginning) {
     EXPECT_EQ(outline.empty(), length < 8) << length;
     EXPECT_NE(outline, whole) << length;
   }
-  EXPECT_EQ(outlineOf(std::string(100000, '(') + "\nx = 1"), "x@2:1");
-  EXPECT_EQ(outlineOf(std::string(100000, '\'') + "\nx = 1"), "x@2:1");
 }
 
 TEST(Outlines, FailuresHaveTheirPlace) {

@@ -2,8 +2,8 @@
 
 #include "embedded/Inspection.h"
 #include "host/Arrays.h"
-#include "tests/support/Allocations.h"
 #include "tests/code/CodeWorld.h"
+#include "tests/support/Allocations.h"
 
 namespace {
 

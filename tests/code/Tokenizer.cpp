@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "embedded/Host.h"
@@ -24,19 +24,14 @@ std::string printable(std::u16string_view text) {
   return result;
 }
 
-const std::map<TokenKind, std::string> letters{
-    {TokenKind::EndOfText, "end"},  {TokenKind::Symbol, "s"},   {TokenKind::Keyword, "k"},
-    {TokenKind::Name, "n"},         {TokenKind::Number, "1"},   {TokenKind::Text, "t"},
-    {TokenKind::String, "S"},       {TokenKind::OpenText, "o"}, {TokenKind::Comment, "c"},
-    {TokenKind::Continuation, "."}, {TokenKind::Invalid, "!"}};
-
-/// "letter of the kind:text", a "_" for each blank or remark before a token.
+/// "letter of the kind:text", a "_" for each blank or remark before a token. The letters stand in the order of the kinds.
 std::string shown(const std::vector<Token>& tokens, const std::u16string& text) {
   std::string all;
   for (const Token& token : tokens) {
     all += all.empty() ? "" : " ";
     all += token.blankBefore ? "_" : "";
-    all += letters.at(token.kind) + ":" + printable(token.in(text));
+    all += "$skn1tSoc.!"[static_cast<std::size_t>(token.kind)];
+    all += ":" + printable(token.in(text));
   }
   return all;
 }
@@ -79,28 +74,22 @@ TEST(Tokens, SayWhatTheyAre) {
   EXPECT_TRUE(tokens[6].is(syntax::Keyword::ElseIf));
 }
 
-/// Tokens follow each other, and between them are blanks.
+/// Tokens follow each other, between them are blanks, and each knows its position.
 TEST(Tokens, CoverEveryText) {
   for (const std::u16string& text : typedTexts()) {
+    const auto areBlank = [&](std::size_t from, std::size_t to) {
+      return from <= to && std::ranges::all_of(text.substr(from, to - from), syntax::isBlank);
+    };
     std::size_t covered = 0;
     for (const Token& token : tokensOf(text)) {
       ASSERT_LT(token.begin, token.end) << printable(text);
-      ASSERT_LE(covered, token.begin) << printable(text);
-      for (; covered < token.begin; ++covered) EXPECT_TRUE(syntax::isBlank(text[covered])) << printable(text);
-      covered = token.end;
-    }
-    for (; covered < text.size(); ++covered) EXPECT_TRUE(syntax::isBlank(text[covered])) << printable(text);
-  }
-}
-
-TEST(Tokens, KnowTheirPosition) {
-  for (const std::u16string& text : typedTexts()) {
-    for (const Token& token : tokensOf(text)) {
+      EXPECT_TRUE(areBlank(std::exchange(covered, token.end), token.begin)) << printable(text);
       const std::u16string before = text.substr(0, token.begin);
       const auto line = static_cast<int>(std::count(before.begin(), before.end(), u'\n')) + 1;
       const auto column = static_cast<int>(before.size() - (before.rfind(u'\n') + 1)) + 1;
       EXPECT_EQ(token.at, (syntax::Position{line, column})) << printable(text) << token.begin;
     }
+    EXPECT_TRUE(areBlank(covered, text.size())) << printable(text);
   }
 }
 

@@ -31,10 +31,7 @@ embedded::Description withScopes(const std::string& focus, const std::string& ex
 /// The host operations that a question calls, a letter each; without fetching the dispatcher, which may happen at any
 /// time, and looking up the empty name, which may as well be left out.
 std::string lettersOf(World& world, const std::function<void()>& ask) {
-  static const auto letters = tableOf<2>(
-      R"(::to_string|t; IsOn|o; findFunction|f; GetInterpreterBridge|b; hasDebuggerFocus|h; ::getDebuggerFocus|d;
-         hasQueryableExecutionStack|q; ScopeOnQueryableExecutionStack|x; getActiveScopes|a; isEligible|e; getNext|n;
-         getFunction|s; omResolveAnyClass|r; makeInterned|i; getDispatcher|)");
+  static const auto letters = rowsOf<2>("tests/identity/tables.rows", "Resolution.Letters");
   world.host.startLog();
   ask();
   std::string all;
@@ -70,11 +67,8 @@ TEST(Resolution, TakesTheFirstScopeThereIs) {
 }
 
 TEST(Resolution, AsksTheResolverNothingAfterAFailedSearchForAScope) {
-  for (const char* operation :
-       {"Tamsix::KorvalComponents::ComponentFeature::IsOn", "Kdispatcher::findFunction",
-        "IInterpreter::GetInterpreterBridge", "IInterpreterBridge::hasDebuggerFocus",
-        "Kdispatcher::hasQueryableExecutionStack", "Kdispatcher::getActiveScopes",
-        "KactiveScope::isEligible"}) {
+  for (const auto& [operation] : rowsOf<1>("tests/identity/tables.rows",
+                                           "Resolution.AsksTheResolverNothingAfterAFailedSearchForAScope")) {
     World world(withScopes("none", "-running", "outer"));
     world.host.setFault({operation, 1, false, [] { throw std::runtime_error("made to fail"); }});
     std::string answer;

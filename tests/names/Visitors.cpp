@@ -23,9 +23,7 @@ struct Visitors : testing::Test {
 };
 
 TEST_F(Visitors, PropertiesBySelection) {
-  for (const auto& row : tableOf<3>(R"(
-    0 | Limit | int8; 1 | Plain ReadOnly WriteOnly | double - text
-    2 | Plain ReadOnly WriteOnly Limit | double - text int8; 3 | | ; 4294967295 | |)")) {
+  for (const auto& row : rowsOf<3>("tests/names/tables.rows", "Visitors.PropertiesBySelection")) {
     Names names, withoutTypes;
     std::vector<kcos::COSDataTypePtr> types;
     const auto selection = static_cast<std::uint32_t>(std::stoul(row[0]));
@@ -50,9 +48,7 @@ TEST_F(Visitors, MethodsBySelectionAndOrder) {
 }
 
 TEST_F(Visitors, MethodWalksMakeRoom) {
-  for (const auto& row : tableOf<3>(R"(
-    p.Empty | 0 | 32; p.Empty | 31 | 32; p.Empty | 32 | 32; p.Empty | 33 | 33; p.Own | 5 | 32
-    p.Broken | 0 | 0; p.Broken | 5 | 5; nope | 0 | 0)")) {
+  for (const auto& row : rowsOf<3>("tests/names/tables.rows", "Visitors.MethodWalksMakeRoom")) {
     Names names;
     names.reserve(std::stoul(row[1]));
     if (names.capacity() > 0) names.push_back(u"kept");

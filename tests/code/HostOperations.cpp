@@ -6,6 +6,7 @@
 #include "host/Exceptions.h"
 #include "host/Streams.h"
 #include "tests/code/CodeWorld.h"
+#include "tests/support/Allocations.h"
 #include "tests/support/Table.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Trap.h"
@@ -24,6 +25,12 @@ ValuePtr evaluated(const std::string& text, bool valueOfStatement, int& status) 
 }
 
 std::string classOf(const ValuePtr& value) { return value ? kxGetClassName(value.get()) : "null"; }
+
+TEST(KorvalCode, PrintsWhatTheCasesSay) {
+  const auto rows = rowsOf<2>("tests/code/language.cases");
+  for (const auto& [text, printed] : rows) EXPECT_EQ(code::World().value(text), printed) << text;
+  EXPECT_GT(rows.size(), 200U);
+}
 
 TEST(HostOperations, EvaluationAnswersAValueOrAStatus) {
   code::World world;
@@ -199,6 +206,31 @@ TEST(CodeFiles, AreFunctionsScriptsAndMethods) {
   std::filesystem::last_write_time(folder / "twice.k",
                                    std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
   EXPECT_EQ(world.value("twice(4)"), "'changed'");
+}
+
+/// Whatever is inside, and whatever is wanted of the gate.
+TEST(Release, AllocatesNothing) {
+  code::World world;
+  const std::vector<std::string> texts{
+      "v = {}; for k = 1:2000, v = {v}; end", "v = cell(1, 1000); v(:) = {1}; v = [v v]",
+      "v = struct('a', {{{1}, {pump, 'text'}}})", "v = {pumps, far, old, @lab.tune, ref, words, grid, big}",
+      "v = {lab.Pump(3), lab.Mode.Idle, findpackage('old')}"};
+  for (const bool isInterrupted : {false, true}) {
+    for (const std::string& text : texts) {
+      world.run(text + ";");
+      auto value = world.host.variable("v");
+      ASSERT_TRUE(value) << text;
+      world.run("v = 0;");
+      const auto before = embedded::Host::references().values;
+      if (isInterrupted) world.host.requestInterrupt();
+      {
+        const allocations::Failing failing;
+        value.reset();
+      }
+      EXPECT_LT(embedded::Host::references().values, before) << text;
+      world.host.clearInterrupt();
+    }
+  }
 }
 
 }  // namespace

@@ -34,6 +34,12 @@ class Folders : public testing::Test {
     return names;
   }
 
+  static std::string namesIn(const std::vector<embedded::KnownName>& known) {
+    std::string all;
+    for (const embedded::KnownName& name : known) all += name.name + " ";
+    return all;
+  }
+
   const TempFolder root_;
   embedded::Description description_;
   std::unique_ptr<embedded::Host> host_;
@@ -71,9 +77,7 @@ TEST_F(Folders, OfClassesInFoldersOfThePathCountForEveryone) {
   EXPECT_EQ(names, (Names{u"tune.k", u"Pump"})) << "once, although the path has it twice";
   EXPECT_EQ(listed(u"@linked"), Names{u"go.k"});
   EXPECT_EQ(listed(u"@file"), Names{});
-  std::string classes;
-  for (const embedded::KnownName& name : host.classNames()) classes += name.name + " ";
-  EXPECT_EQ(classes, "linked lab ");
+  EXPECT_EQ(namesIn(host.classNames()), "linked lab ");
 }
 
 TEST_F(Folders, HoldNoCodeFilesThatArePipes) {
@@ -83,9 +87,7 @@ TEST_F(Folders, HoldNoCodeFilesThatArePipes) {
   description_.path = {{.folder = root_ / "path"}};
   embedded::Host host(description_);
   const embedded::Activation active(host);
-  std::string functions;
-  for (const embedded::KnownName& name : host.functionNames()) functions += name.name + " ";
-  EXPECT_EQ(functions, "f ");
+  EXPECT_EQ(namesIn(host.functionNames()), "f ");
   for (const char16_t* code : {u"pipe;", u"folder;"}) {
     EXPECT_FALSE(EvalcExpSuccessful(code, 0, nullptr, true));
     ASSERT_TRUE(host.codeFailure());

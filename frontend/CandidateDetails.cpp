@@ -97,8 +97,11 @@ void describeProperty(const RequestContext& request, const OfferedProperty& prop
   candidate.access = property.info->getMemberGetAccess();
   candidate.writeAccess = property.info->getMemberSetAccess();
   candidate.isConstant = candidate.writeAccess == kcos::ConstantAccess;
+  // What is stored is not shown to those who may only write it; code of a class is offered what it may use.
+  const bool mayRead = candidate.access == kcos::PublicAccess || !request.scope().className.empty();
   // A getter is not run for a detail, whatever the policy: the list would cost one call of user code per candidate.
-  if (value != nullptr && !record->hasCustomGetter && request.options().policy != CodePolicy::Never) {
+  if (value != nullptr && mayRead && !record->hasCustomGetter &&
+      request.options().policy != CodePolicy::Never) {
     describeStored(request, property.info->getName(), value, candidate);
   }
 }

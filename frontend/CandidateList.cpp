@@ -58,8 +58,9 @@ bool CandidateList::addKey(const Listed& listed) {
 bool CandidateList::isWritable(Kind kind, std::u16string_view label) const {
   if (place_ == Place::Text || kind == Kind::Value || kind == Kind::ArgumentName || kind == Kind::Keyword)
     return true;
-  // After a dot every name can be written, in quotes if need be.
-  return place_ == Place::Member && isMember(kind) ? !label.empty() : isName(label);
+  if (place_ != Place::Member || !isMember(kind)) return isName(label);
+  // After a dot every name can be written that stands in one line, in quotes if need be.
+  return !label.empty() && label.find_first_of(u"\n\r") == std::u16string_view::npos;
 }
 
 void CandidateList::completeInsertion(Candidate& candidate) const {

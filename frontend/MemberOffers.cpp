@@ -5,7 +5,6 @@
 #include <contextdata/KCOSContextData/Namespaces.h>
 #include <contextdata/KCOSIntrospection.h>
 #include <contextdata/PKXContextData.h>
-#include <contextdata/StructContextData.h>
 #include <contextdata/Workspace/Values.h>
 #include <contextdata/Workspace/VariableMethods.h>
 
@@ -82,7 +81,8 @@ class ClassMembers {
 
   void offerObject() {
     offerProperties([](std::uint32_t) { return std::optional(Kind::Property); });
-    if (isEnumeration()) candidates_.addInOrder(listOf(id_, getClassPropertyNames), Kind::Property);
+    if (isEnumeration())
+      candidates_.addInOrder(listOf(id_, getClassPropertyNames), Kind::Property, describePublicProperty());
     offerDynamicProperties();
     offerMethods(MethodInfo::GetContext::AfterDot);
     offerPublicMethods();
@@ -96,7 +96,8 @@ class ClassMembers {
     });
     offerMethods(MethodInfo::GetContext::Any, Kind::StaticMethod);
     if (isEnumeration()) {
-      candidates_.addInOrder(listOf(id_, getClassConstantPropertyNames), Kind::Constant);
+      candidates_.addInOrder(listOf(id_, getClassConstantPropertyNames), Kind::Constant,
+                             describePublicProperty());
       candidates_.addInOrder(listOf(id_, getClassStaticMethodNames), Kind::StaticMethod,
                              describePublicMethod());
     }
@@ -252,6 +253,29 @@ class ClassMembers {
                                [&](const std::u16string& name) { return described_->record.isA(name); });
   }
 
+  /// Fills in the details of properties that are known by name only: of an enumeration the library's record offers none.
+  CandidateList::Details describePublicProperty() const {
+    return [described = described_](Candidate& candidate) {
+      const kcos::COSClass* asked = classObjectOf(described->record);
+      const auto name = ResolvedClassID::fromKnownResolvedClassID(candidate.label);
+      const kcos::COSInterfacePtr member =
+          asked == nullptr ? nullptr : asked->findProperty(static_cast<const kcos::COSInternedName&>(name));
+      const ClassInfo* declares = member ? recordOfClass(described->record, member.get()) : nullptr;
+      if (declares == nullptr) return;
+      describeProperty(described->request,
+                       {declares, member.get(), kcos::cosiToProp(member.get()), 0, false, false},
+                       described->value.get(), candidate);
+    };
+  }
+
+  /// The record in the tree whose class defines the member.
+  static const ClassInfo* recordOfClass(const ClassInfo& record, kcos::COSInterface* member) {
+    if (kcos::cosiClassOfMember(member)->getID() == record.classId) return &record;
+    for (const auto& superclass : record.structure.superclasses)
+      if (const ClassInfo* found = recordOfClass(*superclass, member)) return found;
+    return nullptr;
+  }
+
   /// Fills in the details of methods that are known by name only.
   CandidateList::Details describePublicMethod() const {
     return [described = described_](Candidate& candidate) {
@@ -273,8 +297,11 @@ class ClassMembers {
 
 /// The fields of a structure; with type and size when it is a scalar.
 void offerFields(const RequestContext& request, const ValuePtr& structure, CandidateList& candidates) {
+  // Not by the library's list, which tells names in ASCII: code may have made others.
   Names names;
-  StructContextData::getStructFieldNames(structure.get(), names);
+  const int count = structure->get_number_of_struct_fields();
+  const char* const* fields = count > 0 ? structure->get_struct_field_names() : nullptr;
+  for (int at = 0; at < count; ++at) names.push_back(wide(fields[at]));
   // The structure is kept by its own reference until details are read; the request lives longer than its
   // list.
   candidates.addInOrder(names, Kind::Field, [&request, structure](Candidate& candidate) {

@@ -237,6 +237,8 @@ Values Evaluator::field(const ValuePtr& value, const Selector& access, Selectors
   }
   Values result;
   interpreter_.checkCount(value->elementCount());
+  // What no element has is an error also where there is none to ask.
+  if (value->elementCount() == 0) requireReadable(interpreter_, *value, name, routine_);
   for (std::size_t at = 0; at < value->elementCount(); ++at) {
     interpreter_.step();
     result.push_back(readProperty(interpreter_, elementOf(interpreter_, value, at), name, routine_));

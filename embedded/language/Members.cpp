@@ -48,6 +48,15 @@ ValuePtr readStructure(Interpreter& interpreter, const Structures& structures, c
   return orEmpty(structures.values.at(field));
 }
 
+const Property& readableProperty(Interpreter& interpreter, const Value& value, const Class& oneClass,
+                                 const std::string& name, const Routine* asking) {
+  const Property* property = propertyOf(&oneClass, name);
+  if (property == nullptr) failMember(interpreter, value.className(), name);
+  if (!mayUse(interpreter, property->content().get, *property->definingClass(), asking))
+    failAccess(interpreter, "Reading", name);
+  return *property;
+}
+
 ValuePtr readObject(Interpreter& interpreter, const ValuePtr& object, const std::string& name,
                     const Routine* asking) {
   const Object& content = *object->as<Object>();
@@ -56,11 +65,7 @@ ValuePtr readObject(Interpreter& interpreter, const ValuePtr& object, const std:
   if (oneClass == nullptr)
     // Without a class there are no rules: whoever asks may read what the object holds.
     return stored != nullptr ? *stored : (failMember(interpreter, object->className(), name), nullptr);
-  const Property* property = propertyOf(oneClass, name);
-  if (property == nullptr) failMember(interpreter, object->className(), name);
-  const PropertyContent& declared = property->content();
-  if (!mayUse(interpreter, declared.get, *property->definingClass(), asking))
-    failAccess(interpreter, "Reading", name);
+  const PropertyContent& declared = readableProperty(interpreter, *object, *oneClass, name, asking).content();
   // A get method reads its own property as it is stored; otherwise it would call itself without end.
   if (declared.getter != nullptr && declared.getter.get() != asking) {
     const Values result = callRoutine(interpreter, *declared.getter, nullptr, {object}, 1);
@@ -107,6 +112,12 @@ ValuePtr elementOf(Interpreter& interpreter, const ValuePtr& value, std::size_t 
   return value->elementCount() == 1 && !value->as<Objects>()
              ? value
              : elementsAt(interpreter, *value, {index}, {1, 1});
+}
+
+void requireReadable(Interpreter& interpreter, const Value& value, const std::string& name,
+                     const Routine* asking) {
+  if (const Class* oneClass = classOf(interpreter, value))
+    readableProperty(interpreter, value, *oneClass, name, asking);
 }
 
 bool readingRunsCode(const Interpreter& interpreter, const Value& object, const std::string& name) {

@@ -22,6 +22,9 @@ ValuePtr elementOf(Interpreter& interpreter, const ValuePtr& value, std::size_t 
 
 /// Does reading the property of this scalar run a get method?
 bool readingRunsCode(const Interpreter& interpreter, const Value& object, const std::string& name);
+/// Fails as reading that property of an object of the value's class would; of values without a class nothing is known.
+void requireReadable(Interpreter& interpreter, const Value& value, const std::string& name,
+                     const Routine* asking);
 /// Of a scalar object, opaque object or structure-based object.
 ValuePtr readProperty(Interpreter& interpreter, const ValuePtr& object, const std::string& name,
                       const Routine* asking);

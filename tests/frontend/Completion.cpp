@@ -75,7 +75,7 @@ TEST(Completion, OfADeepClassCostsWhatItsMembersCost) {
       const Completion completion = frontend::complete(session, u"x.", 2, {});
       EXPECT_EQ(completion.total, 2 * depth + 1);
       EXPECT_EQ(completion.candidates[1].declaringClass, u"C1");
-      EXPECT_EQ(completion.outcome.status, Status::Limited);
+      EXPECT_EQ(completion.outcome.status, frontend::Status::Limited);
     };
   };
   EXPECT_TRUE(isLinear(completing(250), completing(2000)));

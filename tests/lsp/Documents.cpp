@@ -87,8 +87,9 @@ TEST(Documents, ALongLineIsQuickEnough) {
 TEST(Documents, StayWhatAPlainTextBecomes) {
   std::mt19937 random(7);
   const auto below = [&](std::size_t limit) { return random() % limit; };
-  const std::u16string parts[] = {u"\r",    u"\n", u"\r\n", u"word ", u"", std::u16string(3000, u'x'),
-                                  u"y\nz\r"};
+  const std::u16string parts[] = {
+      u"\r",     u"\n",    u"\r\n",  u"word \u00e4\u20ac", u"", std::u16string(3000, u'x'),
+      u"y\nz\r", {0xD83D}, {0xDE00}, u"\U0001F600"};
   std::u16string plain;
   tools::lsp::EditedText edited(plain);
   for (int edit = 0; edit < 3000; ++edit) {
@@ -110,8 +111,15 @@ TEST(Documents, StayWhatAPlainTextBecomes) {
                            fresh.lineStart(number)}))
         << edit;
     EXPECT_LE(edited.lineStart(number), at);
-    EXPECT_EQ(edited.line(number), plain.substr(edited.lineStart(number), edited.line(number).size()));
-    EXPECT_EQ(edited.slice(at / 2, at), plain.substr(at / 2, at - at / 2));
+    EXPECT_EQ(edited.lineEnd(number),
+              std::min(plain.find_first_of(u"\r\n", edited.lineStart(number)), plain.size()));
+    const std::u16string part = plain.substr(at / 2, at - at / 2);
+    EXPECT_EQ(edited.slice(at / 2, at), part);
+    const tools::lsp::EditedText alone(part);
+    const std::size_t bytes = alone.bytesBetween(0, part.size());
+    EXPECT_EQ(edited.bytesBetween(at / 2, at), bytes);
+    EXPECT_EQ(edited.isInsidePair(at), fresh.isInsidePair(at));
+    EXPECT_EQ(edited.offsetAfterBytes(at / 2, plain.size(), bytes), edited.isInsidePair(at) ? at - 1 : at);
   }
   EXPECT_GT(plain.size(), 20000U);
 }
@@ -122,33 +130,66 @@ std::u16string linesOfCode(std::size_t count) {
   return text;
 }
 
-/// As many edits in one message as the document has lines.
+/// As many edits in one message as the document has words, each on a line of its own or all on one.
 TEST(Documents, TakeThousandsOfEditsInLinearTime) {
-  const auto edit = [](std::size_t count) {
-    Document document(linesOfCode(count), utf16);
-    for (std::size_t at = 0; at < count; ++at) document.replace({{at, 0}, {at, 1}}, u"z");
-    EXPECT_EQ(document.line(count - 1), u"z = y + 1;");
-  };
-  EXPECT_TRUE(isLinear([&] { edit(500); }, [&] { edit(4000); }));
+  for (const auto encoding : {utf8, utf16}) {
+    const auto edit = [&](std::size_t count, bool isOneLine) {
+      std::u16string text;
+      for (std::size_t at = 0; at < count; ++at)
+        text += std::u16string(99, u'a') + (isOneLine ? u'b' : u'\n');
+      Document document(text, encoding);
+      for (std::size_t at = 0; at < count; ++at) {
+        const ProtocolPosition begin{isOneLine ? 0 : at, isOneLine ? 100 * at : 0};
+        document.replace({begin, {begin.line, begin.character + 1}}, u"z");
+        text[100 * at] = u'z';
+      }
+      EXPECT_EQ(document.text(), text);
+    };
+    for (const bool isOneLine : {false, true})
+      EXPECT_TRUE(isLinear([&] { edit(500, isOneLine); }, [&] { edit(4000, isOneLine); }));
+  }
 }
 
-/// What a key costs in a document of 100,000 lines is far from a thousand times what it costs in one of 100.
+/// What a key costs in a document of 100,000 lines is far from a thousand times what it costs in one of 100, also where each
+/// line gives a value to another variable.
 TEST(Documents, TakeAKeyWhateverTheirLength) {
-  const auto open = [](std::size_t lines) {
-    return tools::lsp::OpenDocument{Document(linesOfCode(lines), utf16), 0, true};
+  const auto open = [](std::size_t lines, bool isDistinct) {
+    std::u16string text;
+    for (std::size_t at = 0; at < lines; ++at)
+      text += wide("x" + (isDistinct ? std::to_string(at) : "") + " = y + 1;\n");
+    return tools::lsp::OpenDocument{Document(text, utf16), 0, true};
   };
   const auto type = [](tools::lsp::OpenDocument& document) {
     for (std::uint64_t key = 0; key < 50; ++key) {
       document.change({{50, key}, {50, key}}, key % 10 == 9 ? u"\n" : u"p");
-      EXPECT_EQ(document.outlineAtHand().variables.front().name, "x");
+      const auto& variables = document.outlineAtHand().variables;
+      const auto few = document.variablesFor(variables, {"x50"}, "x", 10);
+      EXPECT_EQ(few.front().name, variables.front().name);
+      EXPECT_LE(few.size(), 100U);
       EXPECT_GT(document.content.positionInCode(document.content.lineStart(51)).line, 51);
     }
   };
-  auto small = open(100), large = open(100'000);
-  small.outline();
-  large.outline();
-  EXPECT_TRUE(isLinear([&] { type(small); }, [&] { type(large); }));
-  EXPECT_TRUE(large.isOutlineOld);
+  for (const bool isDistinct : {false, true}) {
+    auto small = open(100, isDistinct), large = open(100'000, isDistinct);
+    for (auto* document : {&small, &large}) document->outline(), type(*document);
+    EXPECT_TRUE(isLinear([&] { type(small); }, [&] { type(large); })) << isDistinct;
+    EXPECT_TRUE(large.isOutlineOld);
+  }
+}
+
+/// Whatever is named and the first ones that fit, in their order, as among all of them.
+TEST(Documents, FindVariablesByTheirNames) {
+  const tools::lsp::VariableIndex::Variables all = {{"b2", {}}, {"Abc", {}}, {"abd", {}},
+                                                    {"b", {}},  {"aB", {}},  {"c", {}},
+                                                    {"ab", {}}, {"c1", {}},  {"B", {}}};
+  const tools::lsp::VariableIndex index(all);
+  for (const auto& [words, typed, most, expected] :
+       rowsOf<4>("tests/lsp/tables.rows", "Documents.FindVariablesByTheirNames")) {
+    std::string names;
+    for (const auto& variable : index.fitting(all, {words}, typed, std::stoul(most)))
+      names += variable.name + " ";
+    EXPECT_EQ(names, expected + " ") << words << typed;
+  }
 }
 
 /// Positions of what has been read move with lines that come and go above them.

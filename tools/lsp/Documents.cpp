@@ -6,50 +6,12 @@
 #include <string_view>
 #include <utility>
 
-#include "host/Text.h"
-
 namespace tools::lsp {
 
 namespace {
 
 const std::string uriPointer = "/textDocument/uri";
 const std::string versionPointer = "/textDocument/version";
-
-using fl::i18n::is_high_surrogate;
-using fl::i18n::is_low_surrogate;
-
-/// How many units the character has that begins at the offset.
-std::size_t unitsAt(std::u16string_view text, std::size_t at) {
-  return is_high_surrogate(text[at]) && at + 1 < text.size() && is_low_surrogate(text[at + 1]) ? 2 : 1;
-}
-
-std::size_t bytesOf(char16_t unit, std::size_t units) {
-  if (units == 2) return 4;
-  return unit < 0x80 ? 1 : (unit < 0x800 ? 2 : 3);
-}
-
-std::size_t offsetIn(std::u16string_view line, std::uint64_t character, PositionEncoding encoding) {
-  std::size_t offset = 0;
-  for (std::uint64_t counted = 0; offset < line.size();) {
-    const std::size_t units = unitsAt(line, offset);
-    counted += encoding == PositionEncoding::Utf8 ? bytesOf(line[offset], units) : units;
-    // A position inside a character is that before it.
-    if (counted > character) break;
-    offset += units;
-  }
-  return offset;
-}
-
-std::size_t charactersOf(std::u16string_view text, PositionEncoding encoding) {
-  if (encoding == PositionEncoding::Utf16) return text.size();
-  std::size_t bytes = 0;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t units = unitsAt(text, at);
-    bytes += bytesOf(text[at], units);
-    at += units;
-  }
-  return bytes;
-}
 
 constexpr std::string_view scheme = "file://";
 constexpr char digits[] = "0123456789ABCDEF";
@@ -97,17 +59,18 @@ std::size_t Document::offsetOf(const ProtocolPosition& position) const {
   // The protocol lets positions be beyond the end, and takes them for the end.
   if (position.line >= lineCount()) return text_.size();
   const auto number = static_cast<std::size_t>(position.line);
-  return lineStart(number) + offsetIn(line(number), position.character, encoding_);
+  const std::size_t start = lineStart(number), end = lineEnd(number);
+  if (encoding_ == PositionEncoding::Utf8) return text_.offsetAfterBytes(start, end, position.character);
+  const std::size_t offset = start + std::min<std::uint64_t>(position.character, end - start);
+  // A position inside a character is that before it.
+  return text_.isInsidePair(offset) ? offset - 1 : offset;
 }
 
 ProtocolPosition Document::positionOf(std::size_t offset) const {
-  const std::size_t number = lineNumberAt(offset);
-  const std::u16string_view whole = line(number);
-  std::size_t length = std::min(offset - lineStart(number), whole.size());
-  if (length > 0 && length < whole.size() && is_high_surrogate(whole[length - 1]) &&
-      is_low_surrogate(whole[length]))
-    --length;
-  return {number, charactersOf(whole.substr(0, length), encoding_)};
+  const std::size_t number = lineNumberAt(offset), start = lineStart(number);
+  offset = std::min(offset, lineEnd(number));
+  if (text_.isInsidePair(offset)) --offset;
+  return {number, encoding_ == PositionEncoding::Utf8 ? text_.bytesBetween(start, offset) : offset - start};
 }
 
 std::size_t Document::offsetInCode(const syntax::Position& position) const {
@@ -146,13 +109,25 @@ constexpr std::size_t mostMovingChanges = 100;
 }  // namespace
 
 const embedded::CodeOutline& OpenDocument::outline() {
-  if (!keptOutline || isOutlineOld) keptOutline = embedded::outlineOf(content.text());
+  if (!keptOutline || isOutlineOld) {
+    keptIndex.reset();
+    keptOutline = embedded::outlineOf(content.text());
+  }
   isOutlineOld = false;
   return *keptOutline;
 }
 
 const embedded::CodeOutline& OpenDocument::outlineAtHand() {
   return keptOutline && isLong() ? *keptOutline : outline();
+}
+
+VariableIndex::Variables OpenDocument::variablesFor(const VariableIndex::Variables& all,
+                                                    const std::vector<std::string>& words,
+                                                    const std::string& typed, std::size_t most) {
+  // An index is worth it only where it is used by the next key, too.
+  if (!isLong() || all.size() <= 2 * most) return all;
+  if (!keptIndex || keptIndex->first != &all) keptIndex.emplace(&all, all);
+  return keptIndex->second.fitting(all, words, typed, most);
 }
 
 void OpenDocument::change(const Range& range, const std::u16string& text) {

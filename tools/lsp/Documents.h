@@ -9,12 +9,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "embedded/Host.h"
 #include "syntax/Position.h"
 #include "tools/lsp/EditedText.h"
 #include "tools/lsp/Message.h"
+#include "tools/lsp/VariableIndex.h"
 
 namespace tools::lsp {
 
@@ -35,8 +37,9 @@ class Document {
   std::size_t lineNumberAt(std::size_t offset) const { return text_.lineNumberAt(offset); }
   std::size_t lineCount() const noexcept { return text_.lineCount(); }
   /// A line without its end.
-  std::u16string_view line(std::size_t number) const { return text_.line(number); }
+  std::u16string line(std::size_t number) const { return slice(lineStart(number), lineEnd(number)); }
   std::size_t lineStart(std::size_t number) const { return text_.lineStart(number); }
+  std::size_t lineEnd(std::size_t number) const { return text_.lineEnd(number); }
 
   /// A position after the end of a line is that end, and one after the last line the end of the text. Inside a
   /// character it is the start of the character.
@@ -70,12 +73,19 @@ struct OpenDocument {
   /// The kept outline is that of a state before; its positions have moved with the text.
   bool isOutlineOld = false;
 
+  /// Of the variables that have been looked for last, by whose they are in the kept outline.
+  std::optional<std::pair<const VariableIndex::Variables*, VariableIndex>> keptIndex = {};
+
   /// So long that reading all of it takes longer than a key may.
   bool isLong() const noexcept { return content.size() > std::size_t{64} << 10; }
   /// What it says about itself in its present state.
   const embedded::CodeOutline& outline();
   /// The same, or what a long document has said before the latest changes.
   const embedded::CodeOutline& outlineAtHand();
+  /// Of very many variables of the outline at hand those that can be meant (VariableIndex::fitting); else all.
+  VariableIndex::Variables variablesFor(const VariableIndex::Variables& all,
+                                        const std::vector<std::string>& words, const std::string& typed,
+                                        std::size_t most);
   /// One change of the editor.
   void change(const Range& range, const std::u16string& text);
 };

@@ -1,8 +1,9 @@
 #pragma once
 
-// A text that is edited often: neither an edit nor a line is the more expensive the longer the rest of it is.
+// A text that is edited often: an edit costs the same however long it is, and however long its lines are.
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,13 +20,21 @@ class EditedText {
   std::size_t size() const noexcept;
   std::size_t lineCount() const noexcept;
   std::size_t lineNumberAt(std::size_t offset) const;
+  /// The end of the text for a line that is not there.
   std::size_t lineStart(std::size_t number) const;
-  /// Without its end.
-  std::u16string_view line(std::size_t number) const;
+  /// Where what ends the line begins.
+  std::size_t lineEnd(std::size_t number) const;
 
   std::size_t codeLineNumberAt(std::size_t offset) const;
   /// The end of the text for a line that is not there.
   std::size_t codeLineStart(std::size_t number) const;
+
+  /// Between the halves of a surrogate pair.
+  bool isInsidePair(std::size_t offset) const;
+  /// How many bytes a part has in UTF-8; each half of a pair that is alone counts as a character of its own.
+  std::size_t bytesBetween(std::size_t begin, std::size_t end) const;
+  /// After as many bytes of the part, or before the character that they end in.
+  std::size_t offsetAfterBytes(std::size_t begin, std::size_t end, std::uint64_t bytes) const;
 
   std::u16string slice(std::size_t begin, std::size_t end) const;
   /// Put together once after each edit, for whoever needs it in one piece.
@@ -34,11 +43,13 @@ class EditedText {
   void replace(std::size_t begin, std::size_t end, std::u16string_view text);
 
  private:
-  /// Whole lines; only the last piece may go on after its last line end.
+  /// Cut anywhere but inside "\r\n" and surrogate pairs, so that a long line is several pieces, too.
   struct Piece {
     std::u16string text;
     std::size_t lineEnds = 0;
     std::size_t codeLineEnds = 0;
+    /// In UTF-8.
+    std::size_t bytes = 0;
   };
 
   /// What comes before a piece.
@@ -53,7 +64,6 @@ class EditedText {
   template <class IsBefore>
   Place find(IsBefore isBefore) const;
   Place pieceAt(std::size_t offset) const;
-  Place pieceOfLine(std::size_t number) const;
   static std::vector<Piece> piecesOf(std::u16string_view text);
 
   /// Never empty.

@@ -1,10 +1,12 @@
 #include "tools/lsp/StatementAtCursor.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <tuple>
 #include <utility>
 
+#include "syntax/Characters.h"
 #include "tools/render/Text.h"
 
 namespace tools::lsp {
@@ -97,8 +99,8 @@ std::vector<LocalName> namesOf(const std::vector<embedded::CodeVariable>& variab
 }
 
 /// Arguments, results and variables. A method is given its object first, a constructor makes it.
-std::vector<LocalName> namesIn(const CodeFunction& function, const Beginning& beginning, const FileName& file,
-                               ClassNames& classes) {
+std::vector<LocalName> namesIn(const CodeFunction& function, const std::vector<LocalName>& variables,
+                               const FileName& file) {
   std::vector<LocalName> names;
   const std::u16string simpleName = file.className.substr(file.className.rfind(u'.') + 1);
   // Of the class "@Pump" it is "Pump.k".
@@ -110,7 +112,6 @@ std::vector<LocalName> namesIn(const CodeFunction& function, const Beginning& be
     names.push_back({wide(output), isConstructor && output == function.outputs.front() ? file.className
                                                                                        : std::u16string()});
   }
-  const auto variables = namesOf(function.variables, beginning, classes);
   names.insert(names.end(), variables.begin(), variables.end());
   return names;
 }
@@ -154,10 +155,20 @@ std::vector<LocalName> namesNear(const Document& content, std::size_t statement,
   return names;
 }
 
+/// What the front end is going to look for among the names of the code.
+struct Wanted {
+  /// Names in the statement, and another one that is asked about.
+  std::vector<std::string> words;
+  /// What stands before the cursor of the beginning of a name.
+  std::string typed;
+  /// How many candidates there can be.
+  std::size_t limit = 0;
+};
+
 /// Whose code a document is, as far as its name and its text tell. Variables count that have been given a value before
 /// the statement, which begins at the offset.
 Scope scopeOf(frontend::Session& session, const std::string& uri, OpenDocument& document,
-              std::size_t statement) {
+              std::size_t statement, const Wanted& wanted) {
   const FileName file(pathOf(uri));
   const embedded::CodeOutline& outline = document.outlineAtHand();
   ClassNames classes(session, file.inNamespace, outline.imports);
@@ -170,11 +181,13 @@ Scope scopeOf(frontend::Session& session, const std::string& uri, OpenDocument& 
   if (file.stem.empty() && !outline.imports.empty()) scope.function = wide(uri);
   // Only a script sees variables of the workspace.
   scope.workspace = outline.functions.empty();
-  if (const auto* function = functionAt(beginning, outline.functions)) {
-    scope.locals = namesIn(*function, beginning, file, classes);
-  } else {
-    scope.locals = namesOf(outline.variables, beginning, classes);
-  }
+  // One more than is shown tells that there are more; those that are in the workspace, too, are left out below.
+  const std::size_t most = wanted.limit + 1 + (scope.workspace ? session.variableNames().size() : 0);
+  const CodeFunction* const function = functionAt(beginning, outline.functions);
+  const auto variables = document.variablesFor(function != nullptr ? function->variables : outline.variables,
+                                               wanted.words, wanted.typed, most);
+  scope.locals = namesOf(variables, beginning, classes);
+  if (function != nullptr) scope.locals = namesIn(*function, scope.locals, file);
   if (document.isOutlineOld) {
     const auto near = namesNear(document.content, statement, classes);
     scope.locals.insert(scope.locals.end(), near.begin(), near.end());
@@ -182,6 +195,17 @@ Scope scopeOf(frontend::Session& session, const std::string& uri, OpenDocument& 
   scope.locals = onceEach(scope.locals);
   if (scope.workspace) scope.locals = newNames(session, std::move(scope.locals));
   return scope;
+}
+
+/// The names in a text.
+std::vector<std::string> wordsOf(const std::u16string& text) {
+  std::vector<std::string> words;
+  for (auto at = text.begin(); at != text.end();) {
+    const auto begin = std::find_if(at, text.end(), syntax::isNamePart);
+    at = std::find_if_not(begin, text.end(), syntax::isNamePart);
+    if (begin != at) words.push_back(narrow(std::u16string(begin, at)));
+  }
+  return words;
 }
 
 /// Statements of more lines are taken for broken ones.
@@ -210,9 +234,15 @@ std::optional<StatementAtCursor> statementAtCursor(Context& context, const Json&
   StatementAtCursor statement;
   statement.document = document;
   statement.start = content.lineStart(firstLineOf(content, line));
-  statement.text = content.slice(statement.start, content.lineStart(line) + content.line(line).size());
+  statement.text = content.slice(statement.start, content.lineEnd(line));
   statement.cursor = offset - statement.start;
-  statement.scope = scopeOf(context.session.session(), uri, *document, statement.start);
+  const auto typed = std::u16string_view(statement.text).substr(0, statement.cursor);
+  const auto last = std::find_if_not(typed.rbegin(), typed.rend(), syntax::isNamePart);
+  // Only an explanation is about a name that need not stand there.
+  const std::u16string asked = hasAt(params, "/name") ? wideTextAt(params, "/name") : std::u16string();
+  const Wanted wanted{wordsOf(statement.text + u' ' + asked),
+                      narrow(std::u16string(last.base(), typed.end())), context.abilities.limit};
+  statement.scope = scopeOf(context.session.session(), uri, *document, statement.start, wanted);
   statement.imports = document->outlineAtHand().imports;
   openScope(context, statement.scope, statement.imports);
   return statement;

@@ -47,6 +47,8 @@ class Document {
   /// An offset after the end of the text is that end, one inside the end of a line the end of the line, and one
   /// inside a surrogate pair before it.
   ProtocolPosition positionOf(std::size_t offset) const;
+  /// Is a position as code counts it, but for the first number, the same to the protocol?
+  bool isPlain() const noexcept { return text_.isPlain(); }
   /// The offset of a position as code counts it: from 1, and lines end with "\n" only.
   std::size_t offsetInCode(const syntax::Position& position) const;
   /// The other way round.

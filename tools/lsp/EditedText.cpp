@@ -179,6 +179,12 @@ std::size_t EditedText::offsetAfterBytes(std::size_t begin, std::size_t end, std
   return place.offset + from;
 }
 
+bool EditedText::isPlain() const noexcept {
+  return std::ranges::all_of(pieces_, [](const Piece& piece) {
+    return piece.lineEnds == piece.codeLineEnds && piece.bytes == piece.text.size();
+  });
+}
+
 std::size_t EditedText::codeLineNumberAt(std::size_t offset) const {
   const Place place = pieceAt(offset);
   const std::u16string_view before =

@@ -25,6 +25,8 @@ class EditedText {
   /// Where what ends the line begins.
   std::size_t lineEnd(std::size_t number) const;
 
+  /// Do code and editors see the same lines, and has the text nothing but ASCII?
+  bool isPlain() const noexcept;
   std::size_t codeLineNumberAt(std::size_t offset) const;
   /// The end of the text for a line that is not there.
   std::size_t codeLineStart(std::size_t number) const;

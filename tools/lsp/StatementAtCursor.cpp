@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <string_view>
 #include <tuple>
+#include <unordered_set>
 #include <utility>
 
 #include "syntax/Characters.h"
@@ -26,8 +28,10 @@ class ClassNames {
   /// The class as users name it; empty when there is none.
   std::u16string find(const std::string& name) {
     if (name.empty()) return {};
-    if (names_.empty()) {
-      for (frontend::SessionName& known : session_.classNames()) names_.insert(std::move(known.name));
+    if (known_.empty()) {
+      known_ = session_.classNames();
+      names_.reserve(known_.size());
+      for (const frontend::SessionName& known : known_) names_.insert(known.name);
     }
     for (const std::string& import : imports_) {
       const std::size_t dot = import.rfind('.') + 1;
@@ -45,7 +49,9 @@ class ClassNames {
   frontend::Session& session_;
   const std::u16string inNamespace_;
   const std::vector<std::string>& imports_;
-  std::set<std::u16string> names_;
+  std::vector<frontend::SessionName> known_;
+  /// Views of them: there may be many, and copies would take longer than all else that a key needs.
+  std::unordered_set<std::u16string_view> names_;
 };
 
 /// What folders say: ".../+lab/@Pump/start.k" is code of the class lab.Pump, ".../+lab/tune.k" the function lab.tune.

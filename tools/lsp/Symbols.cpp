@@ -31,12 +31,14 @@ std::string headOf(const CodeFunction& function) {
 /// Makes symbols of a document, as a tree or as a list.
 class DocumentSymbols {
  public:
-  explicit DocumentSymbols(OpenDocument& document)
-      : content_(document.content), outline_(document.outline()) {}
+  /// Of a request that is cancelled the rest is left out: nobody reads it.
+  DocumentSymbols(OpenDocument& document, const embedded::Host& host)
+      : host_(host), content_(document.content), isPlain_(content_.isPlain()), outline_(document.outline()) {}
 
   Json tree() const {
     Json symbols = treeOf(outline_.variables);
     for (const CodeFunction& function : outline_.functions) {
+      if (host_.interruptRequested()) break;
       Json symbol = {
           {"name", labelOf(function)}, {"kind", SymbolKind::Function}, {"detail", headOf(function)}};
       symbol["range"] = jsonOf(rangeOf(function.begin, function.end));
@@ -50,10 +52,12 @@ class DocumentSymbols {
   Json list(const std::string& uri) const {
     Json symbols = Json::array();
     for (const CodeVariable& variable : outline_.variables) {
+      if (host_.interruptRequested()) break;
       symbols.push_back(
           entry(uri, variable.name, SymbolKind::Variable, rangeOf(variable.at, variable.name.size())));
     }
     for (const CodeFunction& function : outline_.functions) {
+      if (host_.interruptRequested()) break;
       symbols.push_back(
           entry(uri, labelOf(function), SymbolKind::Function, rangeOf(function.begin, function.end)));
     }
@@ -73,6 +77,7 @@ class DocumentSymbols {
   Json treeOf(const std::vector<CodeVariable>& variables) const {
     Json symbols = Json::array();
     for (const CodeVariable& variable : variables) {
+      if (host_.interruptRequested()) break;
       const Json range = jsonOf(rangeOf(variable.at, variable.name.size()));
       symbols.push_back({{"name", variable.name},
                          {"kind", SymbolKind::Variable},
@@ -83,14 +88,20 @@ class DocumentSymbols {
   }
 
   Range rangeOf(const syntax::Position& begin, const syntax::Position& end) const {
-    return content_.rangeOf(content_.offsetInCode(begin), content_.offsetInCode(end));
+    return {positionOf(begin), positionOf(end)};
   }
   Range rangeOf(const syntax::Position& begin, std::size_t length) const {
-    const std::size_t offset = content_.offsetInCode(begin);
-    return content_.rangeOf(offset, offset + length);
+    return rangeOf(begin, {begin.line, begin.column + static_cast<int>(length)});
+  }
+  ProtocolPosition positionOf(const syntax::Position& at) const {
+    // Looking for a line takes far longer than all else that a symbol needs.
+    if (isPlain_) return {static_cast<std::uint64_t>(at.line) - 1, static_cast<std::uint64_t>(at.column) - 1};
+    return content_.positionOf(content_.offsetInCode(at));
   }
 
+  const embedded::Host& host_;
   const Document& content_;
+  const bool isPlain_;
   const embedded::CodeOutline& outline_;
 };
 
@@ -119,7 +130,7 @@ Json documentSymbols(Context& context, const Json& params) {
   OpenDocument* document = context.documents.find(uri);
   // An editor may ask about a file that it has not opened here.
   if (document == nullptr || !document->isCode) return Json::array();
-  const DocumentSymbols symbols(*document);
+  const DocumentSymbols symbols(*document, context.session.host());
   return context.abilities.hierarchicalSymbols ? symbols.tree() : symbols.list(uri);
 }
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "embedded/Outline.h"
+#include "embedded/Host.h"
 
 namespace tools::lsp {
 

@@ -23,18 +23,15 @@ Json orNull(const SharedJson& json) { return json ? *json : Json(); }
 
 Client::Client(Sink sink) : sink_(std::move(sink)) {}
 
-/// Names of a session need not be UTF-8, and a message must be.
-void Client::send(const Json& message) {
-  gone_ = gone_ || !sink_(frameOf(message.dump(-1, ' ', false, Json::error_handler_t::replace)));
-}
+void Client::send(const std::string& message) { gone_ = gone_ || !sink_(frameOf(message)); }
 
-void Client::answer(const SharedJson& id, const SharedJson& result) {
-  send({{"jsonrpc", "2.0"}, {"id", orNull(id)}, {"result", orNull(result)}});
+void Client::answer(const SharedJson& id, const std::string& result) {
+  send("{\"id\":" + textOf(orNull(id)) + ",\"jsonrpc\":\"2.0\",\"result\":" + result + "}");
 }
 
 void Client::refuse(const SharedJson& id, const ResponseError& error) {
   const Json content = {{"code", static_cast<int>(error.code)}, {"message", error.message}};
-  send({{"jsonrpc", "2.0"}, {"id", orNull(id)}, {"error", content}});
+  send(textOf({{"jsonrpc", "2.0"}, {"id", orNull(id)}, {"error", content}}));
 }
 
 void Client::publish(const std::string& uri, const std::vector<Diagnostic>& diagnostics,
@@ -53,7 +50,7 @@ void Client::publish(const std::string& uri, const std::vector<Diagnostic>& diag
 }
 
 void Client::notify(const std::string& method, const Json& params) {
-  send({{"jsonrpc", "2.0"}, {"method", method}, {"params", params}});
+  send(textOf({{"jsonrpc", "2.0"}, {"method", method}, {"params", params}}));
 }
 
 void Client::log(Severity severity, const std::string& message) {

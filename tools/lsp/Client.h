@@ -31,7 +31,8 @@ class Client {
   using Sink = std::function<bool(const std::string& bytes)>;
   explicit Client(Sink sink);
 
-  void answer(const SharedJson& id, const SharedJson& result);
+  /// The result is JSON as it is sent.
+  void answer(const SharedJson& id, const std::string& result);
   void refuse(const SharedJson& id, const ResponseError& error);
   /// All that is wrong with a file; with a version, that one of its versions.
   void publish(const std::string& uri, const std::vector<Diagnostic>& diagnostics,
@@ -50,7 +51,7 @@ class Client {
 
  private:
   void notify(const std::string& method, const Json& params);
-  void send(const Json& message);
+  void send(const std::string& message);
 
   Sink sink_;
   bool initialized_ = false;

@@ -88,55 +88,59 @@ std::string sortKey(std::size_t index) {
   return std::string(8 - std::min<std::size_t>(digits.size(), 8), '0') + digits;
 }
 
-/// What an item replaces.
+/// What an item replaces, written as it is sent.
 struct Ranges {
-  Json typed;
+  std::string typed;
   /// With the dot before it.
-  Json withDot;
+  std::string withDot;
 };
 
-Json itemOf(const Context& context, const Candidate& candidate, std::size_t index, const Ranges& ranges) {
+/// Keys are in the order of the alphabet, as in all other answers.
+std::string itemOf(const Context& context, const Candidate& candidate, std::size_t index,
+                   const Ranges& ranges) {
   const ItemKind kind = itemKindOf(candidate.kind);
   const std::string label = narrow(candidate.label);
   const std::string insertion = narrow(candidate.insertion);
   const std::string details = detailsOf(candidate);
-  Json item = {{"label", label},
-               {"kind", static_cast<int>(context.abilities.newKinds ? kind : oldKindOf(kind))},
-               {"detail", details.empty() ? kindOf(candidate) : kindOf(candidate) + ": " + details},
-               {"sortText", sortKey(index)},
-               {"textEdit",
-                {{"range", candidate.replacesDot ? ranges.withDot : ranges.typed}, {"newText", insertion}}},
-               {"data", {{"answer", context.completion.number}, {"index", index}}}};
+  std::string item = "{\"data\":{\"answer\":" + std::to_string(context.completion.number) +
+                     ",\"index\":" + std::to_string(index) + "},\"detail\":";
+  item += quotedText(details.empty() ? kindOf(candidate) : kindOf(candidate) + ": " + details);
   // Clients filter by what is in the range, which is the beginning of what is inserted, but for members in quotes.
   if (candidate.replacesDot)
-    item["filterText"] = "." + label;
+    item += ",\"filterText\":" + quotedText("." + label);
   else if (insertion != label)
-    item["filterText"] = insertion;
-  return item;
+    item += ",\"filterText\":" + quotedText(insertion);
+  item +=
+      ",\"kind\":" + std::to_string(static_cast<int>(context.abilities.newKinds ? kind : oldKindOf(kind)));
+  item += ",\"label\":" + quotedText(label) + ",\"sortText\":" + quotedText(sortKey(index));
+  item += ",\"textEdit\":{\"newText\":" + quotedText(insertion);
+  return item + ",\"range\":" + (candidate.replacesDot ? ranges.withDot : ranges.typed) + "}}";
 }
 
 }  // namespace
 
-Json completion(Context& context, const Json& params) {
+std::string completion(Context& context, const Json& params) {
   const auto statement = statementAtCursor(context, params);
-  if (!statement) return {{"isIncomplete", false}, {"items", Json::array()}};
+  if (!statement) return textOf({{"isIncomplete", false}, {"items", Json::array()}});
   auto answer = ask(context, "completion", *statement, frontend::complete);
   const std::size_t dot = answer.begin - std::min<std::size_t>(answer.begin, 1);
-  const Ranges ranges{jsonOf(statement->rangeOf(answer.begin, answer.end)),
-                      jsonOf(statement->rangeOf(dot, answer.end))};
+  const Ranges ranges{textOf(jsonOf(statement->rangeOf(answer.begin, answer.end))),
+                      textOf(jsonOf(statement->rangeOf(dot, answer.end)))};
   // Items carry the number, so that one of an older answer is not looked up in this one.
   ++context.completion.number;
-  Json items = Json::array();
-  for (const Candidate& candidate : answer.candidates) {
-    items.push_back(itemOf(context, candidate, items.size(), ranges));
-  }
   const Status status = answer.outcome.status;
+  std::string text = "{\"isIncomplete\":";
+  text += status == Status::Limited || status == Status::TimedOut ? "true" : "false";
+  text += ",\"items\":[";
+  for (std::size_t index = 0; index < answer.candidates.size(); ++index) {
+    if (index > 0) text += ',';
+    text += itemOf(context, answer.candidates[index], index, ranges);
+  }
   context.completion.before = statement->text.substr(0, answer.begin);
   context.completion.scope = statement->scope;
   context.completion.imports = statement->imports;
   context.completion.candidates = std::move(answer.candidates);
-  return {{"isIncomplete", status == Status::Limited || status == Status::TimedOut},
-          {"items", std::move(items)}};
+  return text + "]}";
 }
 
 Json resolve(Context& context, const Json& item) {

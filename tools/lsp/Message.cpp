@@ -148,4 +148,13 @@ bool listAtHas(const Json& params, const std::string& pointer, const std::string
 
 Json jsonOf(const Range& range) { return {{"start", jsonOf(range.start)}, {"end", jsonOf(range.end)}}; }
 
+std::string textOf(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
+
+std::string quotedText(const std::string& text) {
+  const bool isPlain = std::ranges::all_of(
+      text, [](char unit) { return unit >= ' ' && unit <= '~' && unit != '"' && unit != '\\'; });
+  // Most are names, which need no writer of JSON.
+  return isPlain ? '"' + text + '"' : textOf(text);
+}
+
 }  // namespace tools::lsp

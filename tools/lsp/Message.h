@@ -97,4 +97,10 @@ bool listAtHas(const Json& params, const std::string& pointer, const std::string
 
 Json jsonOf(const Range& range);
 
+// JSON as it is sent. Names of a session need not be UTF-8, and a message must be.
+
+std::string textOf(const Json& json);
+/// Of a text, in quotes.
+std::string quotedText(const std::string& text);
+
 }  // namespace tools::lsp

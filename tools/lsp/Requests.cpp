@@ -60,18 +60,23 @@ class CallLog {
 
 Json trace(Context& context, const Json& params);
 
-using Request = Json (*)(Context& context, const Json& params);
+template <Json (*request)(Context&, const Json&)>
+std::string written(Context& context, const Json& params) {
+  return textOf(request(context, params));
+}
+
+using Request = std::string (*)(Context& context, const Json& params);
 
 const std::map<std::string, Request> requests = {{"textDocument/completion", completion},
-                                                 {"completionItem/resolve", resolve},
-                                                 {"textDocument/hover", hover},
-                                                 {"textDocument/signatureHelp", signatureHelp},
-                                                 {"textDocument/documentSymbol", documentSymbols},
-                                                 {"workspace/symbol", workspaceSymbols},
-                                                 {"contextdata/explain", explain},
-                                                 {"contextdata/trace", trace}};
+                                                 {"completionItem/resolve", written<resolve>},
+                                                 {"textDocument/hover", written<hover>},
+                                                 {"textDocument/signatureHelp", written<signatureHelp>},
+                                                 {"textDocument/documentSymbol", written<documentSymbols>},
+                                                 {"workspace/symbol", written<workspaceSymbols>},
+                                                 {"contextdata/explain", written<explain>},
+                                                 {"contextdata/trace", written<trace>}};
 
-Json resultOf(Context& context, const std::string& method, const Json& params) {
+std::string resultOf(Context& context, const std::string& method, const Json& params) {
   const auto found = requests.find(method);
   if (found == requests.end())
     throw ResponseError{ErrorCode::MethodNotFound, "\"" + method + "\" is unknown"};
@@ -84,7 +89,7 @@ Json trace(Context& context, const Json& params) {
   // There is one log, which the inner trace would end.
   if (method == "contextdata/trace") throw ResponseError{ErrorCode::InvalidParams, "a trace is not traced"};
   CallLog log(context.session.host());
-  Json result = resultOf(context, method, valueAt(params, "/params"));
+  Json result = Json::parse(resultOf(context, method, valueAt(params, "/params")));
   const std::vector<embedded::Call> calls = log.take();
   Json list = Json::array();
   for (const embedded::Call& call : calls) {
@@ -123,7 +128,7 @@ Abilities abilitiesOf(const Json& params) {
   return client;
 }
 
-SharedJson serverAbilities(const Abilities& client) {
+std::string serverAbilities(const Abilities& client) {
   const Json synchronization = {{"openClose", true}, {"change", incremental}, {"save", false}};
   const Json completion = {{"triggerCharacters", {".", "'", "\"", "@", "=", "("}}, {"resolveProvider", true}};
   const Json signatures = {{"triggerCharacters", {"(", ","}}, {"retriggerCharacters", {"="}}};
@@ -136,12 +141,12 @@ SharedJson serverAbilities(const Abilities& client) {
       {"documentSymbolProvider", true},
       {"workspaceSymbolProvider", true},
       {"experimental", {{"contextdata/explain", true}, {"contextdata/trace", true}}}};
-  return std::make_shared<const Json>(Json{
-      {"capabilities", capabilities}, {"serverInfo", {{"name", "contextdata"}, {"version", version()}}}});
+  return textOf(
+      {{"capabilities", capabilities}, {"serverInfo", {{"name", "contextdata"}, {"version", version()}}}});
 }
 
-SharedJson resultOfRequest(Context& context, const std::string& method, const Json& params) {
-  return std::make_shared<const Json>(resultOf(context, method, params));
+std::string resultOfRequest(Context& context, const std::string& method, const Json& params) {
+  return resultOf(context, method, params);
 }
 
 void handleNotification(Context& context, const std::string& method, const Json& params) {

@@ -43,8 +43,8 @@ struct Abilities {
 /// From the parameters of `initialize`. Throws ResponseError when there are none.
 Abilities abilitiesOf(const Json& params);
 
-/// What the server tells about itself: the result of `initialize`.
-SharedJson serverAbilities(const Abilities& client);
+/// What the server tells about itself: the result of `initialize`, as it is sent.
+std::string serverAbilities(const Abilities& client);
 
 /// What the latest completion offered: what its items are resolved from.
 struct LatestCompletion {
@@ -65,16 +65,16 @@ struct Context {
   LatestCompletion completion = {};
 };
 
-/// The result of the request of that name. Throws ResponseError for an unknown one, too.
-SharedJson resultOfRequest(Context& context, const std::string& method, const Json& params);
+/// The result of the request of that name, as it is sent. Throws ResponseError for an unknown one, too.
+std::string resultOfRequest(Context& context, const std::string& method, const Json& params);
 
 /// Does what a notification says; one that nobody needs is ignored, as the protocol says. Throws ResponseError.
 void handleNotification(Context& context, const std::string& method, const Json& params);
 
 // Completion.cpp
 
-/// textDocument/completion
-Json completion(Context& context, const Json& params);
+/// textDocument/completion. Written as it is sent: a tree of its items takes longer to build than the items to find.
+std::string completion(Context& context, const Json& params);
 /// completionItem/resolve: the item with its documentation, or as it is. Never an error: editors show those in windows.
 Json resolve(Context& context, const Json& item);
 /// contextdata/explain: {"textDocument", "position", "name"}; why completion there offers the name, or does not.

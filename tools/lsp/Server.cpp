@@ -65,7 +65,7 @@ void Server::request(const Message& message) {
     if (inbox_.isCancelled()) throw cancelled();  // while it waited
     if (inbox_.dropped() == Dropped::Outdated)
       throw ResponseError{ErrorCode::ContentModified, "the document has changed since"};
-    const SharedJson result = resultOf(message);
+    const std::string result = resultOf(message);
     if (inbox_.isCancelled()) throw cancelled();  // an interrupted query returns what it has found so far
     context_.client.answer(message.id, result);
   } catch (const ResponseError& error) {
@@ -76,7 +76,7 @@ void Server::request(const Message& message) {
   }
 }
 
-SharedJson Server::resultOf(const Message& message) {
+std::string Server::resultOf(const Message& message) {
   if (phase_ == Phase::ShutDown)
     throw ResponseError{ErrorCode::InvalidRequest, "the server has been shut down"};
   if (message.method == "initialize") return initialize(*message.params);
@@ -85,12 +85,12 @@ SharedJson Server::resultOf(const Message& message) {
   }
   if (message.method == "shutdown") {
     phase_ = Phase::ShutDown;
-    return {};
+    return "null";
   }
   return resultOfRequest(context_, message.method, *message.params);
 }
 
-SharedJson Server::initialize(const Json& params) {
+std::string Server::initialize(const Json& params) {
   if (phase_ != Phase::Starting) throw ResponseError{ErrorCode::InvalidRequest, "\"initialize\" comes once"};
   context_.abilities = abilitiesOf(params);
   context_.documents.setEncoding(context_.abilities.encoding);

@@ -31,8 +31,9 @@ class Server {
   void handle(const InputEnded& end);
 
   void request(const Message& message);
-  SharedJson resultOf(const Message& message);
-  SharedJson initialize(const Json& params);
+  /// As it is sent.
+  std::string resultOf(const Message& message);
+  std::string initialize(const Json& params);
   void notification(const Message& message);
   void initialized();
   /// Once nothing waits, so that a burst of changes is checked once and never keeps an answer waiting; long documents once

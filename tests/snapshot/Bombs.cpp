@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr std::size_t textSize = memoryIsComparable ? 1'000'000 : 30'000;
-constexpr std::size_t most = 20 * textSize + (std::size_t{64} << 20U);
+constexpr std::size_t textSize = memoryIsComparable ? 3'000'000 : 30'000;
+constexpr std::size_t most = 20 * textSize + (std::size_t{160} << 20U);
 
 /// What stands before, the repeated part in which "#" is a number, and what stands after.
 std::string bomb(const std::string& before, const std::string& part, const std::string& after,

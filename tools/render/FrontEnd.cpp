@@ -30,7 +30,8 @@ std::string detailsOf(const frontend::Candidate& candidate) {
   // Where the kind does not say so already.
   if (candidate.isConstant && candidate.kind != frontend::Kind::Constant) parts.push_back("constant");
   if (candidate.isHidden) parts.push_back("hidden");
-  const bool isRead = candidate.kind == frontend::Kind::Property || candidate.kind == frontend::Kind::Constant;
+  const bool isRead =
+      candidate.kind == frontend::Kind::Property || candidate.kind == frontend::Kind::Constant;
   if (candidate.readRunsCode && isRead) parts.push_back("reading runs code");
   return boost::algorithm::join(parts, ", ");
 }

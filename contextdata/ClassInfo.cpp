@@ -317,16 +317,19 @@ ClassInfo::ClassInfo(const kxArray_tag* value) : propertyVisitor(this), methodVi
 
 ClassInfo::~ClassInfo() = default;
 
+// Loops, not algorithms: a tree may be ten thousand levels deep, and each level is a frame of the stack.
 bool ClassInfo::isA(const std::u16string& className) const {
-  return className == structure.name ||
-         std::ranges::any_of(structure.superclasses,
-                             [&](const auto& superclass) { return superclass->isA(className); });
+  if (className == structure.name) return true;
+  for (const auto& superclass : structure.superclasses)
+    if (superclass->isA(className)) return true;
+  return false;
 }
 
 bool ClassInfo::isA(kcos::COSInternedName identity) const {
-  return identity == classId || std::ranges::any_of(structure.superclasses, [&](const auto& superclass) {
-           return superclass->isA(identity);
-         });
+  if (identity == classId) return true;
+  for (const auto& superclass : structure.superclasses)
+    if (superclass->isA(identity)) return true;
+  return false;
 }
 
 const std::vector<std::int32_t>& ClassInfo::getDefaultAccessibility() const {

@@ -78,7 +78,7 @@ TEST(Completion, OfADeepClassCostsWhatItsMembersCost) {
       EXPECT_EQ(completion.outcome.status, frontend::Status::Limited);
     };
   };
-  EXPECT_TRUE(isLinear(completing(250), completing(2000)));
+  EXPECT_TRUE(isLinear(completing(100), completing(800)));
 }
 
 /// What it says of a member is said of the one that the library lists, not of another one of its name.

@@ -37,7 +37,7 @@ def run(command, **options):
 
 def times(program, row):
     """The median seconds of processor time of the answer and of the bound."""
-    report = json.loads(run([program, f"--benchmark_filter=^{re.escape(row)}/(answer|bound)$", "--benchmark_format=json",
+    report = json.loads(run([program, f"--benchmark_filter=^{row}/(answer|bound)$", "--benchmark_format=json",
                              "--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=9",
                              "--benchmark_min_time=0.02", "--benchmark_report_aggregates_only=true"]))
     medians = {entry["run_name"].rsplit("/", 1)[1]: entry["cpu_time"] * 1e-9

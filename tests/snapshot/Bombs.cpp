@@ -49,7 +49,7 @@ TEST(Bombs, TakeNoMoreThanTwentyTimesTheirText) {
 // What could not be read again is not written.
 TEST(Bombs, AreNotSaved) {
   embedded::CellArray cells;
-  cells.elements.resize(400'000, embedded::ValueDescription{embedded::DoubleArray{{}, {0}}});
+  cells.elements.resize(800'000, embedded::ValueDescription{embedded::DoubleArray{{}, {0}}});
   embedded::Description world;
   world.workspace.push_back({"x", {std::move(cells)}});
   const Fault fault = faultOf([&] { embedded::snapshotText(world); });

@@ -101,7 +101,9 @@ TEST(HostOperations, PropertiesAreReadAsThePublicClient) {
   EXPECT_EQ(read(pumps, 1, "Flow"), 3);
   EXPECT_EQ(*kxGetDoubles(ValuePtr(kxGetTypeProperty(pump.get(), 0, "Secret"), false).get()), 1);
   for (const auto& [name, error] : rowsOf<2>("tests/code/texts.rows", "properties"))
-    EXPECT_EQ(thrownBy([&] { kxGetPropertyShared(pump.get(), 0, name.c_str()); }), error) << name;
+    EXPECT_EQ(thrownBy([&, &property = name] { kxGetPropertyShared(pump.get(), 0, property.c_str()); }),
+              error)
+        << name;
   world.host.setCodeLimits({.steps = 10});
   for (int time = 0; time < 20; ++time)
     EXPECT_EQ(read(pumps, 0, "Flow"), 1) << "no code runs, and none is limited";

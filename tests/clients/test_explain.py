@@ -52,9 +52,9 @@ class ExplainTest(CommandTest):
                 time.sleep(pause)
                 process.send_signal(signal.SIGINT)
                 errors = process.communicate(timeout=HANG)[1]
-            if errors:  # one that comes before the code runs ends the command without a word
-                interrupted = b"contextdata: interrupted [explain.interrupted]\n"
-                self.assertEqual((process.returncode, errors), (130, interrupted))
+            # One that comes before the code runs ends the command without a word, or is forgotten when the request begins.
+            if errors == b"contextdata: interrupted [explain.interrupted]\n":
+                self.assertEqual(process.returncode, 130)
                 return
         self.fail("no explanation was interrupted")
 
